@@ -1,0 +1,45 @@
+# Where the parts go on "cmake --install", and the Debian package that CPack makes of them.
+
+# The program, and the link to it that stands in its drawer. The drawer is the same in both trees: bin beside share.
+if(TARGET solvane)
+    install(TARGETS solvane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/install)
+file(CREATE_LINK ../../bin/solvane ${SOLVANE_SHARE}/solvane SYMBOLIC)
+file(RELATIVE_PATH program /${SOLVANE_INSTALL_SHARE} /${CMAKE_INSTALL_BINDIR}/solvane)
+file(CREATE_LINK ${program} ${CMAKE_BINARY_DIR}/install/solvane SYMBOLIC)
+install(FILES ${CMAKE_BINARY_DIR}/install/solvane DESTINATION ${SOLVANE_INSTALL_SHARE})
+
+install(DIRECTORY ${SOLVANE_SHARE}/ DESTINATION ${SOLVANE_INSTALL_SHARE}
+    REGEX "/share/solvane/(solvane|Tools)$" EXCLUDE)
+
+# Programs do not stand under share: the Tools drawer holds links.
+install(TARGETS xadunfile RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/solvane)
+file(RELATIVE_PATH tool /${SOLVANE_INSTALL_SHARE}/Tools /${CMAKE_INSTALL_LIBEXECDIR}/solvane/xadunfile)
+file(CREATE_LINK ${tool} ${CMAKE_BINARY_DIR}/install/xadunfile SYMBOLIC)
+install(FILES ${CMAKE_BINARY_DIR}/install/xadunfile ${SOLVANE_SHARE}/Tools/jhead ${SOLVANE_SHARE}/Tools/jpegtran
+    DESTINATION ${SOLVANE_INSTALL_SHARE}/Tools)
+
+install(DIRECTORY ${CMAKE_BINARY_DIR}/share/icons DESTINATION ${CMAKE_INSTALL_DATADIR})
+install(FILES packaging/solvane.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES packaging/solvane.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES packaging/solvane.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/solvane)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME solvane)
+set(CPACK_PACKAGE_VENDOR "The Solvane developers")
+set(CPACK_PACKAGE_CONTACT "The Solvane developers <solvane@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_PACKAGE_DESCRIPTION "One tabbed, scriptable window for Amiga files and host files:
+volumes and assigns, protection bits and filenotes, icons, tabs, history,
+bookmarks, previews and an ARexx port.")
+set(CPACK_RESOURCE_FILE_LICENSE ${CMAKE_SOURCE_DIR}/LICENSE)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, shared-mime-info, jhead, libjpeg-turbo-progs")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland")
+include(CPack)
