@@ -1,0 +1,141 @@
+#include "interface/MainLayout.h"
+
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "platform/exec/Tasks.h"
+#include "platform/intuition/Layout.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Requesters.h"
+
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace solvane {
+
+std::unique_ptr<intuition::Window> MainWindow;
+MainObjects Objects;
+Text<128> StatusBarBuffer1;
+Text<128> StatusBarBuffer2;
+
+namespace {
+
+constexpr std::chrono::milliseconds RepaintInterval(30);
+constexpr std::size_t LongestPath = 1023;
+
+template <class Kind>
+Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int weight = 0) {
+    Kind* made = gadget.get();
+    layout.Add(std::move(gadget), weight);
+    return made;
+}
+
+intuition::Button* AddImageButton(intuition::Layout& layout, GadgetId id, std::string_view image,
+                                  std::string_view hint) {
+    return AddGadget(layout, std::make_unique<intuition::Button>(id, intuition::ObtainImage(image), hint));
+}
+
+// The row of navigation gadgets.
+std::unique_ptr<intuition::Layout> CreatePathGroup() {
+    auto row = std::make_unique<intuition::Layout>(
+        intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 2});
+    Objects.Parent = AddImageButton(*row, GadgetParent, "PROGDIR:Images/TBImages/parent.png", "Parent");
+    Objects.Reload = AddImageButton(*row, GadgetReload, "PROGDIR:Images/TBImages/reload.png", "Reload");
+    Objects.Path = AddGadget(
+        *row, std::make_unique<intuition::StringGadget>(GadgetPath, CurrentPath.View(), LongestPath), 1);
+    Objects.Path->SetHint("Path");
+    return row;
+}
+
+std::unique_ptr<intuition::Layout> CreateStatusBarGroup() {
+    auto row = std::make_unique<intuition::Layout>(
+        intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 8, .Margin = 2});
+    Objects.StatusLeft = AddGadget(*row, std::make_unique<intuition::Label>(StatusBarBuffer1.View()), 1);
+    Objects.StatusRight =
+        AddGadget(*row, std::make_unique<intuition::Label>(StatusBarBuffer2.View(), intuition::Align::Right));
+    return row;
+}
+
+// A start of the search for the window's title: which window this is, when there are several.
+std::string WindowTitle() {
+    std::string title(RequesterTitle.View());
+    if (PortNumber > 1) {
+        title += " " + std::to_string(PortNumber);
+    }
+    return title;
+}
+
+} // namespace
+
+bool CreateMainLayout() {
+    auto root = std::make_unique<intuition::Layout>(
+        intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Spacing = 4, .Margin = 4});
+    root->Add(CreatePathGroup());
+    Objects.ContentList = AddGadget(
+        *root, std::make_unique<intuition::ListBrowser>(GadgetContentList, intuition::ListKeys::Own), 1);
+    Objects.ContentList->SetStripes(true);
+    if (Prefs.StatusBar != 0) {
+        root->Add(CreateStatusBarGroup());
+    }
+    MainWindow = std::make_unique<intuition::Window>(intuition::WindowSpec{.Title = WindowTitle(),
+                                                                           .Left = Prefs.WindowX,
+                                                                           .Top = Prefs.WindowY,
+                                                                           .Width = Prefs.WindowWidth,
+                                                                           .Height = Prefs.WindowHeight},
+                                                     std::move(root));
+    return true;
+}
+
+void NullAllGadgets() {
+    Objects = MainObjects();
+}
+
+void DetachAllLists() {
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->Detach();
+    }
+}
+
+void CloseWindowObject() {
+    if (!MainWindow) {
+        return;
+    }
+    DetachAllLists();
+    NullAllGadgets();
+    MainWindow->Close();
+    MainWindow.reset();
+}
+
+void SetStatusBar(std::string_view left, std::string_view right) {
+    StatusBarBuffer1 = left;
+    StatusBarBuffer2 = right;
+    if (Objects.StatusLeft != nullptr) {
+        Objects.StatusLeft->SetText(StatusBarBuffer1.View());
+        Objects.StatusRight->SetText(StatusBarBuffer2.View());
+    }
+}
+
+void ShowCurrentPath() {
+    if (Objects.Path == nullptr) {
+        return;
+    }
+    Objects.Path->SetText(CurrentPath.View());
+    Objects.Parent->SetDisabled(CurrentPath.Empty() || SAK_IsDeviceRoot(CurrentPath.View()));
+    MainWindow->SetTitle(WindowTitle() + " - " + std::string(CurrentPath.View()));
+}
+
+void BlockMainWindow(int count) {
+    SAK_BlockWindow(MainWindow.get(), count);
+}
+
+void KeepWindowAlive() {
+    using Clock = std::chrono::steady_clock;
+    static Clock::time_point LastRepaint = Clock::now();
+    const Clock::time_point now = Clock::now();
+    if (MainWindow && now - LastRepaint >= RepaintInterval) {
+        LastRepaint = now;
+        static_cast<void>(exec::CheckSignal(0));
+    }
+}
+
+} // namespace solvane

@@ -1,0 +1,66 @@
+// The main window's layout: makes its gadgets, knows them by name, and shows texts in them.
+// It decides nothing: what stands in the lists comes from content/ and locations/.
+#pragma once
+
+#include "platform/intuition/Button.h"
+#include "platform/intuition/Label.h"
+#include "platform/intuition/ListBrowser.h"
+#include "platform/intuition/StringGadget.h"
+#include "platform/intuition/Window.h"
+#include "sak/Text.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace solvane {
+
+// Ids under which the window reports its gadgets.
+enum GadgetId : std::uint16_t {
+    GadgetParent = 36,
+    GadgetReload = 37,
+    GadgetPath = 38,
+    GadgetContentList = 49,
+};
+
+// The gadgets of the open window; all null while the window is closed. The window owns them.
+struct MainObjects {
+    intuition::Button* Parent = nullptr;
+    intuition::Button* Reload = nullptr;
+    intuition::StringGadget* Path = nullptr;
+    intuition::ListBrowser* ContentList = nullptr;
+    intuition::Label* StatusLeft = nullptr;
+    intuition::Label* StatusRight = nullptr;
+};
+
+// --- State ---
+
+extern std::unique_ptr<intuition::Window> MainWindow; // null while closed; written by frame/
+extern MainObjects Objects;                           // written by CreateMainLayout and NullAllGadgets
+extern Text<128> StatusBarBuffer1, StatusBarBuffer2;  // what the status bar shows, left and right
+
+// Builds the layout and the (still closed) MainWindow around it. False when it cannot be made.
+[[nodiscard]] bool CreateMainLayout();
+
+// Forgets all gadgets, so that no code touches one of a closed window.
+void NullAllGadgets();
+
+// Takes the lists off their gadgets, so that rows may be freed.
+void DetachAllLists();
+
+// Closes the window and drops it with its gadgets; nothing while it is closed.
+void CloseWindowObject();
+
+// Keeps both texts and shows them when the window has a status bar.
+void SetStatusBar(std::string_view left, std::string_view right);
+
+// Shows CurrentPath in the path gadget, and whether there is a parent to go to.
+void ShowCurrentPath();
+
+// Blocks (count 1), frees (0) or wholly frees (-1) the main window; nothing while it is closed. Blocks nest.
+void BlockMainWindow(int count);
+
+// Lets the window repaint during a long operation; cheap enough to be called per entry.
+void KeepWindowAlive();
+
+} // namespace solvane

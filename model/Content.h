@@ -1,0 +1,84 @@
+// Working state of the Content pane: the entries on show, the rows made from them, totals and selection.
+// Written by content/ (scan, sort, rows) and by the loop of frame/; no behaviour of its own.
+#pragma once
+
+#include "model/ContentNode.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace solvane {
+
+// What the Content pane shows.
+enum class LocationKind : std::uint32_t {
+    Bookmarks = 2,
+    Favorites = 3,
+    Workbench = 4,
+    Computer = 5,
+    Assigns = 6,
+    FTPSites = 7,
+    OS4Depot = 8,
+    Aminet = 9,
+    SearchResults = 10,
+    DuplicateFiles = 11,
+    Archive = 12,
+    Drawer = 13,
+    None = 99, // before the first location is shown
+};
+
+// Values of Prefs.ContentViewStyle and of the saved style of a tab.
+enum ViewStyle : std::int32_t {
+    ViewList = 0,
+    ViewDetails = 1,
+    ViewTiles = 2,
+    ViewContent = 3,
+    ViewThumbnail = 4,
+    ViewThumbnailDetails = 5,
+    ViewFilmstrip = 6,
+    ViewIcons = 7,
+};
+
+// One row of the Content list browser. It names its record; the record keeps all texts.
+struct ListRow {
+    ContentNode* Record = nullptr; // null in the one empty row of an empty drawer
+    std::uint32_t DrawerOrFile = 0;
+};
+
+// One column of a Details view, shown or not.
+struct ColumnInfoNode : ListNode {
+    std::uint32_t ColumnNumber = 0;
+    std::uint16_t Shown = 0;
+    std::int32_t Width = 0; // pixels
+};
+
+// --- State ---
+
+extern std::unique_ptr<GenericList<ContentNode>> ContentList; // entries on show; written by scan and sort
+extern std::unique_ptr<GenericList<LinksNode>> LinksList;     // links among them
+extern std::vector<ListRow> lblist2; // rows in display order; written by BuildContentList
+extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowDetailsColumnsList;
+extern std::unique_ptr<GenericList<ContentNode>> ExamineSingleList; // the one record of ExamineSingle
+extern ContentNode* ExamineSingleNode;                              // that record, or null
+extern std::unique_ptr<GenericList<DOSNode>> DOSList;               // what DiscoverDrawersFiles found
+
+extern Text<1024> CurrentPath;    // the path on show
+extern Text<1024> PathUndoBuffer; // the path to return to when a typed one fails; written by SetCurrentPath
+extern LocationKind LBLocation;   // written by every routine that shows a location
+extern std::uint32_t LBTop;       // first visible row, kept over a reload
+extern std::uint16_t DoReload;    // the running scan refreshes the same drawer: LBTop stays
+extern std::uint64_t TotalBytes;  // of all plain files in ContentList
+extern std::uint64_t SelectedBytes;
+extern Text<15> TotalBytesBuffer; // the two totals as texts
+extern Text<15> SelectedBytesBuffer;
+extern std::uint32_t TotalNodes;   // rows on show
+extern std::int32_t NumSelected;   // selected rows
+extern std::uint16_t ActuallyZero; // the one row on show stands for an empty drawer
+extern std::uint16_t AtFTPMount;   // CurrentPath lies on an FTP mount: nothing there is opened for its type
+extern std::uint16_t AtWHDLoadGamesRootDrawer;
+extern std::uint16_t ColInfo_GetDimensions; // a shown Details column needs this datum; written by ColumnInfo
+extern std::uint16_t ColInfo_GetMP3;
+extern std::uint16_t ColInfo_GetVersion;
+extern std::uint16_t Changes; // the program itself has changed the drawer on disk: swallow one notification
+
+} // namespace solvane

@@ -1,0 +1,9 @@
+#include "model/Devices.h"
+
+namespace solvane {
+
+std::unique_ptr<GenericList<DevicesNode>> MasterDevicesList;
+std::unique_ptr<GenericList<DevicesNode>> NavDevicesList;
+std::unique_ptr<GenericList<AssignsNode>> MasterAssignsList;
+
+} // namespace solvane
