@@ -1,0 +1,23 @@
+// The scalar settings as a table: each row ties a key of the document to its field of the record.
+#pragma once
+
+#include "model/Prefs.h"
+#include "platform/application/Dictionary.h"
+
+#include <span>
+#include <string_view>
+
+namespace solvane {
+
+// One setting. A key that is missing, or of another kind, gives the field the value it has in defaults.
+struct PrefsKey {
+    std::string_view Key;
+    void (*Load)(const application::Dictionary& from, std::string_view key, const PrefsRecord& defaults,
+                 PrefsRecord& into);
+    void (*Save)(const PrefsRecord& from, std::string_view key, application::Dictionary& into);
+};
+
+// All scalar settings in the order of the document.
+[[nodiscard]] std::span<const PrefsKey> PrefsKeys();
+
+} // namespace solvane
