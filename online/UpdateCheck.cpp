@@ -1,0 +1,7 @@
+#include "online/UpdateCheck.h"
+
+namespace solvane {
+
+void CheckLatestVersion(int /*quiet*/) {}
+
+} // namespace solvane
