@@ -88,9 +88,9 @@ const PrefsArray* PrefsValue::Array() const {
 std::optional<Dictionary> Dictionary::FromXml(std::string_view document) {
     pugi::xml_document xml;
     // White space is data in texts such as formats and separators.
-    const auto result = xml.load_buffer(document.data(), document.size(),
-                                        pugi::parse_default | pugi::parse_ws_pcdata_single,
-                                        pugi::encoding_utf8);
+    const auto result =
+        xml.load_buffer(document.data(), document.size(), pugi::parse_default | pugi::parse_ws_pcdata_single,
+                        pugi::encoding_utf8);
     const pugi::xml_node root = xml.child("plist").child("dict");
     if (!result || !root) {
         return std::nullopt;

@@ -1,5 +1,6 @@
 // How this process was started: where its drawers lie, which arguments came from where, how big its stack is.
-// Paths here are the host's own; they are handed to dos::SetUpSystem and dos::FromHostPath, never taken apart.
+// Paths here are the host's own; they are handed to dos::SetUpSystem and dos::FromHostPath, never taken
+// apart.
 #pragma once
 
 #include <cstddef>

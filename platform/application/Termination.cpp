@@ -22,7 +22,7 @@ void Watch(exec::Task* task, const std::atomic<bool>& stop) {
     const sigset_t signals = WatchedSignals();
     int number = 0;
     while (sigwait(&signals, &number) == 0 && !stop) {
-        exec::Signal(task, BreakSignal);
+        exec::Signal(task, exec::BreakControlC);
     }
 }
 

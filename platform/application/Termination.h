@@ -9,11 +9,8 @@
 
 namespace application {
 
-// Bit 12 of every task: please end.
-inline constexpr exec::SignalMask BreakSignal = exec::SignalMask{1} << 12U;
-
-// While it lives, a wish to end sets BreakSignal of the task that made it. Make it before any other thread is
-// started, so that no thread takes the host's signal first.
+// While it lives, a wish to end sets BreakControlC of the task that made it. Make it before any other thread
+// is started, so that no thread takes the host's signal first.
 class TerminationWatch {
 public:
     TerminationWatch();

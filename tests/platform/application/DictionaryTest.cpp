@@ -33,9 +33,9 @@ TEST(Dictionary, ValuesOfEveryKindSurviveBeingWrittenAndReadBack) {
 }
 
 TEST(Dictionary, AKeyOfAnotherKindGivesTheFallback) {
-    const auto read = Dictionary::FromXml(Document(
-        "<key>n</key><string>12</string><key>s</key><integer>3</integer>"
-        "<key>big</key><integer>99999999999999999999</integer><key>odd</key><date>2020</date>"));
+    const auto read = Dictionary::FromXml(
+        Document("<key>n</key><string>12</string><key>s</key><integer>3</integer>"
+                 "<key>big</key><integer>99999999999999999999</integer><key>odd</key><date>2020</date>"));
     ASSERT_TRUE(read.has_value());
     EXPECT_EQ(read->Number("n", 7), 7);
     EXPECT_EQ(read->String("s", "none"), "none");

@@ -1,0 +1,206 @@
+#include "frame/ArgumentParser.h"
+
+#include "frame/Terminate.h"
+#include "model/Program.h"
+#include "platform/dos/HostPaths.h"
+#include "platform/dos/Locks.h"
+#include "platform/dos/ReadArgs.h"
+#include "platform/icon/Icon.h"
+#include "platform/utility/Text.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Format.h"
+#include "sak/Numbers.h"
+#include "sak/Requesters.h"
+
+#include <array>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace solvane {
+
+namespace {
+
+constexpr std::string_view Template =
+    "PATH/M,WIN_X/K/N,WIN_Y/K/N,WIN_W/K/N,WIN_H/K/N,ICONIFY/S,ICON_X/K/N,ICON_Y/K/N,PUBSCREEN/K,"
+    "LANGUAGE/K";
+constexpr std::string_view RestartMarker = "DO_OPEN_WINDOW";
+constexpr std::array<std::string_view, 8> ValueOptions = {"WIN_X",  "WIN_Y",  "WIN_W",     "WIN_H",
+                                                          "ICON_X", "ICON_Y", "PUBSCREEN", "LANGUAGE"};
+
+bool IsValueOption(std::string_view word) {
+    for (const std::string_view option : ValueOptions) {
+        if (utility::Stricmp(word, option) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// One word of the host's command line, so that ReadArgs sees what the user meant: an option with its value
+// keeps its "=", a word that ReadArgs would take apart is quoted.
+std::string LineWord(std::string_view word) {
+    const std::size_t equals = word.find('=');
+    if (equals != std::string_view::npos && IsValueOption(word.substr(0, equals))) {
+        return std::string(word.substr(0, equals + 1)) + dos::QuoteArgument(word.substr(equals + 1));
+    }
+    const bool plain = !word.empty() && word.find_first_of(" \t\n=\";*") == std::string_view::npos;
+    return plain ? std::string(word) : dos::QuoteArgument(word);
+}
+
+bool AddStartLocation(std::string_view location) {
+    NodePointer<TabsNode> node = SAK_CreateGenericListNode<TabsNode>();
+    if (!node) {
+        Terminate("Could not create Exec list node.");
+        return false;
+    }
+    node->Path = location;
+    SAK_AddGenericListNode(*CommandLineTabsList, std::move(node));
+    return true;
+}
+
+enum class PathOutcome { Taken, RestartMarker, Failed };
+
+PathOutcome TakePaths(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) {
+        if (utility::Stricmp(path, RestartMarker) == 0) {
+            done2 = 1;
+            return PathOutcome::RestartMarker;
+        }
+        if (!AddStartLocation(dos::FromHostPath(path))) {
+            return PathOutcome::Failed;
+        }
+    }
+    if (!paths.empty()) {
+        PathSpecified = 1;
+    }
+    return PathOutcome::Taken;
+}
+
+// A number of 0 reads like an option that was not given; intended.
+void TakeNumber(const dos::ArgResults& arguments, std::string_view option, std::int32_t& variable) {
+    const long number = arguments.Number(option).value_or(0);
+    if (number != 0) {
+        variable = static_cast<std::int32_t>(number);
+    }
+}
+
+void TakeOptions(const dos::ArgResults& arguments) {
+    TakeNumber(arguments, "WIN_X", Win_X);
+    TakeNumber(arguments, "WIN_Y", Win_Y);
+    TakeNumber(arguments, "WIN_W", Win_W);
+    TakeNumber(arguments, "WIN_H", Win_H);
+    TakeNumber(arguments, "ICON_X", Icon_X);
+    TakeNumber(arguments, "ICON_Y", Icon_Y);
+    if (arguments.Flag("ICONIFY")) {
+        StartIconified = 1;
+    }
+    if (const auto screen = arguments.Text("PUBSCREEN")) {
+        DefaultPubScreenID = *screen;
+    }
+    if (const auto language = arguments.Text("LANGUAGE")) {
+        SAK_PreferredLanguage = *language;
+    }
+}
+
+// Arguments that cannot be parsed are no reason not to start: the program runs as if there were none.
+bool ParseShellArguments(const std::vector<std::string>& words) {
+    FromShell = 1;
+    const auto arguments = dos::ReadArgs(Template, ArgumentLine(words));
+    if (!arguments) {
+        return true;
+    }
+    switch (TakePaths(arguments->Multi("PATH"))) {
+    case PathOutcome::Failed:
+        return false;
+    case PathOutcome::RestartMarker:
+        return true;
+    case PathOutcome::Taken:
+        break;
+    }
+    TakeOptions(*arguments);
+    return true;
+}
+
+bool StackIsEnough() {
+    const std::size_t stack = application::StackSize();
+    if (stack >= LeastStack) {
+        return true;
+    }
+    Terminate(FormatText("\"%s\" has a problem:\n\nThe current stack size of %s bytes is too low.\n"
+                         "Please edit the tool icon to use at least\n%s bytes and restart the proram.",
+                         RequesterTitle.View(), SAK_LocalizeNumber(static_cast<std::int64_t>(stack)),
+                         SAK_LocalizeNumber(static_cast<std::int64_t>(LeastStack))));
+    return false;
+}
+
+// The program's icon, wherever a start from the desktop may have left it; icons of other types do not count.
+std::optional<icon::DiskObject> SAK_GetProgramIcon() {
+    const std::array<std::string, 4> places = {
+        std::string(ProgramName.View()), "PROGDIR:" + std::string(ProgramName.View()),
+        std::string(ProgramComplete.View()), std::string(ProgramDir.View())};
+    for (const std::string& place : places) {
+        auto object = icon::GetDiskObject(place);
+        if (object && object->Type == icon::IconType::Tool) {
+            return object;
+        }
+    }
+    return std::nullopt;
+}
+
+bool TakeToolTypes(bool pathsWanted) {
+    const auto object = SAK_GetProgramIcon();
+    if (!object) {
+        return true;
+    }
+    if (const auto path = icon::FindToolType(*object, "PATH"); path && pathsWanted) {
+        if (!AddStartLocation(dos::FromHostPath(*path))) {
+            return false;
+        }
+        PathSpecified = 1;
+    }
+    if (const auto screen = icon::FindToolType(*object, "PUBSCREEN")) {
+        DefaultPubScreenID = *screen;
+    }
+    if (const auto language = icon::FindToolType(*object, "LANGUAGE")) {
+        SAK_PreferredLanguage = *language;
+    }
+    return true;
+}
+
+// Objects that the user picked on the desktop win over the place that the icon names.
+bool ParseWorkbenchArguments(const std::vector<std::string>& objects) {
+    FromShell = 0;
+    if (!StackIsEnough()) {
+        return false;
+    }
+    for (const std::string& object : objects) {
+        const std::string path = dos::FromHostPath(object);
+        Text<1024> drawer;
+        Text<128> file;
+        SAK_SplitFilename(path, drawer, file);
+        if (!AddStartLocation(SAK_FileExists(path) ? drawer.View() : std::string_view(path))) {
+            return false;
+        }
+        PathSpecified = 1;
+    }
+    return TakeToolTypes(objects.empty());
+}
+
+} // namespace
+
+std::string ArgumentLine(const std::vector<std::string>& words) {
+    std::string line;
+    for (const std::string& word : words) {
+        line += line.empty() ? "" : " ";
+        line += LineWord(word);
+    }
+    return line + "\n";
+}
+
+bool ArgumentParser(const application::StartMessage& start) {
+    return start.FromWorkbench ? ParseWorkbenchArguments(start.Arguments)
+                               : ParseShellArguments(start.Arguments);
+}
+
+} // namespace solvane

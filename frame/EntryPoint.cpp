@@ -1,0 +1,117 @@
+#include "frame/EntryPoint.h"
+
+#include "frame/Libraries.h"
+#include "frame/MyProgram.h"
+#include "frame/Ports.h"
+#include "frame/Snapshot.h"
+#include "frame/Terminate.h"
+#include "interface/Locale.h"
+#include "model/Program.h"
+#include "platform/application/Start.h"
+#include "platform/application/Termination.h"
+#include "platform/dos/Volumes.h"
+#include "platform/exec/PublicPorts.h"
+#include "platform/intuition/Application.h"
+#include "sak/Format.h"
+#include "sak/Requesters.h"
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace solvane {
+
+namespace {
+
+enum class PortClaim { Claimed, NoneFree, AlreadyRunning, Failed };
+
+// Before there are requesters a message can only go to standard output; a start from the desktop has none.
+void PrintStartFailure(const application::StartMessage& start, std::string_view text) {
+    if (!start.FromWorkbench) {
+        std::fwrite(text.data(), 1, text.size(), stdout);
+    }
+}
+
+bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& places,
+                  const application::StartMessage& start) {
+    if (!dos::SetUpSystem({places.SystemSkeleton, places.ProgramDrawer})) {
+        PrintStartFailure(start, "Could not open DOS library V53.\n" + dos::SetUpProblem() + "\n");
+        return false;
+    }
+    if (!intuition::OpenDisplay(argc, argv)) {
+        PrintStartFailure(start, "Could not open Intuition library V54.6.\n\nAmigaOS Release 4.1 - "
+                                 "Final Edition Update 1\nis required.\n");
+        return false;
+    }
+    return true;
+}
+
+void NameInstance() {
+    AppIconName = PortBuffer.View().substr(0, PortBuffer.Size() - std::string_view(".port").size());
+    InstanceBaseName = AppIconName;
+    ARexxPortBuffer = FormatText("SOLVANE.%lu", PortNumber);
+}
+
+// Takes the lowest free instance number. The lock around it lets two starts at one instant not take the same;
+// it is given back on each way out but one: a start that finds all numbers taken ends in silence and holds
+// the lock until its process is gone. That is intended.
+PortClaim ClaimInstance() {
+    exec::Forbid();
+    if (MultipleCopies == 0) {
+        PortBuffer = "Solvane.port";
+        if (exec::FindPort(PortBuffer.View())) {
+            exec::Permit();
+            return PortClaim::AlreadyRunning;
+        }
+    } else {
+        PortBuffer = FormatText("Solvane_%lu.port", PortNumber);
+    }
+    while (exec::FindPort(PortBuffer.View())) {
+        if (++PortNumber > MaximumInstances) {
+            return PortClaim::NoneFree;
+        }
+        PortBuffer = FormatText("Solvane_%lu.port", PortNumber);
+    }
+    port = exec::PublicPort::Create(PortBuffer.View());
+    exec::Permit();
+    return port ? PortClaim::Claimed : PortClaim::Failed;
+}
+
+void RunInstance(const application::StartMessage& start) {
+    switch (ClaimInstance()) {
+    case PortClaim::Claimed:
+        NameInstance();
+        MyProgram(start);
+        break;
+    case PortClaim::NoneFree:
+        break;
+    case PortClaim::AlreadyRunning:
+        Terminate(FormatText("%s is already running.", RequesterTitle.View()));
+        break;
+    case PortClaim::Failed:
+        Terminate(FormatText("Could not create %s_%lu port.", RequesterTitle.View(), PortNumber));
+        break;
+    }
+}
+
+} // namespace
+
+int EntryPoint(int argc, char** argv) {
+    const application::TerminationWatch termination;
+    const application::StartMessage start = application::ReadStartMessage(argc, argv);
+    const application::ProgramPlaces places = application::FindProgram(argc > 0 ? argv[0] : nullptr);
+    ProgramName = places.ProgramName;
+    if (OpenPlatform(argc, argv, places, start)) {
+        AnswerRequestersOfSnapshot();
+        SetupLocale();
+        if (OpenLibrariesClasses()) {
+            RunInstance(start);
+        }
+    }
+    port.reset();
+    SAK_LocaleClose();
+    CloseLibrariesClasses();
+    return 0;
+}
+
+} // namespace solvane

@@ -1,0 +1,5 @@
+#include "frame/EntryPoint.h"
+
+int main(int argc, char** argv) {
+    return solvane::EntryPoint(argc, argv);
+}

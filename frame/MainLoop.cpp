@@ -1,0 +1,185 @@
+#include "frame/MainLoop.h"
+
+#include "automation/ARexx.h"
+#include "content/DrawerMonitor.h"
+#include "frame/EventDispatch.h"
+#include "frame/LanguageCheck.h"
+#include "frame/Ports.h"
+#include "frame/Snapshot.h"
+#include "frame/WindowSequence.h"
+#include "interface/Iconify.h"
+#include "interface/MainLayout.h"
+#include "media/Preview.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "prefs/LoadSavePrefs.h"
+#include "sak/Notify.h"
+#include "sak/Requesters.h"
+
+#include <array>
+
+namespace solvane {
+
+namespace {
+
+// One source of work: the signal that tells of it and what serves it. Serving results in WaitLoop to go on
+// with the round, or in the station that abandons it.
+struct SignalSource {
+    exec::SignalMask (*Mask)();
+    Station (*Serve)();
+};
+
+template <std::unique_ptr<exec::MsgPort>& Port>
+exec::SignalMask PortMask() {
+    return Port ? Port->Mask() : 0;
+}
+
+// Reads and replies all messages; what they ask for comes with the senders.
+template <std::unique_ptr<exec::MsgPort>& Port>
+Station ReplyAll() {
+    while (auto message = exec::GetMsg(*Port)) {
+        exec::ReplyMsg(std::move(message));
+    }
+    return Station::WaitLoop;
+}
+
+Station ServeNothing() {
+    return Station::WaitLoop;
+}
+
+Station ServeDrawerNotification() {
+    DrawerChanged();
+    return Station::WaitLoop;
+}
+
+Station ServeTimer() {
+    if (AnimPlaying != 0) {
+        PreviewAnimRender();
+    }
+    if (SoundPlaying != 0) {
+        PreviewSoundTime();
+    }
+    return Station::WaitLoop;
+}
+
+exec::SignalMask WindowMask() {
+    return SignalsMask;
+}
+
+// An ARexx command runs in its handler; what it left for the loop is done here.
+Station ServeARexx() {
+    HandleARexx();
+    return ActOnARexxJump();
+}
+
+// The order in which the sources of one round are served.
+constexpr std::array Sources = {
+    SignalSource{PortMask<UserPort>, ServeNothing}, // its events are fetched with the window's
+    SignalSource{PortMask<ScrNotPort>, ReplyAll<ScrNotPort>},
+    SignalSource{NotifyVarSignal, ServeNothing},
+    SignalSource{[] { return SAK_NotifySignal; }, ServeDrawerNotification},
+    SignalSource{[] { return ARexxSignal; }, ServeARexx},
+    SignalSource{PortMask<AppIconPort>, ReplyAll<AppIconPort>},
+    SignalSource{[] { return SAK_TimerMP ? SAK_TimerMP->Mask() : exec::SignalMask{0}; }, ServeTimer},
+    SignalSource{WindowMask, ServeWindowEvents},
+};
+
+exec::SignalMask MaskOfAllSources() {
+    exec::SignalMask mask = 0;
+    for (const SignalSource& source : Sources) {
+        mask |= source.Mask();
+    }
+    return mask;
+}
+
+Station ServeSources() {
+    for (const SignalSource& source : Sources) {
+        if ((Signals & source.Mask()) == 0) {
+            continue;
+        }
+        const Station next = source.Serve();
+        if (next != Station::WaitLoop) {
+            return next;
+        }
+    }
+    return done != 0 ? Station::Quit : Station::WaitLoop;
+}
+
+Station RunRound() {
+    if (StartIconified == 0) {
+        FirstRun = 0;
+    }
+    if (AtPreferences != 0) {
+        SavePrefs(1);
+        AtPreferences = 0;
+    }
+    BlockMainWindow(-1);
+    SignalsMask = MainWindow ? MainWindow->Mask() : 0;
+    if (done != 0) {
+        return Station::Quit;
+    }
+    Signals = exec::Wait(MaskOfAllSources() | exec::BreakControlC);
+    if ((Signals & exec::BreakControlC) != 0) {
+        return Station::End; // nobody is there to be asked
+    }
+    return ServeSources();
+}
+
+Station RunWaitLoop() {
+    Station next = Station::WaitLoop;
+    while (next == Station::WaitLoop) {
+        if (TakeSnapshot()) {
+            done = 1;
+        }
+        next = RunRound();
+    }
+    return next;
+}
+
+// Asks whether the user really wants to go, where the preferences want that asked.
+Station ConfirmQuit() {
+    if (!MainWindow || Prefs.VerifyQuit == 0) {
+        return Station::End;
+    }
+    switch (SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Question,
+                            "Are you sure you want to quit?", "_Quit|_Iconify|_Cancel")) {
+    case 1:
+        return Station::End;
+    case 2:
+        done = 0;
+        static_cast<void>(Iconify());
+        return Station::WaitLoop;
+    default:
+        done = 0;
+        return Station::WaitLoop;
+    }
+}
+
+} // namespace
+
+void RunMainLoop() {
+    Station station = Station::EntryA;
+    while (station != Station::End) {
+        switch (station) {
+        case Station::EntryA:
+            station = RunEntryA();
+            break;
+        case Station::EntryB:
+            station = RunEntryB();
+            break;
+        case Station::EntryC:
+            station = RunEntryC();
+            break;
+        case Station::WaitLoop:
+            station = RunWaitLoop();
+            break;
+        case Station::Quit:
+            station = ConfirmQuit();
+            break;
+        case Station::End:
+            break;
+        }
+    }
+}
+
+} // namespace solvane

@@ -1,0 +1,176 @@
+#include "frame/MyProgram.h"
+
+#include "automation/ARexx.h"
+#include "automation/ARexxScripts.h"
+#include "automation/Commodity.h"
+#include "content/ColumnInfo.h"
+#include "frame/ArgumentParser.h"
+#include "frame/LanguageCheck.h"
+#include "frame/MainLoop.h"
+#include "frame/MyProgramSupport.h"
+#include "frame/Terminate.h"
+#include "interface/Iconify.h"
+#include "interface/Locale.h"
+#include "locations/Devices.h"
+#include "media/Preview.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "platform/dos/Files.h"
+#include "platform/exec/PublicPorts.h"
+#include "platform/locale/Locale.h"
+#include "prefs/LoadSavePrefs.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Format.h"
+#include "sak/StringFunctions.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace solvane {
+
+namespace {
+
+constexpr int CommandTimeout = 2000; // milliseconds that instance 1 has to answer
+
+void DescribeMachine() {
+    const application::Machine machine = application::DescribeMachine();
+    gmit_MachineString = machine.Name;
+    gmit_Extensions = machine.Extensions;
+}
+
+// Reads the document; where there is none this is the first start of the program for this user.
+bool SetUpPreferences() {
+    if (!DefaultPrefs()) {
+        return false;
+    }
+    LoadPrefs();
+    if (!SAK_FileExists(DefaultPrefsFile)) {
+        RestoreDefaultToolbar();
+        RestoreDefaultFavorites();
+        RestoreDefaultColumnInfos();
+        SavePrefs(1);
+    }
+    return true;
+}
+
+std::string DateFormatInForce() {
+    switch (Prefs.DateFormat) {
+    case 0:
+        return "%d-%b-%y %T";
+    case 2:
+        return std::string(Prefs.CustomDateFormat.View());
+    default:
+        return locale::ShortDateTimeFormat();
+    }
+}
+
+void TakeGivenGeometry() {
+    const auto take = [](std::int32_t given, std::int32_t& setting) {
+        if (given > -1) {
+            setting = given;
+        }
+    };
+    take(Win_X, Prefs.WindowX);
+    take(Win_Y, Prefs.WindowY);
+    take(Win_W, Prefs.WindowWidth);
+    take(Win_H, Prefs.WindowHeight);
+}
+
+void ApplyPreferences() {
+    SetUpPreviewFonts();
+    if (SAK_PreferredLanguage.Empty()) {
+        SAK_PreferredLanguage = Prefs.PreferredLanguage;
+    }
+    SetupLocale();
+    if (!DiscoverARexxScripts()) {
+        TellAndContinue("Error scanning for ARexx scripts.");
+    }
+    if (Prefs.UseCommodity == 0) {
+        Prefs.IconifyAppDocky = 1;
+    }
+    Prefs.EffectiveDateFormat = DateFormatInForce();
+    if (Prefs.StartIconified != 0) {
+        StartIconified = 1;
+    }
+    TakeGivenGeometry();
+}
+
+// With the commodity option on there is one instance only: a second start wakes the first and ends.
+bool SetUpAsCommodity() {
+    if (Prefs.UseCommodity == 0) {
+        return true;
+    }
+    if (PortNumber != 1) {
+        for (const std::string_view command : {"ACTIVATE", "WINDOWTOFRONT", "ACTIVATEWINDOW"}) {
+            static_cast<void>(exec::SendCommand("SOLVANE.1", command, CommandTimeout));
+        }
+        return false;
+    }
+    if (!SetUpCommodity()) {
+        Terminate("Failed to set up commodity.");
+        return false;
+    }
+    if (!SetUpAppMenuItem()) {
+        Terminate("Failed to set up AppMenu.");
+        return false;
+    }
+    return true;
+}
+
+void NameTemporaryFiles() {
+    const auto name = [](const char* format) { return FormatText(format, PortNumber); };
+    Temporary.SV_ArchivePreview = name("T:SV%lu_ArchivePreview");
+    Temporary.SV_OS4ReadMe = name("T:SV%lu_OS4README");
+    Temporary.SV_AmiReadMe = name("T:SV%lu_AMIREADME");
+    Temporary.SV_MP3Pic = name("T:SV%lu_MP3Pic");
+    Temporary.SV_EXIF = name("T:SV%lu_EXIF");
+    Temporary.SV_jpegtran = name("T:SV%lu_jt");
+    Temporary.SV_MusicBrainz = name("T:SV%lu_MB");
+    Temporary.SV_MusicBrainzPreview = name("T:SV%lu_MBP");
+}
+
+bool ReadDevicesAndAssigns() {
+    if (!GetDevices() || !CopyDevicesToNavDevices() || !GetAssigns()) {
+        Terminate("Could not create Exec list.");
+        return false;
+    }
+    SortMasterAssignsList();
+    return true;
+}
+
+// Everything before the first window. False ends the program.
+bool StartUp(const application::StartMessage& start) {
+    static_cast<void>(dos::CreateDir("ENVARC:Solvane"));
+    GetPROGDIR();
+    DescribeMachine();
+    if (!MPS_SetUp()) {
+        return false;
+    }
+    GetSYSDevice();
+    if (!ArgumentParser(start)) {
+        return false;
+    }
+    SAK_PreferredLanguage = SAK_StringToLower(SAK_PreferredLanguage.View());
+    SetUpLanguageChangeCheck();
+    if (!SetUpPreferences()) {
+        return false;
+    }
+    ApplyPreferences();
+    if (!SetUpAsCommodity()) {
+        return false;
+    }
+    NameTemporaryFiles();
+    return ReadDevicesAndAssigns();
+}
+
+} // namespace
+
+void MyProgram(const application::StartMessage& start) {
+    if (StartUp(start)) {
+        RunMainLoop();
+    }
+    MPS_ShutDown();
+}
+
+} // namespace solvane

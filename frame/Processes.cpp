@@ -1,0 +1,11 @@
+#include "frame/Processes.h"
+
+namespace solvane {
+
+bool SetUpProcesses() {
+    return true;
+}
+
+void ShutDownProcesses() {}
+
+} // namespace solvane

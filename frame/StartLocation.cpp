@@ -1,0 +1,109 @@
+#include "frame/StartLocation.h"
+
+#include "content/DetailsPane.h"
+#include "content/Drawers.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "locations/Navigation.h"
+#include "locations/Tabs.h"
+#include "media/Preview.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "platform/utility/Text.h"
+#include "sak/FilenameSupport.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace solvane {
+
+namespace {
+
+struct StartPlace {
+    LocationKind Location;
+    Text<128> Name;
+    Text<1024> Path;
+};
+
+StartPlace ChosenStart() {
+    if (const TabsNode* tab = SAK_FirstGenericListNode(*StartupTabsList)) {
+        return {tab->Location, tab->Path, tab->Path};
+    }
+    return {static_cast<LocationKind>(Prefs.DefaultOpenAt), Prefs.DefaultOpenAtName, Prefs.DefaultOpenAtPath};
+}
+
+// The word of a location that is no drawer; empty for a drawer.
+std::string_view NavigationWord(const StartPlace& start) {
+    switch (start.Location) {
+    case LocationKind::Bookmarks:
+        return "Bookmarks";
+    case LocationKind::Favorites:
+        return "Favorites";
+    case LocationKind::Workbench:
+        return "Workbench";
+    case LocationKind::Computer:
+        return "Computer";
+    case LocationKind::Assigns:
+        return "Assigns";
+    case LocationKind::FTPSites:
+        return "FTPSites";
+    case LocationKind::OS4Depot:
+        return start.Path == "OS4Depot Recent" ? "OS4DepotRecent" : "OS4DepotFull";
+    case LocationKind::Aminet:
+        return start.Path == "Aminet Recent" ? "AminetRecent" : "AminetFull";
+    default:
+        return {};
+    }
+}
+
+// The name that history and tabs give to a path: its last component, or all of a root.
+Text<128> NameOfPath(std::string_view path) {
+    Text<1024> drawer;
+    Text<128> name;
+    SAK_SplitFilename(path, drawer, name);
+    return name.Empty() ? Text<128>(path) : name;
+}
+
+void RouteStartPath(const TabsNode& tab) {
+    const std::string_view path = tab.Path.Empty() ? "Computer" : tab.Path.View();
+    const std::string_view word = NavigationWordOf(path);
+    if (!word.empty()) {
+        HandleNavigationListBrowser(word);
+        return;
+    }
+    PopulateContent2(NameOfPath(path).View(), path);
+    if (tab.LBTop != 0 && Objects.ContentList != nullptr) {
+        Objects.ContentList->SetTop(tab.LBTop);
+    }
+}
+
+} // namespace
+
+void GoToStartLocation() {
+    const StartPlace start = ChosenStart();
+    const std::string_view word = NavigationWord(start);
+    if (!word.empty()) {
+        HandleNavigationListBrowser(word);
+        return;
+    }
+    SetPreviewPaneNone();
+    PopulateContent2(start.Name.View(), start.Path.View());
+    DetailsPane2();
+    SetMenuState();
+    SetToolbarState();
+}
+
+void ShowCommandLineTabs() {
+    std::uint32_t pf = 0;
+    for (const TabsNode& tab : *CommandLineTabsList) {
+        if (++pf > 1) {
+            OpenNewTab(1);
+        }
+        RouteStartPath(tab);
+    }
+    SAK_ClearGenericList(*CommandLineTabsList);
+    SetMenuState();
+    SetToolbarState();
+}
+
+} // namespace solvane

@@ -1,0 +1,17 @@
+// Looks for what the program expects beside it: external tools, their versions, optional system parts.
+#pragma once
+
+namespace solvane {
+
+// "Tools/xadunfile" exists and says its version, which goes to xadUnFileVersion without its point.
+[[nodiscard]] bool CheckxadUnFileVersion();
+// The tool exists in the program's drawer.
+[[nodiscard]] bool CheckForjhead();
+[[nodiscard]] bool CheckForjpegtran();
+
+// These find out about optional parts and always result in true.
+[[nodiscard]] bool CheckForFTPMount();
+[[nodiscard]] bool CheckFormatVersion();
+[[nodiscard]] bool CheckSoundDatatypeVersion();
+
+} // namespace solvane

@@ -1,0 +1,183 @@
+#include "frame/WindowSequence.h"
+
+#include "content/BuildLists.h"
+#include "content/ColumnInfo.h"
+#include "content/DetailsPane.h"
+#include "content/Drawers.h"
+#include "frame/StartLocation.h"
+#include "frame/Terminate.h"
+#include "frame/UpdateSchedule.h"
+#include "interface/Iconify.h"
+#include "interface/Images.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "interface/Menus.h"
+#include "interface/Screens.h"
+#include "locations/Tabs.h"
+#include "media/Preview.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "prefs/LoadSavePrefs.h"
+#include "sak/Notify.h"
+
+namespace solvane {
+
+namespace {
+
+bool TryOr(bool success, std::string_view message) {
+    if (!success) {
+        Terminate(message);
+    }
+    return success;
+}
+
+// Shows the open (and still empty) window before any drawer is read.
+bool OpenWindow() {
+    if (!TryOr(CreateMainLayout(), "Could not create gadgets.")) {
+        return false;
+    }
+    SetColumnInfo();
+    if (!TryOr(MainWindow->Open(), "Could not open window.")) {
+        return false;
+    }
+    WindowClosed = 0;
+    BlockMainWindow(1);
+    UpdateAllSpeedBars();
+    return true;
+}
+
+void ReturnFromIcon() {
+    Iconified = 0;
+    if (Changes != 0) {
+        ScanDrawer();
+        DetailsPane2();
+    }
+    SetMenuState();
+    SetToolbarState();
+    SetHistoryGadgetsState();
+    if (ClearPreviewWhenUniconfy != 0) {
+        ClearPreviewPaneAfterUniconify();
+    }
+    SAK_StartNotify();
+}
+
+void ShowLocations() {
+    if (FirstRun != 0 || SecondRun != 0) {
+        SetFirstTab();
+        const bool tabsComeBack = ReopenTabs != 0 && SAK_GenericListCount(*CommandLineTabsList) > 0;
+        if (PathSpecified == 0 && AtPreferences == 0 && !tabsComeBack) {
+            GoToStartLocation();
+        }
+    }
+    if (PathSpecified != 0 || ReopenTabs != 0) {
+        PathSpecified = 0;
+        ShowCommandLineTabs();
+    }
+    if (ReopenTabs != 0) {
+        ReopenTabs = 0;
+        SwitchToTabNumber(Offset);
+    }
+}
+
+} // namespace
+
+Station RunEntryA() {
+    if (!OpenMainScreen()) {
+        return Station::End;
+    }
+    SetActiveScreen();
+    if (!TryOr(CreateMainMenuStrip(), "Could not create menus.") ||
+        !TryOr(CreateContextMenus(), "Could not create context menus.")) {
+        return Station::End;
+    }
+    UpdateEntireMenuStrip();
+    return Station::EntryB;
+}
+
+Station RunEntryB() {
+    FreeColumnInfoAll();
+    if (!TryOr(CreateColumnInfoAll(), "Could not create column info.")) {
+        return Station::End;
+    }
+    EndScreenNotification();
+    if (!TryOr(StartScreenNotification(), "Could not set up Screen Notify system.")) {
+        return Station::End;
+    }
+    if (Prefs.UseCommodity != 0 && FirstRun != 0 && done2 == 0) {
+        return Station::WaitLoop;
+    }
+    if (!SetUpTabs()) {
+        return Station::End;
+    }
+    if (LoadImages != 0) {
+        if (!TryOr(LoadBitMapImages(), "Could not load images.")) {
+            return Station::End;
+        }
+        LoadImages = 0;
+    }
+    if (StartIconified != 0 && Iconify()) {
+        return Station::WaitLoop;
+    }
+    StartIconified = 0;
+    return Station::EntryC;
+}
+
+Station RunEntryC() {
+    if (!OpenMainScreen()) {
+        return Station::End;
+    }
+    SetActiveScreen();
+    if (!OpenWindow()) {
+        return Station::End;
+    }
+    done2 = 0; // the restart marker has done its work: this window is open
+    if (Iconified != 0 && ScrNotChange == 0) {
+        ReturnFromIcon();
+        return Station::WaitLoop;
+    }
+    if (ScrNotChange != 0 && Iconified == 0) {
+        ScrNotChange = 0;
+        SetHistoryGadgetsState();
+        SecondRun = 1;
+    }
+    ShowLocations();
+    if (Prefs.CheckForUpdates != 0) {
+        CheckForUpdates();
+    }
+    return Station::WaitLoop;
+}
+
+void CloseMainWindow() {
+    if (QuitNoSave == 0) {
+        SavePrefs(Prefs.SavePrefsOnExit);
+    }
+    SetPreviewPaneNone();
+    SAK_StopNotify();
+    FreeAllTabs(1);
+    CloseWindowObject();
+    WindowClosed = 1;
+    if (ScrNotChange != 0) {
+        DisposeBitMapImages();
+    }
+}
+
+void CloseMainWindowUpdate() {
+    SetPreviewPaneNone();
+    SAK_StopNotify();
+    CloseWindowObject();
+    WindowClosed = 1;
+}
+
+void CloseForRebuild() {
+    ScrNotChange = 1;
+    CollectPrefs();
+    GetOpenTabs();
+    FreeAllTabs(0);
+    CloseMainWindowUpdate();
+    ReleaseActiveScreen();
+    DisposeBitMapImages();
+    LoadImages = 1;
+    SecondRun = 1;
+}
+
+} // namespace solvane
