@@ -1,0 +1,143 @@
+#include "platform/datatypes/HostFiles.h"
+
+#include "platform/datatypes/Recognise.h"
+#include "platform/dos/Errors.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace datatypes {
+
+namespace {
+
+constexpr std::size_t FilesPerTurn = 64;    // taken by a thread at a time
+constexpr std::size_t FilesPerThread = 256; // fewer are not worth a thread
+constexpr unsigned MostThreads = 4;
+
+class Descriptor {
+public:
+    explicit Descriptor(int descriptor) noexcept : Value(descriptor) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (Value >= 0) {
+            close(Value);
+        }
+    }
+    [[nodiscard]] int Get() const noexcept { return Value; }
+
+private:
+    int Value;
+};
+
+const DataType* Fail(long code) {
+    dos::SetIoErr(code);
+    return nullptr;
+}
+const DataType* FailWithErrno() {
+    return Fail(dos::ErrorFromErrno(errno, dos::Operation::Read));
+}
+
+// The kind of object is asked before it is opened: opening alone can start or block a device.
+// Should it turn into something else in between, the open and the read still do not wait.
+const DataType* TypeAt(int drawer, const std::string& path) {
+    struct stat facts = {};
+    if (fstatat(drawer, path.c_str(), &facts, 0) != 0) {
+        return FailWithErrno();
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        return Fail(dos::ErrorObjectWrongType);
+    }
+    const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+    if (facts.st_size == 0) {
+        return Recognise({}, name, 0);
+    }
+    const Descriptor file(openat(drawer, path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (file.Get() < 0) {
+        return FailWithErrno();
+    }
+    std::array<std::byte, HeadSize> head;
+    const ssize_t got = read(file.Get(), head.data(), head.size());
+    if (got < 0) {
+        return FailWithErrno();
+    }
+    return Recognise(std::span(head).first(static_cast<std::size_t>(got)), name,
+                     static_cast<std::uint64_t>(facts.st_size));
+}
+
+// Names of a drawer's objects have no part that leads elsewhere.
+bool IsObjectName(std::string_view name) {
+    return !name.empty() && name != "." && name != ".." && name.find('/') == name.npos &&
+           name.find('\0') == name.npos;
+}
+
+std::size_t ThreadsFor(std::size_t files) {
+    const std::size_t cores = std::clamp(std::thread::hardware_concurrency(), 1U, MostThreads);
+    return std::clamp<std::size_t>(files / FilesPerThread, 1, cores);
+}
+
+} // namespace
+
+const DataType* ObtainHostFileType(std::string_view hostPath) {
+    if (hostPath.empty() || hostPath.find('\0') != hostPath.npos) {
+        return Fail(dos::ErrorObjectNotFound);
+    }
+    return TypeAt(AT_FDCWD, std::string(hostPath));
+}
+
+void ObtainHostDrawerTypes(const std::string& hostDrawer, std::span<const std::string_view> names,
+                           std::span<const DataType*> results, const OtherPath& otherPath) {
+    const std::size_t count = std::min(names.size(), results.size());
+    std::ranges::fill(results, nullptr);
+    if (count == 0) {
+        return;
+    }
+    const Descriptor drawer(open(hostDrawer.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (drawer.Get() < 0) {
+        FailWithErrno();
+        return;
+    }
+    TypeOnAllCores(results.first(count), [&](std::size_t i) -> const DataType* {
+        if (!IsObjectName(names[i])) {
+            return Fail(dos::ErrorObjectNotFound);
+        }
+        const DataType* type = TypeAt(drawer.Get(), std::string(names[i]));
+        if (type == nullptr && otherPath && dos::IoErr() == dos::ErrorObjectNotFound) {
+            return ObtainHostFileType(otherPath(names[i]));
+        }
+        return type;
+    });
+}
+
+void TypeOnAllCores(std::span<const DataType*> results,
+                    const std::function<const DataType*(std::size_t)>& typeOf) {
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t from = next.fetch_add(FilesPerTurn); from < results.size();
+             from = next.fetch_add(FilesPerTurn)) {
+            const std::size_t end = std::min(from + FilesPerTurn, results.size());
+            for (std::size_t i = from; i < end; ++i) {
+                results[i] = typeOf(i);
+            }
+        }
+    };
+    std::vector<std::jthread> helpers;
+    for (std::size_t i = 1; i < ThreadsFor(results.size()); ++i) {
+        try {
+            helpers.emplace_back(work);
+        } catch (const std::system_error&) {
+            break; // no more threads to be had: those at work do it all
+        }
+    }
+    work();
+}
+
+} // namespace datatypes

@@ -1,0 +1,178 @@
+#include "platform/datatypes/HostFiles.h"
+
+#include "platform/datatypes/Pictures.h"
+#include "platform/dos/Errors.h"
+#include "tests/platform/datatypes/TempDrawer.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace std::string_literals;
+using datatypes::DataType;
+
+const std::string Gif = "GIF89a\1\0\1\0\0\0\0;"s;
+
+void MakeSocket(const std::string& path) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof(address.sun_path));
+    path.copy(address.sun_path, path.size());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    close(socket);
+}
+
+TEST(HostFiles, OnlyRegularFilesHaveATypeAndNothingWaits) {
+    const TempDrawer drawer;
+    ASSERT_EQ(mkfifo(drawer.Path("fifo").c_str(), 0600), 0);
+    MakeSocket(drawer.Path("socket"));
+    std::filesystem::create_directory(drawer.Path("sub"));
+    std::filesystem::create_symlink("fifo", drawer.Path("to fifo"));
+    std::filesystem::create_symlink("/dev/zero", drawer.Path("to device"));
+    std::filesystem::create_symlink("nowhere", drawer.Path("dangling"));
+    std::filesystem::create_symlink("circle", drawer.Path("circle"));
+    struct Row {
+        const char* Name;
+        long Error;
+    };
+    for (const Row& row : {Row{"fifo", dos::ErrorObjectWrongType},
+                           {"socket", dos::ErrorObjectWrongType},
+                           {"sub", dos::ErrorObjectWrongType},
+                           {"to fifo", dos::ErrorObjectWrongType},
+                           {"to device", dos::ErrorObjectWrongType},
+                           {"dangling", dos::ErrorObjectNotFound},
+                           {"missing", dos::ErrorObjectNotFound},
+                           {"circle", dos::ErrorTooManyLevels}}) {
+        dos::SetIoErr(0);
+        EXPECT_EQ(datatypes::ObtainHostFileType(drawer.Path(row.Name)), nullptr) << row.Name;
+        EXPECT_EQ(dos::IoErr(), row.Error) << row.Name;
+        dos::SetIoErr(0);
+        EXPECT_FALSE(datatypes::HostPictureSize(drawer.Path(row.Name))) << row.Name;
+        EXPECT_EQ(dos::IoErr(), row.Error) << row.Name;
+    }
+}
+
+TEST(HostFiles, LinksToFilesHaveTheTypeOfTheirTarget) {
+    const TempDrawer drawer;
+    drawer.Write("picture", Gif);
+    std::filesystem::create_symlink("picture", drawer.Path("link.txt"));
+    const DataType* type = datatypes::ObtainHostFileType(drawer.Path("link.txt"));
+    ASSERT_NE(type, nullptr);
+    EXPECT_EQ(type->Name, "GIF");
+}
+
+// Everything is readable to root, who becomes nobody for a while.
+class Nobody {
+public:
+    Nobody() : Before(geteuid()) { Became = Before != 0 || seteuid(65534) == 0; }
+    Nobody(const Nobody&) = delete;
+    Nobody& operator=(const Nobody&) = delete;
+    ~Nobody() { Restored = seteuid(Before); }
+    bool Became = false;
+
+private:
+    uid_t Before;
+    int Restored = 0;
+};
+
+TEST(HostFiles, UnreadableFilesHaveNoType) {
+    const TempDrawer drawer;
+    chmod(drawer.Root.c_str(), 0755);
+    chmod(drawer.Write("secret", Gif).c_str(), 0);
+    const Nobody nobody;
+    ASSERT_TRUE(nobody.Became);
+    EXPECT_EQ(datatypes::ObtainHostFileType(drawer.Path("secret")), nullptr);
+    EXPECT_EQ(dos::IoErr(), dos::ErrorReadProtected);
+}
+
+TEST(HostFiles, PathsWithNulOrNothingAreRefused) {
+    EXPECT_EQ(datatypes::ObtainHostFileType(""), nullptr);
+    EXPECT_EQ(datatypes::ObtainHostFileType("/etc/passwd\0x"s), nullptr);
+}
+
+// A drawer large enough for several threads, with all kinds of names and contents.
+struct MixedDrawer {
+    TempDrawer Drawer;
+    std::vector<std::string> Files;
+    std::vector<std::string_view> Names;
+
+    MixedDrawer() {
+        const std::vector<std::string> kinds = {Gif, "text\n", "FORM\0\0\0\4ILBM"s, "",
+                                                "\1\2\3\4\0\0\0\0\0\0\0\0"s};
+        const std::vector<std::string> ends = {"", ".txt", ".gif", ".c", ".blend", ".qq"};
+        for (std::size_t i = 0; i < 1500; ++i) {
+            Files.push_back("f" + std::to_string(i) + ends[i % ends.size()]);
+            Drawer.Write(Files.back(), kinds[i % kinds.size()]);
+        }
+        Files.push_back("missing");
+        Names.assign(Files.begin(), Files.end());
+    }
+};
+
+TEST(HostFiles, WholeDrawerGivesWhatSingleFilesGive) {
+    const MixedDrawer mixed;
+    std::vector<const DataType*> results(mixed.Names.size());
+    datatypes::ObtainHostDrawerTypes(mixed.Drawer.Root, mixed.Names, results);
+    for (std::size_t i = 0; i < results.size(); ++i) {
+        EXPECT_EQ(results[i], datatypes::ObtainHostFileType(mixed.Drawer.Path(mixed.Names[i])))
+            << mixed.Names[i];
+    }
+    EXPECT_EQ(results.back(), nullptr);
+}
+
+TEST(HostFiles, SeveralThreadsMayTypeAtOnce) {
+    const MixedDrawer mixed;
+    std::vector<std::vector<const DataType*>> results(4);
+    {
+        std::vector<std::jthread> threads;
+        for (auto& one : results) {
+            one.resize(mixed.Names.size());
+            threads.emplace_back(
+                [&mixed, &one] { datatypes::ObtainHostDrawerTypes(mixed.Drawer.Root, mixed.Names, one); });
+        }
+    }
+    for (const auto& one : results) {
+        EXPECT_EQ(one, results[0]);
+    }
+}
+
+TEST(HostFiles, NamesNeverLeadOutOfTheDrawer) {
+    const TempDrawer drawer;
+    drawer.Write("picture", Gif);
+    std::filesystem::create_directory(drawer.Path("sub"));
+    const std::vector<std::string_view> names = {"../picture", "", ".", "..", "sub/../picture"};
+    std::vector<const DataType*> results(names.size(), &datatypes::BinaryType());
+    datatypes::ObtainHostDrawerTypes(drawer.Path("sub"), names, results);
+    EXPECT_EQ(results, std::vector<const DataType*>(names.size(), nullptr));
+}
+
+TEST(HostFiles, MissingDrawerGivesNoTypes) {
+    const TempDrawer drawer;
+    const std::vector<std::string_view> names = {"a"};
+    std::vector<const DataType*> results = {&datatypes::BinaryType()};
+    datatypes::ObtainHostDrawerTypes(drawer.Path("missing"), names, results);
+    EXPECT_EQ(results[0], nullptr);
+}
+
+TEST(HostFiles, NameThatIsNotThereIsLookedForAtItsOtherPath) {
+    const TempDrawer drawer;
+    drawer.Write("the long name", Gif);
+    const std::vector<std::string_view> names = {"the~1", "missing"};
+    std::vector<const DataType*> results(names.size());
+    datatypes::ObtainHostDrawerTypes(drawer.Root, names, results, [&](std::string_view name) {
+        return name == "the~1" ? drawer.Path("the long name") : ""s;
+    });
+    ASSERT_NE(results[0], nullptr);
+    EXPECT_EQ(results[0]->Name, "GIF");
+    EXPECT_EQ(results[1], nullptr);
+}
+
+} // namespace
