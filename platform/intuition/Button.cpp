@@ -1,0 +1,65 @@
+#include "platform/intuition/Button.h"
+
+#include "platform/intuition/Native.h"
+
+#include <QIcon>
+#include <QPushButton>
+#include <QToolButton>
+
+namespace intuition {
+
+namespace {
+
+std::unique_ptr<QAbstractButton> MakeWidget(ButtonFrame frame) {
+    if (frame == ButtonFrame::Raised)
+        return std::make_unique<QPushButton>();
+    auto button = std::make_unique<QToolButton>();
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    return button;
+}
+
+std::unique_ptr<GadgetNative> MakeNative(std::uint16_t id, ButtonFrame frame) {
+    auto button = MakeWidget(frame);
+    QAbstractButton* widget = button.get();
+    QObject::connect(widget, &QAbstractButton::clicked, widget,
+                     [widget, id] { PostFrom(*widget, EventClass::GadgetUp, id); });
+    return std::make_unique<GadgetNative>(std::move(button));
+}
+
+} // namespace
+
+Button::Button(std::uint16_t id, std::string_view text, ButtonText kind, ButtonFrame frame)
+    : Gadget(id, MakeNative(id, frame)), Kind(kind) {
+    SetText(text);
+}
+
+Button::Button(std::uint16_t id, ImageId image, std::string_view hint, ButtonFrame frame)
+    : Gadget(id, MakeNative(id, frame)) {
+    SetHint(hint);
+    SetImage(image);
+}
+
+Button::~Button() {
+    ReleaseImage(Image);
+}
+
+void Button::SetText(std::string_view text) {
+    auto& button = WidgetOf<QAbstractButton>(*this);
+    button.setText(Kind == ButtonText::Marked ? MarkedText(text) : DisplayTextWithoutMnemonic(text));
+}
+
+void Button::SetImage(ImageId image) {
+    ReleaseImage(Image);
+    Image = image;
+    auto& button = WidgetOf<QAbstractButton>(*this);
+    const QPixmap picture = PixmapOf(image);
+    button.setIcon(QIcon(picture));
+    if (!picture.isNull())
+        button.setIconSize(picture.deviceIndependentSize().toSize());
+    if (auto* flat = qobject_cast<QToolButton*>(&button); flat != nullptr && flat->text().isEmpty())
+        flat->setToolButtonStyle(Qt::ToolButtonIconOnly);
+}
+
+} // namespace intuition

@@ -1,0 +1,139 @@
+#include "platform/intuition/ListPainter.h"
+
+#include "platform/intuition/Native.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace intuition {
+
+namespace {
+
+constexpr int ImageGap = 5;   // between image and text
+constexpr double Legible = 3; // contrast below which a colour of the program's is changed
+constexpr double Good = 4.5;  // and that to which it is changed
+
+QColor ColourOf(const Rgb& rgb) {
+    return {rgb.Red, rgb.Green, rgb.Blue};
+}
+
+double Linear(double channel) {
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double Luminance(const QColor& colour) {
+    return 0.2126 * Linear(colour.redF()) + 0.7152 * Linear(colour.greenF()) +
+           0.0722 * Linear(colour.blueF());
+}
+
+double Contrast(const QColor& a, const QColor& b) {
+    const auto [dark, light] = std::minmax({Luminance(a), Luminance(b)});
+    return (light + 0.05) / (dark + 0.05);
+}
+
+QColor Mix(const QColor& from, const QColor& to, float share) {
+    return QColor::fromRgbF(from.redF() + (to.redF() - from.redF()) * share,
+                            from.greenF() + (to.greenF() - from.greenF()) * share,
+                            from.blueF() + (to.blueF() - from.blueF()) * share);
+}
+
+QRect Placed(const QSize& size, const QRect& area, Qt::Alignment align) {
+    const int left =
+        (align & Qt::AlignHCenter) != 0 ? area.left() + (area.width() - size.width()) / 2 : area.left();
+    return {QPoint(left, area.top() + (area.height() - size.height()) / 2), size};
+}
+
+// Draws the image and returns the width it took.
+int DrawImage(QPainter& painter, const QRect& area, const CellLook& cell, QPalette::ColorGroup group) {
+    const QPixmap picture = PixmapOf(cell.Image);
+    if (picture.isNull() || area.width() <= 0)
+        return 0;
+    QSize size = picture.deviceIndependentSize().toSize();
+    if (size.width() > area.width() || size.height() > area.height())
+        size.scale(area.size(), Qt::KeepAspectRatio);
+    const QRect place = Placed(size, area, cell.Text.empty() ? Qt::AlignHCenter : Qt::AlignLeft);
+    if (group == QPalette::Disabled)
+        painter.setOpacity(0.5);
+    painter.drawPixmap(place, picture);
+    painter.setOpacity(1);
+    return size.width();
+}
+
+} // namespace
+
+QColor ReadableOn(const QColor& background, const QColor& colour) {
+    if (Contrast(background, colour) >= Legible)
+        return colour;
+    const QColor end =
+        Contrast(background, Qt::white) > Contrast(background, Qt::black) ? Qt::white : Qt::black;
+    constexpr int steps = 16;
+    for (int step = 1; step < steps; ++step) {
+        const QColor candidate = Mix(colour, end, static_cast<float>(step) / steps);
+        if (Contrast(background, candidate) >= Good)
+            return candidate;
+    }
+    return end;
+}
+
+ListPainter::ListPainter(const QFont& font) : Plain(font) {
+    SetFont(font);
+}
+
+void ListPainter::SetFont(const QFont& font) {
+    for (std::size_t kind = 0; kind < Fonts.size(); ++kind) {
+        Fonts[kind] = font;
+        Fonts[kind].setBold(font.bold() || (kind & 1U) != 0);
+        Fonts[kind].setItalic(font.italic() || (kind & 2U) != 0);
+        Fonts[kind].setUnderline((kind & 4U) != 0);
+    }
+    Plain = QFontMetrics(font);
+}
+
+const QFont& ListPainter::FontOf(const CellLook& cell) const {
+    return Fonts[(cell.Bold ? 1U : 0U) + (cell.Italic ? 2U : 0U) + (cell.Underline ? 4U : 0U)];
+}
+
+int ListPainter::NeededWidth(const CellLook& cell) const {
+    const int image = SizeOfImage(cell.Image).Width;
+    const int text = QFontMetrics(FontOf(cell)).horizontalAdvance(DisplayText(cell.Text));
+    return 2 * CellInset + image + text + (image > 0 && text > 0 ? ImageGap : 0) + 1;
+}
+
+ListPainter::RowColours ListPainter::ColoursOf(const RowLook& look, const RowState& state,
+                                               const QPalette& palette) {
+    const QPalette::ColorGroup textGroup = look.Disabled ? QPalette::Disabled : state.Group;
+    if (state.Selected)
+        return {palette.color(state.Group, QPalette::Highlight),
+                palette.color(textGroup, QPalette::HighlightedText)};
+    const QColor text = palette.color(textGroup, QPalette::Text);
+    if (!look.Background)
+        return {palette.color(state.Group, state.Striped ? QPalette::AlternateBase : QPalette::Base), text};
+    const QColor background = ColourOf(*look.Background);
+    return {background, ReadableOn(background, text)};
+}
+
+void ListPainter::DrawCell(QPainter& painter, const QRect& area, const CellLook& cell, Align align,
+                           const RowColours& colours, const RowState& state) const {
+    // A column of images alone is narrow, so its insets give way first.
+    const int inset = cell.Text.empty() ? std::min(CellInset, area.width() / 10) : CellInset;
+    QRect inside = area.adjusted(inset, 0, -inset, 0);
+    if (const int taken = DrawImage(painter, inside, cell, state.Group); taken > 0)
+        inside.setLeft(inside.left() + taken + ImageGap);
+    if (cell.Text.empty() || inside.width() <= 0)
+        return;
+    const QFont& font = FontOf(cell);
+    const QFontMetrics metrics(font);
+    const QString shown = metrics.elidedText(DisplayText(cell.Text), Qt::ElideRight, inside.width());
+    const int room =
+        inside.width() - (align == Align::Left ? inside.width() : metrics.horizontalAdvance(shown));
+    const int shift = align == Align::Centre ? room / 2 : room;
+    painter.setFont(font);
+    painter.setPen(cell.Colour && !state.Selected ? ReadableOn(colours.Background, ColourOf(*cell.Colour))
+                                                  : colours.Text);
+    painter.drawText(inside.left() + shift,
+                     inside.top() + (inside.height() - metrics.height()) / 2 + metrics.ascent(), shown);
+}
+
+} // namespace intuition

@@ -1,0 +1,57 @@
+// How a row of a list looks: background, images, texts cut to their columns, the mark of the current row.
+// Private to this service.
+#pragma once
+
+#include "platform/intuition/ListBrowser.h"
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetrics>
+#include <QPalette>
+
+#include <array>
+#include <vector>
+
+class QPainter;
+
+namespace intuition {
+
+inline constexpr int CellInset = 5; // layout units between a column's edge and what it shows
+
+struct RowState {
+    QRect Area;
+    QPalette::ColorGroup Group = QPalette::Active;
+    bool Selected = false;
+    bool Current = false; // draws the focus mark
+    bool Striped = false;
+};
+
+class ListPainter {
+public:
+    explicit ListPainter(const QFont& font);
+    void SetFont(const QFont& font);
+
+    [[nodiscard]] int TextHeight() const { return Plain.height(); }
+    // The width at which nothing of the cell is cut.
+    [[nodiscard]] int NeededWidth(const CellLook& cell) const;
+
+    // Background and text colour of a row, for what its cells do not say.
+    struct RowColours {
+        QColor Background, Text;
+    };
+    [[nodiscard]] static RowColours ColoursOf(const RowLook& look, const RowState& state,
+                                              const QPalette& palette);
+    void DrawCell(QPainter& painter, const QRect& area, const CellLook& cell, Align align,
+                  const RowColours& colours, const RowState& state) const;
+
+private:
+    [[nodiscard]] const QFont& FontOf(const CellLook& cell) const;
+
+    std::array<QFont, 8> Fonts; // by bold 1, italic 2, underline 4
+    QFontMetrics Plain;
+};
+
+// The colour itself where it can be read on the background, else one of its hue that can.
+[[nodiscard]] QColor ReadableOn(const QColor& background, const QColor& colour);
+
+} // namespace intuition

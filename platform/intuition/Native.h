@@ -1,0 +1,71 @@
+// What the sources of this service share and nobody else sees: the toolkit's side of gadgets, texts made
+// ready for it, and the way of an event into the queue of its window.
+#pragma once
+
+#include "platform/intuition/Events.h"
+#include "platform/intuition/Gadget.h"
+#include "platform/intuition/Images.h"
+
+#include <QPixmap>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+class QKeyEvent;
+
+namespace intuition {
+
+struct GadgetNative {
+    explicit GadgetNative(std::unique_ptr<QWidget> widget);
+    virtual ~GadgetNative();
+    std::unique_ptr<QWidget> Widget; // always there
+};
+
+// The widget of a gadget whose class is known.
+template <typename WidgetType>
+WidgetType& WidgetOf(Gadget& gadget) {
+    return static_cast<WidgetType&>(*gadget.Native().Widget);
+}
+template <typename WidgetType>
+const WidgetType& WidgetOf(const Gadget& gadget) {
+    return static_cast<const WidgetType&>(*gadget.Native().Widget);
+}
+
+enum class Lines { One, Many };
+
+// Text as it is shown: controls, direction overrides and bytes that are no UTF-8 become visible marks; at
+// most 4096 bytes of it. Lines::Many keeps newlines.
+[[nodiscard]] QString DisplayText(std::string_view text, Lines lines = Lines::One);
+// The same for places where the toolkit takes "&" as a mnemonic.
+[[nodiscard]] QString DisplayTextWithoutMnemonic(std::string_view text);
+// A label in which "_" stands before the key.
+[[nodiscard]] QString MarkedText(std::string_view text);
+// A window's title, in which the toolkit reads "[*]" as a place for a mark of its own.
+[[nodiscard]] QString TitleText(std::string_view text);
+// Text for places where the toolkit guesses whether it is markup.
+[[nodiscard]] QString HintText(std::string_view text);
+
+// Text to be edited: bytes that are no UTF-8 survive the way there and back.
+[[nodiscard]] QString EditableText(std::string_view text);
+[[nodiscard]] std::string BytesOfEditable(const QString& text);
+
+// Nothing for None and for files that cannot be shown.
+[[nodiscard]] QPixmap PixmapOf(ImageId image);
+// Frees all pictures, before the display closes.
+void ForgetImages();
+
+// Queues an event in the window of a widget; false when it is dropped (blocked, closed, a dialog).
+bool PostFrom(const QWidget& origin, EventClass eventClass, std::uint16_t id, std::uint16_t code = 0);
+
+// The qualifier bits at the moment of the event that is being served.
+[[nodiscard]] std::uint16_t CurrentQualifier();
+// The Amiga code of a key, and whether it is only a qualifier key.
+[[nodiscard]] std::uint16_t RawKeyOf(const QKeyEvent& event);
+[[nodiscard]] bool IsQualifierKey(const QKeyEvent& event);
+// Keeps track of which of two equal keys is held. Called for every key before it is served.
+void NoteQualifierKey(const QKeyEvent& event);
+
+} // namespace intuition

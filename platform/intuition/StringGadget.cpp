@@ -1,0 +1,114 @@
+#include "platform/intuition/StringGadget.h"
+
+#include "platform/intuition/Native.h"
+#include "platform/utility/Text.h"
+
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QValidator>
+
+namespace intuition {
+
+namespace {
+
+// Refuses single characters; a paste that holds one is refused as a whole.
+class CharacterFilter : public QValidator {
+public:
+    explicit CharacterFilter(std::string_view forbidden)
+        : Forbidden(QString::fromLatin1(forbidden.data(), static_cast<qsizetype>(forbidden.size()))) {}
+
+    State validate(QString& input, int&) const override {
+        for (const QChar character : input) {
+            if (Forbidden.contains(character))
+                return Invalid;
+        }
+        return Acceptable;
+    }
+
+private:
+    QString Forbidden;
+};
+
+class LineField : public QLineEdit {
+public:
+    LineField(std::uint16_t id, std::size_t maximumBytes, std::string_view forbidden)
+        : Id(id), MaximumBytes(maximumBytes), Filter(forbidden) {
+        setValidator(&Filter);
+        connect(this, &QLineEdit::textEdited, this, [this] { CutToLimit(); });
+        connect(this, &QLineEdit::returnPressed, this, [this] { Commit(); });
+    }
+
+    void Show(std::string_view text) {
+        setText(EditableText(text.substr(0, utility::CutLength(text, MaximumBytes))));
+        Entered = this->text();
+        setCursorPosition(0);
+    }
+
+protected:
+    void focusInEvent(QFocusEvent* event) override {
+        if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+            Entered = text();
+        QLineEdit::focusInEvent(event);
+    }
+
+    // What neither edits nor is a command stays here, so that an arrow pressed while typing moves no list.
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Escape) {
+            setText(Entered);
+            return;
+        }
+        QLineEdit::keyPressEvent(event);
+        if (event->isAccepted() || IsQualifierKey(*event))
+            return;
+        const bool command = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0;
+        const bool functionKey = event->key() >= Qt::Key_F1 && event->key() <= Qt::Key_F35;
+        event->setAccepted(!command && !functionKey);
+    }
+
+private:
+    void CutToLimit() {
+        const std::string bytes = BytesOfEditable(text());
+        if (bytes.size() <= MaximumBytes)
+            return;
+        const int cursor = cursorPosition();
+        setText(EditableText(std::string_view(bytes).substr(0, utility::CutLength(bytes, MaximumBytes))));
+        setCursorPosition(cursor);
+    }
+
+    void Commit() {
+        Entered = text();
+        PostFrom(*this, EventClass::GadgetUp, Id);
+    }
+
+    std::uint16_t Id;
+    std::size_t MaximumBytes;
+    CharacterFilter Filter;
+    QString Entered; // what Escape brings back
+};
+
+} // namespace
+
+StringGadget::StringGadget(std::uint16_t id, std::string_view text, std::size_t maximumBytes,
+                           std::string_view forbidden)
+    : Gadget(id, std::make_unique<GadgetNative>(std::make_unique<LineField>(id, maximumBytes, forbidden))) {
+    SetText(text);
+}
+
+std::string StringGadget::Text() const {
+    return BytesOfEditable(WidgetOf<LineField>(*this).text());
+}
+
+void StringGadget::SetText(std::string_view text) {
+    WidgetOf<LineField>(*this).Show(text);
+}
+
+void StringGadget::SetPlaceholder(std::string_view text) {
+    WidgetOf<LineField>(*this).setPlaceholderText(DisplayText(text));
+}
+
+void StringGadget::SelectAll() {
+    WidgetOf<LineField>(*this).selectAll();
+}
+
+} // namespace intuition

@@ -1,0 +1,283 @@
+#include "platform/intuition/ListBrowser.h"
+
+#include "platform/intuition/ListView.h"
+#include "tests/platform/intuition/Stage.h"
+
+#include <QAccessible>
+#include <QScrollBar>
+
+namespace intuition {
+
+namespace {
+
+using RowNumbers = std::vector<std::size_t>;
+
+class ListBrowserTest : public OnDisplay {
+protected:
+    explicit ListBrowserTest(ListKeys keys = ListKeys::Program)
+        : Stage(std::make_unique<ListBrowser>(49, keys)) {
+        List().SetColumns({{"Name", 250}, {"Size", 80, true, true, Align::Right}, {"Date & time", 100}});
+    }
+
+    ListBrowser& List() { return Stage.Content; }
+    ListView& View() { return static_cast<ListView&>(Stage.Widget()); }
+    QPoint PointOf(std::size_t row) {
+        const int height = View().RowHeight();
+        return {20, static_cast<int>(row) * height + height / 2 - View().verticalScrollBar()->value()};
+    }
+    void Click(std::size_t row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::mouseClick(View().viewport(), Qt::LeftButton, modifiers, PointOf(row));
+    }
+    void ClickTitle(int section) {
+        const QPoint middle(View().Titles().sectionViewportPosition(section) + 10,
+                            View().Titles().height() / 2);
+        QTest::mouseClick(View().Titles().viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+    }
+    // Drags with the pointer from one place of the titles to another.
+    void DragTitle(int from, int to) {
+        QWidget* titles = View().Titles().viewport();
+        const int y = titles->height() / 2;
+        QTest::mousePress(titles, Qt::LeftButton, Qt::NoModifier, {from, y});
+        for (const int x : {(from + to) / 2, to}) {
+            QMouseEvent move(QEvent::MouseMove, QPointF(x, y), titles->mapToGlobal(QPointF(x, y)),
+                             Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(titles, &move);
+        }
+        QTest::mouseRelease(titles, Qt::LeftButton, Qt::NoModifier, {to, y});
+    }
+
+    MadeUpRows Few{20}, Many{100000};
+    Shown<ListBrowser> Stage;
+};
+
+TEST_F(ListBrowserTest, RowsComeAndGoAtAnyNumberOfThem) {
+    for (const std::size_t rows : {std::size_t{0}, std::size_t{1}, std::size_t{100000}}) {
+        const MadeUpRows source(rows);
+        List().Attach(&source);
+        Pump();
+        View().grab();
+        List().SetTop(rows);
+        List().MakeVisible(rows / 2);
+        List().SelectAll();
+        EXPECT_EQ(List().SelectedCount(), rows);
+        List().Select(rows, true); // no such row
+        List().SetCurrent(rows);
+        EXPECT_EQ(List().SelectedCount(), rows);
+        List().RefreshRow(rows);
+        List().Detach();
+        EXPECT_EQ(List().SelectedCount(), 0U);
+        Pump();
+        View().grab();
+    }
+    Click(0);
+    EXPECT_TRUE(EventsOf(Stage.Frame).empty());
+}
+
+TEST_F(ListBrowserTest, TopIsTheFirstVisibleRow) {
+    List().Attach(&Many);
+    List().SetTop(54321);
+    EXPECT_EQ(List().Top(), 54321U);
+    List().MakeVisible(54321 + List().VisibleRows());
+    EXPECT_GT(List().Top(), 54321U);
+    EXPECT_LE(List().Top(), 54323U);
+    List().SetImageHeight(64);
+    EXPECT_LE(List().Top(), 54323U);
+    List().Attach(&Many);
+    EXPECT_EQ(List().Top(), 0U);
+}
+
+TEST_F(ListBrowserTest, ClickSelectsAsTheQualifiersSay) {
+    List().Attach(&Few);
+    Click(3);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{3}));
+    Click(6, Qt::ShiftModifier);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{3, 4, 5, 6}));
+    Click(5, Qt::ControlModifier);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{3, 4, 6}));
+    Click(4); // a click on one of several selects it alone
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{4}));
+}
+
+TEST_F(ListBrowserTest, ClickBesideTheRowsTakesTheSelectionAway) {
+    const MadeUpRows handful(3);
+    List().Attach(&handful);
+    List().SelectAll();
+    Click(5);
+    EXPECT_EQ(List().SelectedCount(), 0U);
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    EXPECT_EQ(List().NextEvent().Row, NoRow);
+    List().Detach();
+}
+
+TEST_F(ListBrowserTest, PersistentSelectionTogglesAndSingleKeepsOne) {
+    List().Attach(&Few);
+    List().SetSelection(ListSelection::Persistent);
+    Click(1);
+    Click(3);
+    Click(1);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{3}));
+    List().SetSelection(ListSelection::Single);
+    Click(5, Qt::ControlModifier);
+    Click(8, Qt::ShiftModifier);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{8}));
+}
+
+TEST_F(ListBrowserTest, EachGadgetUpHasItsListEvent) {
+    List().Attach(&Few);
+    QTest::mouseDClick(View().viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(2));
+    Click(2);
+    const QPoint place = PointOf(2);
+    QMouseEvent second(QEvent::MouseButtonDblClick, place, View().viewport()->mapToGlobal(place),
+                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(View().viewport(), &second);
+    ClickTitle(1);
+    std::vector<ListEvent> events;
+    for (const WindowEvent& event : EventsOf(Stage.Frame)) {
+        EXPECT_EQ(event.Class, EventClass::GadgetUp);
+        EXPECT_EQ(event.Id, 49);
+        events.push_back(List().NextEvent());
+    }
+    ASSERT_GE(events.size(), 3U);
+    EXPECT_EQ(events.front().Kind, ListEventKind::Select);
+    EXPECT_EQ(events.front().Row, 2U);
+    EXPECT_EQ(events[events.size() - 2].Kind, ListEventKind::DoubleClick);
+    EXPECT_EQ(events[events.size() - 2].Row, 2U);
+    EXPECT_EQ(events.back().Kind, ListEventKind::TitleClick);
+    EXPECT_EQ(events.back().Column, 1U);
+    EXPECT_EQ(List().NextEvent().Kind, ListEventKind::None);
+}
+
+TEST_F(ListBrowserTest, EventsOfRowsThatAreGoneSayNothing) {
+    List().Attach(&Few);
+    Click(2);
+    List().Attach(&Few);
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    EXPECT_EQ(List().NextEvent().Kind, ListEventKind::None);
+}
+
+TEST_F(ListBrowserTest, BlockedListKeepsItsSelection) {
+    List().Attach(&Few);
+    List().Select(1, true);
+    Stage.Frame.Block(1);
+    Click(5);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{1}));
+}
+
+TEST_F(ListBrowserTest, DragSelectsTheRowsItPasses) {
+    List().Attach(&Few);
+    QTest::mousePress(View().viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(2));
+    QMouseEvent move(QEvent::MouseMove, QPointF(PointOf(4)),
+                     View().viewport()->mapToGlobal(QPointF(PointOf(4))), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(View().viewport(), &move);
+    QTest::mouseRelease(View().viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(4));
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{2, 3, 4}));
+}
+
+TEST_F(ListBrowserTest, DisabledRowsCannotBeSelected) {
+    Few.DisabledRow = 4;
+    List().Attach(&Few);
+    Click(4);
+    EXPECT_TRUE(List().SelectedRows().empty());
+    List().SelectAll();
+    EXPECT_EQ(List().SelectedCount(), 19U);
+    Click(3);
+    Click(5, Qt::ShiftModifier);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{3, 5}));
+}
+
+TEST_F(ListBrowserTest, DraggedWidthIsToldOnceAndStays) {
+    List().Attach(&Few);
+    DragTitle(249, 299);
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    EXPECT_EQ(List().NextEvent().Kind, ListEventKind::ColumnsChanged);
+    const std::vector<int> widths = List().ColumnWidths();
+    EXPECT_NEAR(widths[0], 300, 2);
+    List().Detach();
+    List().Attach(&Few);
+    EXPECT_EQ(List().ColumnWidths(), widths);
+    EXPECT_TRUE(EventsOf(Stage.Frame).empty());
+}
+
+TEST_F(ListBrowserTest, ColumnsMoveButForThoseThatMayNot) {
+    DragTitle(290, 400);
+    EXPECT_EQ(List().ColumnOrder(), (RowNumbers{0, 2, 1}));
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    List().SetColumns({{"", 26, false, false}, {"Name", 200}, {"Size", 80}});
+    EXPECT_EQ(List().ColumnOrder(), (RowNumbers{0, 1, 2}));
+    DragTitle(60, 5);
+    EXPECT_EQ(List().ColumnOrder(), (RowNumbers{0, 1, 2}));
+    DragTitle(10, 150);
+    EXPECT_EQ(List().ColumnOrder(), (RowNumbers{0, 1, 2}));
+}
+
+TEST_F(ListBrowserTest, KeysGoToTheProgram) {
+    List().Attach(&Few);
+    List().Activate();
+    for (const Qt::Key key :
+         {Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End, Qt::Key_A, Qt::Key_Space, Qt::Key_Return})
+        QTest::keyClick(&View(), key);
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 6U);
+    EXPECT_EQ(List().SelectedCount(), 0U);
+}
+
+class OwnKeysTest : public ListBrowserTest {
+protected:
+    OwnKeysTest() : ListBrowserTest(ListKeys::Own) {
+        List().Attach(&Few);
+        List().Activate();
+    }
+};
+
+TEST_F(OwnKeysTest, ArrowsMoveAndShiftExtends) {
+    QTest::keyClick(&View(), Qt::Key_Down);
+    QTest::keyClick(&View(), Qt::Key_Down);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{1}));
+    QTest::keyClick(&View(), Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{1, 2}));
+    QTest::keyClick(&View(), Qt::Key_End);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{19}));
+    QTest::keyClick(&View(), Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(List().SelectedCount(), 20U);
+}
+
+TEST_F(OwnKeysTest, TypedLettersFindANameAndOtherCommandsReachTheWindow) {
+    QTest::keyClicks(&View(), QStringLiteral("NAME 12"));
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{12}));
+    EventsOf(Stage.Frame);
+    QTest::keyClick(&View(), Qt::Key_W, Qt::ControlModifier);
+    EXPECT_EQ(EventsOf(Stage.Frame).at(0).Class, EventClass::RawKey);
+}
+
+TEST_F(ListBrowserTest, ScreenReadersHearTheNameFirstAndTheSelection) {
+    List().Attach(&Few);
+    List().Select(7, true);
+    Pump();
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(&View());
+    ASSERT_NE(spoken, nullptr);
+    ASSERT_NE(spoken->tableInterface(), nullptr);
+    QAccessibleInterface* cell = spoken->tableInterface()->cellAt(7, 0);
+    ASSERT_NE(cell, nullptr);
+    EXPECT_EQ(cell->text(QAccessible::Name), QStringLiteral("name 7, size, size"));
+    EXPECT_TRUE(cell->state().selected);
+}
+
+TEST(ListPainterTest, ColoursKeepContrastWithTheirBackground) {
+    const QColor grounds[] = {Qt::white, Qt::black, QColor(30, 30, 32), QColor(128, 128, 128),
+                              QColor(255, 255, 0)};
+    const QColor inks[] = {Qt::white, Qt::black, QColor(0, 0, 160), QColor(128, 128, 128),
+                           QColor(255, 255, 0)};
+    const auto light = [](const QColor& c) {
+        return 0.2126 * c.redF() + 0.7152 * c.greenF() + 0.0722 * c.blueF();
+    };
+    for (const QColor& ground : grounds) {
+        for (const QColor& ink : inks)
+            EXPECT_GT(std::abs(light(ReadableOn(ground, ink)) - light(ground)), 0.2)
+                << ink.name().toStdString();
+    }
+    EXPECT_EQ(ReadableOn(Qt::white, QColor(0, 0, 160)), QColor(0, 0, 160));
+}
+
+} // namespace
+
+} // namespace intuition

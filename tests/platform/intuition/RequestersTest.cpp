@@ -1,0 +1,113 @@
+#include "platform/intuition/Requesters.h"
+
+#include "platform/intuition/Label.h"
+#include "tests/platform/intuition/Stage.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QTimer>
+
+namespace intuition {
+
+namespace {
+
+const EasyRequestSpec DeleteQuestion{
+    "Delete", "Really delete \"<b>A & B</b>\"?", RequesterImage::Question, {"_Delete", "_Skip", "_Cancel"}};
+
+class RequestersTest : public OnDisplay {
+protected:
+    Shown<Label> Stage{std::make_unique<Label>("content")};
+
+    // Acts on the requester once it is up, as its user.
+    template <typename Deed>
+    int AskAnd(const EasyRequestSpec& spec, Deed deed) {
+        QTimer poll;
+        bool acted = false;
+        QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (acted || dialog == nullptr || !dialog->isVisible())
+                return;
+            acted = true;
+            deed(*dialog);
+        });
+        poll.start(1);
+        return EasyRequest(&Stage.Frame, spec);
+    }
+};
+
+TEST_F(RequestersTest, HandlerAnswersInTheUsersPlaceUntilItIsTakenAway) {
+    std::string asked;
+    SetRequestHandler([&](const EasyRequestSpec& spec) {
+        asked = spec.Text;
+        return 2;
+    });
+    EXPECT_EQ(EasyRequest(nullptr, DeleteQuestion), 2);
+    EXPECT_EQ(asked, DeleteQuestion.Text);
+    const RequestHandler old = SetRequestHandler({});
+    EXPECT_EQ(old(DeleteQuestion), 2);
+    EXPECT_EQ(AskAnd(DeleteQuestion, [](QDialog& dialog) { dialog.close(); }), 0);
+}
+
+TEST_F(RequestersTest, KeysPressItsButtons) {
+    const std::pair<Qt::Key, int> answers[] = {
+        {Qt::Key_Return, 1}, {Qt::Key_D, 1}, {Qt::Key_S, 2}, {Qt::Key_C, 0}, {Qt::Key_Escape, 0}};
+    for (const auto& [key, answer] : answers) {
+        const auto press = [pressed = key](QDialog& dialog) {
+            QTest::keyClick(&dialog, Qt::Key_X); // no button's
+            QTest::keyClick(&dialog, pressed);
+        };
+        EXPECT_EQ(AskAnd(DeleteQuestion, press), answer) << key;
+    }
+}
+
+TEST_F(RequestersTest, OnlyButtonAnswersZero) {
+    EXPECT_EQ(AskAnd({"Note", "Done.", RequesterImage::Information, {"_Continue"}},
+                     [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }),
+              0);
+    EXPECT_EQ(AskAnd({"Note", "Done.", RequesterImage::None, {}},
+                     [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_O); }),
+              0);
+}
+
+TEST_F(RequestersTest, ParentIsBlockedWhileItAsks) {
+    Stage.Frame.Block(1);
+    EXPECT_EQ(AskAnd(DeleteQuestion,
+                     [this](QDialog& dialog) {
+                         EXPECT_EQ(dialog.parentWidget(), Stage.Widget().window());
+                         EXPECT_TRUE(Stage.Frame.IsBlocked());
+                         dialog.close();
+                     }),
+              0);
+    EXPECT_TRUE(Stage.Frame.IsBlocked()); // still the block from before
+    Stage.Frame.Block(0);
+    EXPECT_FALSE(Stage.Frame.IsBlocked());
+}
+
+TEST_F(RequestersTest, TextIsPlainAndFitsTheScreen) {
+    EasyRequestSpec spec = DeleteQuestion;
+    spec.Text += std::string(3000, 'w');
+    for (int line = 0; line < 300; ++line)
+        spec.Text += "\nline";
+    EXPECT_EQ(AskAnd(spec,
+                     [](QDialog& dialog) {
+                         EXPECT_LT(dialog.height(), dialog.screen()->availableGeometry().height());
+                         EXPECT_LT(dialog.width(), 600);
+                         for (const QLabel* label : dialog.findChildren<QLabel*>())
+                             EXPECT_TRUE(label->text().isEmpty() || label->textFormat() == Qt::PlainText);
+                         dialog.close();
+                     }),
+              0);
+}
+
+TEST(RequesterWithoutDisplay, IsPrintedAndAnswersZero) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(EasyRequest(nullptr, {"Title", "Text \x1B[2J\nsecond", RequesterImage::Error, {"_A", "_B"}}),
+              0);
+    const std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(printed, "Title: Text \uFFFD[2J\nsecond\n");
+}
+
+} // namespace
+
+} // namespace intuition
