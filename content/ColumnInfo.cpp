@@ -1,0 +1,200 @@
+#include "content/ColumnInfo.h"
+
+#include "interface/MainLayout.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace solvane {
+
+namespace {
+
+struct ColumnDefault {
+    std::string_view Title;
+    std::int32_t Width; // pixels
+    bool Shown;
+};
+
+// By column number less 1; the icon column is always there.
+constexpr std::array<ColumnDefault, DetailsColumnCount - 1> Defaults = {{
+    {"Name", 250, true},        {"Size", 80, true},           {"Date", 150, true},
+    {"Type", 100, true},        {"Protection", 100, true},    {"Filenote", 250, true},
+    {"Dimensions", 100, false}, {"Title", 130, false},        {"Time", 50, false},
+    {"Artist", 120, false},     {"Album artist", 120, false}, {"Album", 120, false},
+    {"Track #", 50, false},     {"Disc #", 50, false},        {"Year", 50, false},
+    {"Genre", 120, false},      {"Comment", 120, false},      {"Composer", 120, false},
+    {"Bit rate", 60, false},    {"Sample rate", 60, false},   {"Encoder", 120, false},
+    {"Mode", 100, false},       {"Codec", 100, false},        {"Version", 43, false},
+}};
+
+std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
+
+bool IsShown(DetailsColumn column) {
+    return std::any_of(ShowDetailsColumnsList->begin(), ShowDetailsColumnsList->end(),
+                       [column](const ColumnInfoNode& node) {
+                           return node.Shown != 0 && node.ColumnNumber == static_cast<std::uint32_t>(column);
+                       });
+}
+
+void NoteNeededFacts() {
+    ColInfo_GetDimensions = IsShown(DetailsColumn::Dimensions) ? 1 : 0;
+    ColInfo_GetVersion = IsShown(DetailsColumn::Version) ? 1 : 0;
+    ColInfo_GetMP3 = 0;
+    for (auto number = static_cast<std::int32_t>(DetailsColumn::Title);
+         number <= static_cast<std::int32_t>(DetailsColumn::Codec); ++number) {
+        if (IsShown(static_cast<DetailsColumn>(number))) {
+            ColInfo_GetMP3 = 1;
+        }
+    }
+}
+
+bool AddDefaultColumns() {
+    for (std::uint32_t number = 1; number <= Defaults.size(); ++number) {
+        NodePointer<ColumnInfoNode> node = SAK_CreateGenericListNode<ColumnInfoNode>();
+        if (!node) {
+            return false;
+        }
+        const ColumnDefault& column = Defaults[number - 1];
+        node->ColumnNumber = number;
+        node->Shown = column.Shown ? 1 : 0;
+        node->Width = column.Width;
+        SAK_AddGenericListNode(*ShowDetailsColumnsList, std::move(node));
+    }
+    return true;
+}
+
+ColumnInfoNode* NodeOf(DetailsColumn column) {
+    return FindNode(*ShowDetailsColumnsList, [column](const ColumnInfoNode& node) {
+        return node.ColumnNumber == static_cast<std::uint32_t>(column);
+    });
+}
+
+intuition::Column MakeColumn(DetailsColumn column, bool details) {
+    if (column == DetailsColumn::Icon) {
+        return {.Title = "", .Width = IconColumnWidth, .Sortable = false, .Draggable = false};
+    }
+    const ColumnInfoNode* node = NodeOf(column);
+    const ColumnDefault& fixed = Defaults[static_cast<std::size_t>(column) - 1];
+    return {.Title = std::string(fixed.Title),
+            .Width = node != nullptr && node->Width > 0 ? node->Width : fixed.Width,
+            .Draggable = details,
+            .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left,
+            .Stretch = !details};
+}
+
+// Puts the shown columns into the order in which they stand on screen; hidden ones keep their places behind.
+void TakeOrder(const std::vector<DetailsColumn>& order) {
+    std::vector<ColumnInfoNode*> nodes;
+    for (const DetailsColumn column : order) {
+        if (ColumnInfoNode* node = NodeOf(column)) {
+            nodes.push_back(node);
+        }
+    }
+    for (ColumnInfoNode& node : *ShowDetailsColumnsList) {
+        if (std::find(nodes.begin(), nodes.end(), &node) == nodes.end()) {
+            nodes.push_back(&node);
+        }
+    }
+    static_cast<void>(SAK_ReorderGenericList(*ShowDetailsColumnsList, nodes));
+}
+
+} // namespace
+
+void RestoreDefaultColumnInfos() {
+    if (!ShowDetailsColumnsList) {
+        return;
+    }
+    SAK_ClearGenericList(*ShowDetailsColumnsList);
+    static_cast<void>(AddDefaultColumns());
+}
+
+bool CreateColumnInfoAll() {
+    if (!ShowDetailsColumnsList) {
+        return false;
+    }
+    if (SAK_GenericListCount(*ShowDetailsColumnsList) == 0 && !AddDefaultColumns()) {
+        return false;
+    }
+    NoteNeededFacts();
+    return true;
+}
+
+void FreeColumnInfoAll() {
+    ColumnsOnScreen.clear();
+}
+
+bool CreateColumnInfoPreview() {
+    return true;
+}
+
+void FreeColumnInfoPreview() {}
+
+bool IsDetailsStyle(std::int32_t style) {
+    return style == ViewDetails || style == ViewThumbnailDetails;
+}
+
+std::vector<DetailsColumn> ShownColumns(std::int32_t style) {
+    std::vector<DetailsColumn> columns = {DetailsColumn::Icon};
+    if (style == ViewList || !ShowDetailsColumnsList) {
+        columns.push_back(DetailsColumn::Name);
+        return columns;
+    }
+    for (const ColumnInfoNode& node : *ShowDetailsColumnsList) {
+        if (node.Shown != 0 && node.ColumnNumber > 0 && node.ColumnNumber < DetailsColumnCount) {
+            columns.push_back(static_cast<DetailsColumn>(node.ColumnNumber));
+        }
+    }
+    return columns;
+}
+
+void SetColumnInfo() {
+    ColumnsOnScreen = ShownColumns(Prefs.ContentViewStyle);
+    if (Objects.ContentList == nullptr || !ShowDetailsColumnsList) {
+        return;
+    }
+    const bool details = Prefs.ContentViewStyle != ViewList;
+    std::vector<intuition::Column> columns;
+    for (const DetailsColumn column : ColumnsOnScreen) {
+        columns.push_back(MakeColumn(column, details));
+    }
+    Objects.ContentList->SetColumns(std::move(columns));
+}
+
+const std::vector<DetailsColumn>& ColumnsInForce() {
+    return ColumnsOnScreen;
+}
+
+void GetColumnInfoWidths() {
+    if (Objects.ContentList == nullptr || Prefs.ContentViewStyle == ViewList) {
+        return;
+    }
+    const std::vector<int> widths = Objects.ContentList->ColumnWidths();
+    std::vector<DetailsColumn> order;
+    for (const std::size_t at : Objects.ContentList->ColumnOrder()) {
+        if (at >= ColumnsOnScreen.size() || at >= widths.size()) {
+            continue;
+        }
+        order.push_back(ColumnsOnScreen[at]);
+        if (ColumnInfoNode* node = NodeOf(ColumnsOnScreen[at])) {
+            node->Width = widths[at];
+        }
+    }
+    TakeOrder(order);
+}
+
+void SetSortColumnArrow(std::int32_t column) {
+    if (Objects.ContentList == nullptr) {
+        return;
+    }
+    const auto at =
+        std::find(ColumnsOnScreen.begin(), ColumnsOnScreen.end(), static_cast<DetailsColumn>(column));
+    const bool there = column != 0 && at != ColumnsOnScreen.end();
+    Objects.ContentList->SetSortColumn(there ? static_cast<std::size_t>(at - ColumnsOnScreen.begin())
+                                             : intuition::NoRow,
+                                       Prefs.ContentSortDirection == 0);
+}
+
+} // namespace solvane

@@ -1,0 +1,119 @@
+#include "content/ContentRows.h"
+
+#include "model/Content.h"
+#include "model/Prefs.h"
+
+#include <charconv>
+
+namespace solvane {
+
+namespace {
+
+using intuition::Rgb;
+
+constexpr std::string_view DefaultText = "000000";
+constexpr std::string_view DefaultStripe1 = "CFCFCF", DefaultStripe2 = "C0C0C0";
+constexpr int HalfBright = 128;
+
+// Text in no colour of its own stays readable on a background that the user has chosen.
+Rgb ReadableOn(const Rgb& background) {
+    const int bright = (background.Red * 299 + background.Green * 587 + background.Blue * 114) / 1000;
+    return bright < HalfBright ? Rgb{255, 255, 255} : Rgb{0, 0, 0};
+}
+
+} // namespace
+
+std::optional<Rgb> OwnColour(std::string_view digits, std::string_view defaultDigits) {
+    std::uint32_t value = 0;
+    const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    const bool whole = parsed.ec == std::errc() && parsed.ptr == digits.data() + digits.size();
+    if (digits.size() != 6 || !whole || Text<10>(digits) == defaultDigits) {
+        return std::nullopt;
+    }
+    return Rgb{static_cast<std::uint8_t>(value >> 16 & 0xFF), static_cast<std::uint8_t>(value >> 8 & 0xFF),
+               static_cast<std::uint8_t>(value & 0xFF)};
+}
+
+std::string_view CellText(const ContentNode& node, DetailsColumn column) {
+    switch (column) {
+    case DetailsColumn::Icon:
+        return {};
+    case DetailsColumn::Name:
+        return node.EntryName;
+    case DetailsColumn::Size:
+        return node.EntrySizeText;
+    case DetailsColumn::Date:
+        return node.DateText;
+    case DetailsColumn::Filenote:
+        return IsLinkKind(node.ObjectKind) ? node.EntryPath.View() : node.Comment.View();
+    case DetailsColumn::Time:
+        return TagsOf(node).TagTime;
+    case DetailsColumn::BitRate:
+        return TagsOf(node).TagBitRateText;
+    case DetailsColumn::SampleRate:
+        return TagsOf(node).TagSampleRateText;
+    case DetailsColumn::Version:
+        return node.VersionText;
+    default:
+        return TextKey(node, column); // what these columns sort by is what they show
+    }
+}
+
+ContentRows::ContentRows(std::vector<DetailsColumn> columns)
+    : Columns(std::move(columns)),
+      Drawers{OwnColour(Prefs.DrawersColor, DefaultText), Prefs.DrawersBold != 0, Prefs.DrawersItalic != 0,
+              Prefs.DrawersUnderline != 0},
+      Files{OwnColour(Prefs.FilesColor, DefaultText), Prefs.FilesBold != 0, Prefs.FilesItalic != 0,
+            Prefs.FilesUnderline != 0},
+      Links{OwnColour(Prefs.LinksColor, DefaultText), Prefs.LinksBold != 0, Prefs.LinksItalic != 0,
+            Prefs.LinksUnderline != 0},
+      Stripes{OwnColour(Prefs.Background1Color, DefaultStripe1),
+              OwnColour(Prefs.Background2Color, DefaultStripe2)},
+      DrawerImage(intuition::ObtainImage("PROGDIR:Images/TBImages/list_drawer.png")),
+      FileImage(intuition::ObtainImage("PROGDIR:Images/TBImages/list_file.png")) {}
+
+ContentRows::~ContentRows() {
+    intuition::ReleaseImage(DrawerImage);
+    intuition::ReleaseImage(FileImage);
+}
+
+std::size_t ContentRows::RowCount() const {
+    return lblist2.size();
+}
+
+const ContentRows::KindLook& ContentRows::LookOf(const ContentNode& node) const {
+    if (IsLinkKind(node.ObjectKind)) {
+        return Links;
+    }
+    return IsDrawerKind(node.ObjectKind) ? Drawers : Files;
+}
+
+intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const {
+    const ContentNode* node = lblist2[row].Record;
+    if (node == nullptr || column >= Columns.size()) {
+        return {};
+    }
+    if (Columns[column] == DetailsColumn::Icon) {
+        intuition::CellLook icon;
+        icon.Image = IsDrawerKind(node->ObjectKind) ? DrawerImage : FileImage;
+        return icon;
+    }
+    const KindLook& look = LookOf(*node);
+    const auto& background = Stripes[row % 2];
+    return {.Text = CellText(*node, Columns[column]),
+            .Colour = !look.Colour && background ? ReadableOn(*background) : look.Colour,
+            .Bold = look.Bold,
+            .Italic = look.Italic,
+            .Underline = look.Underline};
+}
+
+intuition::RowLook ContentRows::Row(std::size_t row) const {
+    return {.Background = Stripes[row % 2], .Disabled = lblist2[row].Record == nullptr};
+}
+
+std::string_view ContentRows::Name(std::size_t row) const {
+    const ContentNode* node = lblist2[row].Record;
+    return node != nullptr ? node->EntryName.View() : std::string_view();
+}
+
+} // namespace solvane

@@ -1,0 +1,49 @@
+#include "content/Status.h"
+
+#include "interface/MainLayout.h"
+#include "model/Content.h"
+#include "sak/Format.h"
+#include "sak/Numbers.h"
+
+#include <string>
+#include <string_view>
+
+namespace solvane {
+
+namespace {
+
+std::string ItemCount() {
+    return FormatText("%s %s", SAK_LocalizeNumber(TotalNodes), TotalNodes == 1 ? "item" : "items");
+}
+
+} // namespace
+
+void ShowContentStatus() {
+    const std::string selected = NumSelected == 0 ? "0" : SAK_LocalizeNumber(NumSelected);
+    const std::string selectedBytes =
+        NumSelected == 0 ? FormatText("0 %s", SizeUnits.B) : std::string(SelectedBytesBuffer.View());
+    SetStatusBar(FormatText("%s/%s %s | %s / %s", selected, SAK_LocalizeNumber(TotalNodes), "Selected",
+                            selectedBytes, TotalBytesBuffer),
+                 ItemCount());
+}
+
+void ShowEnteredPathStatus() {
+    SetStatusBar(FormatText("0/%s %s | 0 %s / 0 %s", SAK_LocalizeNumber(TotalNodes), "Selected", SizeUnits.B,
+                            SizeUnits.B),
+                 ItemCount());
+}
+
+void RefreshBytes() {
+    TotalBytes = 0;
+    SelectedBytes = 0;
+    if (ContentList) {
+        for (const ContentNode& node : *ContentList) {
+            TotalBytes += node.EntrySize;
+            SelectedBytes += node.Selected != 0 ? node.EntrySize : 0;
+        }
+    }
+    TotalBytesBuffer = BytesToUnit(TotalBytes);
+    SelectedBytesBuffer = BytesToUnit(SelectedBytes);
+}
+
+} // namespace solvane

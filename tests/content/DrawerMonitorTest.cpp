@@ -1,0 +1,103 @@
+#include "content/DrawerMonitor.h"
+
+#include "platform/exec/Tasks.h"
+#include "sak/Notify.h"
+#include "tests/content/DrawerTest.h"
+
+#include <gmock/gmock.h>
+
+namespace solvane {
+namespace {
+
+using testing::ElementsAre;
+
+class DrawerMonitorTest : public DrawerTest {
+protected:
+    DrawerMonitorTest() {
+        EXPECT_TRUE(SAK_SetUpNotify());
+        Prefs.MonitorDrawer = 1;
+        Prefs.DetermineDatatype = 2;
+    }
+    ~DrawerMonitorTest() override { SAK_ShutDownNotify(); }
+
+    // Sleeps until the watched drawer has changed, then does what the main loop does.
+    static void ServeOneChange() {
+        ASSERT_NE(exec::Wait(SAK_NotifySignal) & SAK_NotifySignal, 0U);
+        DrawerChanged();
+    }
+};
+
+TEST_F(DrawerMonitorTest, ChangeOnDiskReloadsTheDrawerInPlace) {
+    File("d/a");
+    ASSERT_TRUE(Scan("d"));
+    LBTop = 1;
+    File("d/b");
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("a", "b"));
+    EXPECT_EQ(LBTop, 1U);
+    std::filesystem::remove(Host("d/a"));
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("b"));
+}
+
+TEST_F(DrawerMonitorTest, OwnChangeIsSwallowedOnce) {
+    File("d/a");
+    ASSERT_TRUE(Scan("d"));
+    Changes = 1;
+    File("d/b");
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("a"));
+    EXPECT_EQ(Changes, 0);
+    File("d/c");
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("a", "b", "c"));
+}
+
+TEST_F(DrawerMonitorTest, OnlyTheDrawerOnShowIsWatched) {
+    Drawer("old");
+    Drawer("new");
+    ASSERT_TRUE(Scan("old"));
+    File("old/change nobody looks at");
+    ASSERT_TRUE(Scan("new"));
+    EXPECT_EQ(exec::SetSignal(0, 0) & SAK_NotifySignal, 0U);
+    File("new/change");
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("change"));
+}
+
+TEST_F(DrawerMonitorTest, VanishedDrawerIsToldAndItsRowsStay) {
+    File("d/a");
+    ASSERT_TRUE(Scan("d"));
+    std::filesystem::remove_all(Host("d"));
+    ServeOneChange();
+    EXPECT_THAT(Requests, ElementsAre("Drawer does not exist."));
+    EXPECT_THAT(Rows(), ElementsAre("a"));
+}
+
+TEST_F(DrawerMonitorTest, OtherLocationsAreNotReloaded) {
+    File("d/a");
+    ASSERT_TRUE(Scan("d"));
+    LBLocation = LocationKind::Computer;
+    File("d/b");
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("a"));
+}
+
+TEST_F(DrawerMonitorTest, StoppedMonitorGoesOnWhereItWas) {
+    Drawer("d");
+    ASSERT_TRUE(Scan("d"));
+    SAK_StopNotify();
+    EXPECT_EQ(SAK_NotifyStarted, 0);
+    SAK_StartNotify();
+    EXPECT_EQ(SAK_NotifyStarted, 1);
+    File("d/a");
+    ServeOneChange();
+    EXPECT_THAT(Rows(), ElementsAre("a"));
+    SAK_ShutDownNotify();
+    EXPECT_EQ(SAK_NotifySignal, 0U);
+    SAK_StartNotify();
+    EXPECT_EQ(SAK_NotifyStarted, 0);
+}
+
+} // namespace
+} // namespace solvane

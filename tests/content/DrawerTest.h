@@ -1,0 +1,118 @@
+// What tests of drawers start from: a volume "Test:" over a temporary directory of their own, the lists of
+// the program, default preferences, and requesters that are noted instead of shown.
+#pragma once
+
+#include "content/ColumnInfo.h"
+#include "content/Drawers.h"
+#include "model/Content.h"
+#include "model/Devices.h"
+#include "model/Prefs.h"
+#include "platform/dos/Volumes.h"
+#include "platform/intuition/Requesters.h"
+#include "sak/Memory.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace solvane {
+
+class DrawerTest : public testing::Test {
+protected:
+    DrawerTest() : HostRoot(MakeRoot()), Volume(NextVolume()) {
+        dos::VolumeInfo volume;
+        volume.Device = "TD" + std::to_string(Count);
+        volume.Volume = Volume.substr(0, Volume.size() - 1);
+        volume.HostRoot = HostRoot.string();
+        EXPECT_TRUE(dos::AddVolume(volume));
+        EXPECT_TRUE(SAK_MemorySetup(SAK_ThresholdSize, SAK_PuddleSize));
+        ContentList = SAK_CreateGenericList<ContentNode>();
+        LinksList = SAK_CreateGenericList<LinksNode>();
+        ShowDetailsColumnsList = SAK_CreateGenericList<ColumnInfoNode>();
+        Prefs = PrefsRecord();
+        Prefs.MonitorDrawer = 0;
+        Prefs.EffectiveDateFormat = "%d-%b-%y %T";
+        CurrentPath.Clear();
+        PathUndoBuffer.Clear();
+        LBLocation = LocationKind::None;
+        EXPECT_TRUE(CreateColumnInfoAll());
+        intuition::SetRequestHandler([this](const intuition::EasyRequestSpec& spec) {
+            Requests.push_back(spec.Text);
+            return 0;
+        });
+    }
+
+    ~DrawerTest() override {
+        intuition::SetRequestHandler({});
+        FreeContentList(1);
+        ContentList.reset();
+        LinksList.reset();
+        ShowDetailsColumnsList.reset();
+        ExamineSingleList.reset();
+        ExamineSingleNode = nullptr;
+        MasterDevicesList.reset();
+        NavDevicesList.reset();
+        MasterAssignsList.reset();
+        std::error_code ignored;
+        std::filesystem::permissions(HostRoot, std::filesystem::perms::owner_all, ignored);
+        std::filesystem::remove_all(HostRoot, ignored);
+    }
+
+    // A file with its drawers, below the volume's root.
+    void File(std::string_view path, std::string_view bytes = {}) const {
+        std::filesystem::create_directories(Host(path).parent_path());
+        std::ofstream(Host(path), std::ios::binary) << bytes;
+        ASSERT_TRUE(std::filesystem::exists(Host(path))) << path;
+    }
+    void Drawer(std::string_view path) const { std::filesystem::create_directories(Host(path)); }
+    void SoftLink(std::string_view path, std::string_view target) const {
+        std::filesystem::create_symlink(target, Host(path));
+    }
+    [[nodiscard]] std::filesystem::path Host(std::string_view path) const { return HostRoot / path; }
+    [[nodiscard]] std::string Path(std::string_view path) const { return Volume + std::string(path); }
+
+    [[nodiscard]] bool Scan(std::string_view path = {}) const {
+        CurrentPath = Path(path);
+        return ScanDrawer();
+    }
+
+    // Names in the order of the records, and of the rows; the blank record of a socket is "".
+    [[nodiscard]] static std::vector<std::string> Records() {
+        std::vector<std::string> names;
+        for (const ContentNode& node : *ContentList) {
+            names.emplace_back(node.EntryName.View());
+        }
+        return names;
+    }
+    [[nodiscard]] static std::vector<std::string> Rows() {
+        std::vector<std::string> names;
+        for (const ListRow& row : lblist2) {
+            names.emplace_back(row.Record != nullptr ? row.Record->EntryName.View() : "(empty row)");
+        }
+        return names;
+    }
+    [[nodiscard]] static const ContentNode& Entry(std::string_view name) {
+        static const ContentNode None;
+        const ContentNode* node = FindContentNode(name, AnyKind);
+        EXPECT_NE(node, nullptr) << name;
+        return node != nullptr ? *node : None;
+    }
+
+    const std::filesystem::path HostRoot;
+    const std::string Volume; // with its colon
+    std::vector<std::string> Requests;
+
+private:
+    static std::filesystem::path MakeRoot() {
+        std::string name = (std::filesystem::temp_directory_path() / "solvane-content-XXXXXX").string();
+        return mkdtemp(name.data());
+    }
+    static std::string NextVolume() { return "Test" + std::to_string(++Count) + ":"; }
+    static inline int Count = 0;
+};
+
+} // namespace solvane

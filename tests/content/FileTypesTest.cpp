@@ -1,0 +1,115 @@
+#include "content/FileTypes.h"
+
+#include "tests/content/DrawerTest.h"
+
+namespace solvane {
+namespace {
+
+// A GIF of so many frames of one pixel.
+std::string Gif(int frames) {
+    std::string gif("GIF89a\x01\x00\x01\x00\x80\x00\x00\xff\xff\xff\x00\x00\x00", 19);
+    for (int at = 0; at < frames; ++at) {
+        gif.append("\x2c\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02\x44\x01\x00", 15);
+    }
+    return gif + ";";
+}
+
+class FileTypesTest : public DrawerTest {
+protected:
+    FileTypesTest() {
+        Drawer("env/Sys");
+        EXPECT_TRUE(dos::SetAssign("ENVARC", dos::AssignKind::Directory, {Path("env")}));
+    }
+
+    const ContentNode& TypeOf(std::string_view name, std::string_view bytes) {
+        File("d/" + std::string(name), bytes);
+        EXPECT_TRUE(Scan("d"));
+        return Entry(name);
+    }
+    void Icon(std::string_view name) const { File("env/Sys/" + std::string(name)); }
+};
+
+TEST_F(FileTypesTest, GifOfMoreThanOneFrameIsAnAnimation) {
+    EXPECT_EQ(TypeOf("one.gif", Gif(1)).DatatypeGroupValue, GroupPicture);
+    EXPECT_EQ(TypeOf("two.gif", Gif(2)).DatatypeGroupValue, GroupAnimation);
+    EXPECT_EQ(TypeOf("two.GIF", Gif(2)).DatatypeGroupValue, GroupPicture) << "case is kept";
+    EXPECT_EQ(Entry("two.gif").DatatypeGroupName.View(), "Picture");
+}
+
+TEST_F(FileTypesTest, WithoutIconsTheTypeNamesItself) {
+    const ContentNode& node = TypeOf("one.gif", Gif(1));
+    EXPECT_EQ(node.DatatypeName.View(), "GIF Picture");
+    EXPECT_EQ(node.DefaultIconName.View(), "def_project.info");
+}
+
+TEST_F(FileTypesTest, IconOfTheExtensionComesFirst) {
+    Icon("def_jpeg.info");
+    Icon("def_GIF.info");
+    Icon("def_picture.info");
+    // The bytes say GIF; the extension decides.
+    const ContentNode& node = TypeOf("photo.JPG", Gif(1));
+    EXPECT_EQ(node.DefaultIconName.View(), "def_jpeg.info");
+    EXPECT_EQ(node.DatatypeName.View(), "JPEG Picture");
+}
+
+TEST_F(FileTypesTest, IconOfTheDatatypeComesNextThenThatOfTheGroup) {
+    Icon("def_picture.info");
+    EXPECT_EQ(TypeOf("a", Gif(1)).DefaultIconName.View(), "ENVARC:Sys/def_picture.info");
+    Icon("def_gif.info");
+    EXPECT_EQ(TypeOf("a", Gif(1)).DefaultIconName.View(), "def_gif.info");
+    EXPECT_EQ(TypeOf("a", Gif(1)).DatatypeName.View(), "GIF Picture");
+}
+
+TEST_F(FileTypesTest, BinaryFilesTakeTheSystemIcon) {
+    Icon("def_system.info");
+    Icon("def_tool.info");
+    const ContentNode& node = TypeOf("thing", std::string("\x01\x02\x00\xfe\xed\x00\x00\x07", 8));
+    EXPECT_EQ(node.DatatypeGroupValue, GroupSystem);
+    EXPECT_EQ(node.DefaultIconName.View(), "ENVARC:Sys/def_system.info");
+}
+
+TEST_F(FileTypesTest, TypingCanWaitOrNeverHappen) {
+    File("d/one.gif", Gif(1));
+    for (const int never : {1, 2}) {
+        Prefs.DetermineDatatype = never;
+        ASSERT_TRUE(Scan("d"));
+        EXPECT_EQ(Entry("one.gif").DatatypeName.View(), "File");
+    }
+    GetFileType(*FindContentNode("one.gif", AnyKind));
+    EXPECT_EQ(Entry("one.gif").DatatypeName.View(), "GIF Picture");
+}
+
+TEST_F(FileTypesTest, DimensionsAreReadForAShownColumnOnly) {
+    EXPECT_TRUE(TypeOf("one.gif", Gif(1)).Dimensions.Empty());
+    ColInfo_GetDimensions = 1;
+    EXPECT_EQ(TypeOf("one.gif", Gif(1)).Dimensions.View().substr(0, 4), "1x1x");
+    Prefs.WhenScanningADrawer = 1;
+    EXPECT_TRUE(TypeOf("one.gif", Gif(1)).Dimensions.Empty());
+    ColInfo_GetDimensions = 0;
+}
+
+TEST_F(FileTypesTest, FileThatCannotBeOpenedKeepsItsPlainType) {
+    File("d/closed.gif", Gif(1));
+    std::filesystem::permissions(Host("d/closed.gif"), std::filesystem::perms::none);
+    if (std::ifstream(Host("d/closed.gif"))) {
+        GTEST_SKIP() << "this user may read everything";
+    }
+    ASSERT_TRUE(Scan("d"));
+    EXPECT_EQ(Entry("closed.gif").DatatypeName.View(), "File");
+    EXPECT_EQ(Entry("closed.gif").DefaultIconName.View(), "def_project.info");
+}
+
+// More files than are typed at a time, so that the batches must fit together.
+TEST_F(FileTypesTest, LargeDrawersAreTypedWhole) {
+    for (int at = 0; at < 4200; ++at) {
+        File("d/" + std::to_string(at), at % 7 == 0 ? Gif(1) : std::string("plain text\n"));
+    }
+    ASSERT_TRUE(Scan("d"));
+    for (const ContentNode& node : *ContentList) {
+        const bool picture = std::stoi(std::string(node.EntryName.View())) % 7 == 0;
+        ASSERT_EQ(node.DatatypeGroupValue, picture ? GroupPicture : GroupText) << node.EntryName.View();
+    }
+}
+
+} // namespace
+} // namespace solvane
