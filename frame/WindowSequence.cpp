@@ -37,6 +37,7 @@ bool OpenWindow() {
         return false;
     }
     SetColumnInfo();
+    Objects.ContentList->Activate();
     if (!TryOr(MainWindow->Open(), "Could not open window.")) {
         return false;
     }

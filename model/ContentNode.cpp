@@ -18,7 +18,6 @@ void DefaultContentNode(ContentNode& node) {
     node.DuplicateBand = 0;
     node.ObjectKind = EntryKind::Drawer;
     node.EntryName.Clear();
-    node.EntrySortName.Clear();
     node.EntryPath.Clear();
     node.EntryDisplayName.Clear();
     node.DatatypeGroupName = SystemGroup;
@@ -37,6 +36,7 @@ void DefaultContentNode(ContentNode& node) {
     node.DateSeconds = 0;
     node.CommentSize = 0;
     node.VersionNumber = 0.0F;
+    node.SortPrefix = 0;
 }
 
 const AudioTags& TagsOf(const ContentNode& node) {

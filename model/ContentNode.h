@@ -63,7 +63,6 @@ struct ContentNode : ListNode {
     std::uint16_t DuplicateBand = 0; // band of a row in the Duplicate File Finder's results
     EntryKind ObjectKind = EntryKind::Drawer;
     Text<128> EntryName;
-    Text<128> EntrySortName;     // name behind a one-character order prefix
     Text<1024> EntryPath;        // full path; for a link that of its target
     Text<1024> EntryDisplayName; // key that ties the entry to its row
     Text<25> DatatypeGroupName;
@@ -83,6 +82,7 @@ struct ContentNode : ListNode {
     std::uint32_t DateSeconds = 0; // Amiga seconds of the last change
     std::uint32_t CommentSize = 0; // bytes with the terminator, 0 without a filenote
     float VersionNumber = 0.0F;    // -1 for drawers and links to them, which keeps them together
+    char SortPrefix = 0; // EntrySortName is this character with EntryName behind it; no text of its own
 };
 
 // One link found by a scan; lives as long as ContentList.

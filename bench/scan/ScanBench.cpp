@@ -1,0 +1,154 @@
+// Scanning and sorting one drawer, beside the least work that lists it, in one run.
+//   solvane_scan DRAWER [options of the benchmark library]
+// Time per entry is the counter "entries"; the scans' own memory is "bytes/entry".
+#include "bench/scan/WalkLimits.h"
+#include "content/ColumnInfo.h"
+#include "content/Drawers.h"
+#include "content/SortKeys.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+#include "platform/dos/Volumes.h"
+#include "sak/Memory.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <filesystem>
+#include <malloc.h>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace solvane {
+
+namespace {
+
+std::string HostDrawer;
+
+void CountEntries(benchmark::State& state, std::size_t entries) {
+    state.counters["entries"] =
+        benchmark::Counter(static_cast<double>(entries),
+                           benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void LimitWalk(benchmark::State& state) {
+    std::size_t entries = 0;
+    for ([[maybe_unused]] auto round : state) {
+        entries = BareWalk(HostDrawer);
+    }
+    CountEntries(state, entries);
+}
+
+void LimitWalkAndRead(benchmark::State& state) {
+    std::size_t entries = 0;
+    for ([[maybe_unused]] auto round : state) {
+        entries = BareWalkAndRead(HostDrawer);
+    }
+    CountEntries(state, entries);
+}
+
+std::size_t BytesInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+// A scan as a window does it, rows included.
+void Scan(benchmark::State& state) {
+    Prefs.DetermineDatatype = static_cast<std::int32_t>(state.range(0));
+    std::size_t before = 0;
+    for ([[maybe_unused]] auto round : state) {
+        state.PauseTiming();
+        FreeContentList(1);
+        before = BytesInUse();
+        CurrentPath = "Bench:";
+        state.ResumeTiming();
+        if (!ScanDrawer()) {
+            state.SkipWithError("cannot scan");
+            return;
+        }
+    }
+    const std::size_t entries = SAK_GenericListCount(*ContentList);
+    CountEntries(state, entries);
+    state.counters["bytes/entry"] =
+        static_cast<double>(BytesInUse() - before) / static_cast<double>(std::max<std::size_t>(entries, 1));
+}
+
+enum Arrival { Random, Sorted, Reversed };
+
+// The sort alone, over the records of the last scan.
+void Sort(benchmark::State& state) {
+    std::vector<ContentNode*> arrivals;
+    for (ContentNode& node : *ContentList) {
+        arrivals.push_back(&node);
+    }
+    const auto column = static_cast<DetailsColumn>(state.range(0));
+    OrderByKey(arrivals, column, SortOrder::Ascending);
+    if (state.range(1) == Reversed) {
+        std::reverse(arrivals.begin(), arrivals.end());
+    } else if (state.range(1) == Random) {
+        std::shuffle(arrivals.begin(), arrivals.end(), std::mt19937(1));
+    }
+    for ([[maybe_unused]] auto round : state) {
+        std::vector<ContentNode*> nodes = arrivals;
+        OrderByKey(nodes, column, state.range(2) == 0 ? SortOrder::Ascending : SortOrder::Descending);
+        benchmark::DoNotOptimize(nodes.data());
+    }
+    CountEntries(state, arrivals.size());
+}
+
+void Register() {
+    const auto add = [](const char* name, void (*run)(benchmark::State&)) {
+        return benchmark::RegisterBenchmark(name, run)
+            ->Unit(benchmark::kMillisecond)
+            ->MeasureProcessCPUTime()
+            ->UseRealTime();
+    };
+    add("LimitWalk", LimitWalk);
+    add("LimitWalkAndRead", LimitWalkAndRead);
+    add("ScanWithoutTyping", Scan)->Arg(2);
+    add("ScanWithTyping", Scan)->Arg(0);
+    add("Sort", Sort)
+        ->ArgNames({"column", "arrival", "descending"})
+        ->ArgsProduct({{1, 2, 3, 4}, {Random, Sorted, Reversed}, {0, 1}});
+}
+
+bool SetUp(const char* drawer) {
+    HostDrawer = std::filesystem::absolute(drawer).string();
+    dos::VolumeInfo volume;
+    volume.Device = "BD0";
+    volume.Volume = "Bench";
+    volume.HostRoot = HostDrawer;
+    if (!dos::AddVolume(volume) || !SAK_MemorySetup(SAK_ThresholdSize, SAK_PuddleSize)) {
+        return false;
+    }
+    ContentList = SAK_CreateGenericList<ContentNode>();
+    LinksList = SAK_CreateGenericList<LinksNode>();
+    ShowDetailsColumnsList = SAK_CreateGenericList<ColumnInfoNode>();
+    Prefs.MonitorDrawer = 0;
+    Prefs.EffectiveDateFormat = "%d-%b-%y %T";
+    return CreateColumnInfoAll();
+}
+
+void CleanUp() {
+    FreeContentList(1);
+    ContentList.reset();
+    LinksList.reset();
+    ShowDetailsColumnsList.reset();
+}
+
+} // namespace
+
+} // namespace solvane
+
+int main(int count, char** arguments) {
+    benchmark::Initialize(&count, arguments);
+    if (count != 2 || !solvane::SetUp(arguments[1])) {
+        std::fprintf(stderr, "usage: solvane_scan DRAWER [benchmark options]\n");
+        return 2;
+    }
+    std::printf("sizeof(ContentNode) %zu\n", sizeof(solvane::ContentNode));
+    solvane::Register();
+    benchmark::RunSpecifiedBenchmarks();
+    solvane::CleanUp();
+    return 0;
+}

@@ -1,0 +1,108 @@
+#include "locations/Devices.h"
+
+#include "interface/MainLayout.h"
+#include "model/Devices.h"
+#include "platform/dos/Volumes.h"
+#include "sak/Requesters.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace solvane {
+
+namespace {
+
+// An empty list, whether or not there was one.
+template <class Node>
+bool StartList(std::unique_ptr<GenericList<Node>>& list) {
+    if (!list) {
+        list = SAK_CreateGenericList<Node>();
+    }
+    if (list) {
+        SAK_ClearGenericList(*list);
+    }
+    return list != nullptr;
+}
+
+// A new record at the end of the list; null after a requester.
+template <class Node>
+Node* AppendNode(GenericList<Node>& list) {
+    Node* node = SAK_AddGenericListNode(list, SAK_CreateGenericListNode<Node>());
+    if (node == nullptr) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
+                        "Could not create Exec list node.", "_Continue");
+    }
+    return node;
+}
+
+std::string WithColon(std::string_view name) {
+    return std::string(name).append(":");
+}
+
+} // namespace
+
+bool GetDevices() {
+    if (!StartList(MasterDevicesList)) {
+        return false;
+    }
+    const WithoutRequesters quiet;
+    for (const dos::VolumeInfo& volume : dos::Volumes()) {
+        DevicesNode* node = AppendNode(*MasterDevicesList);
+        if (node == nullptr) {
+            return false;
+        }
+        node->Mounted = 1;
+        node->DeviceName = WithColon(volume.Device);
+        node->VolumeName = WithColon(volume.Volume);
+    }
+    return true;
+}
+
+bool CopyDevicesToNavDevices() {
+    if (!MasterDevicesList || !StartList(NavDevicesList)) {
+        return false;
+    }
+    for (const DevicesNode& device : *MasterDevicesList) {
+        if (device.Mounted == 0) {
+            continue;
+        }
+        DevicesNode* node = AppendNode(*NavDevicesList);
+        if (node == nullptr) {
+            return false;
+        }
+        *node = device;
+    }
+    return true;
+}
+
+bool GetAssigns() {
+    if (!StartList(MasterAssignsList)) {
+        return false;
+    }
+    for (const dos::AssignInfo& assign : dos::Assigns()) {
+        AssignsNode* node = AppendNode(*MasterAssignsList);
+        if (node == nullptr) {
+            return false;
+        }
+        node->Name = WithColon(assign.Name);
+        node->MultiAssign = assign.Targets.size() > 1 ? 1 : 0;
+    }
+    return true;
+}
+
+void SortMasterAssignsList() {
+    if (!MasterAssignsList) {
+        return;
+    }
+    std::vector<AssignsNode*> order;
+    for (AssignsNode& node : *MasterAssignsList) {
+        order.push_back(&node);
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [](const AssignsNode* a, const AssignsNode* b) { return a->Name < b->Name; });
+    static_cast<void>(SAK_ReorderGenericList(*MasterAssignsList, order));
+}
+
+} // namespace solvane

@@ -1,0 +1,131 @@
+#include "locations/EnterDrawer.h"
+
+#include "content/DetailsPane.h"
+#include "content/Drawers.h"
+#include "content/Status.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "locations/Devices.h"
+#include "locations/History.h"
+#include "model/Content.h"
+#include "model/Devices.h"
+#include "model/Prefs.h"
+#include "platform/dos/Locks.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Requesters.h"
+
+namespace solvane {
+
+namespace {
+
+void Tell(std::string_view text) {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, text, "_Continue");
+}
+
+// What history calls a path: its last component, or all of a root.
+Text<128> NameOfPath(std::string_view path) {
+    Text<1024> drawer;
+    Text<128> name;
+    SAK_SplitFilename(path, drawer, name);
+    return name.Empty() ? Text<128>(path) : name;
+}
+
+// A path as SetCurrentPath may take it. Empty, after a requester, when it does not fit.
+Text<1024> FittingPath(std::string_view path) {
+    if (path.empty() || path == PathTooLong || path.size() > Text<1024>::Limit) {
+        Tell(path.empty() ? "Drawer does not exist." : "Path is too long.");
+        return {};
+    }
+    return path;
+}
+
+// The drawer that an assign stands for. Empty when that cannot be found out.
+Text<1024> GetFullPathForAssign(std::string_view assign) {
+    Text<1024> full;
+    const dos::FileLock lock = dos::Lock(assign);
+    if (!lock || !SAK_SaferNameFromLockVolumeFromDevice(lock, full)) {
+        full.Clear();
+    }
+    return full;
+}
+
+bool IsKnownRoot(std::string_view root) {
+    if (FindMasterDevicesNode(root) != nullptr || FindMasterAssignsNode(root) != nullptr) {
+        return true;
+    }
+    const Text<128> name(root);
+    if (name == "APPDIR:" || name == "ENV:") {
+        return true;
+    }
+    // The disk may have come since the list was made.
+    return GetDevices() && CopyDevicesToNavDevices() && FindMasterDevicesNode(root) != nullptr;
+}
+
+// Scans the drawer at path; on failure the path that was on show comes back.
+bool ShowDrawer(std::string_view path) {
+    const Text<1024> before = PathUndoBuffer;
+    SetCurrentPath(path);
+    if (ScanDrawer()) {
+        return true;
+    }
+    SetCurrentPath(before);
+    return false;
+}
+
+} // namespace
+
+void SetCurrentPath(std::string_view path) {
+    CurrentPath = path;
+    PathUndoBuffer = CurrentPath;
+    ShowCurrentPath();
+}
+
+void PopulateContent2(std::string_view name, std::string_view path) {
+    Text<1024> target = FittingPath(path);
+    const Text<128> called = name;
+    if (Prefs.ShowFullPathForAssigns != 0 && FindMasterAssignsNode(target) != nullptr) {
+        target = GetFullPathForAssign(target);
+    }
+    if (target.Empty() || !ShowDrawer(target)) {
+        return;
+    }
+    AddHistoryNode(called, target, LocationKind::Drawer);
+    ShowContentStatus();
+}
+
+bool ScanDrawerOther() {
+    CheckLastCharPath();
+    const Text<1024> path = CurrentPath;
+    if (SAK_IsDeviceRoot(path) && !IsKnownRoot(path)) {
+        Tell("Could not find device in list.");
+        return false;
+    }
+    if (!ShowDrawer(path)) {
+        return false;
+    }
+    ShowEnteredPathStatus();
+    CheckLastCharPath();
+    AddHistoryNode(NameOfPath(CurrentPath), CurrentPath, LocationKind::Drawer);
+    SetMenuState();
+    SetToolbarState();
+    return true;
+}
+
+void GoToParent() {
+    CheckLastCharPath();
+    if (LBLocation != LocationKind::Drawer || SAK_IsDeviceRoot(CurrentPath)) {
+        return;
+    }
+    Text<1024> path = CurrentPath;
+    Text<1024> parent;
+    SAK_GetParent(path, parent);
+    if (parent.Empty() || !ShowDrawer(parent)) {
+        return;
+    }
+    AddHistoryNode(NameOfPath(parent), parent, LocationKind::Drawer);
+    DetailsPane2();
+    SetMenuState();
+    SetToolbarState();
+}
+
+} // namespace solvane

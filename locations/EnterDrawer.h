@@ -1,0 +1,22 @@
+// Going to a drawer: the path on show, the scan, and what the window shows around it.
+#pragma once
+
+#include <string_view>
+
+namespace solvane {
+
+// Makes path the path on show and the one to return to. It must fit (1023 bytes).
+void SetCurrentPath(std::string_view path);
+
+// Shows the drawer at path; name is what history calls it. When it cannot be shown the user is told and stays
+// where he was.
+void PopulateContent2(std::string_view name, std::string_view path);
+
+// Shows CurrentPath as a place that was named by its path, with the figures of an entered path. False when it
+// cannot be shown, after a requester; the path on show is then what it was.
+bool ScanDrawerOther();
+
+// Goes to the drawer that holds the one on show; nothing at the root of a volume or assign.
+void GoToParent();
+
+} // namespace solvane

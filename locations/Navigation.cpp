@@ -1,0 +1,217 @@
+#include "locations/Navigation.h"
+
+#include "content/ColumnInfo.h"
+#include "content/DetailsPane.h"
+#include "content/Selection.h"
+#include "content/SortLists.h"
+#include "content/Status.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "model/Content.h"
+#include "model/Devices.h"
+#include "model/Prefs.h"
+#include "platform/dos/HostPaths.h"
+#include "platform/dos/Locks.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Requesters.h"
+
+#include <array>
+#include <string>
+
+namespace solvane {
+
+namespace {
+
+struct Place {
+    std::string_view Word;
+    std::string_view Name; // as it is shown
+};
+
+constexpr std::array Places = {
+    Place{"Bookmarks", "Bookmarks"},
+    Place{"Favorites", "Favorites"},
+    Place{"Workbench", "Workbench"},
+    Place{"Computer", "Computer"},
+    Place{"Assigns", "Assigns"},
+    Place{"FTPSites", "FTP Sites"},
+    Place{"OS4DepotRecent", "OS4Depot Recent"},
+    Place{"OS4DepotFull", "OS4Depot Full"},
+    Place{"AminetRecent", "Aminet Recent"},
+    Place{"AminetFull", "Aminet Full"},
+};
+
+constexpr std::string_view HomeDrawer = "Home:"; // stands in for Computer
+
+void ReturnToPathOnShow() {
+    SetCurrentPath(Text<1024>(PathUndoBuffer));
+}
+
+void TellNoDrawer() {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, "Drawer does not exist.",
+                    "_Continue");
+}
+
+// The path with the name of its volume in place of a device name; an assign stays as it was typed. Empty when
+// there is no such device.
+Text<1024> ByVolumeName(const Text<1024>& path) {
+    Text<1024> root;
+    Text<128> volume;
+    SAK_GetDeviceRoot(path, root);
+    if (FindMasterAssignsNode(root) != nullptr) {
+        return path;
+    }
+    if (!SAK_GetNameFromLock(root, volume)) {
+        return {};
+    }
+    const bool isVolume = volume.View().find(':') == volume.Size() - 1;
+    if (!isVolume) {
+        return path; // a drawer under another name, such as PROGDIR:
+    }
+    const std::string renamed = std::string(volume.View()).append(path.View().substr(root.Size()));
+    return renamed.size() <= Text<1024>::Limit ? Text<1024>(renamed) : Text<1024>();
+}
+
+void GoToTypedDrawer() {
+    const Text<1024> path = ByVolumeName(CurrentPath);
+    if (path.Empty() || !SAK_DrawerExists(path)) {
+        TellNoDrawer();
+        ReturnToPathOnShow();
+        return;
+    }
+    CurrentPath = path;
+    if (!ScanDrawerOther()) {
+        ReturnToPathOnShow();
+    }
+}
+
+void GoToTypedAssign() {
+    const Text<1024> assign = CurrentPath;
+    PopulateContent2(assign, assign);
+    SetMenuState();
+    SetToolbarState();
+}
+
+// A link's target may climb ("Work:a//b"); the path on show is then the plain one of the drawer itself.
+Text<1024> PlainPath(const Text<1024>& path) {
+    const std::string_view text = path;
+    const bool climbs =
+        text.find("//") != std::string_view::npos || text.find(":/") != std::string_view::npos;
+    Text<1024> plain;
+    if (climbs) {
+        const dos::FileLock lock = dos::Lock(text);
+        if (lock && SAK_SaferNameFromLockVolumeFromDevice(lock, plain)) {
+            return plain;
+        }
+    }
+    return path;
+}
+
+void ServeSelection() {
+    SelectContentListItems();
+    RefreshBytes();
+    DetailsPane3();
+    SetMenuState();
+    SetToolbarState();
+}
+
+void ServeTitleClick(std::size_t column) {
+    if (column >= ColumnsInForce().size()) {
+        return;
+    }
+    const DetailsColumn clicked = ColumnsInForce()[column];
+    if (clicked == DetailsColumn::Icon) {
+        Prefs.DrawersOrder = (Prefs.DrawersOrder + 1) % 3;
+        DrawersOrder();
+    } else {
+        SortBy(static_cast<std::int32_t>(clicked));
+    }
+    ShowContentStatus();
+}
+
+void ServeDoubleClick(std::size_t row) {
+    if (row < lblist2.size() && lblist2[row].Record != nullptr) {
+        OpenEntry(*lblist2[row].Record);
+    }
+}
+
+} // namespace
+
+std::string_view NavigationWordOf(std::string_view place) {
+    const Text<128> wanted = place;
+    for (const Place& known : Places) {
+        if (wanted == known.Word || wanted == known.Name) {
+            return known.Word;
+        }
+    }
+    return {};
+}
+
+void HandleNavigationListBrowser(std::string_view word) {
+    if (NavigationWordOf(word) == "Computer") {
+        PopulateContent2(HomeDrawer, HomeDrawer);
+        SetMenuState();
+        SetToolbarState();
+    } else {
+        ReturnToPathOnShow();
+    }
+}
+
+void HandlePathGadget() {
+    const std::string typed = dos::FromHostPath(CurrentPath);
+    if (typed.size() > Text<1024>::Limit) {
+        TellNoDrawer();
+        ReturnToPathOnShow();
+        return;
+    }
+    CurrentPath = typed;
+    if (typed.find(':') == std::string::npos) {
+        HandleNavigationListBrowser(NavigationWordOf(typed));
+    } else if (FindMasterAssignsNode(CurrentPath) != nullptr) {
+        GoToTypedAssign();
+    } else {
+        GoToTypedDrawer();
+    }
+}
+
+void HandleContentListBrowser(std::string_view text) {
+    if (!text.empty() || Objects.ContentList == nullptr) {
+        return;
+    }
+    const intuition::ListEvent event = Objects.ContentList->NextEvent();
+    switch (event.Kind) {
+    case intuition::ListEventKind::Select:
+        ServeSelection();
+        break;
+    case intuition::ListEventKind::DoubleClick:
+        ServeDoubleClick(event.Row);
+        break;
+    case intuition::ListEventKind::TitleClick:
+        ServeTitleClick(event.Column);
+        break;
+    case intuition::ListEventKind::ColumnsChanged:
+        GetColumnInfoWidths();
+        break;
+    default:
+        break;
+    }
+}
+
+void OpenSelectedEntry() {
+    SelectContentListItems();
+    if (const ContentNode* entry = FindFirstSelectedContentNode()) {
+        OpenEntry(*entry);
+    }
+}
+
+void OpenEntry(const ContentNode& entry) {
+    if (!IsDrawerKind(entry.ObjectKind) || entry.EntryName.Empty()) {
+        return;
+    }
+    const Text<128> name = entry.EntryName; // the record goes when the new drawer is read
+    const Text<1024> path = IsLinkKind(entry.ObjectKind) ? PlainPath(entry.EntryPath) : entry.EntryPath;
+    PopulateContent2(name, path);
+    SetMenuState();
+    SetToolbarState();
+}
+
+} // namespace solvane
