@@ -7,6 +7,7 @@
 #include "content/SortLists.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/dos/Errors.h"
@@ -101,6 +102,7 @@ bool ScanDrawer() {
     }
     NoteFtpMount();
     BlockMainWindow(1);
+    SetPreviewPaneNone();
     const bool sameDrawer = DoReload != 0 && PathOnShow.SameBytes(CurrentPath);
     const KeptSelection selection = sameDrawer ? NoteSelection() : KeptSelection();
     ReadDrawer();
@@ -117,6 +119,7 @@ bool ScanDrawer() {
 
 bool ReloadDrawer() {
     BlockMainWindow(1);
+    SetPreviewPaneNone();
     DoReload = 1;
     NoteTopRow();
     ReloadOnShow();

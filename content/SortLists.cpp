@@ -8,6 +8,7 @@
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "prefs/LoadSavePrefs.h"
 
 #include <vector>
 
@@ -70,6 +71,7 @@ void SortBy(std::int32_t column) {
     NoteTopRow();
     SortAndRebuild();
     BlockMainWindow(0);
+    SavePrefs(0);
 }
 
 void DrawersOrder() {
@@ -81,6 +83,7 @@ void DrawersOrder() {
     NoteTopRow();
     SortAndRebuild();
     BlockMainWindow(0);
+    SavePrefs(0);
 }
 
 void ReverseContentSortNameType() {

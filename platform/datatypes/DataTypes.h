@@ -20,8 +20,8 @@ namespace datatypes {
 void ObtainDataTypes(std::span<const std::string> paths, std::span<const DataType*> results);
 
 // The same for objects of one drawer, which is found once: for a drawer of a multi-assign the
-// path is what NameFromLock gives for the target. names are the drawer's own, as ExamineDir
-// gives them. This is the fastest way to type a whole drawer.
+// path is what NameFromLock gives for the target. names are those of its regular files, as ExamineDir
+// has just given them. This is the fastest way to type a whole drawer.
 void ObtainDataTypes(std::string_view drawer, std::span<const std::string_view> names,
                      std::span<const DataType*> results);
 

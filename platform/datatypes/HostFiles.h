@@ -14,7 +14,8 @@ namespace datatypes {
 // The type of the host file; null with IoErr as in DataTypes.h.
 [[nodiscard]] const DataType* ObtainHostFileType(std::string_view hostPath);
 
-// The types of the named objects of a host drawer, on several threads. results has one place per
+// The types of the named files of a host drawer, on several threads. The names are those of regular files in
+// a listing: they are opened without a further question, which would wake a device. results has one place per
 // name, null for what cannot be examined. A name that is not there is looked for once more at the
 // host path that otherPath gives for it, where one is given; otherPath is called on any thread.
 using OtherPath = std::function<std::string(std::string_view name)>;

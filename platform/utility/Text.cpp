@@ -271,7 +271,7 @@ std::string Fold(std::string_view text) {
 
 std::uint64_t FoldPrefix(std::string_view text) noexcept {
     std::array<char, 8> bytes{};
-    std::memcpy(bytes.data(), text.data(), std::min(text.size(), bytes.size()));
+    std::copy_n(text.begin(), std::min(text.size(), bytes.size()), bytes.begin());
     const std::uint64_t word = LoadEight(bytes.data());
     if ((word & HighBits) == 0)
         return LowerEight(word);

@@ -1,0 +1,102 @@
+#include "platform/dos/Files.h"
+
+#include "platform/dos/DeviceWalk.h"
+#include "platform/dos/Paths.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace dos {
+
+namespace {
+
+constexpr std::size_t ReadStep = 1u << 16; // bytes
+
+} // namespace
+
+FileHandle::FileHandle() = default;
+FileHandle::FileHandle(std::unique_ptr<Stream> source) : Source(std::move(source)) {}
+FileHandle::FileHandle(FileHandle&&) noexcept = default;
+FileHandle& FileHandle::operator=(FileHandle&&) noexcept = default;
+FileHandle::~FileHandle() = default;
+
+FileHandle OpenOld(std::string_view path) {
+    return FileHandle(AtEachPlace(path, [](const DeviceWalk& walk) -> std::unique_ptr<Stream> {
+        if (walk.Owner().OpenOld)
+            return walk.Owner().OpenOld(walk.Start(), walk.Rest());
+        RefuseAction();
+        return nullptr;
+    }));
+}
+
+std::int64_t Read(FileHandle& file, std::span<std::byte> buffer) {
+    if (!file.Source) {
+        SetIoErr(ErrorInvalidLock);
+        return -1;
+    }
+    return file.Source->Read(buffer);
+}
+
+std::int64_t Seek(FileHandle& file, std::int64_t offset, SeekFrom from) {
+    constexpr std::array<int, 3> Origins = {SEEK_SET, SEEK_CUR, SEEK_END};
+    if (!file.Source) {
+        SetIoErr(ErrorInvalidLock);
+        return -1;
+    }
+    return file.Source->Seek(offset, Origins[static_cast<std::size_t>(from)]);
+}
+
+std::optional<std::string> ReadWhole(std::string_view path, std::size_t limit) {
+    FileHandle file = OpenOld(path);
+    if (!file)
+        return {};
+    std::string bytes;
+    std::array<std::byte, ReadStep> step;
+    while (bytes.size() <= limit) {
+        // One byte more than the limit tells a file of that size from a larger one.
+        const std::size_t room = limit - bytes.size();
+        const std::size_t wanted = room < step.size() ? room + 1 : step.size();
+        const std::int64_t got = Read(file, std::span(step).first(wanted));
+        if (got < 0)
+            return {};
+        if (got == 0)
+            return bytes;
+        bytes.append(reinterpret_cast<const char*>(step.data()), static_cast<std::size_t>(got));
+    }
+    SetIoErr(ErrorObjectTooLarge);
+    return {};
+}
+
+bool WriteWhole(std::string_view path, std::string_view bytes) {
+    return AtEachPlace(path, [&](const DeviceWalk& walk) {
+        if (walk.Owner().WriteWhole)
+            return walk.Owner().WriteWhole(walk.Start(), walk.Rest(), bytes);
+        RefuseAction();
+        return false;
+    });
+}
+
+bool CreateDir(std::string_view path) {
+    return AtEachPlace(path, [](const DeviceWalk& walk) {
+        if (walk.Owner().CreateDrawer)
+            return walk.Owner().CreateDrawer(walk.Start(), walk.Rest());
+        RefuseAction();
+        return false;
+    });
+}
+
+bool CreateDirs(std::string_view path) {
+    for (std::size_t at = 0; at <= path.size();) {
+        const std::size_t end = std::min(path.find('/', at), path.size());
+        const std::string_view drawer = path.substr(0, end);
+        at = end + 1;
+        if (drawer.empty() || drawer.ends_with(':') || drawer.ends_with('/') || CreateDir(drawer))
+            continue;
+        if (IoErr() != ErrorObjectExists)
+            return false;
+    }
+    return true;
+}
+
+} // namespace dos

@@ -1,0 +1,51 @@
+#include "platform/dos/DeviceWalk.h"
+#include "platform/dos/Handler.h"
+#include "platform/utility/Text.h"
+
+#include <array>
+
+namespace dos {
+
+namespace {
+
+// Reads give the end of file. It is no file system: there is nothing to lock.
+class NilStream final : public Stream {
+public:
+    std::int64_t Read(std::span<std::byte>) override { return 0; }
+    std::int64_t Seek(std::int64_t, int) override { return 0; }
+};
+
+struct NilPlace final : LockBody {
+    NilPlace() : LockBody(NilHandler) {}
+};
+
+} // namespace
+
+const Handler NilHandler{
+    .Name = "nothing",
+    .Knows = [](std::string_view device) { return utility::Stricmp(device, "NIL") == 0; },
+    .Root = [](std::string_view) -> LockRef { return std::make_shared<const NilPlace>(); },
+    .RootOf = nullptr,
+    .Locate = [](const LockRef&, std::string_view, LastLink) -> LockRef {
+        SetIoErr(ErrorObjectWrongType);
+        return nullptr;
+    },
+    .Parent = nullptr,
+    .Same = nullptr,
+    .NameOf = nullptr,
+    .Examine = nullptr,
+    .List = nullptr,
+    .OpenOld = [](const LockRef&, std::string_view) -> std::unique_ptr<Stream> {
+        return std::make_unique<NilStream>();
+    },
+    .CreateDrawer = nullptr,
+    .WriteWhole = [](const LockRef&, std::string_view, std::string_view) { return true; },
+    .HostName = nullptr,
+};
+
+std::span<const Handler* const> Handlers() noexcept {
+    static constexpr std::array<const Handler*, 2> All = {&NilHandler, &HostHandler};
+    return All;
+}
+
+} // namespace dos

@@ -1,0 +1,58 @@
+// Every call of dos to the host goes through this table, so that tests can make single calls fail,
+// hang or lie. Private to platform/dos and its tests; each entry behaves as the host call of its
+// name: -1 (or its like) with errno on failure.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+struct statx;
+struct pollfd;
+
+namespace dos {
+
+inline constexpr int NoDescriptor = -1;
+
+struct HostCalls {
+    int (*Openat)(int drawer, const char* name, int flags, unsigned mode);
+    // Open with RESOLVE_* rules on the way.
+    int (*Openat2)(int drawer, const char* name, int flags, std::uint64_t resolve);
+    int (*Close)(int descriptor);
+    int (*Duplicate)(int descriptor);
+    int (*Statx)(int drawer, const char* name, int flags, unsigned mask, struct statx* result);
+    long (*Getdents)(int drawer, void* buffer, std::size_t size);
+    long (*Readlinkat)(int drawer, const char* name, char* buffer, std::size_t size);
+    // Attributes of an entry, links not followed. An empty name means the object of the descriptor
+    // itself, an O_PATH one too. The drawer AT_FDCWD is the calling thread's own directory.
+    long (*Listxattr)(int drawer, const char* name, char* buffer, std::size_t size);
+    long (*Getxattr)(int drawer, const char* name, const char* attribute, void* buffer, std::size_t size);
+    int (*Fsetxattr)(int descriptor, const char* attribute, const void* value, std::size_t size);
+    long (*Read)(int descriptor, void* buffer, std::size_t size);
+    long (*Write)(int descriptor, const void* bytes, std::size_t size);
+    std::int64_t (*Lseek)(int descriptor, std::int64_t offset, int origin);
+    int (*Fsync)(int descriptor);
+    int (*Fchmod)(int descriptor, unsigned mode);
+    int (*Fchown)(int descriptor, unsigned owner, unsigned group);
+    int (*Mkdirat)(int drawer, const char* name, unsigned mode);
+    int (*Symlinkat)(const char* target, int drawer, const char* name);
+    int (*Unlinkat)(int drawer, const char* name, int flags);
+    int (*Renameat2)(int fromDrawer, const char* from, int toDrawer, const char* to, unsigned flags);
+    // Gives the calling thread a current directory of its own, apart from the process's.
+    int (*UnshareDirectory)();
+    int (*Fchdir)(int drawer);
+    int (*InotifyInit)();
+    int (*InotifyAddWatch)(int inotify, const char* path, std::uint32_t mask);
+    int (*InotifyRemoveWatch)(int inotify, int watch);
+    int (*Eventfd)();
+    int (*Poll)(struct pollfd* descriptors, unsigned long count, int timeoutMilliseconds);
+    // The home directory that the host's user list names for this user; empty when it has none.
+    std::string (*HomeOfUser)();
+};
+
+// The table in use. Tests replace entries before the threads of dos are at work.
+[[nodiscard]] HostCalls& Host() noexcept;
+// The table as it stands without any replacement.
+[[nodiscard]] const HostCalls& RealHost() noexcept;
+
+} // namespace dos

@@ -1,0 +1,17 @@
+// Opening and writing files of the host. Private to platform/dos.
+#pragma once
+
+#include "platform/dos/Handler.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace dos {
+
+// As the entries of the handler record.
+[[nodiscard]] std::unique_ptr<Stream> OpenHostFile(const LockRef& start, std::string_view rest);
+[[nodiscard]] bool CreateHostDrawer(const LockRef& start, std::string_view rest);
+[[nodiscard]] bool WriteHostFile(const LockRef& start, std::string_view rest, std::string_view bytes);
+
+} // namespace dos

@@ -1,0 +1,193 @@
+#include "platform/dos/HostPaths.h"
+
+#include "platform/dos/DeviceWalk.h"
+#include "platform/dos/HostLocks.h"
+#include "platform/dos/HostNames.h"
+#include "platform/dos/LinkText.h"
+#include "platform/dos/MountInfo.h"
+#include "platform/dos/NameIndex.h"
+#include "platform/utility/Text.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace dos {
+
+namespace {
+
+constexpr std::string_view UrlScheme = "file:";
+
+int HexValue(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    const char lower = static_cast<char>(c | 0x20);
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+// Nothing for an escape that is none, or for one that no path can hold.
+std::optional<std::string> DecodeUrl(std::string_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            out.push_back(text[i]);
+            continue;
+        }
+        const int high = i + 2 < text.size() ? HexValue(text[i + 1]) : -1;
+        const int low = i + 2 < text.size() ? HexValue(text[i + 2]) : -1;
+        if (high < 0 || low < 0 || high + low == 0)
+            return {};
+        out.push_back(static_cast<char>(high * 16 + low));
+        i += 2;
+    }
+    return out;
+}
+
+// The path of a file: URL of this machine; nothing for what is none.
+std::optional<std::string> PathOfUrl(std::string_view text) {
+    if (utility::Stricmp(text.substr(0, UrlScheme.size()), UrlScheme) != 0)
+        return {};
+    text.remove_prefix(UrlScheme.size());
+    if (text.starts_with("//")) {
+        const std::size_t end = text.find('/', 2);
+        const std::string_view machine = text.substr(2, end == std::string_view::npos ? 0 : end - 2);
+        if (end == std::string_view::npos ||
+            (!machine.empty() && utility::Stricmp(machine, "localhost") != 0))
+            return {};
+        text.remove_prefix(end);
+    }
+    return text.starts_with('/') ? DecodeUrl(text) : std::nullopt;
+}
+
+bool IsOnSlowMount(std::string_view hostPath) {
+    const MountRows rows = Mounts();
+    const MountRow* row = MountOf(*rows, hostPath);
+    return row && row->Slow;
+}
+
+bool IsThere(const std::string& hostPath) {
+    struct statx raw {};
+    return !IsOnSlowMount(CleanHostPath(hostPath)) &&
+           Host().Statx(AT_FDCWD, hostPath.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE,
+                        &raw) == 0;
+}
+
+// Position behind the last ".." component; 0 when there is none.
+std::size_t EndOfLastParent(std::string_view path) {
+    std::size_t end = 0;
+    for (std::size_t at = 0; at < path.size();) {
+        const std::size_t next = std::min(path.find('/', at), path.size());
+        if (path.substr(at, next - at) == "..")
+            end = next;
+        at = next + 1;
+    }
+    return end;
+}
+
+// An absolute host path without "." and "..". A ".." behind a link leads to where the link's target
+// lies, so the host is asked for it; a disk that may not answer is not.
+std::string Straighten(const std::string& hostPath) {
+    const std::size_t end = EndOfLastParent(hostPath);
+    if (end == 0 || IsOnSlowMount(CleanHostPath(hostPath)))
+        return CleanHostPath(hostPath);
+    const HostFd drawer(
+        Host().Openat(AT_FDCWD, hostPath.substr(0, end).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+    const std::string real = drawer ? HostPathOf(drawer.Get()) : std::string();
+    return real.empty() ? CleanHostPath(hostPath) : CleanHostPath(real + hostPath.substr(end));
+}
+
+std::string VolumePathOf(const std::string& hostPath) {
+    const std::string path = Straighten(hostPath);
+    const VolumeRef volume = VolumeOfHostPath(path);
+    return PathNameOf(volume) + ":" + PathBelow(RootAbove(*volume, path), path);
+}
+
+// Does the text begin with a name and a colon, as AmigaDOS paths do?
+bool HasDevice(std::string_view text) {
+    const std::size_t colon = text.find(':');
+    return colon != std::string_view::npos && text.find('/') > colon;
+}
+
+} // namespace
+
+std::string ShownNameAt(const std::string& drawerHostPath, std::string_view hostName) {
+    if (!NeedsAlias(hostName))
+        return std::string(hostName);
+    if (IsOnSlowMount(drawerHostPath))
+        return MakeAlias(hostName, 0);
+    const HostFd drawer(Host().Openat(AT_FDCWD, drawerHostPath.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+    return drawer ? ShownName(drawer.Get(), hostName) : MakeAlias(hostName, 0);
+}
+
+std::string PathBelow(std::string_view root, const std::string& hostPath) {
+    std::string path;
+    std::size_t at = root == "/" ? 1 : root.size() + 1;
+    while (at < hostPath.size()) {
+        const std::size_t end = std::min(hostPath.find('/', at), hostPath.size());
+        const std::string_view name = std::string_view(hostPath).substr(at, end - at);
+        path.append(path.empty() ? "" : "/").append(ShownNameAt(hostPath.substr(0, at), name));
+        at = end + 1;
+    }
+    return path;
+}
+
+std::string PathNameOf(const VolumeRef& volume) {
+    return FindVolume(volume->Info.Volume) == volume ? volume->Info.Volume : volume->Info.Device;
+}
+
+const std::string& RootAbove(const Volume& volume, std::string_view hostPath) {
+    return LiesUnder(hostPath, volume.RealRoot) ? volume.RealRoot : volume.Info.HostRoot;
+}
+
+bool IsKnownDevice(std::string_view name) {
+    if (FindAssign(name))
+        return true;
+    for (const Handler* handler : Handlers())
+        if (handler->Knows(name))
+            return true;
+    return false;
+}
+
+std::optional<std::string> HostPath(std::string_view path) {
+    DeviceWalk walk(path);
+    std::string could; // the first place where it could be made
+    long error = ErrorObjectNotFound;
+    while (walk.Next()) {
+        if (!walk.Owner().HostName) {
+            RefuseAction();
+            return {};
+        }
+        std::string name = walk.Owner().HostName(walk.Start(), walk.Rest());
+        if (!name.empty() && walk.Owner().Locate(walk.Start(), walk.Rest(), LastLink::Keep))
+            return name;
+        error = IoErr();
+        if (could.empty())
+            could = std::move(name);
+        if (error != ErrorObjectNotFound)
+            break;
+    }
+    if (!could.empty())
+        return could;
+    if (IoErr() == ErrorNoMoreEntries)
+        SetIoErr(error);
+    return {};
+}
+
+std::string FromHostPath(std::string_view hostPathOrUrl, std::string_view hostCurrentDirectory) {
+    const std::string text(hostPathOrUrl);
+    if (text.empty() || text.find('\0') != std::string::npos)
+        return text;
+    if (text.front() == '/')
+        return VolumePathOf(text);
+    const std::size_t colon = text.find(':');
+    if (HasDevice(text) && (colon == 0 || IsKnownDevice(text.substr(0, colon))))
+        return text;
+    if (const std::optional<std::string> path = PathOfUrl(text))
+        return VolumePathOf(*path);
+    if (!hostCurrentDirectory.starts_with('/'))
+        return text;
+    const std::string full = std::string(hostCurrentDirectory).append("/").append(text);
+    return HasDevice(text) && !IsThere(full) ? text : VolumePathOf(full);
+}
+
+} // namespace dos

@@ -1,0 +1,360 @@
+#include "platform/dos/HostLocks.h"
+#include "platform/dos/MountInfo.h"
+#include "platform/dos/NameIndex.h"
+
+#include <cerrno>
+#include <climits>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <vector>
+
+namespace dos {
+
+namespace {
+
+constexpr int MostLinks = 40; // soft links on one way before it counts as a circle
+
+enum class StepKind {
+    Name,     // a name of an AmigaDOS path: may be folded or an alias
+    Parent,   // an extra "/" of such a path: not above the root of a volume
+    HostName, // a name in the text of a soft link
+    HostParent,
+};
+
+struct Step {
+    StepKind Kind;
+    std::string Name;
+};
+
+bool Fail(int hostError) {
+    errno = hostError;
+    SetIoErr(ErrorFromErrno(hostError, Operation::Lookup));
+    return false;
+}
+
+// Neither exists as a name on an Amiga; on the host both would lead astray.
+bool IsDots(std::string_view name) {
+    return name == "." || name == "..";
+}
+
+// A second colon is no part of a name, and the host would take a NUL for the end of the path.
+bool HasForbidden(std::string_view rest) {
+    return rest.find_first_of(std::string_view(":\0", 2)) != std::string_view::npos;
+}
+
+// Takes an AmigaDOS path without a device apart; each extra "/" is a step up.
+std::vector<Step> StepsOf(std::string_view rest) {
+    std::vector<Step> steps;
+    while (!rest.empty()) {
+        if (rest.front() == '/') {
+            steps.push_back({StepKind::Parent, {}});
+            rest.remove_prefix(1);
+            continue;
+        }
+        const std::size_t end = std::min(rest.find('/'), rest.size());
+        steps.push_back({StepKind::Name, std::string(rest.substr(0, end))});
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return steps;
+}
+
+std::vector<Step> StepsOfLink(std::string_view target) {
+    std::vector<Step> steps;
+    while (!target.empty()) {
+        const std::size_t end = std::min(target.find('/'), target.size());
+        const std::string_view name = target.substr(0, end);
+        if (name == "..")
+            steps.push_back({StepKind::HostParent, {}});
+        else if (!name.empty() && name != ".")
+            steps.push_back({StepKind::HostName, std::string(name)});
+        target.remove_prefix(std::min(end + 1, target.size()));
+    }
+    return steps;
+}
+
+// Can the whole path be handed to the host as it stands?
+bool IsPlainPath(std::string_view rest) {
+    if (rest.empty() || rest.front() == '/' || rest.size() >= PATH_MAX ||
+        rest.find("//") != std::string_view::npos)
+        return false;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('/'), rest.size());
+        if (IsDots(rest.substr(0, end)))
+            return false;
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return true;
+}
+
+std::string ParentOfHostPath(const std::string& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
+}
+
+// One walk, step by step. Where it stands is an object (Here) and the drawer in which that was
+// found (Above).
+class Walker {
+public:
+    Walker(const HostLock& start, WalkMode& mode)
+        : Here(DuplicateFd(start.Object)),
+          Facts(start.Facts),
+          On(start.On),
+          SlowMount(start.SlowMount),
+          Mode(mode) {}
+
+    bool Run(std::string_view rest, LastLink last);
+    void Deliver(Spot& spot);
+
+private:
+    bool Take(const Step& step);
+    bool TakeName(const Step& step);
+    bool TakeLink(HostFd link);
+    bool TakeParent();
+    bool TakeHostParent();
+    bool Enter(HostFd next, const ObjectFacts& facts, std::string name);
+    HostFd OpenName(const std::string& name);
+    HostFd OpenAcross(const std::string& name, const std::string& hostPath);
+    const VolumeRef& CurrentVolume();
+
+    HostFd Here;  // empty when the last name is missing
+    HostFd Above; // empty where the walk began
+    std::string Name;
+    ObjectFacts Facts;
+    VolumeRef On;
+    bool HasJumped = false; // a link led on, so On is to be found anew
+    std::string SlowMount;
+    WalkMode& Mode;
+    LastLink Last = LastLink::Follow;
+    int Links = 0;
+    std::vector<Step> Pending; // the next step is the last of it
+};
+
+bool Walker::Run(std::string_view rest, LastLink last) {
+    Last = last;
+    if (!Here)
+        return Fail(errno);
+    if (HasForbidden(rest)) {
+        SetIoErr(ErrorInvalidComponentName);
+        return false;
+    }
+    Pending = StepsOf(rest);
+    std::reverse(Pending.begin(), Pending.end());
+    while (!Pending.empty()) {
+        const Step step = std::move(Pending.back());
+        Pending.pop_back();
+        if (!Take(step))
+            return false;
+    }
+    return true;
+}
+
+void Walker::Deliver(Spot& spot) {
+    if (HasJumped) {
+        const std::string path = HostPathOf(Here ? Here.Get() : Above.Get());
+        On = VolumeOfHostPath(path);
+    }
+    spot.Drawer = std::move(Above);
+    spot.Name = std::move(Name);
+    spot.Object = std::move(Here);
+    spot.Facts = Facts;
+    spot.On = std::move(On);
+    spot.SlowMount = std::move(SlowMount);
+}
+
+bool Walker::Take(const Step& step) {
+    switch (step.Kind) {
+    case StepKind::Parent:
+        return TakeParent();
+    case StepKind::HostParent:
+        return TakeHostParent();
+    case StepKind::Name:
+        return IsDots(step.Name) ? Fail(ENOENT) : TakeName(step);
+    case StepKind::HostName:
+        return TakeName(step);
+    }
+    return false;
+}
+
+bool Walker::Enter(HostFd next, const ObjectFacts& facts, std::string name) {
+    Above = std::move(Here);
+    Here = std::move(next);
+    Facts = facts;
+    Name = std::move(name);
+    return true;
+}
+
+bool Walker::TakeName(const Step& step) {
+    if (!IsDrawerMode(Facts.Mode))
+        return Fail(ENOTDIR);
+    std::string name = step.Name;
+    HostFd next = OpenName(name);
+    if (!next && errno == ENOENT && step.Kind == StepKind::Name) {
+        const NameMatch match =
+            CurrentVolume()->Info.Names == NameRule::Fold ? NameMatch::Folded : NameMatch::AliasOnly;
+        if (const auto real = FindRealName(Here.Get(), name, match)) {
+            name = *real;
+            next = OpenName(name);
+        } else {
+            errno = ENOENT;
+        }
+    }
+    ObjectFacts facts;
+    if (!next && errno == ENOENT && Pending.empty())
+        return Enter(HostFd(), facts, std::move(name));
+    if (!next || !FactsOf(next.Get(), facts))
+        return Fail(errno);
+    if (IsLinkMode(facts.Mode) && (!Pending.empty() || Last == LastLink::Follow))
+        return TakeLink(std::move(next));
+    return Enter(std::move(next), facts, std::move(name));
+}
+
+bool Walker::TakeLink(HostFd link) {
+    if (++Links > MostLinks)
+        return Fail(ELOOP);
+    const std::string target = ReadLinkText(link.Get(), "");
+    if (target.empty())
+        return Fail(errno ? errno : ENOENT);
+    if (target.front() == '/') {
+        Here = HostFd(Host().Openat(AT_FDCWD, "/", O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+        if (!Here || !FactsOf(Here.Get(), Facts))
+            return Fail(errno);
+        Above = HostFd();
+        Name.clear();
+        SlowMount.clear();
+        HasJumped = true;
+    }
+    std::vector<Step> steps = StepsOfLink(target);
+    Pending.insert(Pending.end(), std::make_move_iterator(steps.rbegin()),
+                   std::make_move_iterator(steps.rend()));
+    return true;
+}
+
+const VolumeRef& Walker::CurrentVolume() {
+    if (HasJumped)
+        On = VolumeOfHostPath(HostPathOf(Here.Get()));
+    HasJumped = false;
+    return On;
+}
+
+bool Walker::TakeParent() {
+    if (!IsDrawerMode(Facts.Mode)) { // "file//" is the drawer that holds the file
+        if (!Above)
+            return Fail(ENOTDIR);
+        Here = std::move(Above);
+        Above = HostFd();
+        return FactsOf(Here.Get(), Facts) || Fail(errno);
+    }
+    if (HostPathOf(Here.Get()) == CurrentVolume()->RealRoot)
+        return Fail(ENOENT);
+    return TakeHostParent();
+}
+
+bool Walker::TakeHostParent() {
+    HostFd up(Host().Openat2(Here.Get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC,
+                             RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV));
+    if (!up && (errno == EXDEV || errno == ENOSYS || errno == EPERM)) {
+        const std::string path = HostPathOf(Here.Get());
+        if (path.empty())
+            return Fail(errno);
+        HasJumped = HasJumped || path == On->RealRoot;
+        up = OpenAcross("..", ParentOfHostPath(path));
+    } else if (up && HostPathOf(Here.Get()) == On->RealRoot) {
+        HasJumped = true;
+    }
+    if (!up || !FactsOf(up.Get(), Facts))
+        return Fail(errno);
+    Here = std::move(up);
+    Above = HostFd();
+    Name.clear();
+    return true;
+}
+
+// Opens what lies on another disk, after a look at the list of mounts whether that may hang.
+HostFd Walker::OpenAcross(const std::string& name, const std::string& hostPath) {
+    const MountRows rows = Mounts();
+    const MountRow* row = MountOf(*rows, hostPath);
+    const bool slow = row && row->Slow;
+    if (slow && !Mode.MayWait) {
+        Mode.WantsLimit = row->Point;
+        errno = EAGAIN;
+        return HostFd();
+    }
+    SlowMount = slow ? row->Point : std::string();
+    return HostFd(Host().Openat(Here.Get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+}
+
+HostFd Walker::OpenName(const std::string& name) {
+    HostFd next(Host().Openat2(Here.Get(), name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC,
+                               RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV));
+    if (next || (errno != EXDEV && errno != ENOSYS && errno != EPERM))
+        return next;
+    const std::string path = HostPathOf(Here.Get());
+    return path.empty() ? HostFd() : OpenAcross(name, path + (path == "/" ? "" : "/") + name);
+}
+
+HostLockRef MakeLock(VolumeRef on, HostFd object, const ObjectFacts& facts, std::string slow) {
+    return std::make_shared<const HostLock>(std::move(on), std::move(object), facts, std::move(slow));
+}
+
+// The whole path in one call; nothing when that cannot give the answer.
+HostLockRef FindAtOnce(const HostLock& start, const std::string& rest, LastLink last) {
+    const int flags = O_PATH | O_CLOEXEC | (last == LastLink::Keep ? O_NOFOLLOW : 0);
+    HostFd object(
+        Host().Openat2(start.Object.Get(), rest.c_str(), flags,
+                       RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV));
+    ObjectFacts facts;
+    if (!object || !FactsOf(object.Get(), facts))
+        return nullptr;
+    return MakeLock(start.On, std::move(object), facts, start.SlowMount);
+}
+
+} // namespace
+
+bool FindSpot(const HostLock& start, std::string_view rest, LastLink last, WalkMode& mode, Spot& spot) {
+    Walker walker(start, mode);
+    if (!walker.Run(rest, last))
+        return false;
+    walker.Deliver(spot);
+    return true;
+}
+
+HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink last, WalkMode& mode) {
+    if (rest.empty())
+        return start;
+    if (IsPlainPath(rest) && !HasForbidden(rest)) {
+        const std::string path(rest.substr(0, rest.size() - (rest.ends_with('/') ? 1 : 0)));
+        if (HostLockRef lock = FindAtOnce(*start, path, last))
+            return lock;
+        // On an exact volume only an alias could still lead on, and each has a "~".
+        if (errno == ENOENT && start->On->Info.Names == NameRule::Exact &&
+            rest.find('~') == std::string_view::npos) {
+            Fail(ENOENT);
+            return nullptr;
+        }
+    }
+    Spot spot;
+    if (!FindSpot(*start, rest, last, mode, spot))
+        return nullptr;
+    if (!spot.Object) {
+        Fail(ENOENT);
+        return nullptr;
+    }
+    return MakeLock(std::move(spot.On), std::move(spot.Object), spot.Facts, std::move(spot.SlowMount));
+}
+
+HostLockRef RootLock(const VolumeRef& volume) {
+    const auto open = [volume]() -> HostLockRef {
+        HostFd root(Host().Openat(AT_FDCWD, volume->RealRoot.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+        ObjectFacts facts;
+        if (!root || !FactsOf(root.Get(), facts)) {
+            Fail(errno);
+            return nullptr;
+        }
+        return MakeLock(volume, std::move(root), facts, volume->SlowMount);
+    };
+    if (volume->SlowMount.empty())
+        return open();
+    return AskWithLimit<HostLockRef>(volume->SlowMount, [open](Progress&) { return open(); });
+}
+
+} // namespace dos

@@ -1,0 +1,73 @@
+#include "platform/dos/LinkText.h"
+
+#include "platform/dos/Aliases.h"
+#include "platform/dos/HostNames.h"
+#include "platform/dos/VolumeTable.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace dos {
+
+namespace {
+
+std::vector<std::string_view> PartsOf(std::string_view path) {
+    std::vector<std::string_view> parts;
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find('/'), path.size());
+        if (end > 0 && path.substr(0, end) != ".")
+            parts.push_back(path.substr(0, end));
+        path.remove_prefix(std::min(end + 1, path.size()));
+    }
+    return parts;
+}
+
+std::string Shown(std::string_view hostName) {
+    return NeedsAlias(hostName) ? MakeAlias(hostName, 0) : std::string(hostName);
+}
+
+std::string AbsoluteTarget(std::string_view hostTarget) {
+    const std::string clean = CleanHostPath(hostTarget);
+    const VolumeRef volume = VolumeOfHostPath(clean);
+    const std::string& root = RootAbove(*volume, clean);
+    std::string path = PathNameOf(volume) + ":";
+    for (const std::string_view part : PartsOf(std::string_view(clean).substr(root.size())))
+        path.append(path.ends_with(':') ? "" : "/").append(Shown(part));
+    return path;
+}
+
+} // namespace
+
+std::string CleanHostPath(std::string_view hostPath) {
+    std::vector<std::string_view> kept;
+    for (const std::string_view part : PartsOf(hostPath)) {
+        if (part != "..")
+            kept.push_back(part);
+        else if (!kept.empty())
+            kept.pop_back();
+    }
+    std::string clean;
+    for (const std::string_view part : kept)
+        clean.append("/").append(part);
+    return clean.empty() ? "/" : clean;
+}
+
+std::string AmigaLinkTarget(std::string_view hostTarget) {
+    if (hostTarget.starts_with('/'))
+        return AbsoluteTarget(hostTarget);
+    std::string path;
+    bool afterName = false;
+    for (const std::string_view part : PartsOf(hostTarget)) {
+        if (part == "..") {
+            // An extra slash is one step up; behind a name one more separates the two.
+            path.append(afterName ? "//" : "/");
+            afterName = false;
+        } else {
+            path.append(afterName ? "/" : "").append(Shown(part));
+            afterName = true;
+        }
+    }
+    return path;
+}
+
+} // namespace dos

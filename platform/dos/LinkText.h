@@ -1,0 +1,17 @@
+// Texts of links and paths of the host told as AmigaDOS paths. Asks the disk nothing, so names that
+// need an alias get the plain one. Private to platform/dos.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace dos {
+
+// The target of a soft link as the host stores it, as an AmigaDOS path: absolute ones from their
+// volume, relative ones relative to the drawer of the link.
+[[nodiscard]] std::string AmigaLinkTarget(std::string_view hostTarget);
+
+// An absolute host path with "." and ".." taken out by their text alone, "//" made one.
+[[nodiscard]] std::string CleanHostPath(std::string_view hostPath);
+
+} // namespace dos

@@ -1,0 +1,212 @@
+#include "platform/dos/NameIndex.h"
+
+#include "platform/dos/HostDirectory.h"
+#include "platform/dos/HostFd.h"
+#include "platform/utility/Text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <fcntl.h>
+#include <list>
+#include <mutex>
+#include <sys/stat.h>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace dos {
+
+namespace {
+
+constexpr std::size_t KeptDrawers = 8;
+// A drawer changed so shortly before it was read may change again without a new time (the host's
+// clock ticks at 10 ms at most, times of some file systems are whole or even seconds).
+constexpr std::int64_t FineTick = 20'000'000;      // nanoseconds
+constexpr std::int64_t CoarseTick = 2'100'000'000; // nanoseconds
+// Own additions are believed for so long before the drawer is read again.
+constexpr std::int64_t LongestTrust = 2'000'000'000; // nanoseconds
+constexpr std::int64_t JustNow = 100'000'000;        // nanoseconds
+
+struct Stamp {
+    ObjectId Id;
+    std::int64_t Modified = 0; // nanoseconds since 1970
+    std::int64_t Changed = 0;
+    bool operator==(const Stamp&) const = default;
+};
+
+struct Contents {
+    Stamp State;
+    std::int64_t ReadAt = 0;    // nanoseconds since 1970
+    std::int64_t CheckedAt = 0; // when the drawer's times were last found unchanged
+    bool Grown = false;         // entries of our own were added since
+    AliasTable Aliases;
+    bool HasFolded = false;
+    std::unordered_map<std::string, std::string> Folded; // real name by folded one
+};
+
+using ContentsRef = std::shared_ptr<Contents>;
+
+struct IndexState {
+    std::mutex Guard;               // also over what the contents hold
+    std::list<ContentsRef> Drawers; // the one used last in front
+};
+
+IndexState& State() {
+    static IndexState state;
+    return state;
+}
+
+std::int64_t Now() {
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+std::int64_t Nanoseconds(const struct statx_timestamp& time) {
+    return time.tv_sec * 1'000'000'000 + time.tv_nsec;
+}
+
+bool StampOf(int drawer, Stamp& stamp) {
+    struct statx raw {};
+    if (Host().Statx(drawer, "", AT_EMPTY_PATH, STATX_INO | STATX_MTIME | STATX_CTIME, &raw) != 0)
+        return false;
+    stamp.Id = {(static_cast<std::uint64_t>(raw.stx_dev_major) << 32) | raw.stx_dev_minor, raw.stx_ino};
+    stamp.Modified = Nanoseconds(raw.stx_mtime);
+    stamp.Changed = Nanoseconds(raw.stx_ctime);
+    return true;
+}
+
+bool IsTrusted(const Contents& contents, const Stamp& now, NameMatch match) {
+    if (contents.State != now || (match == NameMatch::Folded && !contents.HasFolded))
+        return false;
+    if (contents.Grown)
+        return Now() - contents.ReadAt < LongestTrust;
+    const std::int64_t tick = now.Modified % 1'000'000'000 == 0 ? CoarseTick : FineTick;
+    return now.Modified < contents.ReadAt - tick || now.Modified > Now() + CoarseTick;
+}
+
+void AddFolded(Contents& contents, std::string_view name) {
+    const auto [place, isNew] = contents.Folded.try_emplace(utility::Fold(name), name);
+    if (!isNew && name < place->second)
+        place->second = name;
+}
+
+bool ReadContents(int drawer, NameMatch match, Contents& contents) {
+    contents.ReadAt = contents.CheckedAt = Now();
+    std::vector<std::string> needing;
+    std::vector<std::string> suspects; // real names that an alias could collide with
+    const bool complete = ForEachName(drawer, [&](std::string_view name) {
+        if (NeedsAlias(name))
+            needing.emplace_back(name);
+        else if (LooksLikeAlias(name))
+            suspects.emplace_back(name);
+        if (match == NameMatch::Folded)
+            AddFolded(contents, name);
+    });
+    const std::unordered_set<std::string_view> taken(suspects.begin(), suspects.end());
+    contents.Aliases =
+        MakeAliasTable(std::move(needing), [&](std::string_view name) { return taken.contains(name); });
+    contents.HasFolded = match == NameMatch::Folded;
+    return complete;
+}
+
+// What is remembered of a drawer in this state; null when it must be read. The guard is held.
+ContentsRef Recall(IndexState& state, const Stamp& now, NameMatch match) {
+    const auto entry = std::ranges::find_if(
+        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
+    if (entry == state.Drawers.end())
+        return nullptr;
+    if (!IsTrusted(**entry, now, match)) {
+        state.Drawers.erase(entry);
+        return nullptr;
+    }
+    (*entry)->CheckedAt = Now();
+    state.Drawers.splice(state.Drawers.begin(), state.Drawers, entry);
+    return state.Drawers.front();
+}
+
+// The contents of a drawer as they are now; null when it cannot be read. Reads without the guard,
+// since the disk may hang.
+ContentsRef ContentsOf(int drawer, NameMatch match) {
+    IndexState& state = State();
+    auto fresh = std::make_shared<Contents>();
+    if (!StampOf(drawer, fresh->State))
+        return nullptr;
+    {
+        const std::lock_guard hold(state.Guard);
+        if (ContentsRef known = Recall(state, fresh->State, match))
+            return known;
+    }
+    if (!ReadContents(drawer, match, *fresh))
+        return nullptr;
+    const std::lock_guard hold(state.Guard);
+    std::erase_if(state.Drawers,
+                  [&](const ContentsRef& known) { return known->State.Id == fresh->State.Id; });
+    state.Drawers.push_front(fresh);
+    if (state.Drawers.size() > KeptDrawers)
+        state.Drawers.pop_back();
+    return fresh;
+}
+
+// A folded search for an alias; aliases are few.
+std::optional<std::string> FindFoldedAlias(const AliasTable& aliases, std::string_view name) {
+    for (const auto& [alias, real] : aliases.RealOf)
+        if (utility::Stricmp(alias, name) == 0)
+            return real;
+    return {};
+}
+
+} // namespace
+
+std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match) {
+    const bool mayBeAlias = LooksLikeAlias(name);
+    if (match == NameMatch::AliasOnly && !mayBeAlias)
+        return {};
+    const ContentsRef contents = ContentsOf(drawer, match);
+    if (!contents)
+        return {};
+    const std::lock_guard hold(State().Guard);
+    if (const auto real = contents->Aliases.RealOf.find(name); real != contents->Aliases.RealOf.end())
+        return real->second;
+    if (match == NameMatch::AliasOnly)
+        return {};
+    if (const auto real = contents->Folded.find(utility::Fold(name)); real != contents->Folded.end())
+        return real->second;
+    return mayBeAlias ? FindFoldedAlias(contents->Aliases, name) : std::nullopt;
+}
+
+std::string ShownName(int drawer, std::string_view hostName) {
+    if (!NeedsAlias(hostName))
+        return std::string(hostName);
+    if (const ContentsRef contents = ContentsOf(drawer, NameMatch::AliasOnly)) {
+        const std::lock_guard hold(State().Guard);
+        if (const auto alias = contents->Aliases.AliasOf.find(hostName);
+            alias != contents->Aliases.AliasOf.end())
+            return alias->second;
+    }
+    return MakeAlias(hostName, 0);
+}
+
+void NoteCreated(int drawer, std::string_view hostName) {
+    IndexState& state = State();
+    Stamp now;
+    if (!StampOf(drawer, now))
+        return;
+    const std::lock_guard hold(state.Guard);
+    const auto entry = std::ranges::find_if(
+        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
+    if (entry == state.Drawers.end())
+        return;
+    Contents& contents = **entry;
+    // Rare: the aliases of the whole drawer are weighed anew; or the drawer was not looked at just
+    // before, so that somebody else's change could go unseen.
+    if (NeedsAlias(hostName) || Now() - contents.CheckedAt > JustNow) {
+        state.Drawers.erase(entry);
+        return;
+    }
+    contents.State = now;
+    contents.Grown = true;
+    if (contents.HasFolded)
+        AddFolded(contents, hostName);
+}
+
+} // namespace dos

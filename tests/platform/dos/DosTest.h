@@ -1,0 +1,68 @@
+// What tests of dos start from: a temporary tree as the volume "Test:" (device "TD0:"), and a table of host
+// calls that is whole again afterwards.
+#pragma once
+
+#include "platform/dos/Errors.h"
+#include "platform/dos/Examine.h"
+#include "platform/dos/HostCalls.h"
+#include "platform/dos/Locks.h"
+#include "platform/dos/VolumeTable.h"
+#include "platform/dos/Volumes.h"
+#include "tests/support/TempTree.h"
+
+#include <gtest/gtest.h>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class DosTest : public testing::Test {
+protected:
+    explicit DosTest(dos::NameRule names = dos::NameRule::Exact) {
+        EXPECT_TRUE(
+            dos::AddVolume({.Device = "TD0", .Volume = "Test", .HostRoot = Tree.Root(), .Names = names}));
+        EXPECT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
+    }
+    ~DosTest() override {
+        dos::CurrentDir(dos::FileLock());
+        if (HasReplaced)
+            dos::Host() = dos::RealHost();
+        dos::ResetVolumeTable();
+    }
+
+    // The table of host calls, for replacing entries until the test ends.
+    [[nodiscard]] dos::HostCalls& Calls() {
+        HasReplaced = true;
+        return dos::Host();
+    }
+
+    TempTree Tree;
+    bool HasReplaced = false;
+};
+
+// The objects of a drawer by name; ends with the reason for the end of the walk in IoErr.
+inline std::map<std::string, dos::ExamineData> List(std::string_view path) {
+    std::map<std::string, dos::ExamineData> objects;
+    dos::DirContext context = dos::ObtainDirContext(path);
+    while (context) {
+        const dos::ExamineData* object = dos::ExamineDir(context);
+        if (!object)
+            break;
+        EXPECT_TRUE(objects.emplace(object->Name, *object).second) << "twice: " << object->Name;
+    }
+    return objects;
+}
+
+inline std::vector<std::string> NamesIn(std::string_view path) {
+    std::vector<std::string> names;
+    for (const auto& [name, object] : List(path))
+        names.push_back(name);
+    return names;
+}
+
+// The full name of what a path leads to, or "error N".
+inline std::string Find(std::string_view path) {
+    const dos::FileLock lock = dos::Lock(path);
+    return lock ? dos::NameFromLock(lock) : "error " + std::to_string(dos::IoErr());
+}

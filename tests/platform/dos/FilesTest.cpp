@@ -1,0 +1,182 @@
+#include "platform/dos/Files.h"
+
+#include "platform/dos/Variables.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+namespace {
+
+class FilesTest : public DosTest {
+protected:
+    FilesTest() {
+        Tree.Drawer("env");
+        Tree.Drawer("envarc");
+        EXPECT_TRUE(dos::SetAssign("ENV", dos::AssignKind::Late, {"Test:env"}));
+        EXPECT_TRUE(dos::SetAssign("ENVARC", dos::AssignKind::Late, {"Test:envarc"}));
+    }
+};
+
+TEST_F(FilesTest, FilesAreReadWholeUpToALimit) {
+    Tree.Write("file", "12345");
+    EXPECT_EQ(dos::ReadWhole("Test:file", 5), "12345");
+    EXPECT_FALSE(dos::ReadWhole("Test:file", 4));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectTooLarge);
+    EXPECT_EQ(dos::ReadWhole("NIL:", 4), "");
+    EXPECT_FALSE(dos::ReadWhole("Test:", 4));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
+    const std::string large(300000, 'x');
+    Tree.Write("large", large);
+    EXPECT_EQ(dos::ReadWhole("Test:large", large.size()), large);
+}
+
+TEST_F(FilesTest, HandlesReadAndSeek) {
+    Tree.Write("file", "0123456789");
+    dos::FileHandle file = dos::OpenOld("Test:file");
+    ASSERT_TRUE(file);
+    std::array<std::byte, 4> buffer;
+    EXPECT_EQ(dos::Seek(file, -3, dos::SeekFrom::End), 7);
+    EXPECT_EQ(dos::Read(file, buffer), 3);
+    EXPECT_EQ(buffer[0], std::byte{'7'});
+    EXPECT_EQ(dos::Read(file, buffer), 0);
+    EXPECT_EQ(dos::Seek(file, -1, dos::SeekFrom::Beginning), -1);
+    EXPECT_EQ(dos::IoErr(), dos::ErrorSeekError);
+}
+
+TEST_F(FilesTest, WritingReplacesTheContentsAndKeepsTheRest) {
+    Tree.Write("file", "old");
+    ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0750), 0);
+    const bool hasAttributes = ::setxattr(Tree.Path("file").c_str(), "user.other.tool", "kept", 4, 0) == 0;
+    Tree.Link("link", "file");
+    EXPECT_TRUE(dos::WriteWhole("Test:link", "new"));
+    EXPECT_EQ(Tree.Read("file"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(Tree.Path("link")));
+    EXPECT_EQ(dos::ExamineObject("Test:file")->Protection, 0xA00u);
+    std::array<char, 8> value{};
+    if (hasAttributes) {
+        EXPECT_EQ(::getxattr(Tree.Path("file").c_str(), "user.other.tool", value.data(), value.size()), 4);
+    }
+    EXPECT_TRUE(dos::WriteWhole("Test:fresh", ""));
+    EXPECT_TRUE(dos::WriteWhole("NIL:", "nowhere"));
+    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"env", "envarc", "file", "fresh", "link"}));
+}
+
+TEST_F(FilesTest, WhatCannotBeWrittenIsRefused) {
+    Tree.Write("closed", "old");
+    ASSERT_EQ(::chmod(Tree.Path("closed").c_str(), 0444), 0);
+    Tree.Write("noted", "old");
+    Tree.Write("noted.uaem", "----r-ed 2001-02-03 04:05:06.08 \n");
+    const std::pair<std::string_view, long> cases[] = {
+        {"Test:closed", 223}, {"Test:noted", 223}, {"Test:env", 212}, {"Test:", 212},
+        {"Test:no/x", 205},   {"Test:..", 205},    {"Test:a:b", 210}, {"Nobody:x", 218},
+    };
+    for (const auto& [path, error] : cases) {
+        EXPECT_FALSE(dos::WriteWhole(path, "new")) << path;
+        EXPECT_EQ(dos::IoErr(), error) << path;
+    }
+    EXPECT_EQ(Tree.Read("closed"), "old");
+}
+
+// Which host call fails, counted over all that a write makes; -1 for none.
+int FailingCall = -1;
+int CallsSeen = 0;
+
+bool IsToFail() {
+    return CallsSeen++ == FailingCall;
+}
+
+template <typename Result>
+Result Failing() {
+    errno = ENOSPC;
+    return static_cast<Result>(-1);
+}
+
+void FailNth(int number) {
+    FailingCall = number;
+    CallsSeen = 0;
+    dos::HostCalls& host = dos::Host();
+    host.Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        return IsToFail() ? Failing<int>() : dos::RealHost().Openat(drawer, name, flags, mode);
+    };
+    host.Write = [](int file, const void* bytes, std::size_t size) {
+        return IsToFail() ? Failing<long>() : dos::RealHost().Write(file, bytes, size);
+    };
+    host.Fsync = [](int file) { return IsToFail() ? Failing<int>() : dos::RealHost().Fsync(file); };
+    host.Fchmod = [](int file, unsigned mode) {
+        return IsToFail() ? Failing<int>() : dos::RealHost().Fchmod(file, mode);
+    };
+    host.Renameat2 = [](int from, const char* old, int to, const char* name, unsigned flags) {
+        return IsToFail() ? Failing<int>() : dos::RealHost().Renameat2(from, old, to, name, flags);
+    };
+}
+
+TEST_F(FilesTest, WhicheverCallFailsTheFileIsWholeAndNothingIsLeftBehind) {
+    Tree.Drawer("place");
+    bool hasPassed = false;
+    int failed = 0;
+    for (int number = 0; !hasPassed; ++number) {
+        Tree.Write("place/file", "old");
+        FailNth(number);
+        const bool written = dos::WriteWhole("Test:place/file", "new");
+        const long error = dos::IoErr();
+        hasPassed = CallsSeen <= number;
+        dos::Host() = dos::RealHost();
+        EXPECT_EQ(Tree.Read("place/file"), written ? "new" : "old") << "call " << number;
+        EXPECT_EQ(NamesIn("Test:place"), std::vector<std::string>{"file"}) << "call " << number;
+        failed += written ? 0 : 1;
+        if (!written) {
+            EXPECT_EQ(error, dos::ErrorDiskFull) << "call " << number;
+        }
+    }
+    EXPECT_GE(failed, 5); // the root, the temporary file, its bytes, their way to the disk, the rename
+}
+
+TEST_F(FilesTest, DrawersAreMadeOnce) {
+    Tree.Write("file", "");
+    EXPECT_TRUE(dos::CreateDir("Test:new/"));
+    EXPECT_FALSE(dos::CreateDir("Test:new"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_FALSE(dos::CreateDir("Test:file"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_FALSE(dos::CreateDir("Test:none/new"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    EXPECT_FALSE(dos::CreateDir("Test:.."));
+    EXPECT_TRUE(dos::CreateDirs("Test:a/b/c"));
+    EXPECT_TRUE(dos::CreateDirs("Test:a/b/c"));
+    EXPECT_TRUE(Tree.Exists("a/b/c"));
+    EXPECT_FALSE(dos::CreateDirs("Test:file/x"));
+}
+
+TEST_F(FilesTest, NewObjectsOfAMultiAssignAreMadeWhereTheirDrawerIs) {
+    Tree.Drawer("one");
+    Tree.Drawer("two/only");
+    ASSERT_TRUE(dos::SetAssign("Multi", dos::AssignKind::Late, {"Test:one", "Test:two"}));
+    EXPECT_TRUE(dos::CreateDir("Multi:new"));
+    EXPECT_TRUE(dos::WriteWhole("Multi:only/file", "x"));
+    EXPECT_TRUE(Tree.Exists("one/new"));
+    EXPECT_TRUE(Tree.Exists("two/only/file"));
+}
+
+TEST_F(FilesTest, VariablesAreKeptWhereTheirScopeSays) {
+    EXPECT_TRUE(dos::SetVar("Global", "g", dos::VarScope::Global));
+    EXPECT_TRUE(dos::SetVar("AppPaths/Solvane", "Test:env", dos::VarScope::GlobalSaved));
+    EXPECT_EQ(Tree.Read("env/Global"), "g");
+    EXPECT_FALSE(Tree.Exists("envarc/Global"));
+    EXPECT_EQ(Tree.Read("env/AppPaths/Solvane"), "Test:env");
+    EXPECT_EQ(Tree.Read("envarc/AppPaths/Solvane"), "Test:env");
+    Tree.Write("envarc/Saved", "first line\nsecond\n");
+    EXPECT_EQ(dos::GetVar("Saved"), "first line");
+    EXPECT_EQ(dos::GetVar("Global"), "g");
+    EXPECT_FALSE(dos::GetVar("None"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    for (const std::string_view name : {"", "/up", "a//b", "Test:file", "a/"}) {
+        EXPECT_FALSE(dos::SetVar(name, "x", dos::VarScope::Global)) << name;
+        EXPECT_EQ(dos::IoErr(), dos::ErrorInvalidComponentName) << name;
+    }
+}
+
+} // namespace

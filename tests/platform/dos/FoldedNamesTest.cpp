@@ -1,0 +1,102 @@
+#include "platform/dos/Files.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <filesystem>
+
+namespace {
+
+int Walks = 0; // of directories, counted at the host call
+
+class FoldedNamesTest : public DosTest {
+protected:
+    FoldedNamesTest() : DosTest(dos::NameRule::Fold) {}
+
+    void CountWalks() {
+        Walks = 0;
+        Calls().Getdents = [](int drawer, void* buffer, std::size_t size) {
+            ++Walks;
+            return dos::RealHost().Getdents(drawer, buffer, size);
+        };
+    }
+    // Old enough that its time can tell of any later change.
+    void Age(const std::string& name) {
+        std::filesystem::last_write_time(Tree.Path(name), std::filesystem::file_time_type::clock::now() -
+                                                              std::chrono::hours(1));
+    }
+};
+
+TEST_F(FoldedNamesTest, ExactNameWinsThenAnyOtherCaseIsFound) {
+    Tree.Write("Drawer/Größe.Txt", "");
+    Tree.Write("Drawer/README", "upper");
+    Tree.Write("Drawer/readme", "lower");
+    Tree.Link("Link", "drawer");                            // a link's text is the host's: exact
+    EXPECT_EQ(Find("Test:dRAWER/gRÖSSE.tXT"), "error 205"); // no such folding
+    EXPECT_EQ(Find("Test:drawer/grÖßE.TXT"), "Test:Drawer/Größe.Txt");
+    EXPECT_EQ(Find("Test:Drawer/readme"), "Test:Drawer/readme");
+    EXPECT_EQ(Find("Test:Drawer/README"), "Test:Drawer/README");
+    EXPECT_EQ(Find("Test:Drawer/Readme"), "Test:Drawer/README"); // of twins always the same one
+    EXPECT_EQ(Find("Test:Link"), "error 205");
+}
+
+TEST_F(FoldedNamesTest, NameThatDiffersInCaseOnlyExistsAlready) {
+    Tree.Write("Drawer/File", "old");
+    EXPECT_FALSE(dos::CreateDir("Test:DRAWER"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_TRUE(dos::WriteWhole("Test:drawer/FILE", "new"));
+    EXPECT_EQ(Tree.Read("Drawer/File"), "new");
+    EXPECT_EQ(List("Test:Drawer").size(), 1u);
+}
+
+TEST_F(FoldedNamesTest, AliasesFoldToo) {
+    Tree.Write("Sound:Left.IFF", "left");
+    std::string alias = NamesIn("Test:").front();
+    for (char& c : alias)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    EXPECT_EQ(dos::ReadWhole("Test:" + alias, 10), "left");
+}
+
+TEST_F(FoldedNamesTest, MissDoesNotWalkTheDrawerAgain) {
+    for (int i = 0; i < 100; ++i)
+        Tree.Write("Big/File" + std::to_string(i), "");
+    Age("Big");
+    CountWalks();
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_FALSE(dos::Lock("Test:Big/none" + std::to_string(i)));
+        EXPECT_TRUE(dos::Lock("Test:Big/FILE" + std::to_string(i)));
+    }
+    EXPECT_LE(Walks, 2); // one block and the end
+}
+
+TEST_F(FoldedNamesTest, OwnAdditionsDoNotMakeEveryMissAWalk) {
+    Tree.Drawer("Big");
+    Age("Big");
+    CountWalks();
+    for (int i = 0; i < 200; ++i)
+        EXPECT_TRUE(dos::CreateDir("Test:Big/Drawer" + std::to_string(i)));
+    EXPECT_FALSE(dos::CreateDir("Test:Big/DRAWER7"));
+    EXPECT_LE(Walks, 100);
+}
+
+TEST_F(FoldedNamesTest, ChangesOfOthersAreSeenAtOnce) {
+    Tree.Drawer("Drawer");
+    for (int i = 0; i < 20; ++i) {
+        const std::string name = "File" + std::to_string(i);
+        EXPECT_FALSE(dos::Lock("Test:Drawer/file" + std::to_string(i)));
+        Tree.Write("Drawer/" + name, "");
+        EXPECT_TRUE(dos::Lock("Test:Drawer/file" + std::to_string(i)));
+        std::filesystem::remove(Tree.Path("Drawer/" + name));
+        EXPECT_FALSE(dos::Lock("Test:Drawer/file" + std::to_string(i)));
+    }
+}
+
+TEST_F(FoldedNamesTest, DrawerThatCannotBeReadIsNoEndlessSearch) {
+    Tree.Write("Drawer/File", "");
+    Calls().Getdents = [](int, void*, std::size_t) -> long {
+        errno = EIO;
+        return -1;
+    };
+    EXPECT_EQ(Find("Test:Drawer/file"), "error 205");
+    EXPECT_EQ(Find("Test:Drawer/File"), "Test:Drawer/File");
+}
+
+} // namespace

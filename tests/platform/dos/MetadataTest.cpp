@@ -1,0 +1,151 @@
+#include "platform/dos/Dates.h"
+#include "platform/dos/Sidecar.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <cerrno>
+#include <sys/xattr.h>
+
+namespace {
+
+class MetadataTest : public DosTest {
+protected:
+    // False where the temporary file system has no such attributes.
+    [[nodiscard]] bool SetAttribute(std::string_view name, const char* attribute, std::string_view value) {
+        return ::setxattr(Tree.Path(name).c_str(), attribute, value.data(), value.size(), 0) == 0;
+    }
+};
+
+std::uint32_t Seconds(std::uint16_t year, std::uint16_t month, std::uint16_t day, std::uint16_t hour = 0,
+                      std::uint16_t minute = 0, std::uint16_t second = 0) {
+    return *dos::CheckDate({.Second = second,
+                            .Minute = minute,
+                            .Hour = hour,
+                            .Day = day,
+                            .Month = month,
+                            .Year = year,
+                            .WeekDay = 0});
+}
+
+struct SidecarCase {
+    std::string_view Text;
+    std::optional<std::uint32_t> Protection;
+    std::optional<std::uint32_t> Date;
+    std::string_view Comment;
+};
+
+TEST(SidecarTest, LinesOfEmulatorsAreRead) {
+    const std::uint32_t date = Seconds(2013, 2, 12, 21, 20, 52);
+    const SidecarCase cases[] = {
+        {"----rwed 2013-02-12 21:20:52.02 hello\n", 0, date, "hello"},
+        {"hsparwed 2013-02-12 21:20:52.02 \n", 0xF0, date, ""},
+        {"-------- 2013-02-12 21:20:52.02", 0x0F, date, ""},
+        {"-s--r-e- 2013-02-12 21:20:52.02  two  blanks \r\nrest", 0x45, date, " two  blanks "},
+        {"\xEF\xBB\xBF----rwed 2013-02-12 21:20:52.02 mark", 0, date, "mark"},
+        {"----rwed 2013-02-12 21:20:52.02 Gr%f6%dfe 100%25 %2a", 0, date, "Größe 100% *"},
+        {"----rwed 2013-02-12 21:20:52.02 Gr\xF6\xDF"
+         "e",
+         0, date, "Größe"},
+        {"----rwed 2013-02-12 21:20:52.02 Größe", 0, date, "Größe"},
+        {"----rwed 2013-02-12 21:20:52.02 cut %4", 0, date, "cut %4"},
+        {"----rwed", 0, {}, ""},
+        {"----rwed 2013-02-30 21:20:52.02 no such day", 0, {}, "no such day"},
+        {"----rwed 2013-02-12", 0, {}, ""},
+        {"----rw", {}, {}, ""},
+        {"", {}, {}, ""},
+        {"not a metadata line", {}, {}, ""},
+        {"rwed---- 2013-02-12 21:20:52.02 moved", {}, {}, ""},
+    };
+    for (const SidecarCase& row : cases) {
+        const dos::SidecarFacts facts = dos::ParseSidecar(row.Text);
+        EXPECT_EQ(facts.Protection, row.Protection) << row.Text;
+        EXPECT_EQ(facts.Date, row.Date) << row.Text;
+        EXPECT_EQ(facts.Comment, row.Comment) << row.Text;
+    }
+}
+
+TEST_F(MetadataTest, SidecarIsReadFirstAndHidden) {
+    Tree.Write("file", "");
+    Tree.Write("file.uaem", "-s-----d 1994-05-17 12:30:14.50 note\n");
+    Tree.Drawer("drawer");
+    Tree.Write("drawer.uaem", "----rwed 2001-02-03 04:05:06.08 of a drawer\n");
+    Tree.Write("broken", "");
+    Tree.Write("broken.uaem", "no such line");
+    Tree.Write("orphan.uaem", "----rwed");
+    Tree.Drawer("drawers.uaem");
+    Tree.Write("drawers", "");
+    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"broken", "drawer", "drawers", "drawers.uaem",
+                                                          "file", "orphan.uaem"}));
+    auto listed = List("Test:");
+    for (const dos::ExamineData& object : {listed["file"], *dos::ExamineObject("Test:file")}) {
+        EXPECT_EQ(object.Protection & 0xFF, 0x4Eu);
+        EXPECT_EQ(object.Date, Seconds(1994, 5, 17, 12, 30, 14));
+        EXPECT_EQ(object.Comment, "note");
+    }
+    EXPECT_EQ(listed["drawer"].Comment, "of a drawer");
+    EXPECT_EQ(listed["drawer"].Date, Seconds(2001, 2, 3, 4, 5, 6));
+    EXPECT_EQ(listed["broken"].Protection & 0xFF, dos::ProtectExecute);
+}
+
+TEST_F(MetadataTest, AttributesGiveCommentAndTheBitsThatModesLack) {
+    Tree.Write("file", "");
+    Tree.Write("bad", "");
+    Tree.Drawer("drawer");
+    if (!SetAttribute("file", "user.amiga.protection", "h-p-rwe-"))
+        GTEST_SKIP() << "no attributes here";
+    const std::string longNote(1000, 'n');
+    ASSERT_TRUE(SetAttribute("file", "user.xdg.comment", "Größe\0"));
+    ASSERT_TRUE(SetAttribute("bad", "user.amiga.protection", "rubbish!"));
+    ASSERT_TRUE(SetAttribute("drawer", "user.xdg.comment", longNote));
+    auto listed = List("Test:");
+    for (const dos::ExamineData& object : {listed["file"], *dos::ExamineObject("Test:file")}) {
+        // The letters r, w, e are the modes' own: 0644 has no e, whatever the attribute says.
+        EXPECT_EQ(object.Protection & 0xFF,
+                  dos::ProtectHold | dos::ProtectPure | dos::ProtectDelete | dos::ProtectExecute);
+        EXPECT_EQ(object.Comment, "Größe");
+    }
+    EXPECT_EQ(listed["bad"].Protection & 0xFF, dos::ProtectExecute);
+    EXPECT_EQ(listed["drawer"].Comment, longNote);
+    EXPECT_EQ(dos::ExamineObject("Test:drawer")->Comment, longNote);
+}
+
+// Each row of objects must be whole again: a comment of the one before does not stay.
+TEST_F(MetadataTest, CommentBelongsToItsObjectOnly) {
+    for (int i = 0; i < 40; ++i)
+        Tree.Write("plain" + std::to_string(i), "");
+    Tree.Write("noted", "");
+    if (!SetAttribute("noted", "user.xdg.comment", "note"))
+        GTEST_SKIP() << "no attributes here";
+    for (const auto& [name, object] : List("Test:"))
+        EXPECT_EQ(object.Comment, name == "noted" ? "note" : "") << name;
+}
+
+TEST_F(MetadataTest, ManyOtherAttributesHideNoneOfOurs) {
+    Tree.Write("file", "");
+    if (!SetAttribute("file", "user.xdg.comment", "note"))
+        GTEST_SKIP() << "no attributes here";
+    for (int i = 0; i < 30; ++i)
+        if (!SetAttribute("file", ("user." + std::string(50, 'a') + std::to_string(i)).c_str(), ""))
+            break;
+    EXPECT_EQ(List("Test:")["file"].Comment, "note");
+}
+
+TEST_F(MetadataTest, FileSystemWithoutAttributesIsNotAskedForEachFile) {
+    for (int i = 0; i < 50; ++i)
+        Tree.Write(std::to_string(i), "");
+    static int questions = 0;
+    questions = 0;
+    Calls().Getxattr = [](int, const char*, const char*, void*, std::size_t) -> long {
+        ++questions;
+        errno = EOPNOTSUPP;
+        return -1;
+    };
+    Calls().Listxattr = [](int, const char*, char*, std::size_t) -> long {
+        ++questions;
+        errno = EOPNOTSUPP;
+        return -1;
+    };
+    EXPECT_EQ(List("Test:").size(), 50u);
+    EXPECT_EQ(questions, 1);
+}
+
+} // namespace

@@ -1,0 +1,188 @@
+#include "platform/dos/Files.h"
+#include "platform/dos/HostPaths.h"
+#include "platform/dos/Variables.h"
+#include "platform/exec/RuntimeDirectory.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <poll.h>
+
+namespace {
+
+// A user with a home, configuration, data and runtime drawer in a temporary tree.
+class VolumesTest : public testing::Test {
+protected:
+    VolumesTest() {
+        for (const auto& [name, drawer] :
+             {std::pair{"HOME", "home"}, {"XDG_DATA_HOME", "home/data"}, {"XDG_CONFIG_HOME", "home/config"}})
+            ::setenv(name, Tree.Path(drawer).c_str(), 1);
+        Tree.Drawer("home/Desktop");
+        Tree.Write("skeleton/S/Startup", "script");
+        Tree.Write("skeleton/Prefs/Env-Archive/x", "");
+        Tree.Write("program/Tools/LhA", "tool");
+        std::filesystem::permissions(Tree.Path("skeleton/S/Startup"), std::filesystem::perms::owner_read);
+        EXPECT_TRUE(exec::UseRuntimeDirectory(Tree.Path("run")));
+    }
+    ~VolumesTest() override {
+        exec::UseRuntimeDirectory("");
+        dos::Host() = dos::RealHost();
+        dos::ResetVolumeTable();
+    }
+
+    [[nodiscard]] bool Begin() { return dos::SetUpSystem({Tree.Path("skeleton"), Tree.Path("program")}); }
+
+    TempTree Tree;
+};
+
+TEST_F(VolumesTest, FirstStartMakesTheWholeSystem) {
+    ASSERT_TRUE(Begin()) << dos::SetUpProblem();
+    EXPECT_EQ(dos::SetUpProblem(), "");
+    const std::string home = Tree.Path("home");
+    const std::pair<std::string, std::string> cases[] = {
+        {"SYS:", "Workbench:"},
+        {"DH0:S/Startup", "Workbench:S/Startup"},
+        {"s:startup", "Workbench:S/Startup"},
+        {"C:", "Workbench:C"},
+        {"LIBS:", "Workbench:Libs"},
+        {"DH1:", "Home:"},
+        {"Desktop:", "Home:Desktop"},
+        {"Documents:", "error 205"}, // not there yet
+        {"RAM:", "RAM Disk:"},
+        {"T:", "RAM Disk:T"},
+        {"ENV:", "RAM Disk:Env"},
+        {"ENVARC:", "Home:config/solvane/Env-Archive"},
+        {"APPDIR:LhA", "Host:" + Tree.Path("program/Tools/LhA").substr(1)},
+        {"PROGDIR:", "Host:" + Tree.Path("program").substr(1)},
+        {"", "Workbench:"},
+        {"Host:" + home.substr(1), "Host:" + home.substr(1)},
+    };
+    for (const auto& [path, found] : cases)
+        EXPECT_EQ(Find(path), found) << path;
+    EXPECT_EQ(dos::FromHostPath(home + "/data/solvane/Workbench/C"), "Workbench:C");
+    EXPECT_EQ(dos::DevNameFromLock(dos::Lock("SYS:"), dos::DevName::DeviceOnly), "DH0");
+    std::filesystem::create_directory(home + "/Documents");
+    EXPECT_EQ(Find("Documents:"), "Home:Documents");
+    EXPECT_TRUE(dos::WriteWhole("S:Startup", "changed")); // the user's own, though installed read-only
+    for (const dos::AssignInfo& assign : dos::Assigns())
+        EXPECT_NE(assign.Name, "PROGDIR");
+    EXPECT_TRUE(dos::SetVar("AppPaths/Solvane", "x", dos::VarScope::GlobalSaved));
+    EXPECT_TRUE(Tree.Exists("home/config/solvane/Env-Archive/AppPaths/Solvane"));
+}
+
+TEST_F(VolumesTest, LaterStartsKeepWhatTheUserHasMade) {
+    Tree.Write("home/data/solvane/Workbench/S/Own", "mine");
+    ASSERT_TRUE(Begin()) << dos::SetUpProblem();
+    EXPECT_EQ(Tree.Read("home/data/solvane/Workbench/S/Own"), "mine");
+    EXPECT_FALSE(Tree.Exists("home/data/solvane/Workbench/S/Startup"));
+}
+
+TEST_F(VolumesTest, StartThatFailsLeavesNothingHalfMade) {
+    dos::Host().Write = [](int, const void*, std::size_t) -> long {
+        errno = ENOSPC;
+        return -1;
+    };
+    EXPECT_FALSE(Begin());
+    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
+    EXPECT_NE(dos::SetUpProblem(), "");
+    EXPECT_TRUE(std::filesystem::is_empty(Tree.Path("home/data/solvane")));
+}
+
+TEST_F(VolumesTest, UserDirectoriesComeFromTheDesktopsList) {
+    Tree.Drawer("home/Schreibtisch \"x");
+    Tree.Write("home/config/user-dirs.dirs", "# comment\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch \\\"x\"\n"
+                                             "  XDG_MUSIC_DIR=\"" +
+                                                 Tree.Path("program") +
+                                                 "/\"\n"
+                                                 "XDG_VIDEOS_DIR=\"$HOME/\"\nXDG_PICTURES_DIR=broken\n");
+    Tree.Drawer("home/Videos");
+    Tree.Drawer("home/Pictures");
+    ASSERT_TRUE(Begin()) << dos::SetUpProblem();
+    EXPECT_EQ(Find("Desktop:"), "Home:Schreibtisch \"x");
+    EXPECT_EQ(Find("Music:"), "Host:" + Tree.Path("program").substr(1));
+    EXPECT_EQ(Find("Videos:"), "error 218"); // the home drawer means none
+    EXPECT_EQ(Find("Pictures:"), "Home:Pictures");
+}
+
+TEST_F(VolumesTest, MountsOfTheUserAreAddedAndSlipsAreTold) {
+    Tree.Write("home/Amiga/Games/Turrican", "");
+    Tree.Write("more/Lemmings", "");
+    Tree.Write("home/config/solvane/mounts.toml",
+               "[[volume]]\nname = \"Work\"\npath = \"~/Amiga\"\nnames = \"fold\"\nmetadata = \"uaem\"\n"
+               "[[assign]]\nname = \"Games\"\npaths = [\"Work:Games\", \"" +
+                   Tree.Path("more") +
+                   "\"]\n"
+                   "[[volume]]\nname = \"Gone\"\npath = \"/no/such/drawer\"\n"
+                   "[[volume]]\nname = \"Home\"\npath = \"/\"\n"
+                   "[[volume]]\nname = \"Odd\"\npath = \"/\"\nnames = \"loose\"\n"
+                   "[[volume]]\nname = \"a/b\"\npath = \"/\"\n"
+                   "[[assign]]\nname = \"Empty\"\n[[assign]]\nname = \"T\"\npath = \"Work:\"\ncolour = 1\n");
+    ASSERT_TRUE(Begin());
+    EXPECT_EQ(Find("work:GAMES/turrican"), "Work:Games/Turrican");
+    EXPECT_EQ(Find("DH3:Games"), "Work:Games");
+    EXPECT_EQ(Find("Games:Lemmings"), "Host:" + Tree.Path("more/Lemmings").substr(1));
+    EXPECT_EQ(Find("Gone:"), "error 218");
+    EXPECT_EQ(Find("T:"), "RAM Disk:T");
+    const std::string problem = dos::SetUpProblem();
+    EXPECT_EQ(std::count(problem.begin(), problem.end(), '\n'), 5) << problem;
+    for (const std::string_view part : {"line 9: volume \"Gone\"", "\"Home\"", "\"loose\"", "\"a/b\"",
+                                        "at least one path", "unknown key \"colour\""})
+        EXPECT_NE(problem.find(part), std::string::npos) << part << " in\n" << problem;
+}
+
+TEST_F(VolumesTest, BrokenMountFileLeavesTheRestAtWork) {
+    Tree.Write("home/config/solvane/mounts.toml", "[[volume]]\nname = \"Work\npath");
+    ASSERT_TRUE(Begin());
+    EXPECT_NE(dos::SetUpProblem().find("mounts.toml, line 2"), std::string::npos) << dos::SetUpProblem();
+    EXPECT_EQ(Find("SYS:"), "Workbench:");
+}
+
+std::string MountList; // stands for the host's own
+bool ListHasChanged = false;
+
+TEST_F(VolumesTest, DiskIsAVolumeFromItsMountToItsEnd) {
+    MountList = Tree.Path("mountinfo");
+    const std::string system = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
+    const std::string disk = "2 1 7:9 / " + Tree.Path("Amiga") + " rw - ext4 /dev/loop9 rw\n";
+    Tree.Write("mountinfo", system);
+    Tree.Write("Amiga/file", "");
+    dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        const bool isList = std::string_view(name) == "/proc/self/mountinfo";
+        return dos::RealHost().Openat(drawer, isList ? MountList.c_str() : name, flags, mode);
+    };
+    dos::Host().Poll = [](struct pollfd* question, unsigned long, int) {
+        question->revents = std::exchange(ListHasChanged, false) ? POLLPRI : 0;
+        return question->revents != 0 ? 1 : 0;
+    };
+    ASSERT_TRUE(Begin());
+    EXPECT_EQ(Find("Amiga:file"), "error 218");
+    Tree.Write("mountinfo", system + disk);
+    ListHasChanged = true;
+    EXPECT_EQ(Find("IDF0:file"), "Amiga:file");
+    EXPECT_EQ(dos::Volumes().back().Volume, "Amiga");
+    EXPECT_EQ(dos::FromHostPath(Tree.Path("Amiga/file")), "Amiga:file");
+    Tree.Write("mountinfo", system);
+    ListHasChanged = true;
+    EXPECT_EQ(Find("Amiga:file"), "error 218");
+}
+
+class VolumeNamesTest : public DosTest {};
+
+TEST_F(VolumeNamesTest, BadOrTakenNamesAreRefused) {
+    struct Case {
+        std::string Device, Volume, Root;
+        long Error;
+    };
+    for (const Case& row : {Case{"td0", "B", Tree.Root(), 203},
+                            {"NIL", "B", Tree.Root(), 203},
+                            {"B:", "B", Tree.Root(), 210},
+                            {"B", "", Tree.Root(), 210},
+                            {"B", "B", "relative", 210},
+                            {"B", "B", Tree.Path("none"), 205},
+                            {"B", "B", "/dev/null", 212}}) {
+        EXPECT_FALSE(dos::AddVolume({.Device = row.Device, .Volume = row.Volume, .HostRoot = row.Root}));
+        EXPECT_EQ(dos::IoErr(), row.Error) << row.Device << " " << row.Volume << " " << row.Root;
+    }
+}
+
+} // namespace
