@@ -18,6 +18,7 @@ namespace {
 using intuition::EventClass;
 using intuition::WindowEvent;
 
+constexpr std::uint16_t KeyH = 37;
 constexpr std::uint32_t TypeAheadTicks = 9; // ticks after which the next key begins a new word
 
 void ServeGadget(const WindowEvent& event) {
@@ -40,8 +41,19 @@ void ServeGadget(const WindowEvent& event) {
     }
 }
 
-void ServeRawKey(std::uint16_t code) {
-    switch (code) {
+void ToggleHiddenEntries() {
+    Prefs.ShowHiddenEntries = Prefs.ShowHiddenEntries == 0 ? 1 : 0;
+    ReloadDrawer();
+}
+
+void ServeRawKey(const WindowEvent& event) {
+    if ((event.Qualifier & intuition::qualifier::Control) != 0) {
+        if (event.Code == KeyH) {
+            ToggleHiddenEntries();
+        }
+        return;
+    }
+    switch (event.Code) {
     case intuition::rawkey::Backspace:
         GoToParent();
         break;
@@ -90,7 +102,7 @@ void Dispatch(const WindowEvent& event) {
         static_cast<void>(Iconify());
         break;
     case EventClass::RawKey:
-        ServeRawKey(event.Code);
+        ServeRawKey(event);
         break;
     case EventClass::IntuiTicks:
         ServeTick();

@@ -3,6 +3,7 @@
 #include "platform/dos/ReadArgs.h"
 
 #include <gtest/gtest.h>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,10 @@ struct LineCase {
     bool Iconify;
     std::string Screen;
 };
+
+void PrintTo(const LineCase& c, std::ostream* out) {
+    *out << c.Name;
+}
 
 class ArgumentLineTest : public testing::TestWithParam<LineCase> {};
 
