@@ -2,6 +2,12 @@
 
 namespace solvane {
 
+exec::SignalMask CxSignal = 0;
+
+bool HasCommodities() {
+    return false;
+}
+
 bool SetUpCommodity() {
     return false;
 }

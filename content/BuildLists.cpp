@@ -77,6 +77,8 @@ void BuildContentList() {
     ShowRows();
 }
 
+void SetViewStyle() {}
+
 void FreeContentRows() {
     if (Objects.ContentList != nullptr) {
         Objects.ContentList->Detach();

@@ -16,6 +16,9 @@ namespace solvane {
 // other than List and Details are shown as Details; style 7 has no rows.
 void BuildContentList();
 
+// Brings menus and choosers in line with the view style; there are none yet.
+void SetViewStyle();
+
 // Drops the rows and whatever the list browser draws from.
 void FreeContentRows();
 

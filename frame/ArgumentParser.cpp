@@ -1,9 +1,10 @@
 #include "frame/ArgumentParser.h"
 
 #include "frame/Terminate.h"
+#include "locations/Navigation.h"
 #include "model/Program.h"
 #include "platform/dos/HostPaths.h"
-#include "platform/dos/Locks.h"
+#include "platform/dos/Paths.h"
 #include "platform/dos/ReadArgs.h"
 #include "platform/icon/Icon.h"
 #include "platform/utility/Text.h"
@@ -37,6 +38,28 @@ bool IsValueOption(std::string_view word) {
     return false;
 }
 
+// The text exists and is shown nowhere: a wrong command line starts the program as if it were empty.
+// Intended.
+Text<1024> UsageText() {
+    return std::string_view("\nUsage: "
+                            "Solvane"
+                            " [PATH <Path>]\n"
+                            "       [WIN_X <X Coord>] [WIN_Y <Y Coord>] [WIN_W <Window Width>] "
+                            "[WIN_H <Window Height>]\n"
+                            "       [ICONIFY] [ICON_X <X Coord>] [ICON_Y <Y Coord>]\n"
+                            "       [PUBSCREEN <Name>] [LANGUAGE <language>]\n"
+                            "           Path = Open this path at startup\n"
+                            "          Win_X = X coordinate for window\n"
+                            "          Win_Y = Y coordinate for window\n"
+                            "          Win_W = Width for window\n"
+                            "          Win_H = Height for window\n"
+                            "        Iconify = Start in iconified mode\n"
+                            "         Icon_X = X coordinate for AppIcon\n"
+                            "         Icon_Y = Y coordinate for AppIcon\n"
+                            "      PubScreen = Name of public screen to open window on\n"
+                            "       Language = Preferred locale strings language\n\n");
+}
+
 // One word of the host's command line, so that ReadArgs sees what the user meant: an option with its value
 // keeps its "=", a word that ReadArgs would take apart is quoted.
 std::string LineWord(std::string_view word) {
@@ -48,7 +71,12 @@ std::string LineWord(std::string_view word) {
     return plain ? std::string(word) : dos::QuoteArgument(word);
 }
 
+// A path that does not fit is refused; the program starts without it.
 bool AddStartLocation(std::string_view location) {
+    if (location.size() > Text<1024>::Limit) {
+        TellAndContinue("Path is too long.");
+        return true;
+    }
     NodePointer<TabsNode> node = SAK_CreateGenericListNode<TabsNode>();
     if (!node) {
         Terminate("Could not create Exec list node.");
@@ -59,15 +87,20 @@ bool AddStartLocation(std::string_view location) {
     return true;
 }
 
+// What a user or icon named, as a path of volumes. The words of places are not looked for on the host.
+std::string StartPath(const std::string& given, const std::string& hostDirectory) {
+    return NavigationWordOf(given).empty() ? dos::FromHostPath(given, hostDirectory) : given;
+}
+
 enum class PathOutcome { Taken, RestartMarker, Failed };
 
-PathOutcome TakePaths(const std::vector<std::string>& paths) {
+PathOutcome TakePaths(const std::vector<std::string>& paths, const std::string& hostDirectory) {
     for (const std::string& path : paths) {
         if (utility::Stricmp(path, RestartMarker) == 0) {
             done2 = 1;
             return PathOutcome::RestartMarker;
         }
-        if (!AddStartLocation(dos::FromHostPath(path))) {
+        if (!AddStartLocation(StartPath(path, hostDirectory))) {
             return PathOutcome::Failed;
         }
     }
@@ -104,13 +137,14 @@ void TakeOptions(const dos::ArgResults& arguments) {
 }
 
 // Arguments that cannot be parsed are no reason not to start: the program runs as if there were none.
-bool ParseShellArguments(const std::vector<std::string>& words) {
+bool ParseShellArguments(const application::StartMessage& start) {
     FromShell = 1;
-    const auto arguments = dos::ReadArgs(Template, ArgumentLine(words));
+    [[maybe_unused]] const Text<1024> usage = UsageText();
+    const auto arguments = dos::ReadArgs(Template, ArgumentLine(start.Arguments));
     if (!arguments) {
         return true;
     }
-    switch (TakePaths(arguments->Multi("PATH"))) {
+    switch (TakePaths(arguments->Multi("PATH"), start.CurrentDirectory)) {
     case PathOutcome::Failed:
         return false;
     case PathOutcome::RestartMarker:
@@ -154,7 +188,7 @@ bool TakeToolTypes(bool pathsWanted) {
         return true;
     }
     if (const auto path = icon::FindToolType(*object, "PATH"); path && pathsWanted) {
-        if (!AddStartLocation(dos::FromHostPath(*path))) {
+        if (!AddStartLocation(StartPath(*path, {}))) {
             return false;
         }
         PathSpecified = 1;
@@ -169,22 +203,19 @@ bool TakeToolTypes(bool pathsWanted) {
 }
 
 // Objects that the user picked on the desktop win over the place that the icon names.
-bool ParseWorkbenchArguments(const std::vector<std::string>& objects) {
+bool ParseWorkbenchArguments(const application::StartMessage& start) {
     FromShell = 0;
     if (!StackIsEnough()) {
         return false;
     }
-    for (const std::string& object : objects) {
-        const std::string path = dos::FromHostPath(object);
-        Text<1024> drawer;
-        Text<128> file;
-        SAK_SplitFilename(path, drawer, file);
-        if (!AddStartLocation(SAK_FileExists(path) ? drawer.View() : std::string_view(path))) {
+    for (const std::string& object : start.Arguments) {
+        const std::string path = dos::FromHostPath(object, start.CurrentDirectory);
+        if (!AddStartLocation(SAK_FileExists(path) ? dos::PathPart(path) : std::string_view(path))) {
             return false;
         }
         PathSpecified = 1;
     }
-    return TakeToolTypes(objects.empty());
+    return TakeToolTypes(start.Arguments.empty());
 }
 
 } // namespace
@@ -199,8 +230,7 @@ std::string ArgumentLine(const std::vector<std::string>& words) {
 }
 
 bool ArgumentParser(const application::StartMessage& start) {
-    return start.FromWorkbench ? ParseWorkbenchArguments(start.Arguments)
-                               : ParseShellArguments(start.Arguments);
+    return start.FromWorkbench ? ParseWorkbenchArguments(start) : ParseShellArguments(start);
 }
 
 } // namespace solvane

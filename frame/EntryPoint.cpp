@@ -40,7 +40,8 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
     }
     if (!intuition::OpenDisplay(argc, argv)) {
         PrintStartFailure(start, "Could not open Intuition library V54.6.\n\nAmigaOS Release 4.1 - "
-                                 "Final Edition Update 1\nis required.\n");
+                                 "Final Edition Update 1\nis required.\n" +
+                                     intuition::DisplayProblem() + "\n");
         return false;
     }
     return true;
@@ -97,6 +98,7 @@ void RunInstance(const application::StartMessage& start) {
 } // namespace
 
 int EntryPoint(int argc, char** argv) {
+    application::SecureStandardStreams();
     const application::TerminationWatch termination;
     const application::StartMessage start = application::ReadStartMessage(argc, argv);
     const application::ProgramPlaces places = application::FindProgram(argc > 0 ? argv[0] : nullptr);

@@ -1,6 +1,7 @@
 #include "frame/MainLoop.h"
 
 #include "automation/ARexx.h"
+#include "automation/Commodity.h"
 #include "content/DrawerMonitor.h"
 #include "frame/EventDispatch.h"
 #include "frame/LanguageCheck.h"
@@ -9,6 +10,7 @@
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
+#include "interface/Screens.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -22,6 +24,8 @@ namespace solvane {
 
 namespace {
 
+constexpr int CommandRefused = 20; // return code
+
 // One source of work: the signal that tells of it and what serves it. Serving results in WaitLoop to go on
 // with the round, or in the station that abandons it.
 struct SignalSource {
@@ -34,13 +38,60 @@ exec::SignalMask PortMask() {
     return Port ? Port->Mask() : 0;
 }
 
-// Reads and replies all messages; what they ask for comes with the senders.
-template <std::unique_ptr<exec::MsgPort>& Port>
-Station ReplyAll() {
-    while (auto message = exec::GetMsg(*Port)) {
+// Messages of the icon come with the icon: each is replied as it is.
+Station ServeAppIcon() {
+    while (auto message = exec::GetMsg(*AppIconPort)) {
         exec::ReplyMsg(std::move(message));
     }
     return Station::WaitLoop;
+}
+
+// The public port only names the instance; commands have a port of their own.
+Station RefuseCommands() {
+    while (auto command = port->Get()) {
+        command->Reply(CommandRefused, "");
+    }
+    return Station::WaitLoop;
+}
+
+// What a message about the screens leads to.
+Station ActOnScreenMessage(const ScreenMessage& message) {
+    if (WindowClosed != 0 && message.What == ScreenEvent::WorkbenchOpened && ScrNotChange != 0) {
+        return Station::EntryB;
+    }
+    if (WindowClosed != 0 || Iconified != 0) {
+        return Station::WaitLoop;
+    }
+    switch (message.What) {
+    case ScreenEvent::WorkbenchOpened:
+        LoadImages = 1;
+        SecondRun = 1;
+        CloseForRebuild();
+        return Station::EntryB;
+    case ScreenEvent::WorkbenchCloses:
+        CloseForRebuild();
+        return Station::WaitLoop; // and waits for the Workbench to open again
+    case ScreenEvent::ScreenCloses:
+        if (!message.Screen.SameBytes(ActiveScreen)) {
+            return Station::WaitLoop;
+        }
+        CloseForRebuild();
+        DefaultPubScreenID.Clear(); // back to the default screen
+        return Station::EntryB;
+    }
+    return Station::WaitLoop;
+}
+
+Station ServeScreenNotification() {
+    Station next = Station::WaitLoop;
+    while (auto message = exec::GetMsg(*ScrNotPort)) {
+        if (const auto* screen = dynamic_cast<const ScreenMessage*>(message.get())) {
+            const Station wish = ActOnScreenMessage(*screen);
+            next = wish == Station::WaitLoop ? next : wish;
+        }
+        exec::ReplyMsg(std::move(message));
+    }
+    return next;
 }
 
 Station ServeNothing() {
@@ -75,13 +126,18 @@ Station ServeARexx() {
 // The order in which the sources of one round are served.
 constexpr std::array Sources = {
     SignalSource{PortMask<UserPort>, ServeNothing}, // its events are fetched with the window's
-    SignalSource{PortMask<ScrNotPort>, ReplyAll<ScrNotPort>},
+    SignalSource{PortMask<ScrNotPort>, ServeScreenNotification},
     SignalSource{NotifyVarSignal, ServeNothing},
     SignalSource{[] { return SAK_NotifySignal; }, ServeDrawerNotification},
     SignalSource{[] { return ARexxSignal; }, ServeARexx},
-    SignalSource{PortMask<AppIconPort>, ReplyAll<AppIconPort>},
+    SignalSource{[] { return CxSignal; }, ServeNothing},
+    SignalSource{PortMask<AppIconPort>, ServeAppIcon},
+    SignalSource{[] { return AppMenuSignal; }, ServeNothing},
+    SignalSource{[] { return AppLibSignal; }, ServeNothing},
     SignalSource{[] { return SAK_TimerMP ? SAK_TimerMP->Mask() : exec::SignalMask{0}; }, ServeTimer},
+    SignalSource{[] { return PreviewSoundSignal; }, ServeNothing},
     SignalSource{WindowMask, ServeWindowEvents},
+    SignalSource{[] { return port ? port->Mask() : exec::SignalMask{0}; }, RefuseCommands},
 };
 
 exec::SignalMask MaskOfAllSources() {
@@ -115,23 +171,20 @@ Station RunRound() {
     }
     BlockMainWindow(-1);
     SignalsMask = MainWindow ? MainWindow->Mask() : 0;
+    if (exec::CheckSignal(exec::BreakControlC) != 0) {
+        return Station::End; // nobody is there to be asked
+    }
     if (done != 0) {
         return Station::Quit;
     }
     Signals = exec::Wait(MaskOfAllSources() | exec::BreakControlC);
-    if ((Signals & exec::BreakControlC) != 0) {
-        return Station::End; // nobody is there to be asked
-    }
-    return ServeSources();
+    return (Signals & exec::BreakControlC) != 0 ? Station::End : ServeSources();
 }
 
 Station RunWaitLoop() {
     Station next = Station::WaitLoop;
     while (next == Station::WaitLoop) {
-        if (TakeSnapshot()) {
-            done = 1;
-        }
-        next = RunRound();
+        next = TakeSnapshot() ? Station::End : RunRound();
     }
     return next;
 }

@@ -77,6 +77,13 @@ void TakeGivenGeometry() {
     take(Win_H, Prefs.WindowHeight);
 }
 
+// No broker means that no hot key could ever bring a window up.
+void ForgetCommodityWithoutBroker() {
+    if (!HasCommodities()) {
+        Prefs.UseCommodity = 0;
+    }
+}
+
 void ApplyPreferences() {
     SetUpPreviewFonts();
     if (SAK_PreferredLanguage.Empty()) {
@@ -86,6 +93,7 @@ void ApplyPreferences() {
     if (!DiscoverARexxScripts()) {
         TellAndContinue("Error scanning for ARexx scripts.");
     }
+    ForgetCommodityWithoutBroker();
     if (Prefs.UseCommodity == 0) {
         Prefs.IconifyAppDocky = 1;
     }
@@ -169,6 +177,8 @@ bool StartUp(const application::StartMessage& start) {
 void MyProgram(const application::StartMessage& start) {
     if (StartUp(start)) {
         RunMainLoop();
+    } else {
+        done2 = 0; // a start that failed is not started again
     }
     MPS_ShutDown();
 }

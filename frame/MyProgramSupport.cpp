@@ -19,8 +19,10 @@
 #include "interface/Menus.h"
 #include "interface/Screens.h"
 #include "interface/SetUp.h"
+#include "locations/NavigationList.h"
 #include "locations/Tabs.h"
 #include "media/Preview.h"
+#include "model/Devices.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "online/NetworkInformation.h"
@@ -80,8 +82,9 @@ bool SetUpGenericLists() {
     CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
     StartupTabsList = SAK_CreateGenericList<TabsNode>();
     ARexxList = SAK_CreateGenericList<ARexxNode>();
+    DOSList = SAK_CreateGenericList<DOSNode>();
     return ContentList && LinksList && ShowDetailsColumnsList && CommandLineTabsList && StartupTabsList &&
-           ARexxList;
+           ARexxList && DOSList;
 }
 
 void FreeGenericLists() {
@@ -91,6 +94,11 @@ void FreeGenericLists() {
     CommandLineTabsList.reset();
     StartupTabsList.reset();
     ARexxList.reset();
+    DOSList.reset();
+    ExamineSingleList.reset();
+    MasterDevicesList.reset();
+    NavDevicesList.reset();
+    MasterAssignsList.reset();
 }
 
 bool MakePort(std::unique_ptr<exec::MsgPort>& made) {
@@ -152,12 +160,15 @@ void FreePorts() {
 void FreeWindowLists() {
     DetachAllLists();
     if (MainWindow) {
+        FreeNavigationList();
         FreeAllTabs(1);
     }
+    DisposeHiddenChoosers();
     FreeChooserLists();
     FreeColumnInfoAll();
     FreeColumnInfoPreview();
     FreeOtherLists();
+    FreeFilmstripList();
     FreeGenericLists();
     CCP_FreeClipboard();
     FreeHooks();

@@ -27,7 +27,7 @@ struct StartPlace {
 
 StartPlace ChosenStart() {
     if (const TabsNode* tab = SAK_FirstGenericListNode(*StartupTabsList)) {
-        return {tab->Location, tab->Path, tab->Path};
+        return {tab->Location, NameOfPath(tab->Path), tab->Path};
     }
     return {static_cast<LocationKind>(Prefs.DefaultOpenAt), Prefs.DefaultOpenAtName, Prefs.DefaultOpenAtPath};
 }
@@ -56,14 +56,6 @@ std::string_view NavigationWord(const StartPlace& start) {
     }
 }
 
-// The name that history and tabs give to a path: its last component, or all of a root.
-Text<128> NameOfPath(std::string_view path) {
-    Text<1024> drawer;
-    Text<128> name;
-    SAK_SplitFilename(path, drawer, name);
-    return name.Empty() ? Text<128>(path) : name;
-}
-
 void RouteStartPath(const TabsNode& tab) {
     const std::string_view path = tab.Path.Empty() ? "Computer" : tab.Path.View();
     const std::string_view word = NavigationWordOf(path);
@@ -77,9 +69,7 @@ void RouteStartPath(const TabsNode& tab) {
     }
 }
 
-} // namespace
-
-void GoToStartLocation() {
+void ShowStartPlace() {
     const StartPlace start = ChosenStart();
     const std::string_view word = NavigationWord(start);
     if (!word.empty()) {
@@ -87,10 +77,21 @@ void GoToStartLocation() {
         return;
     }
     SetPreviewPaneNone();
-    PopulateContent2(start.Name.View(), start.Path.View());
-    DetailsPane2();
+    PopulateContent2(start.Name, start.Path);
+    if (LBLocation == LocationKind::Drawer) {
+        DetailsPane2();
+    }
     SetMenuState();
     SetToolbarState();
+}
+
+} // namespace
+
+void GoToStartLocation() {
+    ShowStartPlace();
+    if (LBLocation == LocationKind::None) {
+        HandleNavigationListBrowser("Computer"); // the chosen place is gone or has no view
+    }
 }
 
 void ShowCommandLineTabs() {

@@ -13,6 +13,7 @@
 #include "interface/MenuState.h"
 #include "interface/Menus.h"
 #include "interface/Screens.h"
+#include "locations/NavigationList.h"
 #include "locations/Tabs.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
@@ -31,9 +32,10 @@ bool TryOr(bool success, std::string_view message) {
     return success;
 }
 
-// Shows the open (and still empty) window before any drawer is read.
+// Shows the open (and still empty) window before any drawer is read. A window that was an icon still has its
+// layout.
 bool OpenWindow() {
-    if (!TryOr(CreateMainLayout(), "Could not create gadgets.")) {
+    if ((Iconified == 0 || !MainWindow) && !TryOr(CreateMainLayout(), "Could not create gadgets.")) {
         return false;
     }
     SetColumnInfo();
@@ -42,8 +44,12 @@ bool OpenWindow() {
         return false;
     }
     WindowClosed = 0;
+    ScreenToFront();
     BlockMainWindow(1);
+    AttachMenuStrip();
     UpdateAllSpeedBars();
+    SetViewStyle();
+    RefreshFilmstrip();
     return true;
 }
 
@@ -65,11 +71,16 @@ void ReturnFromIcon() {
 void ShowLocations() {
     if (FirstRun != 0 || SecondRun != 0) {
         SetFirstTab();
+    }
+    UpdateAllLists();
+    BuildNavigationList();
+    if (FirstRun != 0 || SecondRun != 0) {
         const bool tabsComeBack = ReopenTabs != 0 && SAK_GenericListCount(*CommandLineTabsList) > 0;
         if (PathSpecified == 0 && AtPreferences == 0 && !tabsComeBack) {
             GoToStartLocation();
         }
     }
+    OpenAppMenuObjects();
     if (PathSpecified != 0 || ReopenTabs != 0) {
         PathSpecified = 0;
         ShowCommandLineTabs();
@@ -78,6 +89,7 @@ void ShowLocations() {
         ReopenTabs = 0;
         SwitchToTabNumber(Offset);
     }
+    ChangeLayout();
 }
 
 } // namespace
@@ -92,6 +104,7 @@ Station RunEntryA() {
         return Station::End;
     }
     UpdateEntireMenuStrip();
+    SetSortByDirection();
     return Station::EntryB;
 }
 
@@ -101,7 +114,8 @@ Station RunEntryB() {
         return Station::End;
     }
     EndScreenNotification();
-    if (!TryOr(StartScreenNotification(), "Could not set up Screen Notify system.")) {
+    const bool onDesktop = DefaultPubScreenID.Empty() || Prefs.OpenOnOwnScreen == 0;
+    if (onDesktop && !TryOr(StartScreenNotification(), "Could not set up Screen Notify system.")) {
         return Station::End;
     }
     if (Prefs.UseCommodity != 0 && FirstRun != 0 && done2 == 0) {

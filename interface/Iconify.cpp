@@ -2,6 +2,9 @@
 
 namespace solvane {
 
+exec::SignalMask AppMenuSignal = 0;
+exec::SignalMask AppLibSignal = 0;
+
 bool RegisterApp() {
     return true;
 }

@@ -2,7 +2,16 @@
 // feature; until then there is no place for an icon.
 #pragma once
 
+#include "platform/exec/Tasks.h"
+
 namespace solvane {
+
+// --- State: 0 without a sender ---
+
+extern exec::SignalMask AppMenuSignal; // the user has picked the program's entry of a desktop menu
+extern exec::SignalMask AppLibSignal;  // messages from other instances and the desktop's session
+
+// --- Functions ---
 
 [[nodiscard]] bool RegisterApp();
 void UnregisterApp();

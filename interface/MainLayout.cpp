@@ -56,7 +56,7 @@ std::unique_ptr<intuition::Layout> CreateStatusBarGroup() {
     return row;
 }
 
-// A start of the search for the window's title: which window this is, when there are several.
+// Tells windows apart when there are several.
 std::string WindowTitle() {
     std::string title(RequesterTitle.View());
     if (PortNumber > 1) {
@@ -105,6 +105,8 @@ void CloseWindowObject() {
     MainWindow->Close();
     MainWindow.reset();
 }
+
+void ChangeLayout() {}
 
 void SetStatusBar(std::string_view left, std::string_view right) {
     StatusBarBuffer1 = left;

@@ -35,9 +35,10 @@ struct MainObjects {
 
 // --- State ---
 
-extern std::unique_ptr<intuition::Window> MainWindow; // null while closed; written by frame/
-extern MainObjects Objects;                           // written by CreateMainLayout and NullAllGadgets
-extern Text<128> StatusBarBuffer1, StatusBarBuffer2;  // what the status bar shows, left and right
+extern std::unique_ptr<intuition::Window>
+    MainWindow;             // null while closed; written by CreateMainLayout and CloseWindowObject
+extern MainObjects Objects; // written by CreateMainLayout and NullAllGadgets
+extern Text<128> StatusBarBuffer1, StatusBarBuffer2; // what the status bar shows, left and right
 
 // Builds the layout and the (still closed) MainWindow around it. False when it cannot be made.
 [[nodiscard]] bool CreateMainLayout();
@@ -50,6 +51,9 @@ void DetachAllLists();
 
 // Closes the window and drops it with its gadgets; nothing while it is closed.
 void CloseWindowObject();
+
+// Brings the layout in line with ChooserSelected; there is one layout so far.
+void ChangeLayout();
 
 // Keeps both texts and shows them when the window has a status bar.
 void SetStatusBar(std::string_view left, std::string_view right);

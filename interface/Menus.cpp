@@ -12,6 +12,10 @@ bool CreateContextMenus() {
 
 void UpdateEntireMenuStrip() {}
 
+void AttachMenuStrip() {}
+
+void SetSortByDirection() {}
+
 void FreeMainMenuStrip() {}
 
 void FreeContextMenus() {}

@@ -7,6 +7,8 @@ namespace solvane {
 [[nodiscard]] bool CreateMainMenuStrip();
 [[nodiscard]] bool CreateContextMenus();
 void UpdateEntireMenuStrip();
+void AttachMenuStrip();
+void SetSortByDirection();
 void FreeMainMenuStrip();
 void FreeContextMenus();
 

@@ -1,14 +1,24 @@
 #include "interface/Screens.h"
 
+#include "model/Program.h"
+
 namespace solvane {
+
+Text<140> ActiveScreen;
 
 bool OpenMainScreen() {
     return true;
 }
 
-void SetActiveScreen() {}
+void SetActiveScreen() {
+    ActiveScreen = DefaultPubScreenID;
+}
 
-void ReleaseActiveScreen() {}
+void ReleaseActiveScreen() {
+    ActiveScreen.Clear();
+}
+
+void ScreenToFront() {}
 
 bool StartScreenNotification() {
     return true;

@@ -26,6 +26,8 @@ bool SetUpChooserLists() {
 
 void FreeChooserLists() {}
 
+void DisposeHiddenChoosers() {}
+
 bool AllocateFileRequester() {
     return true;
 }

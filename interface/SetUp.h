@@ -12,6 +12,7 @@ void FreeOtherLists();
 void FreeHooks();
 [[nodiscard]] bool SetUpChooserLists();
 void FreeChooserLists();
+void DisposeHiddenChoosers();
 [[nodiscard]] bool AllocateFileRequester();
 [[nodiscard]] bool AllocateFontRequester();
 [[nodiscard]] bool AllocateScreenModeRequester();

@@ -22,14 +22,6 @@ void Tell(std::string_view text) {
     SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, text, "_Continue");
 }
 
-// What history calls a path: its last component, or all of a root.
-Text<128> NameOfPath(std::string_view path) {
-    Text<1024> drawer;
-    Text<128> name;
-    SAK_SplitFilename(path, drawer, name);
-    return name.Empty() ? Text<128>(path) : name;
-}
-
 // A path as SetCurrentPath may take it. Empty, after a requester, when it does not fit.
 Text<1024> FittingPath(std::string_view path) {
     if (path.empty() || path == PathTooLong || path.size() > Text<1024>::Limit) {
@@ -73,6 +65,13 @@ bool ShowDrawer(std::string_view path) {
 }
 
 } // namespace
+
+Text<128> NameOfPath(std::string_view path) {
+    Text<1024> drawer;
+    Text<128> name;
+    SAK_SplitFilename(path, drawer, name);
+    return name.Empty() ? Text<128>(path) : name;
+}
 
 void SetCurrentPath(std::string_view path) {
     CurrentPath = path;

@@ -1,9 +1,14 @@
 // Going to a drawer: the path on show, the scan, and what the window shows around it.
 #pragma once
 
+#include "sak/Text.h"
+
 #include <string_view>
 
 namespace solvane {
+
+// What history and tabs call a path: its last component, or all of a root.
+[[nodiscard]] Text<128> NameOfPath(std::string_view path);
 
 // Makes path the path on show and the one to return to. It must fit (1023 bytes).
 void SetCurrentPath(std::string_view path);

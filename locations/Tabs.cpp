@@ -34,6 +34,7 @@ void GetOpenTabs() {
     if (!CanBeReopened(LBLocation)) {
         return;
     }
+    CheckLastCharPath();
     NodePointer<TabsNode> node = SAK_CreateGenericListNode<TabsNode>();
     if (!node) {
         return;

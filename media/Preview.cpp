@@ -2,7 +2,13 @@
 
 namespace solvane {
 
+exec::SignalMask PreviewSoundSignal = 0;
+
 void SetPreviewPaneNone() {}
+
+void RefreshFilmstrip() {}
+
+void FreeFilmstripList() {}
 
 void PreviewAnimRender() {}
 

@@ -13,6 +13,7 @@
 #include "sak/Requesters.h"
 #include "sak/Ringhio.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -28,10 +29,20 @@ constexpr const char* WhichPrefsFile = "ENVARC:Solvane/prefs";
 constexpr std::size_t LargestDocument = 4U << 20U; // bytes
 constexpr std::size_t LongestName = 128;
 constexpr std::uint32_t FirstTextColumn = 1; // the icon column before it and this one are always shown
-constexpr std::int32_t IconColumnWidth = 26; // pixels
+constexpr std::int64_t DetailsColumns = 25;  // the icon column counted
+constexpr std::int32_t IconColumnWidth = 26; // pixels, as those below
+constexpr std::int64_t NarrowestColumn = 8, WidestColumn = 4096;
 
 std::int64_t NumberAt(const PrefsArray& array, std::size_t position, std::int64_t fallback) {
     return position < array.size() ? array[position].Number().value_or(fallback) : fallback;
+}
+
+// A column of the Details view that has not been read yet.
+bool IsNewColumn(std::int64_t number) {
+    const auto& columns = *ShowDetailsColumnsList;
+    return number >= 0 && number < DetailsColumns &&
+           std::none_of(columns.begin(), columns.end(),
+                        [&](const ColumnInfoNode& node) { return node.ColumnNumber == number; });
 }
 
 void LoadColumns(const Dictionary& from) {
@@ -43,9 +54,14 @@ void LoadColumns(const Dictionary& from) {
         if (values == nullptr || values->empty() || !node) {
             continue;
         }
-        node->ColumnNumber = static_cast<std::uint32_t>(NumberAt(*values, 0, 0));
+        const std::int64_t number = NumberAt(*values, 0, 0);
+        if (!IsNewColumn(number)) {
+            continue;
+        }
+        node->ColumnNumber = static_cast<std::uint32_t>(number);
         node->Shown = NumberAt(*values, 1, 0) != 0 || node->ColumnNumber <= FirstTextColumn ? 1 : 0;
-        node->Width = static_cast<std::int32_t>(NumberAt(*values, 2, 0));
+        node->Width = static_cast<std::int32_t>(
+            std::clamp<std::int64_t>(NumberAt(*values, 2, 0), NarrowestColumn, WidestColumn));
         if (node->ColumnNumber == 0) {
             node->Width = IconColumnWidth;
         }
@@ -63,9 +79,11 @@ void LoadStartupTabs(const Dictionary& from) {
             continue;
         }
         node->Location = static_cast<LocationKind>(NumberAt(*values, 0, 0));
-        if (values->size() > 1 && (*values)[1].String() != nullptr) {
-            node->Path = *(*values)[1].String();
+        const std::string* path = values->size() > 1 ? (*values)[1].String() : nullptr;
+        if (path != nullptr && path->size() > Text<1024>::Limit) {
+            continue; // a cut path would lead elsewhere
         }
+        node->Path = path != nullptr ? *path : std::string();
         SAK_AddGenericListNode(*StartupTabsList, std::move(node));
     }
 }
@@ -98,6 +116,27 @@ Dictionary DictionaryOfPrefs() {
     return dictionary;
 }
 
+// The document, or an empty dictionary. One that cannot be understood is kept beside the new one that the
+// next save writes; one that cannot be read is never written over.
+Dictionary ReadDocument() {
+    const auto document = dos::ReadWhole(ProgramPrefsFile.View(), LargestDocument);
+    if (!document) {
+        if (dos::IoErr() != dos::ErrorObjectNotFound) {
+            SAK_IOErr = dos::IoErr();
+            QuitNoSave = 1;
+            SAK_IOError(MainWindow.get(), RequesterTitle.View(), "Error loading prefs file.",
+                        "DOS error message:", "_Continue");
+        }
+        return {};
+    }
+    auto dictionary = Dictionary::FromXml(*document);
+    if (!dictionary) {
+        const std::string keptAs = std::string(ProgramPrefsFile.View()) + ".broken";
+        QuitNoSave = dos::WriteWhole(keptAs, *document) ? QuitNoSave : std::uint16_t{1};
+    }
+    return std::move(dictionary).value_or(Dictionary());
+}
+
 } // namespace
 
 bool DefaultPrefs() {
@@ -113,9 +152,7 @@ void FreePrefs() {
 }
 
 bool LoadPrefs() {
-    const auto document = dos::ReadWhole(ProgramPrefsFile.View(), LargestDocument);
-    const Dictionary dictionary =
-        document ? Dictionary::FromXml(*document).value_or(Dictionary()) : Dictionary();
+    const Dictionary dictionary = ReadDocument();
     PrefsRecord defaults;
     defaults.CustomDateFormat = locale::ShortDateTimeFormat();
     for (const PrefsKey& key : PrefsKeys()) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 namespace solvane {
 
@@ -17,12 +18,17 @@ constexpr std::size_t ColourDigits = 6;
 template <auto Field>
 using FieldType = std::remove_cvref_t<decltype(PrefsRecord().*Field)>;
 
+// A number that the field cannot hold counts as missing.
+std::int32_t InRange(std::int64_t number, std::int32_t fallback) {
+    return std::in_range<std::int32_t>(number) ? static_cast<std::int32_t>(number) : fallback;
+}
+
 // Numbers are 32 bits wide, booleans 16, all else is text.
 template <auto Field>
 void LoadField(const Dictionary& from, std::string_view key, const PrefsRecord& defaults, PrefsRecord& into) {
     using Type = FieldType<Field>;
     if constexpr (std::same_as<Type, std::int32_t>) {
-        into.*Field = static_cast<std::int32_t>(from.Number(key, defaults.*Field));
+        into.*Field = InRange(from.Number(key, defaults.*Field), defaults.*Field);
     } else if constexpr (std::same_as<Type, std::int16_t>) {
         into.*Field = from.Boolean(key, defaults.*Field != 0) ? 1 : 0;
     } else {

@@ -1,13 +1,16 @@
 #include "platform/application/Start.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <limits>
 #include <string_view>
 #include <sys/resource.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace application {
 
@@ -58,7 +61,20 @@ StartMessage ReadStartMessage(int argc, char** argv) {
     for (int i = first; i < argc; ++i) {
         message.Arguments.emplace_back(argv[i]);
     }
+    std::error_code error;
+    message.CurrentDirectory = fs::current_path(error).string();
     return message;
+}
+
+void SecureStandardStreams() {
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDWR);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 std::size_t StackSize() {

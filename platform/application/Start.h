@@ -27,8 +27,13 @@ inline constexpr const char* WorkbenchOption = "--workbench";
 struct StartMessage {
     bool FromWorkbench = false;
     std::vector<std::string> Arguments;
+    std::string CurrentDirectory; // of the host, for paths that start there; empty when it is gone
 };
 [[nodiscard]] StartMessage ReadStartMessage(int argc, char** argv);
+
+// Makes sure that the standard streams are open (on nothing, where they were closed), so that no file of the
+// user's ever takes their place, and that a reader who goes away does not end the program.
+void SecureStandardStreams();
 
 // Bytes of stack that the process may use; unlimited counts as the largest number.
 [[nodiscard]] std::size_t StackSize();

@@ -16,6 +16,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 namespace intuition {
 
@@ -136,18 +137,12 @@ bool SocketAnswers(std::string_view name) {
     return SocketAnswers(address, static_cast<socklen_t>(length));
 }
 
-// The toolkit ends the process when no display answers, so the question is asked before. Displays of other
-// machines are trusted to be there.
+// The toolkit ends the process when no display answers or it refuses the user, so both are tried before.
 bool XDisplayAnswers(const std::string& name) {
-    const std::size_t colon = name.rfind(':');
-    if (colon == std::string::npos)
-        return false;
-    const std::string host = name.substr(0, colon);
-    if (!host.empty() && host != "unix")
-        return true;
-    const std::string number = name.substr(colon + 1, name.find('.', colon) - colon - 1);
-    const std::string socket = "/tmp/.X11-unix/X" + number;
-    return SocketAnswers("@" + socket) || SocketAnswers(socket);
+    xcb_connection_t* connection = xcb_connect(name.c_str(), nullptr);
+    const bool answers = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return answers;
 }
 
 bool WaylandAnswers(const std::string& name) {
@@ -157,13 +152,21 @@ bool WaylandAnswers(const std::string& name) {
     return !directory.empty() && SocketAnswers(directory + "/" + name);
 }
 
+bool Answers(const std::string& wayland, const std::string& x, std::string_view platform) {
+    const bool tryWayland = !platform.starts_with("xcb") && !wayland.empty();
+    const bool tryX = !platform.starts_with("wayland") && !x.empty();
+    return (tryWayland && WaylandAnswers(wayland)) || (tryX && XDisplayAnswers(x));
+}
+
 bool SomeDisplayAnswers() {
     const std::string platform = qEnvironmentVariable("QT_QPA_PLATFORM").toStdString();
-    if (platform == "offscreen" || platform == "minimal" || platform.starts_with("vnc"))
-        return true;
+    for (const std::string_view own : {"offscreen", "minimal", "vnc"}) {
+        if (platform.starts_with(own))
+            return true;
+    }
     const std::string wayland = qEnvironmentVariable("WAYLAND_DISPLAY").toStdString();
     const std::string x = qEnvironmentVariable("DISPLAY").toStdString();
-    if ((!wayland.empty() && WaylandAnswers(wayland)) || (!x.empty() && XDisplayAnswers(x)))
+    if (Answers(wayland, x, platform))
         return true;
     Problem = wayland.empty() && x.empty()
                   ? "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set."

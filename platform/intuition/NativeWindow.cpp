@@ -85,8 +85,11 @@ NativeWindow::~NativeWindow() {
 }
 
 void NativeWindow::Place(const Box& box) {
+    // No larger than all screens together, whatever was asked for: the backing store must fit into memory.
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QSize wanted(box.Width, box.Height);
     if (box.Width > 0 && box.Height > 0)
-        resize(box.Width, box.Height);
+        resize(screen != nullptr ? wanted.boundedTo(screen->virtualSize()) : wanted);
     if (box.Left == -1 && box.Top == -1)
         return;
     if (IsOnAScreen({QPoint(box.Left, box.Top), size()}))

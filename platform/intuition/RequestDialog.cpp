@@ -164,8 +164,12 @@ int RequestDialog::Ask() {
     Owner = exec::FindTask();
     Mask = exec::SignalMask{1} << signal;
     show();
-    while (!Answered)
-        exec::Wait(Mask);
+    while (!Answered) {
+        if ((exec::Wait(Mask | exec::BreakControlC) & exec::BreakControlC) != 0) {
+            exec::Signal(Owner, exec::BreakControlC); // for the loop, which ends the program
+            break;
+        }
+    }
     Owner = nullptr;
     exec::FreeSignal(signal);
     return Answer;

@@ -4,6 +4,8 @@ Implemented in frame/ (EntryPoint, ArgumentParser, MyProgram), platform/exec (pu
 """
 import fcntl
 import os
+import pathlib
+import shutil
 import socket
 import subprocess
 import unittest
@@ -48,7 +50,7 @@ class ShowingADrawer(Scenario):
         self.assertIn("%d Selected" % (len(names) + 5), text.replace("0/", ""))
         self.assertEqual(sorted(os.listdir(os.fsencode(place))), before)
 
-    def test_a_drawer_that_is_not_there_or_cannot_be_read_has_a_message(self):
+    def test_a_drawer_that_is_not_there_has_a_message(self):
         for path in (str(self.place / "missing"), "Nowhere:x", "Home:no/such"):
             self.assertIn("Drawer does not exist.", self.show(path), path)
 
@@ -79,6 +81,27 @@ class FirstStart(Scenario):
         for content in (b"", b"<plist>", os.urandom(4096), b"<plist><dict><key>WindowX</key></dict></plist>"):
             document.write_bytes(content)
             self.assertIn("Selected", self.show(str(self.home)))
+            if content and not content.startswith(b"<plist><dict>"):
+                self.assertEqual((document.parent / "Solvane.xml.broken").read_bytes(), content)
+
+
+class BrokenInstallation(Scenario):
+    def test_each_missing_tool_ends_the_start_with_its_own_message(self):
+        built = pathlib.Path(PROGRAM).resolve().parent.parent
+        copy = self.place / "installed"
+        (copy / "bin").mkdir(parents=True)
+        shutil.copy(PROGRAM, copy / "bin" / "solvane")
+        shutil.copytree(built / "share" / "solvane", copy / "share" / "solvane", symlinks=True)
+        tools = copy / "share" / "solvane" / "Tools"
+        for tool, message in (("jhead", "Failed to check Tools/jhead."),
+                              ("jpegtran", "Failed to check Tools/jpegtran."),
+                              ("xadunfile", "Failed to check xadunfile.")):
+            (tools / tool).rename(self.place / tool)
+            done = subprocess.run([copy / "bin" / "solvane", str(self.home)],
+                                  env=self.environment(SOLVANE_SNAPSHOT=str(self.place / "none.png")),
+                                  capture_output=True, timeout=PATIENCE, stdin=subprocess.DEVNULL)
+            self.assertIn(message, done.stdout.decode())
+            (self.place / tool).rename(tools / tool)
 
 
 class Instances(Scenario):
@@ -96,6 +119,19 @@ class Instances(Scenario):
         for _ in range(6):
             self.start(str(self.home))
         self.wait_until(lambda: all(self.claimed(n) for n in range(1, 7)), "six instances")
+
+    def test_the_51st_start_ends_in_silence(self):
+        for _ in range(50):
+            self.start(str(self.home))
+        self.wait_until(lambda: all(self.claimed(n) for n in range(1, 51)), "fifty instances")
+        done = subprocess.run([PROGRAM, str(self.home)], env=self.environment(), capture_output=True,
+                              timeout=PATIENCE, stdin=subprocess.DEVNULL)
+        self.assertEqual((done.returncode, done.stdout), (0, b""))
+
+    def test_a_requester_does_not_keep_it_from_ending(self):
+        process = self.start(str(self.place / "missing"))
+        self.wait_until(lambda: self.claimed(1), "instance 1")
+        self.assertEqual(self.end_politely(process), 0)
 
     def test_asked_to_end_it_ends_in_order_and_gives_its_number_back(self):
         process = self.start(str(self.home))
@@ -119,10 +155,8 @@ class Instances(Scenario):
 
 
 class RuntimeDirectory(Scenario):
-    def test_one_that_others_could_write_is_refused(self):
-        os.mkdir(self.runtime / "solvane")
-        os.symlink("/tmp", self.runtime / "solvane" / "x")
-        os.rename(self.runtime / "solvane", self.runtime / "real")
+    def test_a_link_in_its_place_is_refused(self):
+        os.mkdir(self.runtime / "real", 0o700)
         os.symlink(self.runtime / "real", self.runtime / "solvane")
         done = subprocess.run([PROGRAM, str(self.home)], env=self.environment(), capture_output=True, timeout=PATIENCE,
                               stdin=subprocess.DEVNULL)

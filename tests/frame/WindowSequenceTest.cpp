@@ -1,0 +1,220 @@
+// Opening, rebuilding and leaving the main window, with a window that no screen shows.
+#include "frame/WindowSequence.h"
+
+#include "frame/ArgumentParser.h"
+#include "frame/MainLoop.h"
+#include "frame/Ports.h"
+#include "interface/MainLayout.h"
+#include "interface/Screens.h"
+#include "model/Program.h"
+#include "platform/exec/Ports.h"
+#include "platform/exec/Tasks.h"
+#include "platform/intuition/Application.h"
+#include "tests/content/DrawerTest.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <string>
+#include <utility>
+
+namespace solvane {
+namespace {
+
+using testing::ElementsAre;
+
+class WindowSequenceTest : public DrawerTest {
+protected:
+    WindowSequenceTest() {
+        static std::string name = "solvane";
+        static std::array<char*, 2> arguments = {name.data(), nullptr};
+        EXPECT_TRUE(intuition::OpenDisplay(1, arguments.data()));
+        Prefs.DetermineDatatype = 2;
+        CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
+        StartupTabsList = SAK_CreateGenericList<TabsNode>();
+        ScrNotPort = std::make_unique<exec::MsgPort>();
+        FirstRun = 1;
+        SecondRun = done = done2 = PathSpecified = ReopenTabs = ScrNotChange = WindowClosed = 0;
+        DefaultPubScreenID.Clear();
+    }
+    ~WindowSequenceTest() override {
+        CloseWindowObject();
+        ScrNotPort.reset();
+        CommandLineTabsList.reset();
+        StartupTabsList.reset();
+        intuition::CloseDisplay();
+        static_cast<void>(exec::CheckSignal(exec::BreakControlC));
+    }
+
+    void ShowAtStart(std::string_view path) {
+        auto tab = SAK_CreateGenericListNode<TabsNode>();
+        tab->Path = Path(path);
+        SAK_AddGenericListNode(*CommandLineTabsList, std::move(tab));
+        PathSpecified = 1;
+    }
+    static Station RunSequence() {
+        Station station = RunEntryA();
+        station = station == Station::EntryB ? RunEntryB() : station;
+        return station == Station::EntryC ? RunEntryC() : station;
+    }
+    // Has the loop end as soon as it waits.
+    static void EndLoop() { exec::Signal(exec::FindTask(), exec::BreakControlC); }
+};
+
+TEST_F(WindowSequenceTest, TheWindowOpensOnTheGivenPath) {
+    File("a/one");
+    File("a/two");
+    ShowAtStart("a");
+    ASSERT_EQ(RunSequence(), Station::WaitLoop);
+    EXPECT_TRUE(MainWindow->IsOpen());
+    EXPECT_THAT(Rows(), ElementsAre("one", "two"));
+    EXPECT_EQ(Objects.Path->Text(), Path("a"));
+    EXPECT_EQ(SAK_GenericListCount(*CommandLineTabsList), 0U);
+}
+
+TEST_F(WindowSequenceTest, ARebuildKeepsThePlaceTheScrollPositionAndTheColumns) {
+    for (int at = 100; at < 400; ++at) {
+        File("many/" + std::to_string(at));
+    }
+    ShowAtStart("many");
+    ASSERT_EQ(RunSequence(), Station::WaitLoop);
+    Objects.ContentList->SetTop(150);
+    const auto columns = Objects.ContentList->ColumnWidths();
+    const std::size_t top = Objects.ContentList->Top();
+    ASSERT_GT(top, 0U);
+
+    CloseForRebuild();
+    EXPECT_EQ(MainWindow, nullptr);
+    EXPECT_EQ(Objects.ContentList, nullptr);
+    ASSERT_EQ(RunSequence(), Station::WaitLoop);
+
+    EXPECT_EQ(Objects.Path->Text(), Path("many"));
+    EXPECT_EQ(Rows().size(), 300U);
+    EXPECT_EQ(Objects.ContentList->Top(), top);
+    EXPECT_EQ(Objects.ContentList->ColumnWidths(), columns);
+    EXPECT_EQ(ReopenTabs, 0);
+    EXPECT_EQ(ScrNotChange, 0);
+}
+
+TEST_F(WindowSequenceTest, ALostScreenMovesTheWindowToTheDefaultOneWithItsDrawer) {
+    File("here/file");
+    ShowAtStart("here");
+    DefaultPubScreenID = "Second";
+    exec::Task* loop = exec::FindTask();
+    const auto screens = exec::CreateTask("screens", [loop] {
+        exec::MsgPort replies;
+        auto message = std::make_unique<ScreenMessage>();
+        message->What = ScreenEvent::ScreenCloses;
+        message->Screen = "Second";
+        message->ReplyPort = &replies;
+        exec::PutMsg(*ScrNotPort, std::move(message));
+        exec::WaitPort(replies);
+        static_cast<void>(exec::GetMsg(replies));
+        exec::Signal(loop, exec::BreakControlC);
+    });
+    RunMainLoop();
+    EXPECT_TRUE(DefaultPubScreenID.Empty());
+    ASSERT_NE(MainWindow, nullptr);
+    EXPECT_THAT(Rows(), ElementsAre("file"));
+}
+
+TEST_F(WindowSequenceTest, AStartPlaceThatIsGoneLeadsToTheHomeDrawer) {
+    File("at home");
+    dos::VolumeInfo home;
+    home.Device = "HOME0";
+    home.Volume = "Home";
+    home.HostRoot = HostRoot.string();
+    ASSERT_TRUE(dos::AddVolume(home));
+    Prefs.DefaultOpenAt = static_cast<std::int32_t>(LocationKind::Drawer);
+    Prefs.DefaultOpenAtPath = Path("gone");
+    ASSERT_EQ(RunSequence(), Station::WaitLoop);
+    EXPECT_THAT(Requests, ElementsAre("Drawer does not exist."));
+    EXPECT_THAT(Rows(), ElementsAre("at home"));
+}
+
+struct QuitCase {
+    const char* Name;
+    int Answer;
+    bool Leaves;
+};
+
+class QuitQuestionTest : public WindowSequenceTest, public testing::WithParamInterface<QuitCase> {};
+
+void PrintTo(const QuitCase& c, std::ostream* out) {
+    *out << c.Name;
+}
+
+TEST_P(QuitQuestionTest, IsAskedWhereThePreferencesWantIt) {
+    ShowAtStart("");
+    Prefs.VerifyQuit = 1;
+    done = 1;
+    intuition::SetRequestHandler([this](const intuition::EasyRequestSpec& spec) {
+        Requests.push_back(spec.Text);
+        EndLoop(); // should the program go on it ends at once, unasked
+        return GetParam().Answer;
+    });
+    RunMainLoop();
+    EXPECT_THAT(Requests, ElementsAre("Are you sure you want to quit?"));
+    EXPECT_EQ(done != 0, GetParam().Leaves);
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, QuitQuestionTest,
+                         testing::Values(QuitCase{"Quit", 1, true}, QuitCase{"Iconify", 2, false},
+                                         QuitCase{"Cancel", 0, false}),
+                         [](const auto& info) { return info.param.Name; });
+
+class ArgumentParserTest : public WindowSequenceTest {
+protected:
+    ArgumentParserTest() {
+        Win_X = Win_Y = Win_W = Win_H = -1;
+        StartIconified = 0;
+        SAK_PreferredLanguage.Clear();
+    }
+    static bool Parse(std::vector<std::string> words) {
+        application::StartMessage start;
+        start.Arguments = std::move(words);
+        return ArgumentParser(start);
+    }
+    static std::vector<std::string> Locations() {
+        std::vector<std::string> paths;
+        for (const TabsNode& tab : *CommandLineTabsList) {
+            paths.emplace_back(tab.Path.View());
+        }
+        return paths;
+    }
+};
+
+TEST_F(ArgumentParserTest, PathsAndOptionsAreTakenInTheirOrder) {
+    ASSERT_TRUE(Parse({Path("a"), "WIN_X=7", Path("b c"), "computer", "pubscreen", std::string(200, 'x'),
+                       "ICONIFY", "Language=German"}));
+    EXPECT_THAT(Locations(), ElementsAre(Path("a"), Path("b c"), "computer"));
+    EXPECT_EQ(PathSpecified, 1);
+    EXPECT_EQ(Win_X, 7);
+    EXPECT_EQ(Win_Y, -1);
+    EXPECT_EQ(DefaultPubScreenID.Size(), 139U);
+    EXPECT_EQ(StartIconified, 1);
+    EXPECT_TRUE(SAK_PreferredLanguage.SameBytes("German"));
+}
+
+TEST_F(ArgumentParserTest, TheRestartMarkerEndsTheReadingOfArguments) {
+    ASSERT_TRUE(Parse({"do_open_window", Path("a"), "WIN_X=7"}));
+    EXPECT_EQ(done2, 1);
+    EXPECT_EQ(PathSpecified, 0);
+    EXPECT_EQ(Win_X, -1);
+    EXPECT_TRUE(Locations().empty());
+}
+
+TEST_F(ArgumentParserTest, ALineThatCannotBeParsedStartsAsIfItWereEmpty) {
+    ASSERT_TRUE(Parse({Path("a"), "WIN_X=seven"}));
+    EXPECT_TRUE(Locations().empty());
+    EXPECT_EQ(PathSpecified, 0);
+    EXPECT_TRUE(Requests.empty());
+}
+
+TEST_F(ArgumentParserTest, APathThatDoesNotFitIsRefusedNotCut) {
+    ASSERT_TRUE(Parse({Path(std::string(1100, 'x')), Path("a")}));
+    EXPECT_THAT(Requests, ElementsAre("Path is too long."));
+    EXPECT_THAT(Locations(), ElementsAre(Path("a")));
+}
+
+} // namespace
+} // namespace solvane
