@@ -3,6 +3,8 @@
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "platform/locale/Locale.h"
+#include "sak/StringFunctions.h"
 
 #include <algorithm>
 #include <array>
@@ -30,6 +32,9 @@ constexpr std::array<ColumnDefault, DetailsColumnCount - 1> Defaults = {{
     {"Mode", 100, false},       {"Codec", 100, false},        {"Version", 43, false},
 }};
 
+constexpr int CellMargins = 14;                  // layout units on both sides of a cell's text
+constexpr std::uint32_t SampleDate = 1538337599; // 30 September 2026, 19:59:59
+
 std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
 
 bool IsShown(DetailsColumn column) {
@@ -52,12 +57,13 @@ void NoteNeededFacts() {
 }
 
 bool AddDefaultColumns() {
-    for (std::uint32_t number = 1; number <= Defaults.size(); ++number) {
+    constexpr ColumnDefault iconColumn = {"", IconColumnWidth, true};
+    for (std::uint32_t number = 0; number <= Defaults.size(); ++number) {
         NodePointer<ColumnInfoNode> node = SAK_CreateGenericListNode<ColumnInfoNode>();
         if (!node) {
             return false;
         }
-        const ColumnDefault& column = Defaults[number - 1];
+        const ColumnDefault& column = number == 0 ? iconColumn : Defaults[number - 1];
         node->ColumnNumber = number;
         node->Shown = column.Shown ? 1 : 0;
         node->Width = column.Width;
@@ -72,14 +78,38 @@ ColumnInfoNode* NodeOf(DetailsColumn column) {
     });
 }
 
+// The longest text that a column usually shows; empty where there is no usual one.
+std::string SampleText(DetailsColumn column) {
+    switch (column) {
+    case DetailsColumn::Size:
+        return "1023.99 KB";
+    case DetailsColumn::Date:
+        return locale::FormatDate(Prefs.EffectiveDateFormat.View(), SampleDate);
+    case DetailsColumn::Type:
+        return "BINARY System";
+    case DetailsColumn::Protection:
+        return "hsparwed";
+    default:
+        return {};
+    }
+}
+
+// The width that the user has set, else the default one, wide enough for what stands there in his font.
+int WidthOf(DetailsColumn column) {
+    const std::int32_t usual = Defaults[static_cast<std::size_t>(column) - 1].Width;
+    const ColumnInfoNode* node = NodeOf(column);
+    if (node != nullptr && node->Width > 0 && node->Width != usual) {
+        return node->Width;
+    }
+    return std::max(usual, SAK_StrLenPixels(SampleText(column)) + CellMargins);
+}
+
 intuition::Column MakeColumn(DetailsColumn column, bool details) {
     if (column == DetailsColumn::Icon) {
         return {.Title = "", .Width = IconColumnWidth, .Sortable = false, .Draggable = false};
     }
-    const ColumnInfoNode* node = NodeOf(column);
-    const ColumnDefault& fixed = Defaults[static_cast<std::size_t>(column) - 1];
-    return {.Title = std::string(fixed.Title),
-            .Width = node != nullptr && node->Width > 0 ? node->Width : fixed.Width,
+    return {.Title = std::string(Defaults[static_cast<std::size_t>(column) - 1].Title),
+            .Width = WidthOf(column),
             .Draggable = details,
             .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left,
             .Stretch = !details};

@@ -1,5 +1,6 @@
 #include "sak/StringFunctions.h"
 
+#include "platform/intuition/Label.h"
 #include "platform/locale/Locale.h"
 #include "platform/utility/Text.h"
 
@@ -235,6 +236,18 @@ std::size_t SAK_GadToolsLongestString(std::span<const std::string_view> labels) 
     std::size_t longest = 0;
     for (const std::string_view label : labels) {
         longest = std::max(longest, SAK_GadToolsStrlen(label));
+    }
+    return longest;
+}
+
+int SAK_StrLenPixels(std::string_view text) {
+    return intuition::TextWidth(text);
+}
+
+int SAK_LongestStrLenPixels(std::span<const std::string_view> texts) {
+    int longest = 0;
+    for (const std::string_view text : texts) {
+        longest = std::max(longest, SAK_StrLenPixels(text));
     }
     return longest;
 }

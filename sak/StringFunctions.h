@@ -110,6 +110,10 @@ enum class TrimSide : std::uint8_t { Left, Right, Both };
 [[nodiscard]] std::size_t SAK_GadToolsStrlen(std::string_view label);
 [[nodiscard]] std::size_t SAK_GadToolsLongestString(std::span<const std::string_view> labels);
 
+// Width of a text in the system font, and of the widest of some, in layout units; 0 without a display.
+[[nodiscard]] int SAK_StrLenPixels(std::string_view text);
+[[nodiscard]] int SAK_LongestStrLenPixels(std::span<const std::string_view> texts);
+
 // Characters of the longest text.
 [[nodiscard]] std::size_t SAK_LongestStrLenCharacters(std::span<const std::string_view> texts);
 

@@ -1,7 +1,10 @@
 #include "platform/intuition/Label.h"
 
+#include "platform/intuition/Application.h"
 #include "platform/intuition/Native.h"
 
+#include <QApplication>
+#include <QFontMetrics>
 #include <QLabel>
 #include <QPainter>
 #include <QStyle>
@@ -47,6 +50,10 @@ Label::Label(std::string_view text, Align align)
 void Label::SetText(std::string_view text) {
     Shown = text;
     WidgetOf<QLabel>(*this).setText(DisplayText(text));
+}
+
+int TextWidth(std::string_view text) {
+    return DisplayIsOpen() ? QFontMetrics(QApplication::font()).horizontalAdvance(DisplayText(text)) : 0;
 }
 
 } // namespace intuition

@@ -17,4 +17,7 @@ private:
     std::string Shown;
 };
 
+// Width of the text in the system font, in layout units; 0 while no display is open.
+[[nodiscard]] int TextWidth(std::string_view text);
+
 } // namespace intuition

@@ -30,8 +30,8 @@ TEST_F(RowsTest, DetailsShowTheUsualColumnsAndListTheNameAlone) {
     using enum DetailsColumn;
     EXPECT_THAT(ShownColumns(ViewDetails), ElementsAre(Icon, Name, Size, Date, Type, Protection, Filenote));
     EXPECT_THAT(ShownColumns(ViewList), ElementsAre(Icon, Name));
-    SAK_GetGenericListNode(*ShowDetailsColumnsList, 1)->Shown = 0;
-    SAK_GetGenericListNode(*ShowDetailsColumnsList, 6)->Shown = 1;
+    SAK_GetGenericListNode(*ShowDetailsColumnsList, 2)->Shown = 0;
+    SAK_GetGenericListNode(*ShowDetailsColumnsList, 7)->Shown = 1;
     EXPECT_THAT(ShownColumns(ViewDetails),
                 ElementsAre(Icon, Name, Date, Type, Protection, Filenote, Dimensions));
     ASSERT_TRUE(CreateColumnInfoAll());
