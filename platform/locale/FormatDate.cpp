@@ -1,4 +1,5 @@
 #include "platform/dos/Dates.h"
+#include "platform/locale/DateCodes.h"
 #include "platform/locale/Locale.h"
 #include "platform/locale/LocaleData.h"
 
@@ -7,66 +8,24 @@
 namespace locale {
 namespace {
 
-// Between "%" and the code letter.
-enum class Flag { None, Minus, Plus, Upper, LoneLower, LonePlus };
-
-Flag FlagOf(char c) {
-    switch (c) {
-    case '-':
-        return Flag::Minus;
-    case '+':
-        return Flag::Plus;
-    case '^':
-        return Flag::Upper;
-    case '<':
-        return Flag::LoneLower;
-    case '>':
-        return Flag::LonePlus;
-    default:
-        return Flag::None;
-    }
-}
-
-const std::string& FormOf(const NameForms& name, Flag flag) {
+const std::string& FormOf(const NameForms& name, DateFlag flag) {
     switch (flag) {
-    case Flag::Minus:
-    case Flag::LoneLower:
+    case DateFlag::Minus:
+    case DateFlag::LoneLower:
         return name.FirstLower;
-    case Flag::Plus:
-    case Flag::LonePlus:
+    case DateFlag::Plus:
+    case DateFlag::LonePlus:
         return name.FirstUpper;
-    case Flag::Upper:
+    case DateFlag::Upper:
         return name.Upper;
-    case Flag::None:
+    case DateFlag::None:
         break;
     }
     return name.Plain;
 }
 
-bool IsLone(Flag flag) {
-    return flag == Flag::LoneLower || flag == Flag::LonePlus;
-}
-
-// The format that a code stands for, empty for a code with a value of its own.
-std::string_view CompoundOf(char code) {
-    switch (code) {
-    case 'c':
-        return "%a %b %d %H:%M:%S %Y";
-    case 'D':
-    case 'x':
-        return "%m/%d/%y";
-    case 'F':
-        return "%Y-%m-%d";
-    case 'r':
-        return "%I:%M:%S %p";
-    case 'R':
-        return "%H:%M";
-    case 'T':
-    case 'X':
-        return "%H:%M:%S";
-    default:
-        return {};
-    }
+bool IsLone(DateFlag flag) {
+    return flag == DateFlag::LoneLower || flag == DateFlag::LonePlus;
 }
 
 // Writes one date into a text, code by code.
@@ -77,11 +36,11 @@ public:
     void Write(std::string_view format);
 
 private:
-    void WriteCode(char code, Flag flag);
-    bool WriteName(char code, Flag flag);
-    bool WriteNumber(char code, Flag flag);
+    void WriteCode(char code, DateFlag flag);
+    bool WriteName(char code, DateFlag flag);
+    bool WriteNumber(char code, DateFlag flag);
     void WriteZone();
-    void Append(std::uint32_t number, std::size_t width, Flag flag, char pad = '0');
+    void Append(std::uint32_t number, std::size_t width, DateFlag flag, char pad = '0');
     [[nodiscard]] std::uint32_t DayOfYear() const; // 0 for 1 January
     [[nodiscard]] std::uint32_t Hour12() const { return (Date.Hour + 11U) % 12U + 1U; }
 
@@ -91,9 +50,9 @@ private:
     const LocaleData& Data;
 };
 
-void DateWriter::Append(std::uint32_t number, std::size_t width, Flag flag, char pad) {
+void DateWriter::Append(std::uint32_t number, std::size_t width, DateFlag flag, char pad) {
     const std::string digits = std::to_string(number);
-    if (flag != Flag::Minus && digits.size() < width)
+    if (flag != DateFlag::Minus && digits.size() < width)
         Text.append(width - digits.size(), pad);
     Text += digits;
 }
@@ -105,7 +64,7 @@ std::uint32_t DateWriter::DayOfYear() const {
     return (Seconds - dos::Date2Amiga(newYear)) / dos::SecondsPerDay;
 }
 
-bool DateWriter::WriteName(char code, Flag flag) {
+bool DateWriter::WriteName(char code, DateFlag flag) {
     const std::size_t month = Date.Month - 1U;
     switch (code) {
     case 'a':
@@ -129,7 +88,7 @@ bool DateWriter::WriteName(char code, Flag flag) {
     }
 }
 
-bool DateWriter::WriteNumber(char code, Flag flag) {
+bool DateWriter::WriteNumber(char code, DateFlag flag) {
     switch (code) {
     case 'C':
         Append(Date.Year / 100U, 2, flag);
@@ -189,10 +148,10 @@ void DateWriter::WriteZone() {
     const std::int32_t offset = dos::ZoneOffset(Seconds);
     const auto minutes = static_cast<std::uint32_t>(std::abs(offset) / 60);
     Text += offset < 0 ? '-' : '+';
-    Append(minutes / 60 * 100 + minutes % 60, 4, Flag::None);
+    Append(minutes / 60 * 100 + minutes % 60, 4, DateFlag::None);
 }
 
-void DateWriter::WriteCode(char code, Flag flag) {
+void DateWriter::WriteCode(char code, DateFlag flag) {
     const std::string_view compound = CompoundOf(code);
     if (!compound.empty())
         Write(compound);
@@ -214,8 +173,8 @@ void DateWriter::Write(std::string_view format) {
         }
         if (++at == format.size())
             return;
-        const Flag flag = FlagOf(format[at]);
-        if (flag != Flag::None && ++at == format.size())
+        const DateFlag flag = DateFlagOf(format[at]);
+        if (flag != DateFlag::None && ++at == format.size())
             return;
         WriteCode(format[at], flag);
     }

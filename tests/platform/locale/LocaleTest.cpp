@@ -1,6 +1,7 @@
 #include "platform/locale/Locale.h"
 
 #include "platform/dos/Dates.h"
+#include "tests/platform/locale/ScopedLocale.h"
 #include "tests/platform/utility/ScopedVariable.h"
 
 #include <ctime>
@@ -10,18 +11,6 @@
 #include <vector>
 
 namespace {
-
-// The user's locale for the life of the object.
-class ScopedLocale {
-public:
-    explicit ScopedLocale(const std::string& all) : All("LC_ALL", all), Wishes("LANGUAGE", "") {
-        locale::Reset();
-    }
-    ~ScopedLocale() { locale::Reset(); }
-
-private:
-    ScopedVariable All, Wishes;
-};
 
 // Wednesday, 3 September 2025, 00:05:09
 const std::uint32_t EarlyDate = dos::Date2Amiga({9, 5, 0, 3, 9, 2025, 0});

@@ -1,0 +1,51 @@
+// Catalog files (IFF CTLG): the texts of a program in one language, by number. Made from bytes and
+// made into bytes; which file is the right one is the question of Catalogs.h.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace locale {
+
+inline constexpr std::uint32_t CodeSetDefault = 0; // ISO 8859-1
+inline constexpr std::uint32_t CodeSetUtf8 = 106;
+
+struct CatalogText {
+    std::int32_t Id = 0;
+    std::string Text; // UTF-8
+};
+
+struct CatalogVersion {
+    std::uint32_t Version = 0, Revision = 0;
+    auto operator<=>(const CatalogVersion&) const = default;
+};
+
+struct CatalogFile {
+    std::string VersionText; // "$VER: name version.revision (date)"
+    std::string Language;    // as its own speakers call it, often; may be empty
+    std::uint32_t CodeSet = CodeSetDefault;
+    std::vector<CatalogText> Texts; // by ascending id, each id once
+    bool IsDamaged = false;         // broken behind what is here
+};
+
+// What the third word of a version text says; 0.0 when that is no number.
+[[nodiscard]] CatalogVersion VersionOf(std::string_view versionText);
+
+// Nothing when the bytes are no catalog at all. Texts of a code set other than UTF-8 are taken for
+// ISO 8859-1; what is no valid UTF-8 in one that claims to be gets replacement marks. Of texts with
+// the same id the first counts.
+[[nodiscard]] std::optional<CatalogFile> ParseCatalog(std::string_view bytes);
+
+// The text in a code set: UTF-8, or ISO 8859-1 for the default. Nothing when the set lacks a
+// character, is another one, or the text has a NUL in it.
+[[nodiscard]] std::optional<std::string> EncodeText(std::string_view text, std::uint32_t codeSet);
+
+// The bytes of a catalog file; the order of the texts does not matter. Nothing when an id comes
+// twice, a text does not go into the code set (as EncodeText tells) or the whole is too large.
+[[nodiscard]] std::optional<std::string> WriteCatalog(const CatalogFile& catalog);
+
+} // namespace locale
