@@ -14,6 +14,7 @@ namespace icon {
 class ByteReader {
 public:
     explicit ByteReader(std::span<const std::byte> bytes) : Bytes(bytes) {}
+    explicit ByteReader(std::string_view bytes) : Bytes(std::as_bytes(std::span(bytes))) {}
 
     [[nodiscard]] bool Failed() const { return HasFailed; }
     [[nodiscard]] std::size_t Position() const { return At; }

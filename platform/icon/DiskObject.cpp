@@ -1,22 +1,47 @@
 #include "platform/icon/Icon.h"
 #include "platform/icon/IconKinds.h"
+#include "platform/icon/IconText.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
 
 namespace icon {
+namespace {
+
+std::string_view ToolTypeName(std::string_view text) {
+    return text.substr(0, text.find('='));
+}
+
+auto IsToolType(std::string_view name) {
+    return [name](std::string_view text) { return utility::Stricmp(ToolTypeName(text), name) == 0; };
+}
+
+} // namespace
 
 std::optional<DiskObject> ParseDiskObject(std::span<const std::byte> file) {
-    return IsPng(file) ? ParsePngIcon(file) : ParseClassicIcon(file);
+    const auto bytes =
+        std::make_shared<const std::string>(reinterpret_cast<const char*>(file.data()), file.size());
+    std::optional<DiskObject> object = IsPng(*bytes) ? ParsePngIcon(*bytes) : ParseClassicIcon(*bytes);
+    if (object)
+        object->File = bytes;
+    return object;
+}
+
+std::optional<std::string> WriteDiskObject(const DiskObject& object) {
+    if (!object.File)
+        return WriteClassicIcon(NewClassicIcon(IconType::Project), object);
+    return IsPng(*object.File) ? WritePngIcon(*object.File, object) : WriteClassicIcon(*object.File, object);
+}
+
+bool FitsIcon(const DiskObject& object, std::string_view text) {
+    return (object.File && IsPng(*object.File) ? PngText(text) : ClassicText(text)).has_value();
 }
 
 std::optional<std::string> FindToolType(const DiskObject& object, std::string_view name) {
-    for (const std::string_view text : object.ToolTypes) {
-        const std::size_t nameEnd = std::min(text.find('='), text.size());
-        if (utility::Stricmp(text.substr(0, nameEnd), name) == 0)
-            return std::string(text.substr(std::min(nameEnd + 1, text.size())));
-    }
-    return std::nullopt;
+    const auto found = std::ranges::find_if(object.ToolTypes, IsToolType(name));
+    if (found == object.ToolTypes.end())
+        return std::nullopt;
+    return found->substr(std::min(ToolTypeName(*found).size() + 1, found->size()));
 }
 
 bool MatchToolValue(std::string_view toolValue, std::string_view value) {
@@ -27,6 +52,20 @@ bool MatchToolValue(std::string_view toolValue, std::string_view value) {
         start = end + 1;
     }
     return false;
+}
+
+void SetToolType(DiskObject& object, std::string_view name, std::string_view value) {
+    auto found = std::ranges::find_if(object.ToolTypes, IsToolType(name));
+    if (found == object.ToolTypes.end())
+        found = object.ToolTypes.emplace(found, name);
+    std::string text(ToolTypeName(*found));
+    if (!value.empty())
+        text.append("=").append(value);
+    *found = std::move(text);
+}
+
+bool RemoveToolType(DiskObject& object, std::string_view name) {
+    return std::erase_if(object.ToolTypes, IsToolType(name)) > 0;
 }
 
 } // namespace icon

@@ -45,8 +45,26 @@ std::optional<DiskObject> GetDiskObject(std::string_view name) {
     if (!icon)
         dos::SetIoErr(dos::ErrorObjectWrongType);
     else if (icon->Type == IconType::None)
-        icon->Type = TypeOfObject(object, *icon);
+        icon->Type = icon->GuessedType = TypeOfObject(object, *icon);
     return icon;
+}
+
+bool PutDiskObject(std::string_view name, const DiskObject& object) {
+    const std::optional<std::string> file = WriteDiskObject(object);
+    if (!file) {
+        dos::SetIoErr(dos::ErrorObjectWrongType);
+        return false;
+    }
+    return dos::WriteWhole(ObjectName(name) + ".info", *file);
+}
+
+bool PutIconPosition(std::string_view name, std::int32_t x, std::int32_t y) {
+    std::optional<DiskObject> object = GetDiskObject(name);
+    if (!object)
+        return false;
+    object->CurrentX = x;
+    object->CurrentY = y;
+    return PutDiskObject(name, *object);
 }
 
 } // namespace icon

@@ -1,47 +1,10 @@
-#include "platform/icon/Icon.h"
-
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
+#include "tests/platform/icon/IconSamples.h"
 
 namespace {
 
 using icon::DiskObject;
 using icon::IconFormat;
 using icon::IconType;
-
-std::string Sample(const std::string& name) {
-    std::ifstream file(SOLVANE_TEST_DATA "/icons/" + name + ".info", std::ios::binary);
-    EXPECT_TRUE(file) << name;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::optional<DiskObject> Parse(std::string_view bytes) {
-    return icon::ParseDiskObject(std::as_bytes(std::span(bytes)));
-}
-
-std::string Long(std::uint32_t value) {
-    std::string bytes;
-    for (int shift = 24; shift >= 0; shift -= 8)
-        bytes += static_cast<char>(value >> shift & 0xFF);
-    return bytes;
-}
-
-std::string Text(const std::string& text) {
-    return Long(static_cast<std::uint32_t>(text.size() + 1)) + text + '\0';
-}
-
-// A project icon without pictures that has these tool types.
-std::string ProjectIcon(const std::vector<std::string>& toolTypes) {
-    std::string file(78, '\0');
-    file.replace(0, 4, std::string("\xE3\x10\0\1", 4));
-    file[0x30] = static_cast<char>(IconType::Project);
-    file[0x36] = 1; // tool types are there
-    file += Long(static_cast<std::uint32_t>(toolTypes.size() + 1) * 4);
-    for (const std::string& text : toolTypes)
-        file += Text(text);
-    return file;
-}
 
 TEST(IconTest, ReadsEveryKindOfIconFile) {
     struct Row {
@@ -212,6 +175,18 @@ TEST(IconTest, FindsToolTypesByNameWithoutCase) {
     EXPECT_EQ(icon::FindToolType(object, "EMPTY"), "");
     for (const std::string_view name : {"WINDOW", "Work:a", "OFF:", ""})
         EXPECT_EQ(icon::FindToolType(object, name), std::nullopt) << name;
+}
+
+TEST(IconTest, ToolTypesAreSetInTheirPlaceAndRemovedByName) {
+    DiskObject object;
+    object.ToolTypes = {"(PATH=Off:)", "Path=Work:", "OTHER", "PATH=Second:"};
+    icon::SetToolType(object, "PATH", "New:");
+    icon::SetToolType(object, "DONOTWAIT", "");
+    EXPECT_EQ(object.ToolTypes,
+              (std::vector<std::string>{"(PATH=Off:)", "Path=New:", "OTHER", "PATH=Second:", "DONOTWAIT"}));
+    EXPECT_TRUE(icon::RemoveToolType(object, "path"));
+    EXPECT_FALSE(icon::RemoveToolType(object, "path"));
+    EXPECT_EQ(object.ToolTypes, (std::vector<std::string>{"(PATH=Off:)", "OTHER", "DONOTWAIT"}));
 }
 
 TEST(IconTest, MatchesOneOfTheValuesOfAToolType) {
