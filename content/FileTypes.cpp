@@ -5,6 +5,7 @@
 #include "model/Prefs.h"
 #include "platform/datatypes/DataTypes.h"
 #include "platform/datatypes/Pictures.h"
+#include "platform/dos/DeviceProcs.h"
 #include "platform/dos/Examine.h"
 #include "platform/locale/Locale.h"
 #include "platform/utility/Text.h"
@@ -70,10 +71,13 @@ void DefaultIcons::ReadOnce() {
     if (std::exchange(Read, true)) {
         return;
     }
-    dos::DirContext drawer = dos::ObtainDirContext(IconDrawer);
-    while (const dos::ExamineData* object = drawer ? dos::ExamineDir(drawer) : nullptr) {
-        if (object->Type == dos::TypeFile || (object->Type & dos::TypeLinkFlag) != 0) {
-            ByFoldedName.try_emplace(utility::Fold(object->Name), object->Name);
+    bool complete = false;
+    for (const dos::FileLock& target : dos::LockAllTargets(IconDrawer, &complete)) {
+        dos::DirContext drawer = dos::ObtainDirContext(target);
+        while (const dos::ExamineData* object = drawer ? dos::ExamineDir(drawer) : nullptr) {
+            if (object->Type == dos::TypeFile || (object->Type & dos::TypeLinkFlag) != 0) {
+                ByFoldedName.try_emplace(utility::Fold(object->Name), object->Name);
+            }
         }
     }
 }

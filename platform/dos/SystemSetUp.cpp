@@ -199,7 +199,8 @@ bool MakeAssigns(const SystemDrawers& drawers, const UserDrawers& user) {
         return FailHost("The drawer " + archive + " cannot be made", errno);
     for (const AssignDefault& row : StandardAssigns)
         AssignNow(row.Name, {std::string(row.Target)});
-    AssignNow("ENVARC", {FromHostPath(archive)});
+    // What the user keeps comes first, what the system drawer brings along stands behind it.
+    AssignNow("ENVARC", {FromHostPath(archive), "SYS:Prefs/Env-Archive"});
     if (!drawers.ProgramDrawer.empty()) {
         const std::string program = FromHostPath(drawers.ProgramDrawer);
         SetProgramDrawer(program);
