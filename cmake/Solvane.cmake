@@ -8,9 +8,10 @@ target_compile_definitions(solvane_options INTERFACE
 
 option(SOLVANE_SANITIZE "Build with address and undefined behaviour sanitizers" OFF)
 if(SOLVANE_SANITIZE)
-    # The compiler sees uninitialised values in sanitized standard containers that are not there.
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer
-        -Wno-maybe-uninitialized)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU") # sees uninitialised values in sanitized containers that are not there
+        add_compile_options(-Wno-maybe-uninitialized)
+    endif()
     add_link_options(-fsanitize=address,undefined)
 endif()
 

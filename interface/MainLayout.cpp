@@ -132,10 +132,10 @@ void BlockMainWindow(int count) {
 
 void KeepWindowAlive() {
     using Clock = std::chrono::steady_clock;
-    static Clock::time_point LastRepaint = Clock::now();
+    static Clock::time_point lastRepaint = Clock::now();
     const Clock::time_point now = Clock::now();
-    if (MainWindow && now - LastRepaint >= RepaintInterval) {
-        LastRepaint = now;
+    if (MainWindow && now - lastRepaint >= RepaintInterval) {
+        lastRepaint = now;
         static_cast<void>(exec::CheckSignal(0));
     }
 }
