@@ -154,7 +154,10 @@ bool GenericListCore::Relink(std::span<ListNode* const> order) {
     bool fits = order.size() == Nodes - Strays.size();
     for (std::size_t i = 0; fits && i < order.size(); ++i) {
         ListNode* node = order[i];
-        fits = node && std::exchange(node->Links.Predecessor, nullptr) == node;
+        fits = node && node->Links.Predecessor == node; // a node of another list is left alone
+        if (fits) {
+            node->Links.Predecessor = nullptr;
+        }
     }
     if (!fits) {
         ListNode* before = nullptr;

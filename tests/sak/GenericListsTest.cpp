@@ -229,6 +229,9 @@ TEST_F(GenericLists, ReorderingTakesOnlyAWholeOrder) {
     const std::vector<Record*> sound = {nodes[2], nodes[0], nodes[3], nodes[1]};
     EXPECT_TRUE(SAK_ReorderGenericList(*List, sound));
     const NodePointer<Record> foreign = SAK_CreateGenericListNode<Record>();
+    auto other = SAK_CreateGenericList<Record>();
+    SAK_AddGenericListNode(*other, SAK_CreateGenericListNode<Record>());
+    Record* others = SAK_AddGenericListNode(*other, SAK_CreateGenericListNode<Record>());
     const std::vector<std::vector<Record*>> broken = {
         {},
         {nodes[0], nodes[1], nodes[2]},
@@ -236,10 +239,12 @@ TEST_F(GenericLists, ReorderingTakesOnlyAWholeOrder) {
         {nodes[0], nodes[1], nodes[2], nullptr},
         {nodes[0], nodes[1], nodes[2], foreign.get()},
         {nodes[0], nodes[1], nodes[2], nodes[3], foreign.get()},
+        {nodes[0], nodes[1], nodes[2], others},
     };
     for (const std::vector<Record*>& order : broken) {
         EXPECT_FALSE(SAK_ReorderGenericList(*List, order));
         EXPECT_TRUE(List->Core.IsConsistent());
+        EXPECT_TRUE(other->Core.IsConsistent());
         EXPECT_EQ(Numbers(), (Order{2, 0, 3, 1}));
     }
 }
