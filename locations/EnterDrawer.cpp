@@ -97,6 +97,7 @@ bool ScanDrawerOther() {
     const Text<1024> path = CurrentPath;
     if (SAK_IsDeviceRoot(path) && !IsKnownRoot(path)) {
         Tell("Could not find device in list.");
+        SetCurrentPath(Text<1024>(PathUndoBuffer));
         return false;
     }
     if (!ShowDrawer(path)) {

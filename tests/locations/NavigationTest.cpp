@@ -2,6 +2,7 @@
 
 #include "interface/MainLayout.h"
 #include "locations/Devices.h"
+#include "locations/EnterDrawer.h"
 #include "sak/FilenameSupport.h"
 #include "tests/content/DrawerTest.h"
 
@@ -71,6 +72,16 @@ TEST_F(NavigationTest, PathThatLeadsNowhereComesBack) {
         EXPECT_EQ(Requests.size(), row.Told ? 1U : 0U) << row.Typed;
         EXPECT_THAT(Rows(), ElementsAre("file")) << row.Typed;
     }
+}
+
+TEST_F(NavigationTest, UnknownDeviceLeavesThePathOnShow) {
+    File("d/file");
+    PopulateContent2("d", Path("d"));
+    CurrentPath = "NoSuchVolume:";
+    EXPECT_FALSE(ScanDrawerOther());
+    EXPECT_THAT(Requests, ElementsAre("Could not find device in list."));
+    EXPECT_EQ(CurrentPath.View(), Path("d"));
+    EXPECT_EQ(PathUndoBuffer.View(), Path("d"));
 }
 
 TEST_F(NavigationTest, PlacesAreKnownByBothTheirNames) {
