@@ -7,13 +7,14 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "platform/locale/Locale.h"
+#include "platform/utility/Text.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Numbers.h"
 #include "sak/Requesters.h"
-#include "sak/StringFunctions.h"
 
 #include <optional>
+#include <string>
 
 namespace solvane {
 
@@ -26,14 +27,51 @@ void TellProgress(const DiscoverWalk& walk) {
     }
 }
 
-// The path as the record is to tell it.
-Text<1024> PathToTell(const DiscoverWalk& walk, const Text<1024>& path) {
-    Text<1024> told = DeviceNameToVolumeName(path);
-    if (walk.ForPaste) {
-        SAK_FindAndReplace(told, walk.SourceRoot, walk.DestinationRoot, FindMode::FoldCase,
-                           ReplaceScope::First);
+std::string_view WithoutFinalSlash(std::string_view path) {
+    return path.ends_with('/') ? path.substr(0, path.size() - 1) : path;
+}
+
+// How much of the path the root takes: all of it, or up to the end of a component. Case does not count.
+std::optional<std::size_t> LengthOfRoot(std::string_view path, std::string_view root) {
+    for (std::size_t end = 1; end <= path.size(); ++end) {
+        const bool isBoundary = end == path.size() || path[end] == '/' || path[end - 1] == ':';
+        if (isBoundary && utility::Stricmp(path.substr(0, end), root) == 0) {
+            return end;
+        }
     }
-    return told;
+    return std::nullopt;
+}
+
+// The path with the source root, which it must begin with, replaced by the destination root.
+std::optional<std::string> MovedPath(const DiscoverWalk& walk, std::string_view path) {
+    if (walk.SourceRoot.size() > Text<1024>::Limit) {
+        return std::nullopt;
+    }
+    const Text<1024> source = DeviceNameToVolumeName(walk.SourceRoot);
+    const auto length = LengthOfRoot(path, WithoutFinalSlash(source));
+    if (!length) {
+        return std::nullopt;
+    }
+    std::string_view rest = path.substr(*length);
+    rest.remove_prefix(rest.starts_with('/') ? 1 : 0);
+    std::string moved(WithoutFinalSlash(walk.DestinationRoot));
+    if (!rest.empty()) {
+        moved.append(moved.ends_with(':') ? "" : "/").append(rest);
+    }
+    return moved;
+}
+
+// The path as the record is to tell it; nothing when there is no such path or no room for it.
+std::optional<Text<1024>> PathToTell(const DiscoverWalk& walk, const Text<1024>& path) {
+    const Text<1024> named = DeviceNameToVolumeName(path);
+    if (!walk.ForPaste) {
+        return named;
+    }
+    const std::optional<std::string> moved = MovedPath(walk, named);
+    if (!moved || moved->size() > Text<1024>::Limit) {
+        return std::nullopt;
+    }
+    return Text<1024>(*moved);
 }
 
 // A link as it stands in its drawer: 2 or 3 by what a soft one leads to, 4 or 5 for a hard one.
@@ -79,8 +117,8 @@ void FillFile(DiscoverWalk& walk, DOSNode& node, const dos::ExamineData& object)
     walk.TotalBytes += object.Size;
 }
 
-// Adds the record of one object. False after a requester.
-bool AddRecord(DiscoverWalk& walk, EntryKind kind, const Text<1024>& path, const dos::ExamineData& object) {
+// Adds the record of one object under the path that it tells. False after a requester.
+bool AddRecord(DiscoverWalk& walk, EntryKind kind, const Text<1024>& told, const dos::ExamineData& object) {
     NodePointer<DOSNode> node = SAK_CreateGenericListNode<DOSNode>();
     if (!node) {
         SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
@@ -90,7 +128,7 @@ bool AddRecord(DiscoverWalk& walk, EntryKind kind, const Text<1024>& path, const
     node->ClipAction = walk.ClipAction;
     node->ObjectKind = kind;
     node->EntryName = object.Name;
-    node->EntryPath = IsLinkKind(kind) ? path : PathToTell(walk, path);
+    node->EntryPath = told;
     if (!IsLinkKind(kind)) {
         FillAttributes(*node, object);
     }
@@ -114,7 +152,12 @@ bool DiscoverObject(DiscoverWalk& walk, std::string_view drawer, const dos::Exam
     if (!kind) {
         return true;
     }
-    if (!AddRecord(walk, *kind, path, object)) {
+    const std::optional<Text<1024>> told = IsLinkKind(*kind) ? path : PathToTell(walk, path);
+    if (!told) {
+        dos::SetIoErr(dos::ErrorLineTooLong);
+        return false;
+    }
+    if (!AddRecord(walk, *kind, *told, object)) {
         dos::SetIoErr(dos::ErrorNoFreeStore);
         return false;
     }
@@ -137,9 +180,10 @@ bool DiscoverDrawersFiles(DiscoverWalk& walk, std::string_view path) {
             return false;
         }
     }
-    const bool complete = dos::IoErr() == dos::ErrorNoMoreEntries;
+    const long reason = dos::IoErr();
     TellProgress(walk);
-    return complete;
+    dos::SetIoErr(reason); // whatever the progress window did
+    return reason == dos::ErrorNoMoreEntries;
 }
 
 } // namespace solvane

@@ -17,15 +17,16 @@ struct DiscoverWalk {
     ListPosition Position = ListPosition::Tail;     // where each is placed
     std::uint16_t ClipAction = 0;                   // copied into each record
     bool ForPaste = false;                          // EntryPath is to tell the destination:
-    std::string SourceRoot;                         // this beginning of it ...
-    std::string DestinationRoot;                    // ... becomes that one
+    std::string SourceRoot;                         // the drawers it begins with, case aside, ...
+    std::string DestinationRoot;                    // ... become these; a link tells its own path
     std::function<void(std::string_view)> Progress; // told "12 items" as the walk goes on; may be empty
     std::uint64_t TotalBytes = 0;                   // of all files found
 };
 
 // Adds everything below the drawer, a drawer before what is in it. True when all of it was seen; otherwise
 // false with the reason in dos::IoErr, and what was found until then stays in the list. A path that does not
-// fit ends the walk (IoErr 120); a record that cannot be made does so after a requester.
+// fit, or for a paste one outside SourceRoot, ends the walk (IoErr 120); a record that cannot be made does so
+// after a requester.
 [[nodiscard]] bool DiscoverDrawersFiles(DiscoverWalk& walk, std::string_view path);
 
 } // namespace solvane

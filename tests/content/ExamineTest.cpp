@@ -66,6 +66,44 @@ TEST_F(DiscoverTest, PasteTellsThePathsOfTheDestination) {
     EXPECT_THAT(Paths(), ElementsAre(Path("To/there/sub"), Path("To/there/sub/file")));
 }
 
+TEST_F(DiscoverTest, PasteMovesTheRootAloneAndAtTheEndOfAComponent) {
+    File("a/From/From/file");
+    const struct {
+        std::string Source, Destination, Told;
+    } rows[] = {
+        {Path("a/from"), Path("To"), Path("To/From")},
+        {Path("A/From/"), Path("To/"), Path("To/From")},
+        {Path(""), "To:", "To:a/From/From"},
+        {Path(""), "To:x", "To:x/a/From/From"},
+        {Path("a/Fro"), Path("To"), ""},
+        {Path("From"), Path("To"), ""},
+        {"From", Path("To"), ""},
+        {"", Path("To"), ""},
+        {std::string(2000, 'x'), Path("To"), ""},
+        {Path("a"), std::string(1020, 'd'), ""},
+    };
+    Walk.ForPaste = true;
+    for (const auto& row : rows) {
+        Walk.SourceRoot = row.Source;
+        Walk.DestinationRoot = row.Destination;
+        SAK_ClearGenericList(*Found);
+        EXPECT_EQ(DiscoverDrawersFiles(Walk, Path("a/From")), !row.Told.empty()) << row.Source;
+        if (row.Told.empty()) {
+            EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong) << row.Source;
+            EXPECT_TRUE(Paths().empty()) << row.Source;
+        } else {
+            EXPECT_THAT(Paths(), ElementsAre(row.Told, row.Told + "/file")) << row.Source;
+        }
+    }
+}
+
+TEST_F(DiscoverTest, ProgressDoesNotDisturbTheReason) {
+    Drawer("tree/only");
+    Walk.Progress = [](std::string_view) { dos::SetIoErr(dos::ErrorObjectNotFound); };
+    EXPECT_TRUE(DiscoverDrawersFiles(Walk, Path("tree")));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorNoMoreEntries);
+}
+
 TEST_F(DiscoverTest, ProgressCountsWhatWasFound) {
     Drawer("tree/only");
     std::vector<std::string> told;
