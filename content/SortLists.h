@@ -18,10 +18,10 @@ extern std::int32_t SortDirection; // of the last SortBy; 0 is ascending
 void SortContentList(std::int32_t direction);
 
 // The user's choice of a Details column. The column that is the sort column already, and SameColumn, turn the
-// direction round. The rows are rebuilt with the selection kept; the caller saves the preferences.
+// direction round. The rows are rebuilt with the selection kept, and the preferences are saved.
 void SortBy(std::int32_t column);
 
-// Applies Prefs.DrawersOrder to the drawer on show; the caller saves the preferences.
+// Applies Prefs.DrawersOrder to the drawer on show and saves the preferences.
 void DrawersOrder();
 
 // Writes the order prefixes of all sort names so that drawers stay where Prefs.DrawersOrder wants them when
