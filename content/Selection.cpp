@@ -4,6 +4,9 @@
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace solvane {
 
 namespace {
@@ -12,6 +15,25 @@ std::string KeyOf(const ContentNode& node) {
     std::string key(1, static_cast<char>('0' + static_cast<char>(node.ObjectKind)));
     return key.append(node.EntryName.View());
 }
+
+// Walks entries in display order and tells for each that a selection names which of its name it is.
+class TwinCounter {
+public:
+    explicit TwinCounter(const KeptSelection& selection) : Kept(selection) {}
+
+    // The selected places of the name, null when none was selected, and the place of this entry.
+    std::pair<const std::vector<std::uint32_t>*, std::uint32_t> Next(const ContentNode& node) {
+        const auto kept = Kept.Entries.find(KeyOf(node));
+        if (kept == Kept.Entries.end()) {
+            return {nullptr, 0};
+        }
+        return {&kept->second, Seen[&kept->second]++};
+    }
+
+private:
+    const KeptSelection& Kept;
+    std::unordered_map<const std::vector<std::uint32_t>*, std::uint32_t> Seen; // so many of that name
+};
 
 void ClearRecords() {
     if (ContentList) {
@@ -61,11 +83,18 @@ void ClearSelectedFiles() {
 KeptSelection NoteSelection() {
     KeptSelection selection;
     SelectContentListItems();
-    if (ContentList && NumSelected != 0) {
-        for (const ContentNode& node : *ContentList) {
-            if (node.Selected != 0) {
-                selection.Entries.insert(KeyOf(node));
-            }
+    if (!ContentList || NumSelected == 0) {
+        return selection;
+    }
+    for (const ContentNode& node : *ContentList) {
+        if (node.Selected != 0) {
+            selection.Entries.try_emplace(KeyOf(node));
+        }
+    }
+    TwinCounter twins(selection);
+    for (const ContentNode& node : *ContentList) {
+        if (const auto [places, place] = twins.Next(node); places != nullptr && node.Selected != 0) {
+            selection.Entries[KeyOf(node)].push_back(place); // in ascending order
         }
     }
     return selection;
@@ -75,13 +104,18 @@ void RestoreSelection(const KeptSelection& selection) {
     if (selection.Entries.empty()) {
         return;
     }
+    TwinCounter twins(selection);
     for (const ListRow& row : lblist2) {
-        if (row.Record != nullptr && selection.Entries.contains(KeyOf(*row.Record))) {
+        if (row.Record == nullptr) {
+            continue;
+        }
+        const auto [places, place] = twins.Next(*row.Record);
+        if (places != nullptr && std::binary_search(places->begin(), places->end(), place)) {
             row.Record->Selected = 1;
         }
     }
     HighlightContentListItems();
-    RefreshBytes();
+    RefreshSelectedBytes();
 }
 
 } // namespace solvane

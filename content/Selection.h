@@ -4,14 +4,18 @@
 
 #include "model/ContentNode.h"
 
+#include <cstdint>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
+#include <vector>
 
 namespace solvane {
 
-// Which entries were selected, told apart from the records that a scan replaces. Names count byte for byte.
+// Which entries were selected, told apart from the records that a scan replaces. Names count byte for byte;
+// of entries with the same name, as the drawers of a multi-assign may have them, each counts by its place
+// among them.
 struct KeptSelection {
-    std::unordered_set<std::string> Entries; // name behind its kind
+    std::unordered_map<std::string, std::vector<std::uint32_t>> Entries; // by kind and name: which, from 0 on
 };
 
 // Copies the selection from the rows to the records and counts NumSelected. Without a window the records keep
@@ -24,7 +28,12 @@ void HighlightContentListItems();
 // Takes the selection out of rows and records.
 void ClearSelectedFiles();
 
+// What is selected now. The records have the selection of the rows afterwards, and NumSelected its count.
 [[nodiscard]] KeptSelection NoteSelection();
+
+// Selects the entries with a row that the selection names, in records and rows, and adds nothing for those
+// that are gone. Forms NumSelected and SelectedBytes; TotalBytes stay those of the scan. An empty selection
+// changes nothing.
 void RestoreSelection(const KeptSelection& selection);
 
 } // namespace solvane

@@ -35,14 +35,22 @@ void ShowEnteredPathStatus() {
 
 void RefreshBytes() {
     TotalBytes = 0;
-    SelectedBytes = 0;
     if (ContentList) {
         for (const ContentNode& node : *ContentList) {
             TotalBytes += node.EntrySize;
-            SelectedBytes += node.Selected != 0 ? node.EntrySize : 0;
         }
     }
     TotalBytesBuffer = BytesToUnit(TotalBytes);
+    RefreshSelectedBytes();
+}
+
+void RefreshSelectedBytes() {
+    SelectedBytes = 0;
+    if (ContentList) {
+        for (const ContentNode& node : *ContentList) {
+            SelectedBytes += node.Selected != 0 ? node.EntrySize : 0;
+        }
+    }
     SelectedBytesBuffer = BytesToUnit(SelectedBytes);
 }
 

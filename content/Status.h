@@ -13,4 +13,7 @@ void ShowEnteredPathStatus();
 // Forms SelectedBytes and TotalBytes and their texts anew from the records and their selected flags.
 void RefreshBytes();
 
+// The same for SelectedBytes and its text alone: TotalBytes of a multi-assigned drawer are those of its scan.
+void RefreshSelectedBytes();
+
 } // namespace solvane
