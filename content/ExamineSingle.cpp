@@ -89,6 +89,8 @@ bool ExamineSingleFull(std::string_view path, WithType getType) {
         node.CommentSize = static_cast<std::uint32_t>(node.Comment.Size()) + 1;
     }
     if (getType == WithType::Yes && object->Type == dos::TypeFile) {
+        node.DatatypeName = "File"; // until its type says more
+        node.DefaultIconName = "def_project.info";
         GetFileType(node);
     }
     return true;

@@ -57,7 +57,8 @@ std::string_view GroupIcon(std::uint32_t group, std::string_view datatypeName) {
 void CollectFacts(ContentNode& node) {
     const bool pictured =
         node.DatatypeGroupValue == GroupPicture || node.DatatypeGroupValue == GroupAnimation;
-    if (!pictured || ColInfo_GetDimensions == 0 || SAK_IsInfoFile(node.EntryName)) {
+    if (!pictured || ColInfo_GetDimensions == 0 || SAK_IsInfoFile(node.EntryName) ||
+        node.EntryPath.View() == PathTooLong) {
         return;
     }
     if (const auto size = SAK_DatatypesPictureSize(node.EntryPath)) {
@@ -191,7 +192,9 @@ void TypeBatch::Finish() {
 }
 
 void GetFileType(ContentNode& node) {
-    FileTyper().Type(node, datatypes::ObtainDataType(node.EntryPath));
+    const datatypes::DataType* type = datatypes::ObtainDataType(node.EntryPath);
+    SAK_NoteIdentified(IdentifyDataType(type));
+    FileTyper().Type(node, type);
 }
 
 } // namespace solvane

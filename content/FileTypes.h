@@ -75,7 +75,8 @@ private:
     std::vector<const datatypes::DataType*> Types;
 };
 
-// Opens the file of the node to find out its type, and fills group, type and default icon.
+// Opens the file of the node to find out its type, and fills group, type and default icon. What the datatype
+// says stands in the results of SAK_Identify too.
 void GetFileType(ContentNode& node);
 
 } // namespace solvane

@@ -52,12 +52,15 @@ IdentifiedType IdentifyDataType(const datatypes::DataType* type) {
     return identified;
 }
 
-bool SAK_Identify(std::string_view path) {
-    const datatypes::DataType* type = datatypes::ObtainDataType(path);
-    const IdentifiedType identified = IdentifyDataType(type);
+void SAK_NoteIdentified(const IdentifiedType& identified) {
     SAK_DTGroupIDValue = identified.GroupValue;
     SAK_DTGroupID = identified.GroupName;
     SAK_DTName = identified.Name;
+}
+
+bool SAK_Identify(std::string_view path) {
+    const datatypes::DataType* type = datatypes::ObtainDataType(path);
+    SAK_NoteIdentified(IdentifyDataType(type));
     return type != nullptr;
 }
 

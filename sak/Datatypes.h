@@ -19,7 +19,7 @@ struct IdentifiedType {
     Text<25> Name = "BINARY"; // upper case
 };
 
-// --- State: the result of the last SAK_Identify ---
+// --- State: the result of the last SAK_Identify or SAK_NoteIdentified ---
 
 extern std::uint32_t SAK_DTGroupIDValue;
 extern Text<25> SAK_DTGroupID;
@@ -30,6 +30,9 @@ extern Text<25> SAK_DTName;
 
 // Asks for the type of a file into the three variables. True when a datatype was found.
 bool SAK_Identify(std::string_view path);
+
+// Makes that the last result, where the type of a file is known already.
+void SAK_NoteIdentified(const IdentifiedType& identified);
 
 // "640x480x24": width, height and depth. Nothing when the file is no picture that can be read.
 [[nodiscard]] std::optional<std::string> SAK_DatatypesPictureSize(std::string_view path);
