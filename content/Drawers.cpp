@@ -12,10 +12,14 @@
 #include "model/Prefs.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
+#include "platform/exec/Tasks.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Notify.h"
 #include "sak/Requesters.h"
 #include "sak/StringFunctions.h"
+
+#include <utility>
+#include <vector>
 
 namespace solvane {
 
@@ -23,20 +27,27 @@ namespace {
 
 Text<1024> PathOnShow; // the drawer that ContentList was read from
 
-// True when the drawer is there and can be read; otherwise the user has been told.
-bool CanShowDrawer() {
-    if (CurrentPath.Empty() || !SAK_DrawerExists(CurrentPath)) {
+// True when one of the drawers that CurrentPath stands for is there; otherwise the user has been told.
+bool DrawerIsThere() {
+    bool found = !CurrentPath.Empty() && SAK_DrawerExists(CurrentPath);
+    if (!found && !CurrentPath.Empty()) {
+        static_cast<void>(DoAllAssigns(CurrentPath, [&found](const dos::FileLock& lock) {
+            const auto object = dos::ExamineObject(lock);
+            found = object && object->Type == dos::TypeDrawer;
+            return !found;
+        }));
+    }
+    if (!found) {
         SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
                         "Drawer does not exist.", "_Continue");
-        return false;
     }
-    if (!dos::ObtainDirContext(CurrentPath)) {
-        SAK_IOErr = dos::IoErr();
-        SAK_IOError(MainWindow.get(), RequesterTitle, "Could not read drawer.",
-                    "DOS error message:", "_Continue");
-        return false;
-    }
-    return true;
+    return found;
+}
+
+void TellCannotRead() {
+    SAK_IOErr = dos::IoErr();
+    SAK_IOError(MainWindow.get(), RequesterTitle, "Could not read drawer.",
+                "DOS error message:", "_Continue");
 }
 
 // False when there is no room for the "/".
@@ -62,29 +73,46 @@ void NoteGamesDrawer() {
     AtWHDLoadGamesRootDrawer = inGames ? 1 : 0;
 }
 
-// Watched from before the listing on, so that no change falls between the two.
-void WatchDrawer() {
-    if (Prefs.MonitorDrawer != 0) {
-        SAK_ChangeNotify(CurrentPath);
+void WatchDrawer(const Text<1024>& path) {
+    if (Prefs.MonitorDrawer != 0 && !path.Empty()) {
+        SAK_ChangeNotify(path);
     } else {
         SAK_StopNotify();
     }
 }
 
-void ReadDrawer() {
+// Opens the drawers that CurrentPath stands for and watches it from before that on, so that no change falls
+// between. Empty after a requester; the drawer on show is then watched as before.
+std::vector<OpenedDrawer> OpenForShow() {
+    if (!DrawerIsThere()) {
+        return {};
+    }
+    const std::uint16_t wasWatching = SAK_NotifyStarted;
+    const exec::SignalMask pending = exec::SetSignal(0, 0) & SAK_NotifySignal;
+    WatchDrawer(CurrentPath);
+    std::vector<OpenedDrawer> drawers = OpenDrawers(CurrentPath);
+    if (drawers.empty()) {
+        const long reason = dos::IoErr();
+        WatchDrawer(wasWatching != 0 ? PathOnShow : Text<1024>());
+        static_cast<void>(exec::SetSignal(pending, pending));
+        dos::SetIoErr(reason);
+        TellCannotRead();
+    }
+    return drawers;
+}
+
+void ReadDrawers(std::vector<OpenedDrawer> drawers) {
     FreeContentList(1);
-    WatchDrawer();
-    static_cast<void>(DoAllAssigns(CurrentPath, ListContents));
+    for (OpenedDrawer& drawer : drawers) {
+        ListContents(drawer);
+    }
     SortContentList(Prefs.ContentSortDirection);
     PathOnShow = CurrentPath;
 }
 
 void ReloadOnShow() {
-    if (LBLocation >= LocationKind::OS4Depot && LBLocation <= LocationKind::Archive) {
-        return; // made from what was fetched or found, not from a drawer
-    }
     if (LBLocation != LocationKind::Drawer) {
-        return; // the virtual locations come with their lists
+        return; // the virtual locations come with their lists; what was fetched or found is not read again
     }
     static_cast<void>(ScanDrawer());
     DetailsPane2();
@@ -96,7 +124,11 @@ void ReloadOnShow() {
 
 bool ScanDrawer() {
     NoteGamesDrawer();
-    if (!AppendFinalSlash() || !CanShowDrawer()) {
+    std::vector<OpenedDrawer> drawers;
+    if (AppendFinalSlash()) {
+        drawers = OpenForShow();
+    }
+    if (drawers.empty()) {
         DoReload = 0;
         return false;
     }
@@ -105,7 +137,7 @@ bool ScanDrawer() {
     SetPreviewPaneNone();
     const bool sameDrawer = DoReload != 0 && PathOnShow.SameBytes(CurrentPath);
     const KeptSelection selection = sameDrawer ? NoteSelection() : KeptSelection();
-    ReadDrawer();
+    ReadDrawers(std::move(drawers));
     if (DoReload == 0) {
         LBTop = 0;
     }

@@ -14,6 +14,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace solvane {
 
@@ -47,11 +48,11 @@ std::optional<EntryKind> KindOf(const dos::ExamineData& object) {
         return object.Type == dos::TypeFile ? std::optional(EntryKind::File) : std::nullopt;
     }
     switch (object.Type & 0xFFU) {
-    case 0:
+    case dos::LinkSoft:
         return EntryKind::SoftLinkToDrawer; // until its target shows to be a file
-    case 1:
+    case dos::LinkHardFile:
         return EntryKind::HardLinkToFile;
-    case 2:
+    case dos::LinkHardDrawer:
         return EntryKind::HardLinkToDrawer;
     default:
         return std::nullopt;
@@ -76,8 +77,12 @@ std::string HardLinkTarget(EntryKind kind, const std::string& linkPath) {
     return name.empty() ? "???" : name;
 }
 
-// The path that a soft link leads to: a target without a device counts from the drawer on show.
+// The path that a soft link leads to: a target without a device counts from the drawer on show. A target
+// without a text is the drawer itself ("."), or one that cannot be read: that one leads nowhere.
 std::string SoftLinkTarget(const dos::ExamineData& object) {
+    if (object.LinkTarget.empty() && !dos::Lock(InCurrentPath(object.Name))) {
+        return std::string(PathTooLong);
+    }
     const bool absolute = object.LinkTarget.find(':') != std::string::npos;
     return absolute ? object.LinkTarget : InCurrentPath(object.LinkTarget);
 }
@@ -93,6 +98,10 @@ std::string_view WholePath(std::string_view path) {
     return path.size() <= Text<1024>::Limit ? path : PathTooLong;
 }
 
+bool LeadsToFile(const Text<1024>& path) {
+    return path.View() != PathTooLong && SAK_IsFileOrDrawer(path);
+}
+
 // Adds the record of a link and gives the entry its kind and its target as path.
 bool AddLink(ContentNode& node, EntryKind kind, const dos::ExamineData& object) {
     NodePointer<LinksNode> link = SAK_CreateGenericListNode<LinksNode>();
@@ -103,7 +112,7 @@ bool AddLink(ContentNode& node, EntryKind kind, const dos::ExamineData& object) 
     link->LinkPath = WholePath(InCurrentPath(object.Name));
     if (kind == EntryKind::SoftLinkToDrawer) {
         node.EntryPath = WholePath(SoftLinkTarget(object));
-        kind = SAK_IsFileOrDrawer(node.EntryPath) ? EntryKind::SoftLinkToFile : kind;
+        kind = LeadsToFile(node.EntryPath) ? EntryKind::SoftLinkToFile : kind;
     } else {
         node.EntryPath = WholePath(HardLinkTarget(kind, InCurrentPath(object.Name)));
     }
@@ -206,22 +215,37 @@ bool DoAllAssigns(std::string_view path, const std::function<bool(const dos::Fil
     return complete;
 }
 
-bool ListContents(const dos::FileLock& lock) {
+std::vector<OpenedDrawer> OpenDrawers(std::string_view path) {
+    std::vector<OpenedDrawer> opened;
+    long refusal = 0;
+    static_cast<void>(DoAllAssigns(path, [&](const dos::FileLock& lock) {
+        if (dos::DirContext objects = dos::ObtainDirContext(lock)) {
+            opened.push_back({lock, std::move(objects)});
+        } else {
+            refusal = dos::IoErr();
+        }
+        return true;
+    }));
+    if (refusal != 0) {
+        dos::SetIoErr(refusal); // says more than the end of the walk
+    }
+    return opened;
+}
+
+void ListContents(OpenedDrawer& drawer) {
     SelectedBytes = 0;
     TotalBytes = 0;
-    dos::DirContext context = dos::ObtainDirContext(lock);
-    if (!context || !ContentList || !LinksList) {
-        return true;
+    if (!ContentList || !LinksList) {
+        return;
     }
-    DrawerScan scan{lock, {}, TypeBatch(lock)};
-    const dos::ExamineData* object = dos::ExamineDir(context);
+    DrawerScan scan{drawer.Lock, {}, TypeBatch(drawer.Lock)};
+    const dos::ExamineData* object = dos::ExamineDir(drawer.Objects);
     while (object && AddEntry(scan, *object)) {
         KeepWindowAlive();
-        object = dos::ExamineDir(context);
+        object = dos::ExamineDir(drawer.Objects);
     }
     scan.Types.Finish();
     TotalBytesBuffer = BytesToUnit(TotalBytes);
-    return true;
 }
 
 } // namespace solvane

@@ -1,5 +1,6 @@
 #include "content/DrawerMonitor.h"
 
+#include "platform/dos/Notify.h"
 #include "platform/exec/Tasks.h"
 #include "sak/Notify.h"
 #include "tests/content/DrawerTest.h"
@@ -19,6 +20,21 @@ protected:
         Prefs.DetermineDatatype = 2;
     }
     ~DrawerMonitorTest() override { SAK_ShutDownNotify(); }
+
+    // Changes a drawer twice and sleeps each time until a watch of the test's own has told of it: by the
+    // second time any other watch on that drawer has told of the first.
+    void ChangeAndWait(const std::string& drawer) {
+        const int signal = exec::AllocSignal();
+        const exec::SignalMask told = exec::SignalMask{1} << signal;
+        dos::Notification clock;
+        ASSERT_TRUE(clock.Start(Path(drawer), exec::FindTask(), signal));
+        for (const char* file : {"/change 1", "/change 2"}) {
+            File(drawer + file);
+            static_cast<void>(exec::Wait(told));
+        }
+        clock.End();
+        exec::FreeSignal(signal);
+    }
 
     // Sleeps until the watched drawer has changed, then does what the main loop does.
     static void ServeOneChange() {
@@ -59,10 +75,25 @@ TEST_F(DrawerMonitorTest, OnlyTheDrawerOnShowIsWatched) {
     ASSERT_TRUE(Scan("old"));
     File("old/change nobody looks at");
     ASSERT_TRUE(Scan("new"));
+    ChangeAndWait("new");
+    EXPECT_NE(exec::SetSignal(0, SAK_NotifySignal) & SAK_NotifySignal, 0U);
+    DrawerChanged();
+    EXPECT_EQ(Rows().size(), 2U);
+    ChangeAndWait("old");
     EXPECT_EQ(exec::SetSignal(0, 0) & SAK_NotifySignal, 0U);
-    File("new/change");
-    ServeOneChange();
-    EXPECT_THAT(Rows(), ElementsAre("change"));
+}
+
+TEST_F(DrawerMonitorTest, RefusedDrawerLeavesTheOneOnShowWatched) {
+    Drawer("shown");
+    Drawer("closed");
+    ASSERT_TRUE(Scan("shown"));
+    std::filesystem::permissions(Host("closed"), std::filesystem::perms::none);
+    {
+        const PlainUser user(HostRoot);
+        ASSERT_FALSE(Scan("closed"));
+    }
+    ChangeAndWait("shown");
+    EXPECT_NE(exec::SetSignal(0, 0) & SAK_NotifySignal, 0U);
 }
 
 TEST_F(DrawerMonitorTest, VanishedDrawerIsToldAndItsRowsStay) {

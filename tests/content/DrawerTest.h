@@ -17,9 +17,28 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+#include <sys/fsuid.h>
 #include <vector>
 
 namespace solvane {
+
+// Looks at files as a user without rights as long as it lives, in its own thread. A user who is not root has
+// no more than his own rights anyway.
+class PlainUser {
+public:
+    explicit PlainUser(const std::filesystem::path& root) {
+        using std::filesystem::perms;
+        std::filesystem::permissions(root, perms::owner_all | perms::group_all | perms::others_all);
+        Before = static_cast<uid_t>(setfsuid(Nobody));
+    }
+    PlainUser(const PlainUser&) = delete;
+    PlainUser& operator=(const PlainUser&) = delete;
+    ~PlainUser() { setfsuid(Before); }
+
+private:
+    static constexpr uid_t Nobody = 65534;
+    uid_t Before;
+};
 
 class DrawerTest : public testing::Test {
 protected:

@@ -10,6 +10,7 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -130,6 +131,19 @@ TEST_F(ScanTest, FilenotesOfMoreThanOneCharacterAreKept) {
         EXPECT_EQ(Entry(row.Name).Comment.View(), row.Kept) << row.Name;
         EXPECT_EQ(Entry(row.Name).CommentSize, row.Kept.empty() ? 0 : row.Kept.size() + 1) << row.Name;
     }
+}
+
+TEST_F(ScanTest, NotesOfLinksAreNotKept) {
+    Drawer("d");
+    SoftLink("d/link", "../noted");
+    File("noted");
+    if (!Note("noted", "a note")) {
+        GTEST_SKIP() << "no attributes on this file system";
+    }
+    ASSERT_TRUE(Scan());
+    EXPECT_EQ(Entry("noted").Comment.View(), "a note");
+    ASSERT_TRUE(Scan("d"));
+    EXPECT_TRUE(Entry("link").Comment.Empty());
 }
 
 TEST_F(ScanTest, NamesAreDataWhateverIsInThem) {
@@ -263,6 +277,29 @@ TEST_F(ScanTest, ReversalKeepsDrawersOnTopUntilTheNextScan) {
     EXPECT_THAT(Rows(), ElementsAre("file b", "file a", "drawer"));
 }
 
+TEST_F(ScanTest, OtherOrderOfDrawersShowsAtOnceAndKeepsTheSelection) {
+    File("a file");
+    Drawer("b drawer");
+    ASSERT_TRUE(Scan());
+    SortDirection = 0;
+    FindContentNode("a file", AnyKind)->Selected = 1;
+    const struct {
+        std::int32_t Order;
+        std::vector<std::string> Rows;
+    } orders[] = {{2, {"a file", "b drawer"}}, {0, {"b drawer", "a file"}}, {1, {"a file", "b drawer"}}};
+    for (const auto& row : orders) {
+        Prefs.DrawersOrder = row.Order;
+        DrawersOrder();
+        EXPECT_EQ(Rows(), row.Rows) << row.Order;
+        EXPECT_EQ(Entry("a file").Selected, 1) << row.Order;
+        EXPECT_EQ(NumSelected, 1) << row.Order;
+    }
+    Prefs.DrawersOrder = 0;
+    LBLocation = LocationKind::Computer;
+    DrawersOrder();
+    EXPECT_THAT(Rows(), ElementsAre("a file", "b drawer")) << "no drawer is on show";
+}
+
 TEST_F(ScanTest, SortColumnCountsInDetailsViewsOnly) {
     File("a", "333");
     File("b", "1");
@@ -324,13 +361,88 @@ TEST_F(ScanTest, DrawerThatMayNotBeReadLeavesEverythingAsItIs) {
     File("file");
     Drawer("closed");
     chmod(Host("closed").c_str(), 0);
-    if (access(Host("closed").c_str(), R_OK) == 0) {
-        GTEST_SKIP() << "this user may read everything";
-    }
     ASSERT_TRUE(Scan());
+    const PlainUser user(HostRoot);
     EXPECT_FALSE(Scan("closed"));
     EXPECT_THAT(Requests, ElementsAre(testing::HasSubstr("DOS error message:")));
     EXPECT_THAT(Rows(), ElementsAre("closed", "file"));
+}
+
+TEST_F(ScanTest, MultiAssignIsRefusedOnlyWhenNoneOfItsDrawersCanBeRead) {
+    File("one/sub", "a file under the drawer's name");
+    File("two/sub/closed");
+    File("three/sub/open", "12");
+    const std::string name = "Parts" + Volume.substr(0, Volume.size() - 1);
+    ASSERT_TRUE(dos::SetAssign(name, dos::AssignKind::Directory, {Path("one"), Path("two"), Path("three")}));
+    CurrentPath = name + ":sub";
+    for (const char* closed : {"two/sub", "three/sub"}) {
+        chmod(Host(closed).c_str(), 0);
+        const PlainUser user(HostRoot);
+        EXPECT_EQ(ScanDrawer(), std::string_view(closed) == "two/sub") << closed;
+        EXPECT_THAT(Rows(), ElementsAre("open")) << closed;
+    }
+    EXPECT_THAT(Requests, ElementsAre(testing::HasSubstr("DOS error message:")));
+    chmod(Host("two/sub").c_str(), 0700);
+    chmod(Host("three/sub").c_str(), 0700);
+}
+
+TEST_F(ScanTest, EntriesOfOneNameKeepTheirOwnSelection) {
+    File("one/same", "1");
+    File("one/other", "22");
+    File("two/same", "4444");
+    const std::string name = "Twins" + Volume.substr(0, Volume.size() - 1);
+    ASSERT_TRUE(dos::SetAssign(name, dos::AssignKind::Directory, {Path("one"), Path("two")}));
+    CurrentPath = name + ":";
+    ASSERT_TRUE(ScanDrawer());
+    ASSERT_THAT(Rows(), ElementsAre("other", "same", "same"));
+    lblist2[2].Record->Selected = 1;
+    NumSelected = 1;
+    ASSERT_TRUE(ReloadDrawer());
+    EXPECT_EQ(lblist2[1].Record->Selected, 0);
+    EXPECT_EQ(lblist2[2].Record->Selected, 1);
+    EXPECT_EQ(NumSelected, 1);
+    EXPECT_EQ(SelectedBytes, 4U);
+    EXPECT_EQ(SelectedBytesBuffer.View(), "4 B");
+    EXPECT_EQ(TotalBytes, 4U) << "the totals are those of the last drawer";
+}
+
+TEST_F(ScanTest, SelectionIsNotCarriedIntoAnotherDrawer) {
+    File("one/same");
+    File("two/same");
+    ASSERT_TRUE(Scan("one"));
+    lblist2[0].Record->Selected = 1;
+    NumSelected = 1;
+    DoReload = 1;
+    ASSERT_TRUE(Scan("two"));
+    EXPECT_EQ(lblist2[0].Record->Selected, 0);
+    EXPECT_EQ(NumSelected, 0);
+}
+
+// A process that has ended and was not asked for yet: its links are there and have no target.
+TEST_F(ScanTest, LinkWithoutAReadableTargetLeadsNowhere) {
+    const pid_t ended = fork();
+    if (ended == 0) {
+        _exit(0);
+    }
+    siginfo_t info;
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(ended), &info, WEXITED | WNOWAIT), 0);
+    dos::VolumeInfo volume;
+    volume.Device = "ENDED";
+    volume.Volume = "Ended";
+    volume.HostRoot = "/proc/" + std::to_string(ended);
+    ASSERT_TRUE(dos::AddVolume(volume));
+    CurrentPath = "Ended:";
+    EXPECT_TRUE(ScanDrawer());
+    for (const char* name : {"cwd", "exe", "root"}) {
+        EXPECT_EQ(Entry(name).ObjectKind, EntryKind::SoftLinkToDrawer) << name;
+        EXPECT_EQ(Entry(name).EntryPath.View(), PathTooLong) << name;
+    }
+    FreeContentList(1);
+    EXPECT_EQ(waitpid(ended, nullptr, 0), ended);
+    Drawer("d");
+    SoftLink("d/here", ".");
+    ASSERT_TRUE(Scan("d"));
+    EXPECT_EQ(Entry("here").EntryPath.View(), Path("d/")) << "no text, yet a target";
 }
 
 TEST_F(ScanTest, MultiAssignListsAllItsDrawersInOrderWithTheTotalsOfTheLast) {
@@ -374,6 +486,7 @@ TEST_F(ScanTest, FinalSlashIsAddedForTheScanAndTakenOffOnce) {
 TEST_F(ScanTest, NothingOnAnFtpMountIsOpenedOrHidden) {
     File("page.html", "<html></html>");
     File("page.html.info");
+    const bool noted = Note("page.html", "a note");
     dos::VolumeInfo volume;
     volume.Device = "FTP0";
     volume.Volume = "fTpMount";
@@ -385,8 +498,10 @@ TEST_F(ScanTest, NothingOnAnFtpMountIsOpenedOrHidden) {
     EXPECT_EQ(AtFTPMount, 1);
     EXPECT_THAT(Rows(), ElementsAre("page.html", "page.html.info"));
     EXPECT_EQ(Entry("page.html").DatatypeName.View(), "File");
+    EXPECT_TRUE(Entry("page.html").Comment.Empty());
     ASSERT_TRUE(Scan());
     EXPECT_EQ(AtFTPMount, 0);
+    EXPECT_EQ(Entry("page.html").Comment.View(), noted ? "a note" : "");
     EXPECT_NE(Entry("page.html").DatatypeName.View(), "File");
 }
 
