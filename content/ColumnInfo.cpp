@@ -36,6 +36,7 @@ constexpr int CellMargins = 14;                  // layout units on both sides o
 constexpr std::uint32_t SampleDate = 1538337599; // 30 September 2026, 19:59:59
 
 std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
+std::vector<int> WidthsOnScreen;            // theirs, as last set or taken over
 
 bool IsShown(DetailsColumn column) {
     return std::any_of(ShowDetailsColumnsList->begin(), ShowDetailsColumnsList->end(),
@@ -98,7 +99,7 @@ std::string SampleText(DetailsColumn column) {
 int WidthOf(DetailsColumn column) {
     const std::int32_t usual = Defaults[static_cast<std::size_t>(column) - 1].Width;
     const ColumnInfoNode* node = NodeOf(column);
-    if (node != nullptr && node->Width > 0 && node->Width != usual) {
+    if (node != nullptr && node->Width > 0 && (node->WidthIsOwn != 0 || node->Width != usual)) {
         return node->Width;
     }
     return std::max(usual, SAK_StrLenPixels(SampleText(column)) + CellMargins);
@@ -113,6 +114,17 @@ intuition::Column MakeColumn(DetailsColumn column, bool details) {
             .Draggable = details,
             .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left,
             .Stretch = !details};
+}
+
+// Keeps the width of a column that the user has sized; one that stands as it was set goes on following its
+// font.
+void TakeWidth(std::size_t at, int width) {
+    const bool isAsSet = at < WidthsOnScreen.size() && WidthsOnScreen[at] == width;
+    ColumnInfoNode* node = NodeOf(ColumnsOnScreen[at]);
+    if (node != nullptr && !isAsSet) {
+        node->Width = width;
+        node->WidthIsOwn = 1;
+    }
 }
 
 // Puts the shown columns into the order in which they stand on screen; hidden ones keep their places behind.
@@ -154,6 +166,7 @@ bool CreateColumnInfoAll() {
 
 void FreeColumnInfoAll() {
     ColumnsOnScreen.clear();
+    WidthsOnScreen.clear();
 }
 
 bool CreateColumnInfoPreview() {
@@ -182,6 +195,7 @@ std::vector<DetailsColumn> ShownColumns(std::int32_t style) {
 
 void SetColumnInfo() {
     ColumnsOnScreen = ShownColumns(Prefs.ContentViewStyle);
+    WidthsOnScreen.clear();
     if (Objects.ContentList == nullptr || !ShowDetailsColumnsList) {
         return;
     }
@@ -191,6 +205,7 @@ void SetColumnInfo() {
         columns.push_back(MakeColumn(column, details));
     }
     Objects.ContentList->SetColumns(std::move(columns));
+    WidthsOnScreen = Objects.ContentList->ColumnWidths();
 }
 
 const std::vector<DetailsColumn>& ColumnsInForce() {
@@ -208,10 +223,9 @@ void GetColumnInfoWidths() {
             continue;
         }
         order.push_back(ColumnsOnScreen[at]);
-        if (ColumnInfoNode* node = NodeOf(ColumnsOnScreen[at])) {
-            node->Width = widths[at];
-        }
+        TakeWidth(at, widths[at]);
     }
+    WidthsOnScreen = widths;
     TakeOrder(order);
 }
 

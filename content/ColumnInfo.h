@@ -35,7 +35,8 @@ void SetColumnInfo();
 // What the columns show that SetColumnInfo has set last, by the list browser's index.
 [[nodiscard]] const std::vector<DetailsColumn>& ColumnsInForce();
 
-// Takes the list browser's present widths and order over into ShowDetailsColumnsList.
+// Takes the list browser's present order over into ShowDetailsColumnsList, and the widths of those columns
+// that are not as wide as SetColumnInfo or the last call found them.
 void GetColumnInfoWidths();
 
 // Shows the arrow of that Details column and the direction in force; no column shows none.

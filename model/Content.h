@@ -49,7 +49,8 @@ struct ListRow {
 struct ColumnInfoNode : ListNode {
     std::uint32_t ColumnNumber = 0;
     std::uint16_t Shown = 0;
-    std::int32_t Width = 0; // pixels
+    std::int32_t Width = 0;       // pixels
+    std::uint16_t WidthIsOwn = 0; // the user has set it in this session, so that the default one counts too
 };
 
 // --- State ---

@@ -1,6 +1,8 @@
 #include "content/BuildLists.h"
+#include "content/ColumnInfo.h"
 #include "content/Drawers.h"
 #include "content/Selection.h"
+#include "content/ShownList.h"
 #include "interface/MainLayout.h"
 #include "locations/Navigation.h"
 #include "platform/exec/Tasks.h"
@@ -96,6 +98,61 @@ TEST_F(WindowTest, RowsAndRecordsShareOneSelection) {
     ClearSelectedFiles();
     EXPECT_EQ(Objects.ContentList->SelectedCount(), 0U);
     EXPECT_EQ(FindFirstSelectedContentNode(), nullptr);
+}
+
+TEST_F(WindowTest, SizingOneColumnLeavesTheWidthsOfTheOthersAlone) {
+    // What a drag does to the list: the same columns, one with another width.
+    const auto drag = [](std::size_t column, int width) {
+        std::vector<intuition::Column> columns;
+        for (const int now : Objects.ContentList->ColumnWidths()) {
+            columns.push_back({.Title = "", .Width = columns.size() == column ? width : now});
+        }
+        Objects.ContentList->SetColumns(std::move(columns));
+        GetColumnInfoWidths();
+    };
+    const auto node = [](std::uint32_t column) {
+        return FindNode(*ShowDetailsColumnsList,
+                        [column](const ColumnInfoNode& each) { return each.ColumnNumber == column; });
+    };
+    constexpr std::size_t Name = 1, Date = 3;
+    constexpr int UsualDate = 150;
+    Prefs.EffectiveDateFormat = "%d-%b-%y %T %d-%b-%y %T"; // wider than the usual column
+    SetColumnInfo();
+    ASSERT_GT(Objects.ContentList->ColumnWidths()[Date], UsualDate);
+    drag(Name, 333);
+    EXPECT_EQ(node(Name)->Width, 333);
+    EXPECT_EQ(node(Date)->Width, UsualDate) << "goes on following its text";
+    drag(Date, UsualDate); // chosen by the user
+    SetColumnInfo();
+    EXPECT_EQ(Objects.ContentList->ColumnWidths()[Name], 333);
+    EXPECT_EQ(Objects.ContentList->ColumnWidths()[Date], UsualDate);
+}
+
+TEST_F(WindowTest, RowsAreFoundByNameKindAndSelection) {
+    File("b");
+    File("B");
+    Drawer("a");
+    FreeContentList(1);
+    EXPECT_FALSE(ListHasItems());
+    ASSERT_TRUE(Scan());
+    EXPECT_TRUE(ListHasItems());
+    EXPECT_EQ(GetListCount(), 3U);
+    for (const char* name : {"a", "b", "B"}) {
+        const ListRow* row = FindListNode(name, name == std::string("a") ? 0 : 1);
+        ASSERT_NE(row, nullptr) << name;
+        EXPECT_TRUE(row->Record->EntryName.SameBytes(name)) << name;
+    }
+    EXPECT_EQ(FindListNode("a", 1), nullptr);
+    EXPECT_EQ(FindListNode("A", 0), nullptr);
+    EXPECT_EQ(FindSelectedListNode(), nullptr);
+    Objects.ContentList->Select(1, true);
+    Objects.ContentList->Select(2, true);
+    for (const std::size_t row : {1U, 2U}) {
+        EXPECT_EQ(FindSelectedListNode(), &lblist2[row]) << row;
+        EXPECT_EQ(FindFirstSelectedListNodeAndUnselect(), &lblist2[row]) << row;
+        EXPECT_FALSE(Objects.ContentList->IsSelected(row)) << row;
+    }
+    EXPECT_EQ(FindFirstSelectedListNodeAndUnselect(), nullptr);
 }
 
 TEST_F(WindowTest, ParentButtonIsOfNoUseAtARoot) {
