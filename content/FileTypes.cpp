@@ -1,6 +1,7 @@
 #include "content/FileTypes.h"
 
 #include "interface/MainLayout.h"
+#include "media/AudioTags.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/datatypes/DataTypes.h"
@@ -13,7 +14,10 @@
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/StringFunctions.h"
+#include "sak/Version.h"
 
+#include <charconv>
+#include <cmath>
 #include <utility>
 
 namespace solvane {
@@ -53,17 +57,45 @@ std::string_view GroupIcon(std::uint32_t group, std::string_view datatypeName) {
     }
 }
 
-// What a shown Details column needs beyond the type.
-void CollectFacts(ContentNode& node) {
-    const bool pictured =
-        node.DatatypeGroupValue == GroupPicture || node.DatatypeGroupValue == GroupAnimation;
-    if (!pictured || ColInfo_GetDimensions == 0 || SAK_IsInfoFile(node.EntryName) ||
-        node.EntryPath.View() == PathTooLong) {
+void CollectDimensions(ContentNode& node) {
+    if (node.EntryPath.View() == PathTooLong || SAK_IsInfoFile(node.EntryName)) {
         return;
     }
     if (const auto size = SAK_DatatypesPictureSize(node.EntryPath)) {
         node.Dimensions = *size;
     }
+}
+
+void CollectTags(ContentNode& node) {
+    struct Reader {
+        std::string_view Type;
+        bool (*Read)(ContentNode&);
+    };
+    constexpr Reader Readers[] = {
+        {"MP3", GetMP3Tags}, {"FLAC", GetFLACTags}, {"WAV", GetWAVTags}, {"AIFF", GetAIFFTags}};
+    for (const Reader& reader : Readers) {
+        if (node.DatatypeName.View().find(reader.Type) != std::string_view::npos) {
+            reader.Read(node);
+        }
+    }
+}
+
+// What a shown Details column needs beyond the type.
+void CollectFacts(ContentNode& node) {
+    const std::uint32_t group = node.DatatypeGroupValue;
+    if (ColInfo_GetDimensions != 0 && (group == GroupPicture || group == GroupAnimation)) {
+        CollectDimensions(node);
+    }
+    if (ColInfo_GetMP3 != 0 && group == GroupSound) {
+        CollectTags(node);
+    }
+}
+
+// Versions count by their beginning: "47.12.3" is 47.12. What is no number is 0.
+float NumberOf(std::string_view version) {
+    float number = 0.0F;
+    std::from_chars(version.data(), version.data() + version.size(), number, std::chars_format::fixed);
+    return std::isfinite(number) ? number : 0.0F;
 }
 
 } // namespace
@@ -186,9 +218,18 @@ void TypeBatch::Finish() {
         if (Prefs.WhenScanningADrawer == 0) {
             CollectFacts(*Nodes[at]);
         }
+        CollectVersion(*Nodes[at]);
         KeepWindowAlive();
     }
     Nodes.clear();
+}
+
+void CollectVersion(ContentNode& node) {
+    const bool wanted = ColInfo_GetVersion != 0 && node.DatatypeGroupValue == GroupSystem;
+    if (wanted && node.EntryPath.View() != PathTooLong && SAK_GetVersion(node.EntryPath)) {
+        node.VersionText = SAK_GetVersionVersion;
+        node.VersionNumber = NumberOf(node.VersionText);
+    }
 }
 
 void GetFileType(ContentNode& node) {

@@ -75,6 +75,9 @@ private:
     std::vector<const datatypes::DataType*> Types;
 };
 
+// Fills version text and number of a file of the system's group, when a shown column wants them.
+void CollectVersion(ContentNode& node);
+
 // Opens the file of the node to find out its type, and fills group, type and default icon. What the datatype
 // says stands in the results of SAK_Identify too.
 void GetFileType(ContentNode& node);

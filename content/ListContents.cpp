@@ -161,8 +161,13 @@ void FillFile(DrawerScan& scan, ContentNode& node, const dos::ExamineData& objec
     node.EntrySize = object.Size;
     TotalBytes += object.Size;
     node.EntrySizeText = scan.Texts.SizeText(object.Size);
-    if (AtFTPMount == 0 && Prefs.DetermineDatatype == 0) {
+    if (AtFTPMount != 0) {
+        return; // nothing there is opened
+    }
+    if (Prefs.DetermineDatatype == 0) {
         scan.Types.Add(node);
+    } else {
+        CollectVersion(node);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "content/ExamineSingle.h"
 #include "sak/Datatypes.h"
+#include "sak/Version.h"
 #include "tests/content/DrawerTest.h"
 
 namespace solvane {
@@ -93,6 +94,45 @@ TEST_F(FileTypesTest, DimensionsAreReadForAShownColumnOnly) {
     Prefs.WhenScanningADrawer = 1;
     EXPECT_TRUE(TypeOf("one.gif", Gif(1)).Dimensions.Empty());
     ColInfo_GetDimensions = 0;
+}
+
+TEST_F(FileTypesTest, VersionsAreReadForAShownColumnWhateverIsTyped) {
+    const struct {
+        std::string Name, Bytes, Text;
+        float Number;
+    } rows[] = {
+        {"tool", std::string("\x01\0\xfe$VER: Tool 47.12 (1.2.2026)(c) me\0more", 38), "47.12", 47.12F},
+        {"lower", "\x01 $ $ver:x 3.1.4\n9.9", "3.1.4", 3.1F},
+        {"words", std::string("\0\xff$VER: a beta", 15), "beta", 0.0F},
+        {"nan", std::string("\0\xff$VER: a nan", 14), "nan", 0.0F},
+        {"long", std::string("\0\xff$VER: a ", 10) + std::string(600, '1'), std::string(19, '1'),
+         1.1111111e18F},
+        {"late", std::string(65536, '\1') + "$VER: a 1.0", "", 0.0F},
+        {"cut", std::string("\0\xff$VE", 5), "", 0.0F},
+        {"thing.o", std::string("\0\xff$VER: a 1.0", 14), "", 0.0F}};
+    for (const auto& row : rows) {
+        File("d/" + row.Name, row.Bytes);
+    }
+    for (const int typing : {0, 1, 2}) {
+        Prefs.DetermineDatatype = typing;
+        Prefs.WhenScanningADrawer = typing == 0 ? 1 : 0;
+        ColInfo_GetVersion = 1;
+        ASSERT_TRUE(Scan("d"));
+        for (const auto& row : rows) {
+            if (Entry(row.Name).DatatypeGroupValue == GroupSystem) {
+                EXPECT_EQ(Entry(row.Name).VersionText.View(), row.Text) << row.Name;
+                EXPECT_FLOAT_EQ(Entry(row.Name).VersionNumber, row.Number) << row.Name;
+            }
+        }
+        ColInfo_GetVersion = 0;
+        ASSERT_TRUE(Scan("d"));
+        EXPECT_TRUE(Entry("tool").VersionText.Empty());
+    }
+    ASSERT_TRUE(SAK_GetVersion(Path("d/tool")));
+    EXPECT_EQ(SAK_GetVersionFull.View(), "Tool 47.12 (1.2.2026) (c) me");
+    EXPECT_EQ(SAK_GetVersionName.View(), "Tool");
+    EXPECT_EQ(SAK_GetVersionDate.View(), "1.2.2026");
+    EXPECT_EQ(SAK_GetVersionComment.View(), "(c) me");
 }
 
 TEST_F(FileTypesTest, FileThatCannotBeOpenedKeepsItsPlainType) {
