@@ -93,7 +93,8 @@ const DataType* TypeListed(int drawer, const std::string& name) {
     if (!S_ISREG(facts.st_mode)) {
         return Fail(dos::ErrorObjectWrongType);
     }
-    return TypeOpened(file, name, facts.st_size);
+    // Files that the kernel makes up have no size: reading them costs time, some of them wait or act.
+    return facts.st_size == 0 ? Recognise({}, name, 0) : TypeOpened(file, name, facts.st_size);
 }
 
 // Names of a drawer's objects have no part that leads elsewhere.

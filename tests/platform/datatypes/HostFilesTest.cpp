@@ -128,6 +128,14 @@ TEST(HostFiles, WholeDrawerGivesWhatSingleFilesGive) {
     EXPECT_EQ(results.back(), nullptr);
 }
 
+TEST(HostFiles, FilesThatTheKernelMakesUpAreNotRead) {
+    const std::vector<std::string_view> names = {"status", "maps"};
+    std::vector<const DataType*> results(names.size());
+    datatypes::ObtainHostDrawerTypes("/proc/self", names, results);
+    EXPECT_EQ(results, std::vector<const DataType*>(names.size(), &datatypes::BinaryType()));
+    EXPECT_EQ(datatypes::ObtainHostFileType("/proc/self/status"), &datatypes::BinaryType());
+}
+
 TEST(HostFiles, SeveralThreadsMayTypeAtOnce) {
     const MixedDrawer mixed;
     std::vector<std::vector<const DataType*>> results(4);
