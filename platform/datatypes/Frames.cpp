@@ -12,15 +12,21 @@ namespace datatypes {
 namespace {
 
 constexpr std::uint64_t LongestWalk = std::uint64_t{1} << 30; // bytes of a file that are walked over
-constexpr std::uint32_t MostChunks = 1'000'000;
+constexpr std::uint32_t MostChunks = 100'000;
+constexpr std::uint32_t MostGifBlocks = 1'000'000; // 250 MB of full ones; tiny ones would take minutes
 
 std::uint64_t ColourTableSize(std::uint32_t flags) {
     return (flags & 0x80) != 0 ? std::uint64_t{3} << ((flags & 7) + 1) : 0;
 }
 
-// Where the blocks that start there end: each has its length before it, the last is empty.
-std::uint64_t SkipBlocks(ByteSource& source, std::uint64_t at) {
+// Where the blocks that start there end: each has its length before it, the last is empty. Without blocks
+// left to walk over it ends nowhere in the file.
+std::uint64_t SkipBlocks(ByteSource& source, std::uint64_t at, std::uint32_t& blocksLeft) {
     while (at < std::min(source.Size(), LongestWalk)) {
+        if (blocksLeft == 0) {
+            return LongestWalk;
+        }
+        --blocksLeft;
         const std::uint32_t length = U8(source.At(at, 1), 0);
         at += 1 + std::uint64_t{length};
         if (length == 0) {
@@ -33,16 +39,16 @@ std::uint64_t SkipBlocks(ByteSource& source, std::uint64_t at) {
 std::uint32_t GifFrames(ByteSource& source, std::uint32_t limit) {
     constexpr std::uint32_t extension = 0x21, image = 0x2C;
     std::uint64_t at = 13 + ColourTableSize(U8(source.At(10, 1), 0));
-    std::uint32_t frames = 0;
+    std::uint32_t frames = 0, blocksLeft = MostGifBlocks;
     while (frames < limit && at < LongestWalk) {
         const Bytes block = source.At(at, 10);
         const std::uint32_t kind = U8(block, 0);
         if (kind == extension) {
-            at = SkipBlocks(source, at + 2);
+            at = SkipBlocks(source, at + 2, blocksLeft);
         } else if (kind == image && block.size() == 10) {
             ++frames;
             // After the colour table one byte says how the pixels are packed.
-            at = SkipBlocks(source, at + 11 + ColourTableSize(U8(block, 9)));
+            at = SkipBlocks(source, at + 11 + ColourTableSize(U8(block, 9)), blocksLeft);
         } else {
             break;
         }

@@ -129,7 +129,17 @@ TEST(Pictures, FramesOfCutFilesAreThoseThatBegin) {
     const std::string gif = GifFrames(3);
     EXPECT_EQ(FramesOf(gif.substr(0, gif.size() - 3)), 3);
     EXPECT_EQ(FramesOf(gif.substr(0, 13 + 6)), 0);
-    EXPECT_EQ(FramesOf("GIF89a"s), 0);
+    EXPECT_EQ(FramesOf("GIF89a\1\0"s), 0);
+}
+
+TEST(Pictures, EndlessTinyBlocksAreNotFollowedToTheirEnd) {
+    std::string tiny;
+    for (int i = 0; i < 1'100'000; ++i) {
+        tiny += "\1x";
+    }
+    const std::string image = ",\0\0\0\0\1\0\1\0\0\2"s;
+    const std::string gif = "GIF89a\1\0\1\0\0\0\0"s + image + tiny + "\0"s + image + "\0;"s;
+    EXPECT_EQ(FramesOf(gif), 1);
 }
 
 TEST(Pictures, FilesThatAreNoPictureFailWithWrongType) {
