@@ -144,6 +144,13 @@ bool IsKickstart(const Specimen& file) {
 bool IsPackedByte(const Specimen& file) {
     return U8(file.Head, 3) <= 7;
 }
+// Four bytes say how many bits a distance has in each of the packer's modes.
+bool IsPowerPacked(const Specimen& file) {
+    const Bytes bits = file.Head.subspan(std::min<std::size_t>(4, file.Head.size()));
+    return bits.size() >= 4 && std::ranges::all_of(bits.first(4), [](std::byte b) {
+               return b >= std::byte{9} && b <= std::byte{13};
+           });
+}
 bool IsThx(const Specimen& file) {
     return U8(file.Head, 3) <= 3;
 }
@@ -225,7 +232,7 @@ constexpr std::array Rows = {
     ContentRow{{"LhA", System, "lha "}, {2, "-l"}, {}, IsLhA},
     ContentRow{{"PMA", System, "pma "}, {2, "-pm"}, {6, "-"}},
     ContentRow{{"LZX", System, "lzx "}, {0, "LZX"}, {}, IsPackedByte},
-    ContentRow{{"PP20", System, "pp20"}, {0, "PP20"}},
+    ContentRow{{"PP20", System, "pp20"}, {0, "PP20"}, {}, IsPowerPacked},
     ContentRow{{"PX20", System, "px20"}, {0, "PX20"}},
     ContentRow{{"XPK", System, "xpk "}, {0, "XPKF"}},
     ContentRow{{"IMP", System, "imp "}, {0, "IMP!"}},

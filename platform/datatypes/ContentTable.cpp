@@ -1,8 +1,11 @@
 #include "platform/datatypes/ContentTable.h"
 
+#include "platform/datatypes/TextForms.h"
 #include "platform/datatypes/TypeRegistry.h"
 
+#include <algorithm>
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace datatypes {
@@ -12,6 +15,7 @@ namespace {
 struct Entry {
     const ContentRow* Row;
     const DataType* Type; // the registered one: rows of one name share it
+    bool NeedsBinary;     // its mark alone could as well begin a line of text
 };
 
 // Rows with a mark at the start of the file by its first byte, the others apart.
@@ -20,12 +24,22 @@ struct Index {
     std::vector<Entry> Elsewhere;
 };
 
+bool IsPrintable(std::string_view mark) {
+    return std::ranges::all_of(mark, [](char c) { return c >= ' ' && c <= '~'; });
+}
+
+// What is behind a mark of letters has to show that they are no word, unless a second mark or a matcher does.
+bool MayBeWords(const ContentRow& row) {
+    return !row.First.Value.empty() && row.Second.Value.empty() && row.Match == nullptr &&
+           IsPrintable(row.First.Value);
+}
+
 void AddRows(Index& index, std::span<const ContentRow> rows) {
     for (const ContentRow& row : rows) {
         const bool atStart = row.First.Offset == 0 && !row.First.Value.empty();
         auto& list =
             atStart ? index.ByFirstByte[static_cast<unsigned char>(row.First.Value[0])] : index.Elsewhere;
-        list.push_back({&row, FindType(row.Type.Name)});
+        list.push_back({&row, FindType(row.Type.Name), MayBeWords(row)});
     }
 }
 
@@ -46,14 +60,30 @@ bool Fits(const ContentRow& row, const Specimen& specimen) {
            (row.Match == nullptr || row.Match(specimen));
 }
 
-ContentMatch FirstFit(std::span<const Entry> entries, const Specimen& specimen) {
-    for (const Entry& entry : entries) {
-        if (Fits(*entry.Row, specimen)) {
-            return {entry.Type, entry.Row->Holds};
+// A head whose being text is found out when it is first asked for.
+class Head {
+public:
+    explicit Head(const Specimen& specimen) noexcept : File(specimen) {}
+    [[nodiscard]] ContentMatch FirstFit(std::span<const Entry> entries) {
+        for (const Entry& entry : entries) {
+            if (Fits(*entry.Row, File) && !(entry.NeedsBinary && ReadsAsText())) {
+                return {entry.Type, entry.Row->Holds};
+            }
         }
+        return {};
     }
-    return {};
-}
+
+private:
+    [[nodiscard]] bool ReadsAsText() {
+        if (!Text) {
+            Text = IsText(File.Head);
+        }
+        return *Text;
+    }
+
+    const Specimen& File;
+    std::optional<bool> Text;
+};
 
 } // namespace
 
@@ -62,8 +92,9 @@ ContentMatch MatchContent(const Specimen& specimen) {
         return {};
     }
     const Index& index = RowIndex();
-    const ContentMatch match = FirstFit(index.ByFirstByte[U8(specimen.Head, 0)], specimen);
-    return match.Type != nullptr ? match : FirstFit(index.Elsewhere, specimen);
+    Head head(specimen);
+    const ContentMatch match = head.FirstFit(index.ByFirstByte[U8(specimen.Head, 0)]);
+    return match.Type != nullptr ? match : head.FirstFit(index.Elsewhere);
 }
 
 } // namespace datatypes

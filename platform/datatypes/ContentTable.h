@@ -28,6 +28,7 @@ struct Mark {
 
 using Matcher = bool (*)(const Specimen&);
 
+// A printable mark that stands alone, without a second one or a matcher, does not count in a text.
 struct ContentRow {
     DataType Type;
     Mark First;

@@ -71,10 +71,29 @@ bool IsJavaClass(const Specimen& file) {
     return Be32(file.Head, 4) > 43;
 }
 
-bool IsPdf(const Specimen& file) {
-    const std::string_view start = AsText(file.Head).substr(0, 1024);
-    return start.find("%PDF-") != std::string_view::npos;
+bool IsDigit(std::uint32_t c) {
+    return c >= '0' && c <= '9';
 }
+
+// Documents may be text from end to end, so the version has to follow.
+bool IsPdf(const Specimen& file) {
+    return IsDigit(U8(file.Head, 5)) && HasMark(file.Head, 6, ".");
+}
+// Up to a kilobyte of something else may stand before the document, but scripts hold the mark too.
+bool IsNamedPdf(const Specimen& file) {
+    const std::string_view start = AsText(file.Head).substr(0, 1024);
+    return file.Extension == "pdf" && start.find("%PDF-") != std::string_view::npos;
+}
+
+// The first value is a text: its length and a colon. Lists of trackers can fill the head with text.
+bool IsTorrent(const Specimen& file) {
+    std::size_t at = 11;
+    while (at < 15 && IsDigit(U8(file.Head, at))) {
+        ++at;
+    }
+    return at > 11 && HasMark(file.Head, at, ":");
+}
+
 bool IsTrueType(const Specimen& file) {
     return Be16(file.Head, 4) > 0 && Be16(file.Head, 4) < 128;
 }
@@ -130,7 +149,7 @@ constexpr std::array Rows = {
     ContentRow{{"SQLite", System, "sqli"}, {0, "SQLite format 3\0"sv}},
     ContentRow{{"SQUASHFS", System, "sqsh"}, {0, "hsqs"}},
     ContentRow{{"QCOW", System, "qcow"}, {0, "QFI\xFB"}},
-    ContentRow{{"Torrent", System, "torr"}, {0, "d8:announce"}},
+    ContentRow{{"Torrent", System, "torr"}, {0, "d8:announce"}, {}, IsTorrent},
     ContentRow{{"PCAP", System, "pcap"}, {0, "\xD4\xC3\xB2\xA1"}},
     ContentRow{{"PCAP", System, "pcap"}, {0, "\xA1\xB2\xC3\xD4"}},
     // Fonts
@@ -143,7 +162,7 @@ constexpr std::array Rows = {
     ContentRow{{"PCF", System, "pcf "}, {0, "\1fcp"}},
     ContentRow{{"Type 1", System, "pfb "}, {0, "\x80\1"}, {6, "%!"}},
     // Documents
-    ContentRow{{"PDF", Document, "pdf "}, {0, "%PDF-"}},
+    ContentRow{{"PDF", Document, "pdf "}, {0, "%PDF-"}, {}, IsPdf},
     ContentRow{{"DOC", Document, "doc "}, {0, "\xDB\xA5-\0"sv}},
     ContentRow{
         {"OLE", Document, "ole "}, {0, "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1"}, {}, nullptr, Container::Ole},
@@ -153,8 +172,7 @@ constexpr std::array Rows = {
     ContentRow{{"DjVu", Document, "djvu"}, {0, "AT&TFORM"}, {12, "DJV"}},
     ContentRow{{"CHM", Document, "chm "}, {0, "ITSF\3"}},
     ContentRow{{"MOBI", Document, "mobi"}, {60, "BOOKMOBI"}},
-    // A PDF may have up to a kilobyte of something else before it.
-    ContentRow{{"PDF", Document, "pdf "}, {}, {}, IsPdf},
+    ContentRow{{"PDF", Document, "pdf "}, {}, {}, IsNamedPdf},
 };
 
 } // namespace

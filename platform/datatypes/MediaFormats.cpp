@@ -51,11 +51,41 @@ bool IsTga(const Specimen& file) {
            Le16(h, 14) != 0;
 }
 
+bool IsBlank(std::uint32_t c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+bool IsDigit(std::uint32_t c) {
+    return c >= '0' && c <= '9';
+}
+
+// Where the number ends that stands there behind blanks and comments; 0 when there is none.
+std::size_t EndOfNumber(Bytes head, std::size_t at) {
+    const std::size_t start = at;
+    for (bool comment = false; comment || IsBlank(U8(head, at)) || U8(head, at) == '#'; ++at) {
+        if (at >= head.size()) {
+            return 0;
+        }
+        comment = (comment || U8(head, at) == '#') && U8(head, at) != '\n';
+    }
+    const std::size_t number = at;
+    while (IsDigit(U8(head, at))) {
+        ++at;
+    }
+    const bool ends = at >= head.size() || IsBlank(U8(head, at)) || U8(head, at) == '#';
+    return number > start && at > number && ends ? at : 0;
+}
+
+// Width and height follow, and the highest value of a pixel where that is not a bit.
 bool IsNetpbm(const Specimen& file) {
-    const std::uint32_t kind = U8(file.Head, 1), next = U8(file.Head, 2);
-    const std::uint32_t value = U8(file.Head, 3);
-    return kind >= '1' && kind <= '6' && (next == ' ' || (next >= '\t' && next <= '\r')) &&
-           ((value >= '0' && value <= '9') || value == '#');
+    const std::uint32_t kind = U8(file.Head, 1);
+    if (kind < '1' || kind > '6') {
+        return false;
+    }
+    std::size_t at = 2;
+    for (int numbers = kind == '1' || kind == '4' ? 2 : 3; numbers > 0 && at != 0; --numbers) {
+        at = EndOfNumber(file.Head, at);
+    }
+    return at != 0;
 }
 
 bool IsFlic(const Specimen& file) {
@@ -267,7 +297,7 @@ constexpr std::array Rows = {
     ContentRow{{"OpenEXR", Picture, "exr "}, {0, "\x76\x2F\x31\x01"}},
     ContentRow{{"DDS", Picture, "dds "}, {0, "DDS "}, {}, IsDds},
     ContentRow{{"QOI", Picture, "qoi "}, {0, "qoif"}},
-    ContentRow{{"FITS", Picture, "fits"}, {0, "SIMPLE  ="}},
+    ContentRow{{"FITS", Picture, "fits"}, {0, "SIMPLE  ="}, {80, "BITPIX  ="}},
     ContentRow{{"DPX", Picture, "dpx "}, {0, "SDPX"}},
     ContentRow{{"DPX", Picture, "dpx "}, {0, "XPDS"}},
     ContentRow{{"WMF", Picture, "wmf "}, {0, "\xD7\xCD\xC6\x9A"}},

@@ -131,6 +131,51 @@ TEST(Recognise, AsksForMoreThanAMarkWhereATextMayBeginAlike) {
     }
 }
 
+// A line of text that begins like a format, and the start of a file of that format.
+TEST(Recognise, TellsLinesFromFilesThatBeginWithTheSameLetters) {
+    struct Row {
+        const char* Line;
+        std::string Bytes;
+        const char* Type;
+    };
+    const std::string cpio(104, '0');
+    const std::string card = "SIMPLE  =                    T";
+    for (const Row& row : {
+             Row{"PP20 tickets are left", "PP20\x09\x0A\x0B\x0B packed"s, "PP20"},
+             {"IMP! and other devils", "IMP!\0\0\1\0"s, "IMP"},
+             {"S404 is on the second floor", "S404\0\0\0\0"s, "StoneCracker"},
+             {"LZIP is a packer", "LZIP\1\x0C"s, "LZIP"},
+             {"xar! he shouted", "xar!\0\x1C\0\1"s, "XAR"},
+             {"MMD1 modules have blocks", "MMD1\0\0\1\0"s, "MED"},
+             {"TTA1 is the mark of", "TTA1\1\0\2\0"s, "TTA"},
+             {"fLaC stands at the start", "fLaC\0\0\0\x22"s, "FLAC"},
+             {"070701 is a phone number", "070701" + cpio + "name\0"s, "CPIO"},
+             {"070707 is another", "070707" + cpio + "name\0"s, "CPIO"},
+             {"hsqs\n", "hsqs\7\0\0\0"s, "SQUASHFS"},
+             {"AmSp banks hold sprites", "AmSp\0\1\0\1"s, "AMOS Bank"},
+             {"PDSK is the disk packer", "PDSK\0\0\1\0"s, "PackDisk"},
+             {"qoif is lossless", "qoif\0\0\1\0\0\0\1\0\4\0"s, "QOI"},
+             {"IMPM is for trackers", "IMPMtitle\0\0"s, "Impulse Tracker"},
+             {"SDPX is in big endian", "SDPX\0\0\x08\0"s, "DPX"},
+             {"Warp v1.1 is out", "Warp v1.1\0\0"s, "WARP"},
+             {"MThd is how they start", "MThd\0\0\0\6"s, "MIDI"},
+             {"GIF89a is a format", "GIF89a\x40\1\0\1\xF7\0\0"s, "GIF"},
+             {"GIF87a was before", "GIF87a\x40\1\0\1\xF7\0\0"s, "GIF"},
+             {"P1 5 items", "P1\n# made by hand\n2 2\n1 0 0 1\n", "Netpbm"},
+             {"P3 5 items", "P3 2 2 255\n1 2 3\n", "Netpbm"},
+             {"P6 2 wheels", "P6\n#\n2 2\n255\n\1\2\3", "Netpbm"},
+             {"RIFF raff", "RIFF\x10\0\0\0QQQQ"s, "RIFF"},
+             {"SIMPLE  = easy", card + std::string(80 - card.size(), ' ') + "BITPIX  =     8", "FITS"},
+             {"d8:announce is a key", "d8:announce20:http://tracker.local/4:infod", "Torrent"},
+             {"%PDF-files are documents", "%PDF-1.4\nall of it text\n", "PDF"},
+             {"#!/bin/sh\nhead -c 5 $1 | grep %PDF-1\n", "\r\n%PDF-1.4\n", "PDF"},
+         }) {
+        EXPECT_TRUE(NameOf(row.Line, "x") == "ASCII" || NameOf(row.Line, "x") == "Script") << row.Line;
+        EXPECT_EQ(NameOf(row.Bytes, "x.pdf"), row.Type) << row.Line;
+    }
+    EXPECT_EQ(NameOf("A note\nabout %PDF-1.4 files", "note.txt"), "ASCII");
+}
+
 TEST(Recognise, NeedsNameAndSenseForFormatsWithoutMark) {
     std::string broken = OldModule();
     broken[20 + 25] = 65; // louder than there is
