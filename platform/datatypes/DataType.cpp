@@ -9,20 +9,19 @@ namespace {
 
 struct GroupRow {
     GroupId Group;
-    std::string_view Code;
     std::string_view Name;
 };
 
 constexpr std::array<GroupRow, 9> Groups = {{
-    {GroupId::System, "syst", "System"},
-    {GroupId::Text, "text", "Text"},
-    {GroupId::Document, "docu", "Document"},
-    {GroupId::Sound, "soun", "Sound"},
-    {GroupId::Instrument, "inst", "Instrument"},
-    {GroupId::Music, "musi", "Music"},
-    {GroupId::Picture, "pict", "Picture"},
-    {GroupId::Animation, "anim", "Animation"},
-    {GroupId::Movie, "movi", "Movie"},
+    {GroupId::System, "System"},
+    {GroupId::Text, "Text"},
+    {GroupId::Document, "Document"},
+    {GroupId::Sound, "Sound"},
+    {GroupId::Instrument, "Instrument"},
+    {GroupId::Music, "Music"},
+    {GroupId::Picture, "Picture"},
+    {GroupId::Animation, "Animation"},
+    {GroupId::Movie, "Movie"},
 }};
 
 const GroupRow& RowOf(GroupId group) {
@@ -34,9 +33,6 @@ const GroupRow& RowOf(GroupId group) {
 
 std::string_view GroupName(GroupId group) noexcept {
     return RowOf(group).Name;
-}
-std::string_view GroupCode(GroupId group) noexcept {
-    return RowOf(group).Code;
 }
 
 } // namespace datatypes

@@ -45,7 +45,5 @@ struct DataType {
 
 // "System", "Text", "Document", "Sound", "Instrument", "Music", "Picture", "Animation" or "Movie".
 [[nodiscard]] std::string_view GroupName(GroupId group) noexcept;
-// The four characters of the group, "pict".
-[[nodiscard]] std::string_view GroupCode(GroupId group) noexcept;
 
 } // namespace datatypes

@@ -4,10 +4,14 @@
 #include "platform/datatypes/Pictures.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/Limits.h"
 #include "platform/dos/Locks.h"
+#include "platform/dos/MountInfo.h"
 #include "platform/dos/Paths.h"
 
 #include <algorithm>
+#include <functional>
+#include <memory>
 #include <vector>
 
 namespace datatypes {
@@ -27,57 +31,107 @@ private:
     bool Before;
 };
 
-std::string HostPathOr(std::string_view path, std::string otherwise) {
-    const NoRequesters quiet;
-    return dos::HostPath(path).value_or(std::move(otherwise));
+// Where a file lies and whether it may be asked without a limit.
+struct HostPlace {
+    std::string Path;
+    std::string SlowMount; // empty: on a disk that answers
+};
+
+HostPlace PlaceOf(std::string path) {
+    const dos::MountRows rows = dos::Mounts();
+    const dos::MountRow* row = dos::MountOf(*rows, path);
+    return {std::move(path), row != nullptr && row->Slow ? row->Point : std::string()};
 }
+
+// The place of what the path leads to. A soft link on a disk that answers can lead to one that does not, so
+// dos follows it.
+std::optional<HostPlace> FindFile(std::string_view path) {
+    auto hostPath = dos::HostPath(path);
+    if (!hostPath) {
+        return std::nullopt;
+    }
+    HostPlace place = PlaceOf(std::move(*hostPath));
+    if (!place.SlowMount.empty() || !IsHostLink(place.Path)) {
+        return place;
+    }
+    const dos::FileLock target = dos::Lock(path);
+    hostPath = target ? dos::HostPath(dos::NameFromLock(target)) : std::nullopt;
+    return hostPath ? std::optional(PlaceOf(std::move(*hostPath))) : std::nullopt;
+}
+
+// Asks about the file, with a limit where it lies on a disk that may not answer; nothing when it does not.
+template <typename Result>
+Result AskFile(std::string_view path, const std::function<Result(const std::string& hostPath)>& ask) {
+    std::optional<HostPlace> place = FindFile(path);
+    if (!place) {
+        return Result{};
+    }
+    if (place->SlowMount.empty()) {
+        return ask(place->Path);
+    }
+    return dos::AskWithLimit<Result>(
+        place->SlowMount, [ask, hostPath = std::move(place->Path)](dos::Progress&) { return ask(hostPath); });
+}
+
+// Names that the drawer does not have as they stand are aliases of longer ones.
+const DataType* TypeOtherwise(const std::string& drawer, std::string_view name) {
+    const NoRequesters quiet;
+    const auto path = dos::AddPart(drawer, name);
+    return path ? ObtainDataType(*path) : nullptr;
+}
+
+// What a question that may be left behind hanging works on.
+struct SlowBatch {
+    std::string HostDrawer, Drawer;
+    std::vector<std::string> Names;
+    std::vector<const DataType*> Results{};
+
+    void Run(dos::Progress& progress) {
+        const std::vector<std::string_view> views(Names.begin(), Names.end());
+        Results.resize(views.size());
+        ObtainHostDrawerTypes(
+            HostDrawer, views, Results,
+            {.Otherwise = [this](std::string_view name) { return TypeOtherwise(Drawer, name); },
+             .Typed = [&progress] { progress.Beat(); }});
+    }
+};
 
 } // namespace
 
 const DataType* ObtainDataType(std::string_view path) {
-    const auto hostPath = dos::HostPath(path);
-    return hostPath ? ObtainHostFileType(*hostPath) : nullptr;
-}
-
-void ObtainDataTypes(std::span<const std::string> paths, std::span<const DataType*> results) {
-    const std::size_t count = std::min(paths.size(), results.size());
-    std::ranges::fill(results, nullptr);
-    // Relative paths start at the drawer of this thread, which helpers do not share.
-    std::vector<std::string> relative(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        if (paths[i].find(':') == std::string::npos) {
-            relative[i] = HostPathOr(paths[i], {});
-        }
-    }
-    TypeOnAllCores(results.first(count), [&](std::size_t i) -> const DataType* {
-        const bool isRelative = paths[i].find(':') == std::string::npos;
-        return ObtainHostFileType(isRelative ? relative[i] : HostPathOr(paths[i], {}));
-    });
+    return AskFile<const DataType*>(path, ObtainHostFileType);
 }
 
 void ObtainDataTypes(std::string_view drawer, std::span<const std::string_view> names,
                      std::span<const DataType*> results) {
     std::ranges::fill(results, nullptr);
-    const auto hostDrawer = dos::HostPath(drawer);
+    auto hostDrawer = dos::HostPath(drawer);
     if (!hostDrawer) {
         return;
     }
-    // Names that the drawer does not have as they stand are aliases of longer ones.
+    const HostPlace place = PlaceOf(std::move(*hostDrawer));
     const std::string base(drawer);
-    ObtainHostDrawerTypes(*hostDrawer, names, results, [&base](std::string_view name) {
-        const auto path = dos::AddPart(base, name);
-        return path ? HostPathOr(*path, {}) : std::string();
-    });
+    if (place.SlowMount.empty()) {
+        ObtainHostDrawerTypes(place.Path, names, results, {.Otherwise = [&base](std::string_view name) {
+                                  return TypeOtherwise(base, name);
+                              }});
+        return;
+    }
+    const auto batch = std::make_shared<SlowBatch>(SlowBatch{place.Path, base, {names.begin(), names.end()}});
+    if (dos::RunWithLimit(place.SlowMount, [batch](dos::Progress& progress) { batch->Run(progress); })) {
+        std::ranges::copy_n(batch->Results.begin(),
+                            static_cast<std::ptrdiff_t>(std::min(results.size(), batch->Results.size())),
+                            results.begin());
+    }
 }
 
 std::optional<PictureSize> GetPictureSize(std::string_view path) {
-    const auto hostPath = dos::HostPath(path);
-    return hostPath ? HostPictureSize(*hostPath) : std::nullopt;
+    return AskFile<std::optional<PictureSize>>(path, HostPictureSize);
 }
 
 std::optional<std::uint32_t> CountFrames(std::string_view path, std::uint32_t limit) {
-    const auto hostPath = dos::HostPath(path);
-    return hostPath ? HostFrameCount(*hostPath, limit) : std::nullopt;
+    return AskFile<std::optional<std::uint32_t>>(
+        path, [limit](const std::string& hostPath) { return HostFrameCount(hostPath, limit); });
 }
 
 std::optional<std::uint32_t> GetFrameCount(std::string_view path) {

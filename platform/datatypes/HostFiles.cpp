@@ -81,10 +81,11 @@ const DataType* TypeAt(int drawer, const std::string& path) {
 
 // A listing has just said that this is a regular file, so it is opened at once: asking by name first would be
 // a seventh of the whole time. What does not open this way, a link above all, takes the careful road.
-const DataType* TypeListed(int drawer, const std::string& name) {
+const DataType* TypeListed(int drawer, const std::string& name, const DrawerTyping& typing) {
     const Descriptor file(openat(drawer, name.c_str(), ReadWithoutWaiting | O_NOFOLLOW));
     if (file.Get() < 0) {
-        return TypeAt(drawer, name);
+        const bool elsewhere = errno == ELOOP || errno == ENOENT;
+        return elsewhere && typing.Otherwise ? typing.Otherwise(name) : TypeAt(drawer, name);
     }
     struct stat facts = {};
     if (fstat(file.Get(), &facts) != 0) {
@@ -108,39 +109,7 @@ std::size_t ThreadsFor(std::size_t files) {
     return std::clamp<std::size_t>(files / FilesPerThread, 1, cores);
 }
 
-} // namespace
-
-const DataType* ObtainHostFileType(std::string_view hostPath) {
-    if (hostPath.empty() || hostPath.find('\0') != hostPath.npos) {
-        return Fail(dos::ErrorObjectNotFound);
-    }
-    return TypeAt(AT_FDCWD, std::string(hostPath));
-}
-
-void ObtainHostDrawerTypes(const std::string& hostDrawer, std::span<const std::string_view> names,
-                           std::span<const DataType*> results, const OtherPath& otherPath) {
-    const std::size_t count = std::min(names.size(), results.size());
-    std::ranges::fill(results, nullptr);
-    if (count == 0) {
-        return;
-    }
-    const Descriptor drawer(open(hostDrawer.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (drawer.Get() < 0) {
-        FailWithErrno();
-        return;
-    }
-    TypeOnAllCores(results.first(count), [&](std::size_t i) -> const DataType* {
-        if (!IsObjectName(names[i])) {
-            return Fail(dos::ErrorObjectNotFound);
-        }
-        const DataType* type = TypeListed(drawer.Get(), std::string(names[i]));
-        if (type == nullptr && otherPath && dos::IoErr() == dos::ErrorObjectNotFound) {
-            return ObtainHostFileType(otherPath(names[i]));
-        }
-        return type;
-    });
-}
-
+// Fills results by calling typeOf with every index, on several threads for more than a few.
 void TypeOnAllCores(std::span<const DataType*> results,
                     const std::function<const DataType*(std::size_t)>& typeOf) {
     std::atomic<std::size_t> next = 0;
@@ -162,6 +131,44 @@ void TypeOnAllCores(std::span<const DataType*> results,
         }
     }
     work();
+}
+
+} // namespace
+
+const DataType* ObtainHostFileType(std::string_view hostPath) {
+    if (hostPath.empty() || hostPath.find('\0') != hostPath.npos) {
+        return Fail(dos::ErrorObjectNotFound);
+    }
+    return TypeAt(AT_FDCWD, std::string(hostPath));
+}
+
+bool IsHostLink(const std::string& hostPath) noexcept {
+    struct stat facts = {};
+    return lstat(hostPath.c_str(), &facts) == 0 && S_ISLNK(facts.st_mode);
+}
+
+void ObtainHostDrawerTypes(const std::string& hostDrawer, std::span<const std::string_view> names,
+                           std::span<const DataType*> results, const DrawerTyping& typing) {
+    const std::size_t count = std::min(names.size(), results.size());
+    std::ranges::fill(results, nullptr);
+    if (count == 0) {
+        return;
+    }
+    const Descriptor drawer(open(hostDrawer.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (drawer.Get() < 0) {
+        FailWithErrno();
+        return;
+    }
+    TypeOnAllCores(results.first(count), [&](std::size_t i) -> const DataType* {
+        if (!IsObjectName(names[i])) {
+            return Fail(dos::ErrorObjectNotFound);
+        }
+        const DataType* type = TypeListed(drawer.Get(), std::string(names[i]), typing);
+        if (typing.Typed) {
+            typing.Typed();
+        }
+        return type;
+    });
 }
 
 } // namespace datatypes

@@ -14,16 +14,18 @@ namespace datatypes {
 // The type of the host file; null with IoErr as in DataTypes.h.
 [[nodiscard]] const DataType* ObtainHostFileType(std::string_view hostPath);
 
+// Whether a soft link lies there; what it leads to is not looked at.
+[[nodiscard]] bool IsHostLink(const std::string& hostPath) noexcept;
+
 // The types of the named files of a host drawer, on several threads. The names are those of regular files in
 // a listing: they are opened without a further question, which would wake a device. results has one place per
-// name, null for what cannot be examined. A name that is not there is looked for once more at the
-// host path that otherPath gives for it, where one is given; otherPath is called on any thread.
-using OtherPath = std::function<std::string(std::string_view name)>;
+// name, null for what cannot be examined.
+struct DrawerTyping {
+    // Types a name that is not there or is a soft link; without it links are followed as they stand.
+    std::function<const DataType*(std::string_view name)> Otherwise{};
+    std::function<void()> Typed{}; // after each file, for who waits only as long as it goes on
+};                                 // both are called on any thread
 void ObtainHostDrawerTypes(const std::string& hostDrawer, std::span<const std::string_view> names,
-                           std::span<const DataType*> results, const OtherPath& otherPath = {});
-
-// Fills results by calling typeOf with every index, on several threads for more than a few.
-void TypeOnAllCores(std::span<const DataType*> results,
-                    const std::function<const DataType*(std::size_t)>& typeOf);
+                           std::span<const DataType*> results, const DrawerTyping& typing = {});
 
 } // namespace datatypes

@@ -19,7 +19,7 @@ struct PictureSize {
 
 inline constexpr std::uint32_t NoFrameLimit = 0xFFFFFFFF;
 
-// Nothing with IoErr when the file cannot be read (as ObtainDataType), or when it is no picture
+// Nothing with IoErr when the file cannot be read (as ObtainDataType, 226 too), or when it is no picture
 // or animation whose header is understood (212).
 [[nodiscard]] std::optional<PictureSize> GetPictureSize(std::string_view path);
 

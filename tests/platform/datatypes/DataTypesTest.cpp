@@ -1,16 +1,14 @@
-// The calls by AmigaDOS path, over a dos of the test's own: a path "Test:name" is a file of the
-// drawer, "Test:alias" stands for "real", and a path without a device starts at the drawer only on
-// the thread that set it.
+// The calls by AmigaDOS path: aliases, soft links, missing volumes and disks that do not answer.
 #include "platform/datatypes/DataTypes.h"
 
 #include "platform/datatypes/Pictures.h"
-#include "platform/dos/Errors.h"
-#include "platform/dos/HostPaths.h"
-#include "platform/dos/Locks.h"
-#include "tests/platform/datatypes/TempDrawer.h"
+#include "platform/dos/Limits.h"
+#include "platform/dos/MountInfo.h"
+#include "tests/platform/dos/DosTest.h"
 
-#include <atomic>
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <latch>
 #include <vector>
 
 namespace {
@@ -18,82 +16,88 @@ namespace {
 using namespace std::string_literals;
 using datatypes::DataType;
 
-std::string Root;
-thread_local std::string CurrentRoot;
-thread_local bool Requesters = true;
-std::atomic<int> Asked; // paths of missing volumes looked up while requesters were on
-
 const std::string Gif = "GIF89a\1\0\1\0\0\0\0;"s;
+std::string MountList; // host path of a text that stands for the host's list of mounts
 
-} // namespace
-
-namespace dos {
-
-std::optional<std::string> HostPath(std::string_view path) {
-    if (path.starts_with("Missing:")) {
-        Asked += Requesters ? 1 : 0;
-        SetIoErr(ErrorDeviceNotMounted);
-        return std::nullopt;
-    }
-    if (path.starts_with("Test:")) {
-        path.remove_prefix(5);
-        return Root + "/" + std::string(path == "alias" ? "real" : path);
-    }
-    return CurrentRoot.empty() ? std::nullopt : std::optional(CurrentRoot + "/" + std::string(path));
-}
-
-bool SetRequesters(bool on) {
-    return std::exchange(Requesters, on);
-}
-
-} // namespace dos
-
-namespace {
-
-class DataTypes : public testing::Test {
+class DataTypes : public DosTest {
 protected:
     DataTypes() {
-        Root = CurrentRoot = Drawer.Root;
-        Drawer.Write("real", Gif);
+        Tree.Write("real", Gif);
+        Tree.Write("net/picture", Gif);
+        Tree.Link("link", "real");
+        Tree.Link("far", "net/picture");
     }
-    TempDrawer Drawer;
+    ~DataTypes() override {
+        if (!MountList.empty()) {
+            dos::Host() = dos::RealHost();
+            dos::ForgetMounts();
+            MountList.clear();
+        }
+    }
+    // From now on "net" is a mount of another machine.
+    void MountNet() {
+        MountList = Tree.Path("mountinfo");
+        Tree.Write("mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n2 1 0:9 / " + Tree.Path("net") +
+                                    " rw - fuse.sshfs machine: rw\n");
+        Calls().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+            const bool list = std::string_view(name) == "/proc/self/mountinfo";
+            return dos::RealHost().Openat(drawer, list ? MountList.c_str() : name, flags, mode);
+        };
+        dos::ForgetMounts();
+    }
+    static std::vector<const DataType*> TypesIn(std::string_view drawer,
+                                                std::vector<std::string_view> names) {
+        std::vector<const DataType*> results(names.size());
+        datatypes::ObtainDataTypes(drawer, names, results);
+        return results;
+    }
 };
 
 TEST_F(DataTypes, ComeFromAmigaDosPaths) {
     const DataType* type = datatypes::ObtainDataType("Test:real");
     ASSERT_NE(type, nullptr);
     EXPECT_EQ(type->Name, "GIF");
-    EXPECT_EQ(datatypes::GetPictureSize("Test:real"), (datatypes::PictureSize{1, 1, 1}));
+    EXPECT_EQ(datatypes::ObtainDataType("Test:link"), type);
+    EXPECT_EQ(datatypes::GetPictureSize("Test:link"), (datatypes::PictureSize{1, 1, 1}));
     EXPECT_EQ(datatypes::GetFrameCount("Test:real"), 0);
     EXPECT_EQ(datatypes::ObtainDataType("Missing:x"), nullptr);
     EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
 }
 
-TEST_F(DataTypes, ManyPathsMayBeRelativeAndOnMissingVolumes) {
-    std::vector<std::string> paths(1000, "real");
-    for (std::size_t i = 0; i < paths.size(); i += 3) {
-        paths[i] = "Test:real";
-        paths[i + 2 < paths.size() ? i + 2 : i] = "Missing:x";
-    }
-    std::vector<const DataType*> results(paths.size());
-    Asked = 0;
-    datatypes::ObtainDataTypes(paths, results);
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-        ASSERT_EQ(results[i] == nullptr, paths[i] == "Missing:x") << i;
-    }
-    EXPECT_EQ(Asked, 0);
-    EXPECT_TRUE(Requesters);
+TEST_F(DataTypes, NamesOfADrawerMayBeAliasesAndLinks) {
+    Tree.Write("with:colon", Gif);
+    const auto names = NamesIn("Test:");
+    const auto alias = std::ranges::find_if(names, [](const auto& name) { return name.starts_with("with"); });
+    ASSERT_NE(alias, names.end());
+    const auto types = TypesIn("Test:", {"real", "link", "missing", *alias});
+    ASSERT_NE(types[0], nullptr);
+    EXPECT_EQ(types[1], types[0]);
+    EXPECT_EQ(types[2], nullptr);
+    EXPECT_EQ(types[3], types[0]);
+    EXPECT_EQ(TypesIn("Missing:", {"a"}), std::vector<const DataType*>{nullptr});
 }
 
-TEST_F(DataTypes, NamesOfADrawerMayBeAliases) {
-    const std::vector<std::string_view> names = {"real", "alias", "missing"};
-    std::vector<const DataType*> results(names.size());
-    datatypes::ObtainDataTypes("Test:", names, results);
-    ASSERT_NE(results[0], nullptr);
-    EXPECT_EQ(results[0], results[1]);
-    EXPECT_EQ(results[2], nullptr);
-    datatypes::ObtainDataTypes("Missing:", names, results);
-    EXPECT_EQ(results, std::vector<const DataType*>(names.size(), nullptr));
+TEST_F(DataTypes, DiskThatDoesNotAnswerHasNoTypesAndHoldsNobodyUp) {
+    MountNet();
+    const DataType* gif = datatypes::ObtainDataType("Test:net/picture");
+    ASSERT_NE(gif, nullptr);
+    EXPECT_EQ(TypesIn("Test:net", {"picture", "missing"}), (std::vector<const DataType*>{gif, nullptr}));
+    EXPECT_EQ(TypesIn("Test:", {"real", "far"}), (std::vector<const DataType*>{gif, gif}));
+    const auto dead = std::make_shared<std::latch>(1);
+    ASSERT_FALSE(dos::RunWithLimit(Tree.Path("net"), [dead](dos::Progress&) { dead->wait(); }));
+    // Whatever would be asked directly now would get an answer.
+    EXPECT_EQ(TypesIn("Test:net", {"picture"}), std::vector<const DataType*>{nullptr});
+    EXPECT_EQ(TypesIn("Test:", {"real", "far"}), (std::vector<const DataType*>{gif, nullptr}));
+    for (const char* path : {"Test:net/picture", "Test:far"}) {
+        EXPECT_EQ(datatypes::ObtainDataType(path), nullptr) << path;
+        EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk) << path;
+        EXPECT_FALSE(datatypes::GetPictureSize(path)) << path;
+        EXPECT_FALSE(datatypes::CountFrames(path, 2)) << path;
+    }
+    dead->count_down();
+    while (!dos::RunWithLimit(Tree.Path("net"), [](dos::Progress&) {})) {
+    }
+    EXPECT_EQ(datatypes::ObtainDataType("Test:far"), gif);
 }
 
 } // namespace

@@ -170,17 +170,21 @@ TEST(HostFiles, MissingDrawerGivesNoTypes) {
     EXPECT_EQ(results[0], nullptr);
 }
 
-TEST(HostFiles, NameThatIsNotThereIsLookedForAtItsOtherPath) {
+TEST(HostFiles, NamesThatAreNoFilesOfTheDrawerAreLeftToTheCaller) {
     const TempDrawer drawer;
-    drawer.Write("the long name", Gif);
-    const std::vector<std::string_view> names = {"the~1", "missing"};
+    drawer.Write("real", "text");
+    std::filesystem::create_symlink("real", drawer.Path("link"));
+    const std::vector<std::string_view> names = {"the~1", "missing", "link", "real"};
     std::vector<const DataType*> results(names.size());
-    datatypes::ObtainHostDrawerTypes(drawer.Root, names, results, [&](std::string_view name) {
-        return name == "the~1" ? drawer.Path("the long name") : ""s;
-    });
-    ASSERT_NE(results[0], nullptr);
-    EXPECT_EQ(results[0]->Name, "GIF");
-    EXPECT_EQ(results[1], nullptr);
+    int typed = 0;
+    datatypes::ObtainHostDrawerTypes(
+        drawer.Root, names, results,
+        {.Otherwise =
+             [](std::string_view name) { return name == "missing" ? nullptr : &datatypes::BinaryType(); },
+         .Typed = [&typed] { ++typed; }});
+    EXPECT_EQ(results, (std::vector<const DataType*>{&datatypes::BinaryType(), nullptr,
+                                                     &datatypes::BinaryType(), &datatypes::AsciiType()}));
+    EXPECT_EQ(typed, 4);
 }
 
 } // namespace

@@ -27,7 +27,7 @@ TEST_P(Samples, HaveTheirType) {
     const datatypes::DataType* type = datatypes::ObtainHostFileType(Path());
     ASSERT_NE(type, nullptr);
     EXPECT_EQ(type->Name, GetParam().Name);
-    EXPECT_EQ(datatypes::GroupCode(type->Group), GetParam().Group);
+    EXPECT_EQ(static_cast<std::uint32_t>(type->Group), datatypes::FourCharacters(GetParam().Group));
 }
 
 TEST_P(Samples, TellSizeAndFrames) {
