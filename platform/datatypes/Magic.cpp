@@ -1,6 +1,7 @@
 #include "platform/datatypes/Magic.h"
 
 #include "platform/datatypes/MimeTypes.h"
+#include "platform/datatypes/RecentAnswers.h"
 
 #include <algorithm>
 #include <bitset>
@@ -8,6 +9,7 @@
 #include <magic.h>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -111,6 +113,19 @@ void PutCookieBack(Cookie cookie) {
     pool.AtRest.push_back(std::move(cookie));
 }
 
+const DataType* AskDatabase(Bytes bytes) {
+    Cookie cookie = TakeCookie();
+    if (cookie == nullptr) {
+        return nullptr;
+    }
+    const char* mime = magic_buffer(cookie.get(), bytes.data(), bytes.size());
+    const std::string answer = mime == nullptr ? "" : mime;
+    PutCookieBack(std::move(cookie));
+    // Programs have marks of their own; what is left are single bytes taken for instructions.
+    const bool guess = answer == "application/x-dosexec" || answer == "application/zlib";
+    return guess ? nullptr : TypeForMime(answer);
+}
+
 bool IsLetter(std::byte b) {
     const char c = static_cast<char>(b);
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == ' ';
@@ -149,16 +164,16 @@ const DataType* TypeByMagic(Bytes head) {
     if (!HasStructure(head)) {
         return nullptr;
     }
-    Cookie cookie = TakeCookie();
-    if (cookie == nullptr) {
-        return nullptr;
+    // Two different heads with one hash are less likely than a wrong mark in the database.
+    static RecentAnswers<std::size_t, const DataType*> answers;
+    const Bytes asked = head.first(std::min(head.size(), BytesAsked));
+    const std::size_t key = std::hash<std::string_view>{}(AsText(asked));
+    std::optional<const DataType*> type = answers.Find(key);
+    if (!type) {
+        type = AskDatabase(asked);
+        answers.Keep(key, *type);
     }
-    const char* mime = magic_buffer(cookie.get(), head.data(), std::min(head.size(), BytesAsked));
-    const std::string answer = mime == nullptr ? "" : mime;
-    PutCookieBack(std::move(cookie));
-    // Programs have marks of their own; what is left are single bytes taken for instructions.
-    const bool guess = answer == "application/x-dosexec" || answer == "application/zlib";
-    return guess ? nullptr : TypeForMime(answer);
+    return *type;
 }
 
 } // namespace datatypes

@@ -1,4 +1,5 @@
-// The host's magic database, the last to be asked: it is slow (0.2 ms a file) and large. One mapping
+// The host's magic database, the last to be asked: it is slow (0.2 ms a question, so the
+// answers for heads seen lately are kept) and large. One mapping
 // of it serves all threads, made at the first question.
 #pragma once
 

@@ -2,34 +2,29 @@
 
 #include "platform/datatypes/KnownNames.h"
 #include "platform/datatypes/MimeTypes.h"
+#include "platform/datatypes/RecentAnswers.h"
 
 #include <algorithm>
-#include <mutex>
-#include <shared_mutex>
+#include <memory>
 #include <string>
-#include <unordered_map>
 
 namespace datatypes {
 
 namespace {
 
-// Answers for extensions as they stand (".C" is not ".c"). Drawers of numbered files must not fill
-// the memory.
-struct Answers {
-    static constexpr std::size_t Most = 4096;
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const noexcept {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-    std::unordered_map<std::string, NameMeaning, Hash, std::equal_to<>> ByExtension;
-    std::shared_mutex Lock;
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const noexcept {
+        return std::hash<std::string_view>{}(text);
+    }
 };
 
-Answers& Kept() {
-    static Answers answers;
-    return answers;
+// Meanings of extensions as they stand (".C" is not ".c"); null where nobody knows one, since those are many.
+using Meanings = RecentAnswers<std::string, std::shared_ptr<const NameMeaning>, TextHash>;
+
+Meanings& Kept() {
+    static Meanings meanings;
+    return meanings;
 }
 
 // Long numbers are parts of a series and no type.
@@ -65,19 +60,13 @@ NameMeaning MeaningOfName(const Specimen& specimen) {
         return {};
     }
     const std::string_view raw = specimen.Name.substr(specimen.Name.size() - specimen.Extension.size());
-    Answers& answers = Kept();
-    {
-        const std::shared_lock guard(answers.Lock);
-        if (const auto known = answers.ByExtension.find(raw); known != answers.ByExtension.end()) {
-            return known->second;
-        }
+    auto meaning = Kept().Find(raw);
+    if (!meaning) {
+        const NameMeaning found = FindMeaning(raw, specimen.Extension);
+        meaning = found.Known ? std::make_shared<const NameMeaning>(found) : nullptr;
+        Kept().Keep(std::string(raw), *meaning);
     }
-    const NameMeaning meaning = FindMeaning(raw, specimen.Extension);
-    const std::unique_lock guard(answers.Lock);
-    if (answers.ByExtension.size() < Answers::Most) {
-        answers.ByExtension.emplace(raw, meaning);
-    }
-    return meaning;
+    return *meaning != nullptr ? **meaning : NameMeaning{};
 }
 
 } // namespace datatypes

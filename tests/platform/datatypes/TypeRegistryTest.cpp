@@ -99,6 +99,16 @@ TEST(TypeRegistry, ExtensionsOfTheHostGiveProperTypes) {
     }
 }
 
+// Names are looked up in the plain list of patterns before the database itself is asked.
+TEST(TypeRegistry, ExtensionsInAnyPatternOfTheHostAreKnown) {
+    for (const char* extension : {"jpg", "JPG", "c", "C", "1", "anim3", "blend"}) {
+        EXPECT_TRUE(datatypes::MeaningOfExtension(extension).Known) << extension;
+    }
+    for (const char* extension : {"q1", "zzzz", "jpgjpg", "anim0"}) {
+        EXPECT_FALSE(datatypes::MeaningOfExtension(extension).Known) << extension;
+    }
+}
+
 TEST(TypeRegistry, GroupsHaveNamesAndTheirCodesAsNumbers) {
     EXPECT_EQ(datatypes::GroupName(GroupId::Instrument), "Instrument");
     EXPECT_EQ(static_cast<std::uint32_t>(GroupId::Picture), 0x70696374U);
