@@ -31,7 +31,7 @@ private:
     bool Before;
 };
 
-// Where a file lies and whether it may be asked without a limit.
+// Where an object lies and whether it may be asked without a limit.
 struct HostPlace {
     std::string Path;
     std::string SlowMount; // empty: on a disk that answers
@@ -45,7 +45,7 @@ HostPlace PlaceOf(std::string path) {
 
 // The place of what the path leads to. A soft link on a disk that answers can lead to one that does not, so
 // dos follows it.
-std::optional<HostPlace> FindFile(std::string_view path) {
+std::optional<HostPlace> FindObject(std::string_view path) {
     auto hostPath = dos::HostPath(path);
     if (!hostPath) {
         return std::nullopt;
@@ -62,7 +62,7 @@ std::optional<HostPlace> FindFile(std::string_view path) {
 // Asks about the file, with a limit where it lies on a disk that may not answer; nothing when it does not.
 template <typename Result>
 Result AskFile(std::string_view path, const std::function<Result(const std::string& hostPath)>& ask) {
-    std::optional<HostPlace> place = FindFile(path);
+    std::optional<HostPlace> place = FindObject(path);
     if (!place) {
         return Result{};
     }
@@ -105,20 +105,20 @@ const DataType* ObtainDataType(std::string_view path) {
 void ObtainDataTypes(std::string_view drawer, std::span<const std::string_view> names,
                      std::span<const DataType*> results) {
     std::ranges::fill(results, nullptr);
-    auto hostDrawer = dos::HostPath(drawer);
-    if (!hostDrawer) {
+    const std::optional<HostPlace> place = FindObject(drawer);
+    if (!place) {
         return;
     }
-    const HostPlace place = PlaceOf(std::move(*hostDrawer));
     const std::string base(drawer);
-    if (place.SlowMount.empty()) {
-        ObtainHostDrawerTypes(place.Path, names, results, {.Otherwise = [&base](std::string_view name) {
+    if (place->SlowMount.empty()) {
+        ObtainHostDrawerTypes(place->Path, names, results, {.Otherwise = [&base](std::string_view name) {
                                   return TypeOtherwise(base, name);
                               }});
         return;
     }
-    const auto batch = std::make_shared<SlowBatch>(SlowBatch{place.Path, base, {names.begin(), names.end()}});
-    if (dos::RunWithLimit(place.SlowMount, [batch](dos::Progress& progress) { batch->Run(progress); })) {
+    const auto batch =
+        std::make_shared<SlowBatch>(SlowBatch{place->Path, base, {names.begin(), names.end()}});
+    if (dos::RunWithLimit(place->SlowMount, [batch](dos::Progress& progress) { batch->Run(progress); })) {
         std::ranges::copy_n(batch->Results.begin(),
                             static_cast<std::ptrdiff_t>(std::min(results.size(), batch->Results.size())),
                             results.begin());

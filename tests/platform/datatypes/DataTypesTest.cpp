@@ -26,6 +26,7 @@ protected:
         Tree.Write("net/picture", Gif);
         Tree.Link("link", "real");
         Tree.Link("far", "net/picture");
+        Tree.Link("away", "net");
     }
     ~DataTypes() override {
         if (!MountList.empty()) {
@@ -86,7 +87,9 @@ TEST_F(DataTypes, DiskThatDoesNotAnswerHasNoTypesAndHoldsNobodyUp) {
     const auto dead = std::make_shared<std::latch>(1);
     ASSERT_FALSE(dos::RunWithLimit(Tree.Path("net"), [dead](dos::Progress&) { dead->wait(); }));
     // Whatever would be asked directly now would get an answer.
-    EXPECT_EQ(TypesIn("Test:net", {"picture"}), std::vector<const DataType*>{nullptr});
+    for (const char* path : {"Test:net", "Test:away"}) {
+        EXPECT_EQ(TypesIn(path, {"picture"}), std::vector<const DataType*>{nullptr}) << path;
+    }
     EXPECT_EQ(TypesIn("Test:", {"real", "far"}), (std::vector<const DataType*>{gif, nullptr}));
     for (const char* path : {"Test:net/picture", "Test:far"}) {
         EXPECT_EQ(datatypes::ObtainDataType(path), nullptr) << path;
