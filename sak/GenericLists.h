@@ -141,7 +141,7 @@ public:
     };
 
     // A range-for over a list leaves the cursor alone and takes no lock: for loops on the list's
-    // own thread that add and delete nothing.
+    // own thread that leave the list as it is.
     [[nodiscard]] Iterator begin() const noexcept { return Iterator(Core.Begin()); }
     [[nodiscard]] Iterator end() const noexcept { return Iterator(); }
 
