@@ -145,7 +145,7 @@ TEST_F(ExamineTest, ShortRecordsTellFilesFromDrawers) {
 }
 
 TEST_F(ExamineTest, FullRecordsHaveTypeAndBits) {
-    File("picture.gif", "GIF89a");
+    File("picture.gif", std::string_view("GIF89a\x01\x00\x01\x00\x80\x00\x00", 13));
     ASSERT_TRUE(ExamineSingleFull(Path("picture.gif"), WithType::No));
     EXPECT_TRUE(ExamineSingleNode->DatatypeName.Empty());
     ASSERT_TRUE(ExamineSingleFull(Path("picture.gif"), WithType::Yes));
