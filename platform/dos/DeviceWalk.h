@@ -64,6 +64,18 @@ auto AtEachPlace(std::string_view path, Deed deed) {
     return result;
 }
 
+inline constexpr std::size_t LongestPath = 1023; // bytes, what programs have room for
+
+// The same for a deed that changes something. A path that does not fit is refused (120): some
+// caller could have cut it, and the deed would hit another object.
+template <typename Deed>
+auto AtEachPlaceToChange(std::string_view path, Deed deed) {
+    if (path.size() <= LongestPath)
+        return AtEachPlace(path, deed);
+    SetIoErr(ErrorLineTooLong);
+    return decltype(AtEachPlace(path, deed)){};
+}
+
 // "The handler cannot do that."
 inline void RefuseAction() {
     SetIoErr(ErrorActionNotKnown);

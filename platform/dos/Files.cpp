@@ -5,13 +5,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace dos {
 
 namespace {
 
 constexpr std::size_t ReadStep = 1u << 16; // bytes
+
+std::int64_t RefuseHandle() {
+    SetIoErr(ErrorInvalidLock);
+    return -1;
+}
 
 } // namespace
 
@@ -21,30 +25,44 @@ FileHandle::FileHandle(FileHandle&&) noexcept = default;
 FileHandle& FileHandle::operator=(FileHandle&&) noexcept = default;
 FileHandle::~FileHandle() = default;
 
-FileHandle OpenOld(std::string_view path) {
-    return FileHandle(AtEachPlace(path, [](const DeviceWalk& walk) -> std::unique_ptr<Stream> {
-        if (walk.Owner().OpenOld)
-            return walk.Owner().OpenOld(walk.Start(), walk.Rest());
+FileHandle Open(std::string_view path, OpenMode mode) {
+    const auto open = [mode](const DeviceWalk& walk) -> std::unique_ptr<Stream> {
+        if (walk.Owner().Open)
+            return walk.Owner().Open(walk.Start(), walk.Rest(), mode);
         RefuseAction();
         return nullptr;
-    }));
+    };
+    return FileHandle(mode == OpenMode::Old ? AtEachPlace(path, open) : AtEachPlaceToChange(path, open));
+}
+
+FileHandle OpenOld(std::string_view path) {
+    return Open(path, OpenMode::Old);
 }
 
 std::int64_t Read(FileHandle& file, std::span<std::byte> buffer) {
-    if (!file.Source) {
-        SetIoErr(ErrorInvalidLock);
-        return -1;
-    }
-    return file.Source->Read(buffer);
+    return file.Source ? file.Source->Read(buffer) : RefuseHandle();
+}
+
+std::int64_t Write(FileHandle& file, std::span<const std::byte> bytes) {
+    return file.Source ? file.Source->Write(bytes) : RefuseHandle();
 }
 
 std::int64_t Seek(FileHandle& file, std::int64_t offset, SeekFrom from) {
-    constexpr std::array<int, 3> Origins = {SEEK_SET, SEEK_CUR, SEEK_END};
-    if (!file.Source) {
-        SetIoErr(ErrorInvalidLock);
-        return -1;
-    }
-    return file.Source->Seek(offset, Origins[static_cast<std::size_t>(from)]);
+    return file.Source ? file.Source->Seek(offset, from) : RefuseHandle();
+}
+
+std::int64_t SetFileSize(FileHandle& file, std::int64_t offset, SeekFrom from) {
+    return file.Source ? file.Source->SetSize(offset, from) : RefuseHandle();
+}
+
+bool Close(FileHandle& file) {
+    if (!file.Source)
+        return RefuseHandle() == 0;
+    const bool isClosed = file.Source->Close();
+    const long error = IoErr();
+    file.Source.reset();
+    SetIoErr(error);
+    return isClosed;
 }
 
 std::optional<std::string> ReadWhole(std::string_view path, std::size_t limit) {
@@ -69,7 +87,7 @@ std::optional<std::string> ReadWhole(std::string_view path, std::size_t limit) {
 }
 
 bool WriteWhole(std::string_view path, std::string_view bytes) {
-    return AtEachPlace(path, [&](const DeviceWalk& walk) {
+    return AtEachPlaceToChange(path, [&](const DeviceWalk& walk) {
         if (walk.Owner().WriteWhole)
             return walk.Owner().WriteWhole(walk.Start(), walk.Rest(), bytes);
         RefuseAction();
@@ -78,7 +96,7 @@ bool WriteWhole(std::string_view path, std::string_view bytes) {
 }
 
 bool CreateDir(std::string_view path) {
-    return AtEachPlace(path, [](const DeviceWalk& walk) {
+    return AtEachPlaceToChange(path, [](const DeviceWalk& walk) {
         if (walk.Owner().CreateDrawer)
             return walk.Owner().CreateDrawer(walk.Start(), walk.Rest());
         RefuseAction();

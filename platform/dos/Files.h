@@ -1,5 +1,11 @@
 // Contents of files: whole ones and streams. Only regular files and NIL: are ever opened, so that
-// nothing here waits for a pipe or a device.
+// nothing here waits for a pipe or a device. New contents go to a temporary file beside the target
+// and take its place when they are whole.
+//
+// What that means for the object that is replaced: modes, attributes, access lists and the comment
+// stay, the archive bit is cleared. A file with several hard links is replaced under this name
+// only; its other names keep the old contents. Another's file keeps its owner where the host lets
+// us set it, and otherwise becomes ours.
 #pragma once
 
 #include "platform/dos/Locks.h"
@@ -20,9 +26,9 @@ class Stream;
 // file.
 [[nodiscard]] std::optional<std::string> ReadWhole(std::string_view path, std::size_t limit);
 
-// Makes or replaces a file. The bytes go to a temporary name beside it and take its place when they
-// are safely on disk; on failure the old file stands as it was. A soft link is written through;
-// mode, owner and attributes of an old file stay.
+// Makes or replaces a file; on failure the old one stands as it was. False with IoErr: 222 or 223
+// for a protected file, 212 for a drawer. A soft link is written through. When only the ".uaem"
+// file of the new contents cannot follow, the file is new and whole and the result false.
 [[nodiscard]] bool WriteWhole(std::string_view path, std::string_view bytes);
 
 // One new drawer; 203 when the name is taken.
@@ -32,6 +38,13 @@ class Stream;
 
 enum class SeekFrom { Beginning, Current, End };
 
+enum class OpenMode {
+    Old,       // what is there, to read and, from the first Write on, to change
+    New,       // empty; replaces what is there
+    ReadWrite, // as Old, but a missing file is made
+};
+
+// An open file. A handle that is destroyed without Close drops what was written.
 class FileHandle {
 public:
     FileHandle();
@@ -44,16 +57,30 @@ public:
 
 private:
     friend std::int64_t Read(FileHandle& file, std::span<std::byte> buffer);
+    friend std::int64_t Write(FileHandle& file, std::span<const std::byte> bytes);
     friend std::int64_t Seek(FileHandle& file, std::int64_t offset, SeekFrom from);
+    friend std::int64_t SetFileSize(FileHandle& file, std::int64_t offset, SeekFrom from);
+    friend bool Close(FileHandle& file);
 
     std::unique_ptr<Stream> Source;
 };
 
-// Opens an existing file for reading; false with IoErr.
+// False with IoErr: 205, 212 for what is no file, 224; for New 222 when the old file is protected
+// from deletion and 223 when it is from writing. A new file is seen under its name from Close on.
+[[nodiscard]] FileHandle Open(std::string_view path, OpenMode mode);
 [[nodiscard]] FileHandle OpenOld(std::string_view path);
 // Bytes read, 0 at the end, -1 with IoErr.
 [[nodiscard]] std::int64_t Read(FileHandle& file, std::span<std::byte> buffer);
-// The new position from the beginning, -1 with IoErr 219.
+// All bytes or -1 with IoErr, 223 for a protected file. The first one to an old file copies its
+// contents to the temporary file. After a failure Close fails too.
+[[nodiscard]] std::int64_t Write(FileHandle& file, std::span<const std::byte> bytes);
+// The new position from the beginning, -1 with IoErr 219 outside of the file.
 [[nodiscard]] std::int64_t Seek(FileHandle& file, std::int64_t offset, SeekFrom from);
+// Cuts the file or lengthens it by zeros; the position stays within. The new size or -1 with IoErr.
+[[nodiscard]] std::int64_t SetFileSize(FileHandle& file, std::int64_t offset, SeekFrom from);
+// Puts what was written under its name; the handle is empty afterwards. False with IoErr, and then
+// the old file stands as it was: 203 when another has taken the name of a new file meanwhile. As
+// with WriteWhole a sidecar that cannot follow gives false over a file that is new and whole.
+[[nodiscard]] bool Close(FileHandle& file);
 
 } // namespace dos

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "platform/dos/Examine.h"
+#include "platform/dos/Files.h"
+#include "platform/dos/Info.h"
 
 #include <cstdint>
 #include <memory>
@@ -39,13 +41,30 @@ public:
     [[nodiscard]] virtual bool Next(ExamineData& object) = 0;
 };
 
-// An open file. Read gives the bytes read, 0 at the end, -1 with IoErr. Seek gives the new position
-// from the start, -1 with IoErr.
+// An open file. Read gives the bytes read, 0 at the end; Write all that it was given; Seek the new
+// position from the start, SetSize the new size; each -1 with IoErr on failure. What was written
+// counts from a successful Close on; without one it is dropped.
 class Stream {
 public:
     virtual ~Stream() = default;
     [[nodiscard]] virtual std::int64_t Read(std::span<std::byte> buffer) = 0;
-    [[nodiscard]] virtual std::int64_t Seek(std::int64_t offset, int origin) = 0;
+    [[nodiscard]] virtual std::int64_t Write(std::span<const std::byte> bytes) = 0;
+    [[nodiscard]] virtual std::int64_t Seek(std::int64_t offset, SeekFrom from) = 0;
+    [[nodiscard]] virtual std::int64_t SetSize(std::int64_t offset, SeekFrom from) = 0;
+    [[nodiscard]] virtual bool Close() = 0;
+};
+
+// One change of what is told about an object; the field that has a value is set.
+struct MetadataChange {
+    std::optional<std::uint32_t> Protection{};
+    std::optional<std::string> Comment{};
+    std::optional<std::uint32_t> Date{}; // seconds since 1 January 1978
+};
+
+// Where a soft link is to lead: one of both is not empty.
+struct SoftTarget {
+    std::string HostPath{}; // absolute
+    std::string Relative{}; // AmigaDOS path from the drawer of the link
 };
 
 // Every function reports failure by an empty result or false, the reason in IoErr. A null entry is
@@ -62,9 +81,16 @@ struct Handler {
     std::string (*NameOf)(const LockBody& lock, NameForm form);
     bool (*Examine)(const LockRef& lock, ExamineData& object);
     std::unique_ptr<Lister> (*List)(const LockRef& lock);
-    std::unique_ptr<Stream> (*OpenOld)(const LockRef& start, std::string_view rest);
+    std::unique_ptr<Stream> (*Open)(const LockRef& start, std::string_view rest, OpenMode mode);
     bool (*CreateDrawer)(const LockRef& start, std::string_view rest);
     bool (*WriteWhole)(const LockRef& start, std::string_view rest, std::string_view bytes);
+    bool (*Delete)(const LockRef& start, std::string_view rest);
+    bool (*Rename)(const LockRef& start, std::string_view rest, const LockRef& toStart,
+                   std::string_view toRest);
+    bool (*MakeSoftLink)(const LockRef& start, std::string_view rest, const SoftTarget& target);
+    bool (*MakeHardLink)(const LockRef& start, std::string_view rest, const LockRef& target);
+    bool (*Change)(const LockRef& start, std::string_view rest, const MetadataChange& change);
+    bool (*Info)(const LockRef& lock, InfoData& info);
     // The host's path of an object that exists or could; empty when it has none.
     std::string (*HostName)(const LockRef& start, std::string_view rest);
 };

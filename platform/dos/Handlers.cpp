@@ -12,7 +12,12 @@ namespace {
 class NilStream final : public Stream {
 public:
     std::int64_t Read(std::span<std::byte>) override { return 0; }
-    std::int64_t Seek(std::int64_t, int) override { return 0; }
+    std::int64_t Write(std::span<const std::byte> bytes) override {
+        return static_cast<std::int64_t>(bytes.size());
+    }
+    std::int64_t Seek(std::int64_t, SeekFrom) override { return 0; }
+    std::int64_t SetSize(std::int64_t, SeekFrom) override { return 0; }
+    bool Close() override { return true; }
 };
 
 struct NilPlace final : LockBody {
@@ -35,11 +40,17 @@ const Handler NilHandler{
     .NameOf = nullptr,
     .Examine = nullptr,
     .List = nullptr,
-    .OpenOld = [](const LockRef&, std::string_view) -> std::unique_ptr<Stream> {
+    .Open = [](const LockRef&, std::string_view, OpenMode) -> std::unique_ptr<Stream> {
         return std::make_unique<NilStream>();
     },
     .CreateDrawer = nullptr,
     .WriteWhole = [](const LockRef&, std::string_view, std::string_view) { return true; },
+    .Delete = nullptr,
+    .Rename = nullptr,
+    .MakeSoftLink = nullptr,
+    .MakeHardLink = nullptr,
+    .Change = nullptr,
+    .Info = nullptr,
     .HostName = nullptr,
 };
 

@@ -4,13 +4,16 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <linux/openat2.h>
 #include <poll.h>
 #include <pwd.h>
 #include <sched.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -86,6 +89,11 @@ std::string RealHomeOfUser() {
     return found->pw_dir ? found->pw_dir : "";
 }
 
+int RealSetTime(int object, std::int64_t seconds, long nanoseconds) {
+    const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, timespec{seconds, nanoseconds}};
+    return ::utimensat(AT_FDCWD, ProcPath(object, "").c_str(), times.data(), 0);
+}
+
 constexpr HostCalls RealCalls{
     .Openat = [](int drawer, const char* name, int flags,
                  unsigned mode) { return ::openat(drawer, name, flags, mode); },
@@ -114,11 +122,28 @@ constexpr HostCalls RealCalls{
     },
     .Fsync = [](int descriptor) { return ::fsync(descriptor); },
     .Fchmod = [](int descriptor, unsigned mode) { return ::fchmod(descriptor, mode); },
+    .ChangeMode = [](int object, unsigned mode) { return ::chmod(ProcPath(object, "").c_str(), mode); },
+    .SetAttribute =
+        [](int object, const char* attribute, const void* value, std::size_t size) {
+            return ::setxattr(ProcPath(object, "").c_str(), attribute, value, size, 0);
+        },
+    .RemoveAttribute =
+        [](int object, const char* attribute) {
+            return ::removexattr(ProcPath(object, "").c_str(), attribute);
+        },
+    .SetTime = RealSetTime,
+    .Ftruncate = [](int descriptor, std::int64_t size) { return ::ftruncate(descriptor, size); },
+    .Clone = [](int from, int to) { return ::ioctl(to, FICLONE, from); },
+    .Fstatvfs = [](int descriptor, struct statvfs* result) { return ::fstatvfs(descriptor, result); },
     .Fchown = [](int descriptor, unsigned owner,
                  unsigned group) { return ::fchown(descriptor, owner, group); },
     .Mkdirat = [](int drawer, const char* name, unsigned mode) { return ::mkdirat(drawer, name, mode); },
     .Symlinkat = [](const char* target, int drawer,
                     const char* name) { return ::symlinkat(target, drawer, name); },
+    .LinkObject =
+        [](int object, int drawer, const char* name) {
+            return ::linkat(AT_FDCWD, ProcPath(object, "").c_str(), drawer, name, AT_SYMLINK_FOLLOW);
+        },
     .Unlinkat = [](int drawer, const char* name, int flags) { return ::unlinkat(drawer, name, flags); },
     .Renameat2 = [](int fromDrawer, const char* from, int toDrawer, const char* to,
                     unsigned flags) { return ::renameat2(fromDrawer, from, toDrawer, to, flags); },

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 
+struct statvfs;
 struct statx;
 struct pollfd;
 
@@ -33,9 +34,21 @@ struct HostCalls {
     std::int64_t (*Lseek)(int descriptor, std::int64_t offset, int origin);
     int (*Fsync)(int descriptor);
     int (*Fchmod)(int descriptor, unsigned mode);
+    // These four act on the very object of the descriptor, an O_PATH one too.
+    int (*ChangeMode)(int object, unsigned mode);
+    int (*SetAttribute)(int object, const char* attribute, const void* value, std::size_t size);
+    int (*RemoveAttribute)(int object, const char* attribute);
+    // The time of the last change; that of the last use stays.
+    int (*SetTime)(int object, std::int64_t seconds, long nanoseconds);
+    int (*Ftruncate)(int descriptor, std::int64_t size);
+    // Makes an empty file share the contents of another, where the file system can.
+    int (*Clone)(int from, int to);
+    int (*Fstatvfs)(int descriptor, struct statvfs* result);
     int (*Fchown)(int descriptor, unsigned owner, unsigned group);
     int (*Mkdirat)(int drawer, const char* name, unsigned mode);
     int (*Symlinkat)(const char* target, int drawer, const char* name);
+    // A further name for the object of a descriptor, an O_PATH one too; never for a drawer.
+    int (*LinkObject)(int object, int drawer, const char* name);
     int (*Unlinkat)(int drawer, const char* name, int flags);
     int (*Renameat2)(int fromDrawer, const char* from, int toDrawer, const char* to, unsigned flags);
     // Gives the calling thread a current directory of its own, apart from the process's.

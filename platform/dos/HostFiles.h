@@ -10,8 +10,14 @@
 namespace dos {
 
 // As the entries of the handler record.
-[[nodiscard]] std::unique_ptr<Stream> OpenHostFile(const LockRef& start, std::string_view rest);
+[[nodiscard]] std::unique_ptr<Stream> OpenHostFile(const LockRef& start, std::string_view rest,
+                                                   OpenMode openMode);
 [[nodiscard]] bool CreateHostDrawer(const LockRef& start, std::string_view rest);
 [[nodiscard]] bool WriteHostFile(const LockRef& start, std::string_view rest, std::string_view bytes);
+
+struct Spot;
+// Whether the object of the spot may be replaced by a file, as its type and bits say; fills in its
+// drawer and name. False with IoErr.
+[[nodiscard]] bool IsReplaceable(Spot& spot);
 
 } // namespace dos

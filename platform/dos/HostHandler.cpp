@@ -1,4 +1,5 @@
 #include "platform/dos/Handler.h"
+#include "platform/dos/HostChanges.h"
 #include "platform/dos/HostFiles.h"
 #include "platform/dos/HostLister.h"
 #include "platform/dos/HostLocks.h"
@@ -159,9 +160,15 @@ const Handler HostHandler{
     .NameOf = NameOf,
     .Examine = Examine,
     .List = [](const LockRef& lock) { return ListHostDrawer(AsHostLock(lock)); },
-    .OpenOld = OpenHostFile,
+    .Open = OpenHostFile,
     .CreateDrawer = CreateHostDrawer,
     .WriteWhole = WriteHostFile,
+    .Delete = DeleteHostEntry,
+    .Rename = RenameHostEntry,
+    .MakeSoftLink = MakeHostSoftLink,
+    .MakeHardLink = MakeHostHardLink,
+    .Change = ChangeHostEntry,
+    .Info = InfoOfHost,
     .HostName = HostName,
 };
 

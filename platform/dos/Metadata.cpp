@@ -38,7 +38,7 @@ std::uint16_t TypeOfMode(unsigned mode) {
 }
 
 unsigned ModeOfHint(std::uint8_t hint) {
-    return DTTOIF(hint == DT_UNKNOWN ? std::uint8_t{DT_REG} : hint);
+    return static_cast<unsigned>(DTTOIF(hint == DT_UNKNOWN ? std::uint8_t{DT_REG} : hint));
 }
 
 // Bits of one class of users that mean "allowed when set": d stays clear, the host has none.

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <fcntl.h>
 #include <mutex>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace dos {
@@ -14,12 +16,19 @@ namespace dos {
 namespace {
 
 constexpr std::size_t LargestMountInfo = 8u << 20; // bytes; far above any real list
+constexpr std::size_t MostMounts = 100000;
+
+// Three digits that make one byte.
+bool IsOctal(std::string_view digits) {
+    return digits.size() == 3 && digits[0] >= '0' && digits[0] <= '3' &&
+           std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '7'; });
+}
 
 // "\040" and its like stand for characters that would break the list's columns.
 std::string Unescape(std::string_view field) {
     std::string out;
     for (std::size_t i = 0; i < field.size(); ++i) {
-        if (field[i] == '\\' && i + 3 < field.size() && field[i + 1] >= '0' && field[i + 1] <= '3') {
+        if (field[i] == '\\' && IsOctal(field.substr(i + 1, 3))) {
             out.push_back(static_cast<char>((field[i + 1] - '0') * 64 + (field[i + 2] - '0') * 8 +
                                             (field[i + 3] - '0')));
             i += 3;
@@ -45,18 +54,32 @@ bool IsSlowType(std::string_view type) {
     return type.starts_with("fuse.") || std::ranges::find(Slow, type) != Slow.end();
 }
 
+bool HasOption(std::string_view options, std::string_view wanted) {
+    while (!options.empty()) {
+        const std::size_t end = std::min(options.find(','), options.size());
+        if (options.substr(0, end) == wanted)
+            return true;
+        options.remove_prefix(std::min(end + 1, options.size()));
+    }
+    return false;
+}
+
 // "36 35 98:0 /root /point options [optional ...] - type source superoptions"
 bool ParseLine(std::string_view line, MountRow& row) {
-    for (int skipped = 0; skipped < 3; ++skipped)
-        NextField(line);
+    const std::string_view id = NextField(line);
+    std::from_chars(id.data(), id.data() + id.size(), row.Id);
+    NextField(line);
+    row.Number = NextField(line);
     row.Root = Unescape(NextField(line));
     row.Point = Unescape(NextField(line));
-    const std::size_t dash = line.find(" - ");
-    if (row.Point.empty() || row.Point.front() != '/' || dash == std::string_view::npos)
+    row.ReadOnly = HasOption(NextField(line), "ro");
+    const std::size_t dash = (" " + std::string(line)).find(" - "); // there may be no optional field
+    if (row.Point.empty() || row.Point.front() != '/' || dash == std::string::npos)
         return false;
-    line.remove_prefix(dash + 3);
+    line.remove_prefix(dash + 2);
     row.Type = Unescape(NextField(line));
     row.Source = Unescape(NextField(line));
+    row.ReadOnly = row.ReadOnly || HasOption(line, "ro");
     row.Slow = IsSlowType(row.Type);
     return true;
 }
@@ -79,76 +102,6 @@ bool HasChanged(int list) {
     return Host().Poll(&question, 1, 0) > 0 && (question.revents & (POLLPRI | POLLERR)) != 0;
 }
 
-bool IsBelowAny(std::string_view point, std::initializer_list<std::string_view> roots) {
-    return std::ranges::any_of(roots, [&](auto root) { return LiesUnder(point, root); });
-}
-
-// A disk that a person would look for: not the system's own, no bind mount of a single file.
-bool IsUsersDisk(const MountRow& row) {
-    static constexpr std::array<std::string_view, 22> NoDisk = {
-        "proc",     "sysfs",      "tmpfs",     "devtmpfs", "devpts",  "cgroup",     "cgroup2", "mqueue",
-        "overlay",  "squashfs",   "ramfs",     "autofs",   "debugfs", "tracefs",    "bpf",     "pstore",
-        "configfs", "securityfs", "hugetlbfs", "fusectl",  "nsfs",    "binfmt_misc"};
-    if (row.Point == "/" || row.Root.find("//deleted") != std::string::npos ||
-        std::ranges::find(NoDisk, row.Type) != NoDisk.end() || row.Type == "efivarfs" ||
-        row.Type == "fuse.gvfsd-fuse" || row.Type == "fuse.portal" || row.Type == "fuse.snapfuse" ||
-        row.Type == "rpc_pipefs")
-        return false;
-    if (LiesUnder(row.Point, "/run") && !LiesUnder(row.Point, "/run/media"))
-        return false;
-    if (row.Source.starts_with("/dev/") && row.Root != "/" && row.Type != "btrfs")
-        return false; // a bind mount of a part of a disk that is shown elsewhere
-    return row.Point != "/home" && row.Point != "/tmp" && row.Point != "/var" &&
-           !IsBelowAny(row.Point,
-                       {"/proc", "/sys", "/dev", "/boot", "/etc", "/usr", "/snap", "/var/lib", "/var/snap"});
-}
-
-struct DiskKind {
-    std::string_view Device;     // stem of the device name, "USB"
-    std::string_view ExecDevice; // empty for plain disks
-    std::string_view Handler;    // empty: the host's type
-};
-
-bool IsUsb(std::string_view source) {
-    const std::string name(source.substr(source.rfind('/') + 1));
-    return ReadLinkText(AT_FDCWD, ("/sys/class/block/" + name).c_str()).find("/usb") != std::string::npos;
-}
-
-DiskKind KindOf(const MountRow& row) {
-    const std::string_view source = row.Source;
-    if (row.Type == "cifs" || row.Type == "smb3")
-        return {"SMB", "", "smbfs"};
-    if (row.Slow && row.Type != "fuseblk")
-        return {"NET", "", ""};
-    const bool optical = row.Type == "iso9660" || row.Type == "udf";
-    if (source.starts_with("/dev/loop"))
-        return {optical ? "ICD" : "IDF", "diskimage.device", ""};
-    if (source.starts_with("/dev/sr") || optical)
-        return {"CD", "", ""};
-    if (source.starts_with("/dev/mmcblk"))
-        return {"CF", "", ""};
-    if (IsUsb(source))
-        return {"USB", "usbdisk.device", ""};
-    return {"HD", "", ""};
-}
-
-// A name that can stand before a colon.
-std::string CleanVolumeName(std::string name) {
-    for (char& c : name)
-        if (c == ':' || c == '/' || static_cast<unsigned char>(c) < ' ')
-            c = '_';
-    if (name.size() > 100)
-        name.resize(100);
-    return name.empty() ? "Unnamed" : name;
-}
-
-// Desktops mount a disk under its label; elsewhere the mount point's name is the best there is.
-std::string LabelOf(const MountRow& row) {
-    if (row.Type == "cifs" || row.Type == "smb3")
-        return CleanVolumeName(row.Source.substr(row.Source.find_last_of("/\\") + 1));
-    return CleanVolumeName(row.Point.substr(row.Point.rfind('/') + 1));
-}
-
 } // namespace
 
 bool LiesUnder(std::string_view hostPath, std::string_view root) noexcept {
@@ -159,7 +112,7 @@ bool LiesUnder(std::string_view hostPath, std::string_view root) noexcept {
 
 std::vector<MountRow> ParseMountInfo(std::string_view text) {
     std::vector<MountRow> rows;
-    while (!text.empty()) {
+    while (!text.empty() && rows.size() < MostMounts) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         MountRow row;
         if (ParseLine(text.substr(0, end), row))
@@ -169,11 +122,15 @@ std::vector<MountRow> ParseMountInfo(std::string_view text) {
     return rows;
 }
 
+HostFd OpenMountList() {
+    return HostFd(Host().Openat(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY | O_CLOEXEC, 0));
+}
+
 MountRows Mounts() {
     MountCache& cache = Cache();
     const std::lock_guard hold(cache.Guard);
     if (!cache.List)
-        cache.List = HostFd(Host().Openat(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY | O_CLOEXEC, 0));
+        cache.List = OpenMountList();
     else if (cache.Rows && !HasChanged(cache.List.Get()))
         return cache.Rows;
     std::string text;
@@ -200,24 +157,13 @@ const MountRow* MountOf(const std::vector<MountRow>& rows, std::string_view host
     return best;
 }
 
-std::vector<VolumeInfo> DisksOf(const std::vector<MountRow>& rows) {
-    std::vector<VolumeInfo> disks;
-    for (const MountRow& row : rows) {
-        if (!IsUsersDisk(row) || MountOf(rows, row.Point) != &row)
-            continue;
-        const DiskKind kind = KindOf(row);
-        const auto unit = static_cast<std::uint32_t>(std::ranges::count_if(
-            disks, [&](const VolumeInfo& disk) { return disk.Device.starts_with(kind.Device); }));
-        disks.push_back({.Device = std::string(kind.Device) + std::to_string(unit),
-                         .Volume = LabelOf(row),
-                         .HostRoot = row.Point,
-                         .ExecDevice = std::string(kind.ExecDevice),
-                         .Unit = unit,
-                         .HandlerName = kind.Handler.empty() ? row.Type : std::string(kind.Handler),
-                         .MountSource = row.Source,
-                         .Removable = true});
-    }
-    return disks;
+bool HasVanished(int descriptor, const std::vector<MountRow>& rows) {
+    struct statx raw {};
+    if (rows.empty() ||
+        Host().Statx(descriptor, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC, STATX_MNT_ID, &raw) != 0 ||
+        (raw.stx_mask & STATX_MNT_ID) == 0)
+        return false; // nothing speaks against it
+    return std::ranges::none_of(rows, [&](const MountRow& row) { return row.Id == raw.stx_mnt_id; });
 }
 
 } // namespace dos

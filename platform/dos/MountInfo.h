@@ -2,8 +2,9 @@
 // Private to platform/dos.
 #pragma once
 
-#include "platform/dos/Volumes.h"
+#include "platform/dos/HostFd.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,15 +12,20 @@
 
 namespace dos {
 
+// One mount as the list tells it.
 struct MountRow {
-    std::string Point;  // host path
-    std::string Type;   // "ext4", "nfs4", "fuse.sshfs"
-    std::string Source; // "/dev/sdb1", "//server/share"
-    std::string Root;   // which part of the file system stands there, "/" for all
-    bool Slow = false;  // a network or FUSE file system: may never answer
+    std::uint64_t Id = 0; // the kernel's number of the mount, never used again while it is held
+    std::string Number;   // of the device, "8:17"; major number 0 when no block device is behind it
+    std::string Point;    // host path
+    std::string Type;     // "ext4", "nfs4", "fuse.sshfs"
+    std::string Source;   // "/dev/sdb1", "//server/share"
+    std::string Root;     // which part of the file system stands there, "/" for all
+    bool ReadOnly = false;
+    bool Slow = false; // a network or FUSE file system: may never answer
 };
 using MountRows = std::shared_ptr<const std::vector<MountRow>>;
 
+// Lines that are none of the list's are passed over.
 [[nodiscard]] std::vector<MountRow> ParseMountInfo(std::string_view text);
 // The present list; the same object as long as nothing was mounted or unmounted. Never null.
 [[nodiscard]] MountRows Mounts();
@@ -31,8 +37,11 @@ void ForgetMounts();
 // Is path the root or something below it?
 [[nodiscard]] bool LiesUnder(std::string_view hostPath, std::string_view root) noexcept;
 
-// The mounts that are disks of the user's, as volumes with device names by kind; those of the
-// system itself (root, boot, kernel file systems) are left out.
-[[nodiscard]] std::vector<VolumeInfo> DisksOf(const std::vector<MountRow>& rows);
+// Does the descriptor lead to a mount that is no longer in the list? Asks no file system.
+[[nodiscard]] bool HasVanished(int descriptor, const std::vector<MountRow>& rows);
+
+// The host's list itself, for waiting: POLLPRI says that it has changed since it was opened or last
+// read. Empty with errno.
+[[nodiscard]] HostFd OpenMountList();
 
 } // namespace dos

@@ -22,7 +22,7 @@ constexpr std::size_t KeptDrawers = 8;
 // clock ticks at 10 ms at most, times of some file systems are whole or even seconds).
 constexpr std::int64_t FineTick = 20'000'000;      // nanoseconds
 constexpr std::int64_t CoarseTick = 2'100'000'000; // nanoseconds
-// Own additions are believed for so long before the drawer is read again.
+// Own changes are believed for so long before the drawer is read again.
 constexpr std::int64_t LongestTrust = 2'000'000'000; // nanoseconds
 constexpr std::int64_t JustNow = 100'000'000;        // nanoseconds
 
@@ -37,10 +37,11 @@ struct Contents {
     Stamp State;
     std::int64_t ReadAt = 0;    // nanoseconds since 1970
     std::int64_t CheckedAt = 0; // when the drawer's times were last found unchanged
-    bool Grown = false;         // entries of our own were added since
+    bool IsPatched = false;     // changes of our own were written in since
     AliasTable Aliases;
     bool HasFolded = false;
     std::unordered_map<std::string, std::string> Folded; // real name by folded one
+    std::unordered_set<std::string> Twins;               // folded names that more than one entry has
 };
 
 using ContentsRef = std::shared_ptr<Contents>;
@@ -78,7 +79,7 @@ bool StampOf(int drawer, Stamp& stamp) {
 bool IsTrusted(const Contents& contents, const Stamp& now, NameMatch match) {
     if (contents.State != now || (match == NameMatch::Folded && !contents.HasFolded))
         return false;
-    if (contents.Grown)
+    if (contents.IsPatched)
         return Now() - contents.ReadAt < LongestTrust;
     const std::int64_t tick = now.Modified % 1'000'000'000 == 0 ? CoarseTick : FineTick;
     return now.Modified < contents.ReadAt - tick || now.Modified > Now() + CoarseTick;
@@ -86,8 +87,20 @@ bool IsTrusted(const Contents& contents, const Stamp& now, NameMatch match) {
 
 void AddFolded(Contents& contents, std::string_view name) {
     const auto [place, isNew] = contents.Folded.try_emplace(utility::Fold(name), name);
-    if (!isNew && name < place->second)
+    if (isNew || name == place->second)
+        return;
+    contents.Twins.insert(place->first);
+    if (name < place->second)
         place->second = name;
+}
+
+// False when only a new reading can tell what is left.
+bool RemoveFolded(Contents& contents, std::string_view name) {
+    const std::string folded = utility::Fold(name);
+    if (contents.Twins.contains(folded))
+        return false;
+    contents.Folded.erase(folded);
+    return true;
 }
 
 bool ReadContents(int drawer, NameMatch match, Contents& contents) {
@@ -155,6 +168,44 @@ std::optional<std::string> FindFoldedAlias(const AliasTable& aliases, std::strin
     return {};
 }
 
+enum class OwnChange { Created, Removed };
+
+bool Patch(Contents& contents, std::string_view hostName, OwnChange change) {
+    // Rare: the aliases of the whole drawer are weighed anew; or the drawer was not looked at just
+    // before, so that somebody else's change could go unseen.
+    if (NeedsAlias(hostName) || LooksLikeAlias(hostName) || Now() - contents.CheckedAt > JustNow)
+        return false;
+    if (!contents.HasFolded)
+        return true;
+    if (change == OwnChange::Removed)
+        return RemoveFolded(contents, hostName);
+    AddFolded(contents, hostName);
+    return true;
+}
+
+void NoteChange(int drawer, std::string_view hostName, OwnChange change) {
+    IndexState& state = State();
+    {
+        const std::lock_guard hold(state.Guard);
+        if (state.Drawers.empty())
+            return;
+    }
+    Stamp now;
+    if (!StampOf(drawer, now))
+        return; // its next stamp is not the one remembered
+    const std::lock_guard hold(state.Guard);
+    const auto entry = std::ranges::find_if(
+        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
+    if (entry == state.Drawers.end())
+        return;
+    if (!Patch(**entry, hostName, change)) {
+        state.Drawers.erase(entry);
+        return;
+    }
+    (*entry)->State = now;
+    (*entry)->IsPatched = true;
+}
+
 } // namespace
 
 std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match) {
@@ -187,26 +238,11 @@ std::string ShownName(int drawer, std::string_view hostName) {
 }
 
 void NoteCreated(int drawer, std::string_view hostName) {
-    IndexState& state = State();
-    Stamp now;
-    if (!StampOf(drawer, now))
-        return;
-    const std::lock_guard hold(state.Guard);
-    const auto entry = std::ranges::find_if(
-        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
-    if (entry == state.Drawers.end())
-        return;
-    Contents& contents = **entry;
-    // Rare: the aliases of the whole drawer are weighed anew; or the drawer was not looked at just
-    // before, so that somebody else's change could go unseen.
-    if (NeedsAlias(hostName) || Now() - contents.CheckedAt > JustNow) {
-        state.Drawers.erase(entry);
-        return;
-    }
-    contents.State = now;
-    contents.Grown = true;
-    if (contents.HasFolded)
-        AddFolded(contents, hostName);
+    NoteChange(drawer, hostName, OwnChange::Created);
+}
+
+void NoteRemoved(int drawer, std::string_view hostName) {
+    NoteChange(drawer, hostName, OwnChange::Removed);
 }
 
 } // namespace dos

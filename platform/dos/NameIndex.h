@@ -22,7 +22,8 @@ enum class NameMatch { AliasOnly, Folded };
 // The name under which an entry is shown: its alias where it needs one.
 [[nodiscard]] std::string ShownName(int drawer, std::string_view hostName);
 
-// Tells that this process has just made an entry, so that what is remembered stays true.
+// Tell that this process has just made or removed an entry, so that what is remembered stays true.
 void NoteCreated(int drawer, std::string_view hostName);
+void NoteRemoved(int drawer, std::string_view hostName);
 
 } // namespace dos

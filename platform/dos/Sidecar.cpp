@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 namespace dos {
 
@@ -57,11 +58,16 @@ unsigned HexDigit(char c) {
 
 // "%xx" is a Latin-1 character. What is above ASCII without that escape is UTF-8 from one writer
 // and Latin-1 from the other.
+bool IsAscii(char c) {
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
 std::string ParseComment(std::string_view text) {
     std::string out;
     const bool isUtf8 = utility::IsValidUtf8(text);
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size()) {
+        // An escape that would eat a part of a UTF-8 character is none.
+        if (text[i] == '%' && i + 2 < text.size() && IsAscii(text[i + 1]) && IsAscii(text[i + 2])) {
             utility::AppendUtf8(out, HexDigit(text[i + 1]) * 16 + HexDigit(text[i + 2]));
             i += 2;
         } else if (isUtf8) {
@@ -73,7 +79,100 @@ std::string ParseComment(std::string_view text) {
     return out;
 }
 
+void AppendDigits(std::string& out, unsigned value, std::size_t digits) {
+    const std::string text = std::to_string(value);
+    out.append(digits - std::min(digits, text.size()), '0').append(text);
+}
+
+std::string DateText(std::uint32_t date, std::uint8_t hundredths) {
+    const ClockData clock = Amiga2Date(date);
+    std::string text;
+    AppendDigits(text, clock.Year, 4);
+    AppendDigits(text += '-', clock.Month, 2);
+    AppendDigits(text += '-', clock.Day, 2);
+    AppendDigits(text += ' ', clock.Hour, 2);
+    AppendDigits(text += ':', clock.Minute, 2);
+    AppendDigits(text += ':', clock.Second, 2);
+    AppendDigits(text += '.', hundredths, 2);
+    return text;
+}
+
+// A comment as the Amiga's characters; what Latin-1 has not stays UTF-8, byte by byte, and is told
+// apart by IsPlain.
+struct CommentUnit {
+    unsigned char Byte;
+    bool IsPlain; // to be written as it stands
+};
+
+std::vector<CommentUnit> UnitsOf(std::string_view comment) {
+    const bool isUtf8 = utility::IsValidUtf8(comment);
+    std::vector<CommentUnit> units;
+    for (std::size_t i = 0; i < comment.size();) {
+        const utility::Character c = isUtf8 ? utility::Decode(comment, i)
+                                            : utility::Character{static_cast<unsigned char>(comment[i]), 1};
+        if (c.Code <= 0xFF)
+            units.push_back({static_cast<unsigned char>(c.Code), false});
+        else
+            for (std::size_t k = 0; k < c.Length; ++k)
+                units.push_back({static_cast<unsigned char>(comment[i + k]), true});
+        i += c.Length;
+    }
+    return units;
+}
+
+bool IsAlwaysEscaped(unsigned char c) {
+    constexpr std::string_view Special = "%\\*?\"/|<>";
+    return c < 32 || c > 127 || Special.find(static_cast<char>(c)) != std::string_view::npos;
+}
+
+// Does the text begin with a device word of another system, alone or before a dot?
+bool BeginsWithDeviceWord(std::string_view text) {
+    constexpr std::string_view Words[] = {"AUX", "CON", "PRN", "NUL"};
+    constexpr std::string_view Numbered[] = {"COM", "LPT"};
+    const std::string_view word = text.substr(0, text.find('.'));
+    const auto is = [word](std::string_view one) { return utility::Stricmp(word.substr(0, 3), one) == 0; };
+    if (word.size() == 3)
+        return std::ranges::any_of(Words, is);
+    return word.size() == 4 && IsDigit(word[3]) && std::ranges::any_of(Numbered, is);
+}
+
+std::string CommentText(std::string_view comment) {
+    constexpr std::string_view Digits = "0123456789abcdef";
+    const std::vector<CommentUnit> units = UnitsOf(comment);
+    const std::size_t last = units.size() - 1;
+    const bool hidesLast =
+        comment.ends_with('.') || comment.ends_with(' ') || comment.ends_with(SidecarSuffix);
+    const bool hidesThird = BeginsWithDeviceWord(comment);
+    std::string text;
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const unsigned char c = units[i].Byte;
+        const bool escapes = IsAlwaysEscaped(c) || (i == last && hidesLast) || (i == 2 && hidesThird);
+        if (units[i].IsPlain || !escapes)
+            text.push_back(static_cast<char>(c));
+        else
+            text.append({'%', Digits[c >> 4], Digits[c & 15]});
+    }
+    return text;
+}
+
 } // namespace
+
+std::size_t SidecarCommentLength(std::string_view comment) {
+    return UnitsOf(comment).size();
+}
+
+std::string LettersFromProtection(std::uint32_t bits) {
+    std::string letters(Letters);
+    for (std::size_t i = 0; i < letters.size(); ++i)
+        if (((bits ^ InvertedBits) & (1u << (letters.size() - 1 - i))) == 0)
+            letters[i] = '-';
+    return letters;
+}
+
+std::string FormatSidecar(const SidecarFacts& facts) {
+    return LettersFromProtection(facts.Protection.value_or(0)) + ' ' +
+           DateText(facts.Date.value_or(0), facts.Hundredths) + ' ' + CommentText(facts.Comment) + '\n';
+}
 
 std::optional<std::uint32_t> ProtectionFromLetters(std::string_view letters) noexcept {
     if (letters.size() != Letters.size())
@@ -98,6 +197,8 @@ SidecarFacts ParseSidecar(std::string_view text) {
         return facts;
     if (text.size() >= TimeEnd)
         facts.Date = ParseDate(text.substr(DateColumn, TimeEnd - DateColumn));
+    if (facts.Date)
+        facts.Hundredths = static_cast<std::uint8_t>(Number(text.substr(TimeEnd - 2, 2)));
     if (text.size() > CommentColumn)
         facts.Comment = ParseComment(text.substr(CommentColumn));
     return facts;

@@ -20,25 +20,37 @@ struct Volume {
 };
 using VolumeRef = std::shared_ptr<const Volume>;
 
-// By device name first, then by volume name; null when there is none.
+// By device name first, then by volume name; null when there is none, or when an assign stands
+// before the volume of that name.
 [[nodiscard]] VolumeRef FindVolume(std::string_view name);
 // The volume with the longest root above a host path. Never null: a path outside of all volumes
 // lies on one that stands for the host's root.
 [[nodiscard]] VolumeRef VolumeOfHostPath(std::string_view hostPath);
 
+// Does a volume carry this device name? NIL: and PROGDIR: count.
+[[nodiscard]] bool IsDeviceName(std::string_view name);
+// Can the name stand before a colon?
+[[nodiscard]] bool IsDeviceText(std::string_view name) noexcept;
+
 struct AssignTarget {
-    FileLock Bound; // empty: look Path up
-    std::string Path;
+    FileLock Bound;         // empty: look Path up
+    std::string Path;       // of a bound one: as it was called then
+    bool IsSettled = false; // Path is the full name of a drawer that was found
 };
 // The targets of an assign or of PROGDIR:, in order; nothing when there is none of that name.
 [[nodiscard]] std::optional<std::vector<AssignTarget>> FindAssign(std::string_view name);
+[[nodiscard]] bool IsAssign(std::string_view name);
 // Binds a target of a late assign to what its path has led to.
 void BindTarget(std::string_view name, const std::string& path, const FileLock& lock);
 
 // Sets PROGDIR: to a path; empty removes it.
 void SetProgramDrawer(const std::string& path);
 
-// What ReadMountFile and SetUpSystem have to tell a person; texts are joined by line ends.
+// Forgets all assigns. For ResetVolumeTable.
+void ResetAssigns();
+
+// What ReadMountFile and SetUpSystem have to tell a person; texts are joined by line ends, and after
+// some thousands of bytes more of them are only counted out.
 void AddSetUpProblem(const std::string& text);
 
 // Forgets all volumes, assigns and problems. For tests, so that one begins as a fresh process does.

@@ -1,5 +1,6 @@
 #include "platform/dos/Volumes.h"
 
+#include "platform/dos/DiskVolumes.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Limits.h"
 #include "platform/dos/MountInfo.h"
@@ -7,6 +8,8 @@
 #include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <fcntl.h>
 #include <mutex>
 
@@ -14,19 +17,30 @@ namespace dos {
 
 namespace {
 
-struct AssignRow {
-    std::string Name;
-    AssignKind Kind;
-    std::vector<AssignTarget> Targets;
+constexpr std::size_t LargestProblem = 8192; // bytes
+constexpr std::ptrdiff_t MostPastDisks = 64;
+
+// What a disk that has gone was called, so that it is called so again.
+struct PastDisk {
+    std::string Source;
+    std::string Label;
+    std::string Device;
+    std::string Volume;
+};
+
+// A disk together with its label, which its volume name may not be.
+struct MountedDisk {
+    VolumeRef Ref;
+    std::string Label;
 };
 
 struct Table {
-    std::vector<VolumeRef> Fixed; // made at set-up or by AddVolume, in that order
-    std::vector<VolumeRef> Disks; // mounted by the host, made from SeenMounts
+    std::vector<VolumeRef> Fixed;   // made at set-up or by AddVolume, in that order
+    std::vector<MountedDisk> Disks; // mounted by the host, made from SeenMounts
+    std::vector<PastDisk> Past;     // the last of them at the end
     MountRows SeenMounts;
-    std::vector<AssignRow> Assigns;
-    std::string ProgramDrawer; // PROGDIR:
     std::string Problem;
+    std::size_t MoreProblems = 0; // that Problem has no room for
 };
 
 struct TableState : Table {
@@ -42,11 +56,6 @@ bool SameName(std::string_view a, std::string_view b) {
     return utility::Stricmp(a, b) == 0;
 }
 
-bool IsGoodName(std::string_view name) {
-    return !name.empty() && name.size() <= 100 &&
-           name.find_first_of(std::string_view("/:\0", 3)) == std::string_view::npos;
-}
-
 // The host's name of a drawer without links on the way; empty when it is none or does not answer.
 std::string RealDrawer(const std::string& hostPath, const std::string& slowMount) {
     const auto ask = [hostPath] {
@@ -55,14 +64,13 @@ std::string RealDrawer(const std::string& hostPath, const std::string& slowMount
             SetIoErr(ErrorFromErrno(errno, Operation::Lookup));
         return drawer ? HostPathOf(drawer.Get()) : std::string();
     };
-    if (slowMount.empty())
-        return ask();
-    return AskWithLimit<std::string>(slowMount, [ask](Progress&) { return ask(); });
+    // Links may lead to a disk that the path does not tell of.
+    return AskWithLimit<std::string>(slowMount.empty() ? hostPath : slowMount,
+                                     [ask](Progress&) { return ask(); });
 }
 
-std::string SlowMountOf(std::string_view hostPath) {
-    const MountRows rows = Mounts();
-    const MountRow* row = MountOf(*rows, hostPath);
+std::string SlowMountOf(const std::vector<MountRow>& rows, std::string_view hostPath) {
+    const MountRow* row = MountOf(rows, hostPath);
     return row && row->Slow ? row->Point : std::string();
 }
 
@@ -72,23 +80,112 @@ VolumeRef HostRootVolume() {
     return volume;
 }
 
-bool HasDevice(const std::vector<VolumeRef>& volumes, std::string_view device) {
-    return std::ranges::any_of(
-        volumes, [&](const VolumeRef& volume) { return SameName(volume->Info.Device, device); });
+template <typename Test>
+bool AnyVolume(const TableState& state, Test test) {
+    const auto ofDisk = [&](const MountedDisk& disk) { return test(*disk.Ref); };
+    return std::ranges::any_of(state.Fixed, [&](const VolumeRef& volume) { return test(*volume); }) ||
+           std::ranges::any_of(state.Disks, ofDisk);
 }
 
-// A mounted disk keeps its record, and so its device name, as long as it stays.
-VolumeRef KeptDisk(const std::vector<VolumeRef>& old, const VolumeInfo& info) {
-    for (const VolumeRef& disk : old)
-        if (disk->Info.HostRoot == info.HostRoot && disk->Info.MountSource == info.MountSource)
-            return disk;
+// Names that other handlers answer to, now or later.
+bool IsReserved(std::string_view name) {
+    static constexpr std::array<std::string_view, 8> Reserved = {"NIL", "PROGDIR", "CON",      "CONSOLE",
+                                                                 "RAW", "TCP",     "FTPMount", "PRT"};
+    return std::ranges::any_of(Reserved, [&](std::string_view each) { return SameName(each, name); });
+}
+
+bool HasDevice(const TableState& state, std::string_view device) {
+    return AnyVolume(state, [&](const Volume& volume) { return SameName(volume.Info.Device, device); });
+}
+
+bool IsTaken(const TableState& state, std::string_view name) {
+    return IsReserved(name) || IsAssign(name) || HasDevice(state, name) ||
+           AnyVolume(state, [&](const Volume& volume) { return SameName(volume.Info.Volume, name); });
+}
+
+// A mounted disk keeps its record, and so its names, as long as it stays.
+const MountedDisk* KeptDisk(const std::vector<MountedDisk>& old, const VolumeInfo& info) {
+    for (const MountedDisk& disk : old)
+        if (disk.Ref->Info.HostRoot == info.HostRoot && disk.Ref->Info.MountSource == info.MountSource &&
+            disk.Label == info.Volume)
+            return &disk;
     return nullptr;
 }
 
-void NameFreely(VolumeInfo& info, const std::vector<VolumeRef>& fixed, const std::vector<VolumeRef>& disks) {
-    const std::string stem = info.Device.substr(0, info.Device.find_first_of("0123456789"));
-    for (unsigned unit = info.Unit; HasDevice(fixed, info.Device) || HasDevice(disks, info.Device);)
-        info.Device = stem + std::to_string(++unit);
+const PastDisk* FindPast(const TableState& state, const VolumeInfo& info) {
+    for (const PastDisk& past : state.Past)
+        if (past.Source == info.MountSource && past.Label == info.Volume &&
+            past.Device.starts_with(info.Device))
+            return &past;
+    return nullptr;
+}
+
+// Turns the stem of a device name into one that is free.
+void GiveDevice(const TableState& state, VolumeInfo& info) {
+    const std::string stem = info.Device;
+    const bool isLone = stem == "ONEDRIVE"; // known by its bare name
+    for (info.Unit = 0;; ++info.Unit) {
+        info.Device = isLone && info.Unit == 0 ? stem : stem + std::to_string(info.Unit);
+        if (!IsTaken(state, info.Device))
+            return;
+    }
+}
+
+// Paths begin with volume names, so no two disks share one and none is called like something else.
+void GiveVolume(const TableState& state, VolumeInfo& info) {
+    if (SameName(info.Volume, info.Device) || !IsTaken(state, info.Volume))
+        return;
+    const std::string tail = "_" + info.Device;
+    info.Volume.resize(utility::CutLength(info.Volume, LongestDeviceText - tail.size()));
+    info.Volume += tail;
+    if (IsTaken(state, info.Volume))
+        info.Volume = info.Device;
+}
+
+void GiveNames(const TableState& state, VolumeInfo& info) {
+    const PastDisk* past = FindPast(state, info);
+    if (past && !IsTaken(state, past->Device) && !IsTaken(state, past->Volume)) {
+        info.Unit = 0;
+        const std::string_view digits = std::string_view(past->Device).substr(info.Device.size());
+        std::from_chars(digits.data(), digits.data() + digits.size(), info.Unit);
+        info.Device = past->Device;
+        info.Volume = past->Volume;
+        return;
+    }
+    GiveDevice(state, info);
+    GiveVolume(state, info);
+}
+
+void RememberGone(TableState& state, const std::vector<MountedDisk>& old) {
+    for (const MountedDisk& disk : old) {
+        const VolumeInfo& info = disk.Ref->Info;
+        if (std::ranges::any_of(state.Disks, [&](const MountedDisk& now) { return now.Ref == disk.Ref; }))
+            continue;
+        std::erase_if(state.Past, [&](const PastDisk& past) {
+            return past.Source == info.MountSource && past.Label == disk.Label;
+        });
+        state.Past.push_back({info.MountSource, disk.Label, info.Device, info.Volume});
+    }
+    if (std::ssize(state.Past) > MostPastDisks)
+        state.Past.erase(state.Past.begin(), state.Past.end() - MostPastDisks);
+}
+
+// A network may have been mounted over a volume's drawer, or taken away from it.
+void RefreshFixed(TableState& state, const std::vector<MountRow>& rows) {
+    for (VolumeRef& volume : state.Fixed) {
+        std::string slow = SlowMountOf(rows, volume->RealRoot);
+        if (slow != volume->SlowMount)
+            volume = std::make_shared<const Volume>(Volume{volume->Info, volume->RealRoot, std::move(slow)});
+    }
+}
+
+void AddDisk(TableState& state, VolumeInfo info, const std::vector<MountRow>& rows) {
+    std::string label = info.Volume;
+    GiveNames(state, info);
+    const std::string root = info.HostRoot;
+    state.Disks.push_back(
+        {std::make_shared<const Volume>(Volume{std::move(info), root, SlowMountOf(rows, root)}),
+         std::move(label)});
 }
 
 // Takes what the host has mounted meanwhile into the table. The guard is held.
@@ -97,33 +194,36 @@ void RefreshDisks(TableState& state) {
     if (rows == state.SeenMounts)
         return;
     state.SeenMounts = rows;
-    const std::vector<VolumeRef> old = std::move(state.Disks);
+    RefreshFixed(state, *rows);
+    const std::vector<MountedDisk> old = std::move(state.Disks);
     state.Disks.clear();
     std::vector<VolumeInfo> newDisks;
     for (VolumeInfo& info : DisksOf(*rows)) {
         if (std::ranges::any_of(state.Fixed,
                                 [&](const VolumeRef& volume) { return volume->RealRoot == info.HostRoot; }))
             continue;
-        if (VolumeRef kept = KeptDisk(old, info))
-            state.Disks.push_back(std::move(kept));
-        else
+        const MountedDisk* kept = KeptDisk(old, info);
+        if (!kept) {
             newDisks.push_back(std::move(info));
+            continue;
+        }
+        state.Disks.push_back(*kept);
+        if (kept->Ref->Info.WriteProtected != info.WriteProtected) { // mounted anew in place
+            Volume changed = *kept->Ref;
+            changed.Info.WriteProtected = info.WriteProtected;
+            state.Disks.back().Ref = std::make_shared<const Volume>(std::move(changed));
+        }
     }
-    for (VolumeInfo& info : newDisks) {
-        NameFreely(info, state.Fixed, state.Disks);
-        const MountRow* row = MountOf(*rows, info.HostRoot);
-        const std::string root = info.HostRoot;
-        state.Disks.push_back(std::make_shared<const Volume>(
-            Volume{std::move(info), root, row && row->Slow ? row->Point : std::string()}));
-    }
+    RememberGone(state, old);
+    for (VolumeInfo& info : newDisks)
+        AddDisk(state, std::move(info), *rows);
 }
 
-VolumeRef FindIn(const std::vector<VolumeRef>& volumes, std::string_view name) {
-    for (const auto field : {&VolumeInfo::Device, &VolumeInfo::Volume})
-        for (const VolumeRef& volume : volumes)
-            if (SameName(volume->Info.*field, name))
-                return volume;
-    return nullptr;
+std::vector<VolumeRef> AllVolumes(const TableState& state) {
+    std::vector<VolumeRef> all = state.Fixed;
+    for (const MountedDisk& disk : state.Disks)
+        all.push_back(disk.Ref);
+    return all;
 }
 
 // Takes the volume when its root lies above the path and below that of the best so far.
@@ -136,30 +236,38 @@ void TakeDeeper(const VolumeRef& volume, std::string_view hostPath, VolumeRef& b
         }
 }
 
-AssignRow* FindRow(TableState& state, std::string_view name) {
-    const auto row = std::ranges::find_if(
-        state.Assigns, [&](const AssignRow& assign) { return SameName(assign.Name, name); });
-    return row == state.Assigns.end() ? nullptr : &*row;
-}
-
-bool BindAll(std::vector<AssignTarget>& targets) {
-    for (AssignTarget& target : targets) {
-        target.Bound = Lock(target.Path);
-        if (!target.Bound)
-            return false;
-    }
-    return true;
+bool Fail(long error) {
+    SetIoErr(error);
+    return false;
 }
 
 } // namespace
 
+bool IsDeviceText(std::string_view name) noexcept {
+    return !name.empty() && name.size() <= LongestDeviceText &&
+           name.find_first_of(std::string_view("/:\0", 3)) == std::string_view::npos;
+}
+
 VolumeRef FindVolume(std::string_view name) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    if (VolumeRef volume = FindIn(state.Fixed, name))
-        return volume;
     RefreshDisks(state);
-    return FindIn(state.Disks, name);
+    for (const auto field : {&VolumeInfo::Device, &VolumeInfo::Volume}) {
+        for (const VolumeRef& volume : state.Fixed)
+            if (SameName(volume->Info.*field, name))
+                return field == &VolumeInfo::Volume && IsAssign(name) ? nullptr : volume;
+        for (const MountedDisk& disk : state.Disks)
+            if (SameName(disk.Ref->Info.*field, name))
+                return field == &VolumeInfo::Volume && IsAssign(name) ? nullptr : disk.Ref;
+    }
+    return nullptr;
+}
+
+bool IsDeviceName(std::string_view name) {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    RefreshDisks(state);
+    return HasDevice(state, name) || SameName(name, "NIL") || SameName(name, "PROGDIR");
 }
 
 VolumeRef VolumeOfHostPath(std::string_view hostPath) {
@@ -168,56 +276,36 @@ VolumeRef VolumeOfHostPath(std::string_view hostPath) {
     RefreshDisks(state);
     VolumeRef best;
     std::size_t bestLength = 0;
-    for (const auto* list : {&state.Fixed, &state.Disks})
-        for (const VolumeRef& volume : *list)
-            TakeDeeper(volume, hostPath, best, bestLength);
+    for (const VolumeRef& volume : state.Fixed)
+        TakeDeeper(volume, hostPath, best, bestLength);
+    for (const MountedDisk& disk : state.Disks)
+        TakeDeeper(disk.Ref, hostPath, best, bestLength);
     return best ? best : HostRootVolume();
-}
-
-std::optional<std::vector<AssignTarget>> FindAssign(std::string_view name) {
-    TableState& state = State();
-    const std::lock_guard hold(state.Guard);
-    if (SameName(name, "PROGDIR") && !state.ProgramDrawer.empty())
-        return std::vector<AssignTarget>{{FileLock(), state.ProgramDrawer}};
-    if (const AssignRow* row = FindRow(state, name))
-        return row->Targets;
-    return {};
-}
-
-void BindTarget(std::string_view name, const std::string& path, const FileLock& lock) {
-    TableState& state = State();
-    const std::lock_guard hold(state.Guard);
-    AssignRow* row = FindRow(state, name);
-    if (!row || row->Kind != AssignKind::Late)
-        return;
-    for (AssignTarget& target : row->Targets)
-        if (!target.Bound && target.Path == path)
-            target.Bound = lock;
-}
-
-void SetProgramDrawer(const std::string& path) {
-    TableState& state = State();
-    const std::lock_guard hold(state.Guard);
-    state.ProgramDrawer = path;
 }
 
 void ResetVolumeTable() {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
     static_cast<Table&>(state) = Table();
+    ResetAssigns();
     ForgetMounts();
 }
 
 void AddSetUpProblem(const std::string& text) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    state.Problem += (state.Problem.empty() ? "" : "\n") + text;
+    if (state.Problem.size() + text.size() > LargestProblem)
+        ++state.MoreProblems;
+    else
+        state.Problem += (state.Problem.empty() ? "" : "\n") + text;
 }
 
 std::string SetUpProblem() {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    return state.Problem;
+    if (state.MoreProblems == 0)
+        return state.Problem;
+    return state.Problem + "\nand " + std::to_string(state.MoreProblems) + " more";
 }
 
 std::vector<VolumeInfo> Volumes() {
@@ -225,80 +313,42 @@ std::vector<VolumeInfo> Volumes() {
     const std::lock_guard hold(state.Guard);
     RefreshDisks(state);
     std::vector<VolumeInfo> all;
-    for (const auto* list : {&state.Fixed, &state.Disks})
-        for (const VolumeRef& volume : *list)
-            all.push_back(volume->Info);
+    for (const VolumeRef& volume : AllVolumes(state))
+        all.push_back(volume->Info);
     return all;
-}
-
-std::vector<AssignInfo> Assigns() {
-    std::vector<AssignRow> rows;
-    {
-        TableState& state = State();
-        const std::lock_guard hold(state.Guard);
-        rows = state.Assigns;
-    }
-    std::vector<AssignInfo> all;
-    for (const AssignRow& row : rows) {
-        AssignInfo& info = all.emplace_back(AssignInfo{row.Name, row.Kind, {}});
-        for (const AssignTarget& target : row.Targets) {
-            const std::string now = target.Bound ? NameFromLock(target.Bound) : std::string();
-            info.Targets.push_back(now.empty() ? target.Path : now);
-        }
-    }
-    return all;
-}
-
-bool SetAssign(std::string_view name, AssignKind kind, std::vector<std::string> targets) {
-    if (!IsGoodName(name)) {
-        SetIoErr(ErrorInvalidComponentName);
-        return false;
-    }
-    AssignRow row{std::string(name), kind, {}};
-    for (std::string& target : targets)
-        row.Targets.push_back({FileLock(), std::move(target)});
-    if (kind == AssignKind::Directory && !BindAll(row.Targets))
-        return false;
-    TableState& state = State();
-    const std::lock_guard hold(state.Guard);
-    RefreshDisks(state);
-    if (HasDevice(state.Fixed, name) || HasDevice(state.Disks, name) || SameName(name, "NIL") ||
-        SameName(name, "PROGDIR")) {
-        SetIoErr(ErrorObjectInUse);
-        return false;
-    }
-    AssignRow* old = FindRow(state, name);
-    if (row.Targets.empty())
-        std::erase_if(state.Assigns, [&](const AssignRow& each) { return &each == old; });
-    else if (old)
-        *old = std::move(row);
-    else
-        state.Assigns.push_back(std::move(row));
-    return true;
 }
 
 bool AddVolume(VolumeInfo info) {
-    if (!IsGoodName(info.Device) || !IsGoodName(info.Volume) || info.HostRoot.empty() ||
-        info.HostRoot.front() != '/') {
-        SetIoErr(ErrorInvalidComponentName);
-        return false;
-    }
-    const std::string slow = SlowMountOf(info.HostRoot);
+    if (!IsDeviceText(info.Device) || !IsDeviceText(info.Volume) || !info.HostRoot.starts_with('/'))
+        return Fail(ErrorInvalidComponentName);
+    const MountRows rows = Mounts();
+    std::string slow = SlowMountOf(*rows, info.HostRoot);
     std::string real = RealDrawer(info.HostRoot, slow);
     if (real.empty() && slow.empty())
         return false;
     if (real.empty()) // a disk that does not answer now may do so later
         real = info.HostRoot;
+    slow = SlowMountOf(*rows, real);
+    if (const MountRow* row = MountOf(*rows, real))
+        DescribeFileSystem(info, *row);
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    if (HasDevice(state.Fixed, info.Device) || HasDevice(state.Disks, info.Device) ||
-        SameName(info.Device, "NIL") || SameName(info.Device, "PROGDIR")) {
-        SetIoErr(ErrorObjectExists);
-        return false;
-    }
+    if (HasDevice(state, info.Device) || SameName(info.Device, "NIL") || SameName(info.Device, "PROGDIR"))
+        return Fail(ErrorObjectExists);
     state.Fixed.push_back(std::make_shared<const Volume>(Volume{std::move(info), real, slow}));
     state.SeenMounts.reset();
     return true;
+}
+
+std::string DosTypeText(std::uint32_t dosType) {
+    std::string text;
+    for (int shift = 24; shift > 0; shift -= 8)
+        text.push_back(static_cast<char>((dosType >> shift) & 0xFF));
+    const std::uint32_t last = dosType & 0xFF;
+    if (last > ' ')
+        return text + static_cast<char>(last);
+    static constexpr std::string_view Digits = "0123456789abcdef";
+    return text + '\\' + Digits[last >> 4] + Digits[last & 15];
 }
 
 } // namespace dos

@@ -1,5 +1,5 @@
 // Volumes and assigns: the names that stand before the colon of a path, and their first set-up on
-// this host. Usage figures and disk events are not told here.
+// this host. Usage figures are not told here; DiskEvents.h tells of disks that come and go.
 #pragma once
 
 #include <cstdint>
@@ -14,20 +14,26 @@ enum class MetadataRule { Xattr, Uaem }; // where bits and notes are written
 
 struct VolumeInfo {
     std::string Device{};   // "DH0", unique
-    std::string Volume{};   // "Workbench"; two disks may carry one name
+    std::string Volume{};   // "Workbench"; a mounted disk whose label is taken adds its device's name
     std::string HostRoot{}; // host path of the root drawer
     NameRule Names = NameRule::Exact;
     MetadataRule Metadata = MetadataRule::Xattr;
     std::string ExecDevice{};  // "usbdisk.device"; empty for plain disks
     std::uint32_t Unit = 0;    // of the Exec device
-    std::string HandlerName{}; // "smbfs", "nfs", "ext4"
+    std::string HandlerName{}; // "ext4", "vfat"; "smbfs" for a share of whatever network
+    std::string FileSystem{};  // name and version, "nfs4 6.1"
+    std::uint32_t DosType = 0; // four characters, the first on top
     std::string MountSource{}; // what the host mounted: a device file, "//server/share"
-    bool Removable = false;    // comes and goes with a mount of the host
+    bool Removable = false;    // the disk or share can go while the program runs
+    bool WriteProtected = false;
+    std::uint64_t MediumBlocks = 0;    // of the whole medium, 0 where it is not known
+    std::uint32_t MediumBlockSize = 0; // bytes
 };
 
 enum class AssignKind {
-    Directory,  // bound to a drawer when it is made; follows the drawer when that is renamed
-    Late,       // the path is bound at its first use
+    Directory,  // bound to a drawer when it is made; follows the drawer when that is renamed. A
+                // drawer on a removable disk is known by its name, so that the disk can be taken out
+    Late,       // the path is bound at its first use, and is a Directory from then on
     NonBinding, // the path is looked up at every use
 };
 
@@ -55,11 +61,25 @@ struct SystemDrawers {
 // All assigns but PROGDIR:, which belongs to the process.
 [[nodiscard]] std::vector<AssignInfo> Assigns();
 
-// Makes or replaces an assign; no target removes it. False with IoErr: 202 a device or volume is
-// called so, 205 or another for a Directory target that cannot be locked.
+// Makes or replaces an assign; no target removes it. An assign stands before a volume of its name.
+// False with IoErr: 202 a device is called so, 205 or another for a Directory target that cannot be
+// locked, 210 bad name, 212 more than one target for a NonBinding one.
 [[nodiscard]] bool SetAssign(std::string_view name, AssignKind kind, std::vector<std::string> targets);
-// Adds a volume. False with IoErr: 203 the device name is taken, 210 bad name, 205 no such drawer.
+
+enum class AssignEnd { Last, First };
+// Adds a drawer to an assign, or makes a Directory assign of it when there is none. Of a drawer that
+// it already has nothing is added. False with IoErr: as for SetAssign, 212 a NonBinding assign.
+[[nodiscard]] bool AddToAssign(std::string_view name, std::string_view path, AssignEnd end);
+// Takes one drawer out; the assign goes with its last one. False with IoErr 205 when there is no
+// such assign or it does not have the drawer.
+[[nodiscard]] bool RemoveFromAssign(std::string_view name, std::string_view path);
+
+// Adds a volume; what the host tells of its file system is filled in. False with IoErr: 203 the device name
+// is taken, 210 bad name, 205 no such drawer.
 [[nodiscard]] bool AddVolume(VolumeInfo volume);
+
+// "DOS\07", "NTFS": three characters and an escape where the last byte is none.
+[[nodiscard]] std::string DosTypeText(std::uint32_t dosType);
 
 // Is the name before the colon a device, volume or assign?
 [[nodiscard]] bool IsKnownDevice(std::string_view name);

@@ -1,7 +1,6 @@
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Limits.h"
-#include "platform/dos/MountInfo.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <condition_variable>
@@ -121,41 +120,6 @@ TEST(LimitsTest, WorkThatWasGivenUpChangesNothingAnyMore) {
     while (!dos::RunWithLimit("key", [](dos::Progress&) {})) {
     }
     EXPECT_EQ(*mayChange, false);
-}
-
-TEST(MountInfoTest, RowsAreReadWithTheirEscapes) {
-    const auto rows =
-        dos::ParseMountInfo("1 0 8:1 / / rw,relatime shared:1 - ext4 /dev/sda1 rw\n"
-                            "2 1 8:2 / /media/u/My\\040Disk rw - vfat /dev/sdb1 rw\n"
-                            "3 1 0:3 / /mnt/net rw master:2 propagate_from:1 - nfs4 host:/x rw\n"
-                            "rubbish\n4 1 0:4 / relative rw - ext4 x rw\n5 1 0:4 / /cut rw");
-    ASSERT_EQ(rows.size(), 3u);
-    EXPECT_EQ(rows[1].Point, "/media/u/My Disk");
-    EXPECT_TRUE(rows[2].Slow);
-    EXPECT_FALSE(rows[0].Slow);
-    EXPECT_EQ(dos::MountOf(rows, "/mnt/network/x"), &rows[0]);
-    EXPECT_EQ(dos::MountOf(rows, "/mnt/net"), &rows[2]);
-}
-
-TEST(MountInfoTest, DisksAreNamedByKind) {
-    const auto disks =
-        dos::DisksOf(dos::ParseMountInfo("1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                                         "2 1 0:5 / /proc rw - proc proc rw\n"
-                                         "3 1 0:6 / /run/user/1000 rw - tmpfs tmpfs rw\n"
-                                         "4 1 7:0 / /run/media/u/WB31 rw - ext4 /dev/loop0 rw\n"
-                                         "5 1 7:1 / /mnt/iso rw - iso9660 /dev/loop1 rw\n"
-                                         "6 1 11:0 / /media/u/Cover\\040CD ro - iso9660 /dev/sr0 ro\n"
-                                         "7 1 0:7 / /mnt/share rw - cifs //server/Share rw\n"
-                                         "8 1 8:17 / /data rw - ext4 /dev/sdb1 rw\n"
-                                         "9 1 8:17 /sub /data/bind rw - ext4 /dev/sdb1 rw\n"
-                                         "10 1 8:1 / /boot/efi rw - vfat /dev/sda2 rw\n"
-                                         "11 1 179:1 / /media/u/a:b rw - vfat /dev/mmcblk0p1 rw\n"));
-    std::vector<std::string> found;
-    for (const dos::VolumeInfo& disk : disks)
-        found.push_back(disk.Device + " " + disk.Volume + " " + disk.ExecDevice + " " + disk.HandlerName);
-    EXPECT_EQ(found, (std::vector<std::string>{"IDF0 WB31 diskimage.device ext4",
-                                               "ICD0 iso diskimage.device iso9660", "CD0 Cover CD  iso9660",
-                                               "SMB0 Share  smbfs", "HD0 data  ext4", "CF0 a_b  vfat"}));
 }
 
 } // namespace

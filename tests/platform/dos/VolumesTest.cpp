@@ -1,5 +1,7 @@
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/MediumInfo.h"
+#include "platform/dos/MountFile.h"
 #include "platform/dos/Variables.h"
 #include "platform/exec/RuntimeDirectory.h"
 #include "tests/platform/dos/DosTest.h"
@@ -27,6 +29,7 @@ protected:
     ~VolumesTest() override {
         exec::UseRuntimeDirectory("");
         dos::Host() = dos::RealHost();
+        dos::Places() = {};
         dos::ResetVolumeTable();
     }
 
@@ -137,6 +140,87 @@ TEST_F(VolumesTest, BrokenMountFileLeavesTheRestAtWork) {
     EXPECT_EQ(Find("SYS:"), "Workbench:");
 }
 
+TEST_F(VolumesTest, AssignsOfTheMountFileAreBoundAsItSays) {
+    Tree.Drawer("home/Amiga/Games");
+    Tree.Write("home/config/solvane/mounts.toml",
+               "[[volume]]\nname = \"Work:\"\npath = \"~/Amiga\"\ndevice = \"QDH0\"\n"
+               "[[volume]]\nname = \"Other\"\npath = \"~/Amiga\"\n"
+               "[[assign]]\nname = \"Late\"\npath = \"Work:Games\"\nbind = \"late\"\n"
+               "[[assign]]\nname = \"Path\"\npath = \"~/Amiga/Games\"\nbind = \"path\"\n"
+               "[[assign]]\nname = \"C\"\npaths = [\"SYS:C\", \"Work:C\"]\n"); // the user's instead of ours
+    ASSERT_TRUE(Begin());
+    EXPECT_EQ(dos::SetUpProblem(), "");
+    EXPECT_EQ(Find("Late:"), "Work:Games");
+    EXPECT_EQ(Find("Path:"), "Work:Games");
+    EXPECT_EQ(Find("QDH0:"), "Work:");
+    EXPECT_EQ(Find("DH3:"), "Other:");
+    Tree.Write("home/Amiga/C/Own", "");
+    EXPECT_EQ(Find("C:Own"), "Work:C/Own");
+    std::filesystem::rename(Tree.Path("home/Amiga/Games"), Tree.Path("home/Amiga/Old"));
+    EXPECT_EQ(Find("Late:"), "Work:Old");
+    EXPECT_EQ(Find("Path:"), "error 205");
+}
+
+TEST(MountFileTest, FaultsAreToldWithTheirLineAndTheRestCounts) {
+    const std::string good = "[[assign]]\nname = \"Good\"\npath = \"X:\"\n"; // three lines
+    const std::pair<std::string, std::string> cases[] = {
+        {"[[assign]]\nname = 5\npath = \"X:\"", "line 5: name is a text"},
+        {"[[assign]]\nname = \"A/B\"\npath = \"X:\"", "line 4: \"A/B\" cannot stand before a colon"},
+        {"[[assign]]\nname = \"a\\u0000\"\npath = \"X:\"", "cannot stand before a colon"},
+        {"[[assign]]\nname = \"" + std::string(101, 'x') + "\"\npath = \"X:\"", "cannot stand"},
+        {"[[assign]]\nname = \"A\"\npath = \"relative\"", "line 6: \"relative\" is no full path"},
+        {"[[assign]]\nname = \"A\"\npath = \"\"", "is no full path"},
+        {"[[assign]]\nname = \"A\"\npaths = [\"X:\", 1]", "a path is a text"},
+        {"[[assign]]\nname = \"A\"\npaths = \"X:\"", "write paths = ["},
+        {"[[assign]]\nname = \"GOOD\"\npath = \"X:\"", "line 4: the name \"GOOD\" stands here twice"},
+        {"[[assign]]\nname = \"A\"\nbind = \"now\"\npath = \"X:\"", "\"late\" or \"path\", not \"now\""},
+        {"[[assign]]\nname = \"A\"\nbind = \"path\"\npaths = [\"X:\", \"Y:\"]", "has one path only"},
+        {"[[volume]]\nname = \"V\"\npath = \"Work:\"", "path of a host drawer"},
+        {"[[volume]]\nname = \"V\"\npath = \"/\"\ndevice = \"v\"", "the name \"v\" stands here twice"},
+        {"[[volume]]\nname = \"V\"\npath = \"/\"\nnames = 1", "names is a text"},
+        {"[[volumes]]\nname = \"V\"", "unknown key \"volumes\""},
+        {"[volume]\nname = \"V\"", "write [[volume]]"},
+        {"volume = [1]", "write [[volume]]"},
+    };
+    for (const auto& [text, problem] : cases) {
+        const bool isKey = text.starts_with("volume =");
+        const dos::MountFile file =
+            dos::ParseMountFile(isKey ? text + "\n" + good : good + text + "\n", "/home/u");
+        ASSERT_EQ(file.Problems.size(), 1u) << text;
+        EXPECT_NE(file.Problems[0].find(problem), std::string::npos) << text << "\n" << file.Problems[0];
+        EXPECT_EQ(file.Assigns.size(), 1u) << text;
+        EXPECT_TRUE(file.Volumes.empty()) << text;
+    }
+}
+
+TEST(MountFileTest, SlipsOfThePenBreakNothing) {
+    for (const std::string_view text :
+         {"[\\assign]]", "[[assign]]\nn\xC3\xA4me = 1", "\xC3\xA4", "[\xC8\xB7]", "a = \xFF",
+          "[[assign]]\nname = \"A", "a = 1\na = 2", "= 1", "[]", "a = {b = 1,}"}) {
+        const dos::MountFile file = dos::ParseMountFile(text, "/");
+        EXPECT_EQ(file.Problems.size(), 1u) << text;
+        EXPECT_EQ(file.Problems.front().rfind("mounts.toml, line ", 0), 0u) << text;
+    }
+}
+
+TEST(MountFileTest, FilesWithoutMeasureAreBounded) {
+    std::string volumes;
+    for (int i = 0; i < 1000; ++i)
+        volumes += "[[volume]]\nname = \"V" + std::to_string(i) + "\"\npath = \"/\"\n";
+    EXPECT_EQ(dos::ParseMountFile(volumes, "/").Volumes.size(), dos::MostMountRows);
+    std::string faults;
+    for (int i = 0; i < 400; ++i)
+        faults += "[[assign]]\nname = \"" + std::string(1000, '\\') + "\"\n";
+    EXPECT_LE(dos::ParseMountFile(faults, "/").Problems.size(), 101u);
+    std::string paths = "[[assign]]\nname = \"A\"\npaths = [";
+    for (int i = 0; i < 100; ++i)
+        paths += "\"X:\",";
+    const dos::MountFile file = dos::ParseMountFile(paths + "]\n", "/");
+    EXPECT_TRUE(file.Assigns.empty());
+    EXPECT_EQ(file.Problems.size(), 1u);
+    EXPECT_EQ(dos::ParseMountFile("a = " + std::string(100000, '['), "/").Problems.size(), 1u);
+}
+
 std::string MountList; // stands for the host's own
 bool ListHasChanged = false;
 
@@ -146,6 +230,7 @@ TEST_F(VolumesTest, DiskIsAVolumeFromItsMountToItsEnd) {
     const std::string disk = "2 1 7:9 / " + Tree.Path("Amiga") + " rw - ext4 /dev/loop9 rw\n";
     Tree.Write("mountinfo", system);
     Tree.Write("Amiga/file", "");
+    dos::Places().Numbers = dos::Places().Blocks = Tree.Path("none");
     dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
         const bool isList = std::string_view(name) == "/proc/self/mountinfo";
         return dos::RealHost().Openat(drawer, isList ? MountList.c_str() : name, flags, mode);

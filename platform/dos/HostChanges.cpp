@@ -1,0 +1,186 @@
+#include "platform/dos/HostChanges.h"
+
+#include "platform/dos/HostWriting.h"
+#include "platform/dos/MetadataWriting.h"
+#include "platform/dos/NameIndex.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/statvfs.h>
+
+namespace dos {
+
+namespace {
+
+bool Fails(long error) {
+    SetIoErr(error);
+    return false;
+}
+
+// Some hosts say EEXIST for a drawer that is not empty.
+int ErrorOfRemoval(int hostError, bool isDrawer) {
+    return isDrawer && hostError == EEXIST ? ENOTEMPTY : hostError;
+}
+
+bool DeleteNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
+    Spot spot;
+    StoredMetadata stored;
+    if (!FindEntry(from, rest, LastLink::Keep, mode, spot))
+        return false;
+    if (!ReadStored(spot, stored))
+        return Refuse(errno, Operation::Delete);
+    if ((stored.Bits & ProtectDelete) != 0)
+        return Fails(ErrorDeleteProtected);
+    if (!mode.Commit())
+        return Refuse(ENOMEDIUM, Operation::Delete);
+    const bool isDrawer = IsDrawerMode(spot.Facts.Mode);
+    const int drawer = spot.Drawer.Get();
+    if (Host().Unlinkat(drawer, spot.Name.c_str(), isDrawer ? AT_REMOVEDIR : 0) != 0)
+        return Refuse(ErrorOfRemoval(errno, isDrawer), Operation::Delete);
+    NoteRemoved(drawer, spot.Name);
+    if (stored.Sidecar.State != SidecarState::Ours)
+        return true;
+    const std::string sidecar = SidecarNameOf(spot.Name);
+    if (Host().Unlinkat(drawer, sidecar.c_str(), 0) != 0 && errno != ENOENT)
+        return Refuse(errno, Operation::Delete);
+    NoteRemoved(drawer, sidecar);
+    return true;
+}
+
+// A place for a new entry; false with IoErr, 203 when there is one.
+bool FindPlace(const HostLock& from, const std::string& rest, WalkMode& mode, Spot& spot) {
+    if (!FindSpot(from, rest, LastLink::Keep, mode, spot))
+        return false;
+    if (spot.Object)
+        return Fails(ErrorObjectExists);
+    return mode.Commit() || Refuse(ENOMEDIUM, Operation::Write);
+}
+
+// The name of the object that a path from the drawer of a link leads to, as the host has it: an
+// alias or another case means nothing to it.
+std::string RealNameOf(const HostLock& drawer, std::string_view path, std::string_view name, WalkMode& mode) {
+    Spot spot;
+    if (FindSpot(drawer, path, LastLink::Keep, mode, spot) && spot.Object && !spot.Name.empty())
+        return spot.Name;
+    return std::string(name);
+}
+
+// A relative AmigaDOS path as the text of a host link.
+std::string HostTextOf(const HostLock& drawer, std::string_view path, WalkMode& mode) {
+    std::string text;
+    for (std::size_t at = 0; at < path.size();) {
+        text.append(text.empty() ? "" : "/");
+        if (path[at] == '/') {
+            text.append("..");
+            ++at;
+            continue;
+        }
+        const std::size_t end = std::min(path.find('/', at), path.size());
+        text.append(RealNameOf(drawer, path.substr(0, end), path.substr(at, end - at), mode));
+        at = end + 1;
+    }
+    return text;
+}
+
+bool SoftLinkNow(const HostLock& from, const std::string& rest, const SoftTarget& target, WalkMode& mode) {
+    Spot spot;
+    if (!FindPlace(from, rest, mode, spot))
+        return false;
+    std::string text = target.HostPath;
+    if (text.empty()) {
+        ObjectFacts facts;
+        HostFd drawer = DuplicateFd(spot.Drawer);
+        if (!drawer || !FactsOf(drawer.Get(), facts))
+            return Refuse(errno, Operation::Write);
+        text = HostTextOf(HostLock(spot.On, std::move(drawer), facts, spot.SlowMount), target.Relative, mode);
+    }
+    if (Host().Symlinkat(text.c_str(), spot.Drawer.Get(), spot.Name.c_str()) != 0)
+        return Refuse(errno == EPERM ? ENOTSUP : errno, Operation::Write);
+    NoteCreated(spot.Drawer.Get(), spot.Name);
+    return true;
+}
+
+bool HardLinkNow(const HostLock& from, const std::string& rest, const HostLock& target, WalkMode& mode) {
+    Spot spot;
+    if (!IsFileMode(target.Facts.Mode))
+        return Fails(ErrorObjectWrongType);
+    if (!FindPlace(from, rest, mode, spot))
+        return false;
+    if (Host().LinkObject(target.Object.Get(), spot.Drawer.Get(), spot.Name.c_str()) != 0)
+        return Refuse(errno == EPERM ? ENOTSUP : errno, Operation::Write);
+    NoteCreated(spot.Drawer.Get(), spot.Name);
+    return true;
+}
+
+bool ChangeNow(const HostLock& from, const std::string& rest, const MetadataChange& change, WalkMode& mode) {
+    Spot spot;
+    if (!FindSpot(from, rest, LastLink::Follow, mode, spot))
+        return false;
+    if (!spot.Object)
+        return Refuse(ENOENT, Operation::Lookup);
+    if (!CompleteSpot(spot)) {
+        if (errno != EBUSY)
+            return Refuse(errno, Operation::Lookup);
+        spot.Drawer = HostFd(); // a root: nothing lies beside it
+    }
+    if (!mode.Commit())
+        return Refuse(ENOMEDIUM, Operation::Write);
+    return ChangeStored(spot, change);
+}
+
+bool InfoNow(const HostLock& lock, InfoData& info) {
+    struct statvfs raw {};
+    if (Host().Fstatvfs(lock.Object.Get(), &raw) != 0)
+        return Refuse(errno, Operation::Lookup);
+    const auto blocks = static_cast<std::uint64_t>(raw.f_blocks);
+    const auto available = static_cast<std::uint64_t>(raw.f_bavail);
+    info.State = (raw.f_flag & ST_RDONLY) != 0 ? DiskState::WriteProtected : DiskState::Validated;
+    info.Blocks = blocks;
+    info.BlocksUsed = blocks - std::min(blocks, available);
+    info.BytesPerBlock = raw.f_frsize != 0 ? raw.f_frsize : raw.f_bsize;
+    return true;
+}
+
+} // namespace
+
+bool DeleteHostEntry(const LockRef& start, std::string_view rest) {
+    const HostLockRef from = AsHostLock(start);
+    return OnHost<bool>(
+        from, [from, rest = std::string(rest)](WalkMode& mode) { return DeleteNow(*from, rest, mode); });
+}
+
+bool MakeHostSoftLink(const LockRef& start, std::string_view rest, const SoftTarget& target) {
+    const HostLockRef from = AsHostLock(start);
+    return OnHost<bool>(from, [from, rest = std::string(rest), target](WalkMode& mode) {
+        return SoftLinkNow(*from, rest, target, mode);
+    });
+}
+
+bool MakeHostHardLink(const LockRef& start, std::string_view rest, const LockRef& target) {
+    if (target->Owner != &HostHandler)
+        return Fails(ErrorRenameAcrossDevices);
+    const HostLockRef from = AsHostLock(start);
+    return OnHost<bool>(from, [from, rest = std::string(rest), to = AsHostLock(target)](WalkMode& mode) {
+        return HardLinkNow(*from, rest, *to, mode);
+    });
+}
+
+bool ChangeHostEntry(const LockRef& start, std::string_view rest, const MetadataChange& change) {
+    const HostLockRef from = AsHostLock(start);
+    return OnHost<bool>(from, [from, rest = std::string(rest), change](WalkMode& mode) {
+        return ChangeNow(*from, rest, change, mode);
+    });
+}
+
+bool InfoOfHost(const LockRef& lock, InfoData& info) {
+    const HostLockRef from = AsHostLock(lock);
+    using Answer = std::optional<InfoData>;
+    const Answer answer = OnHost<Answer>(from, [from](WalkMode&) -> Answer {
+        InfoData data;
+        return InfoNow(*from, data) ? Answer(data) : std::nullopt;
+    });
+    info = answer.value_or(InfoData());
+    return answer.has_value();
+}
+
+} // namespace dos

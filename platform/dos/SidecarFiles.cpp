@@ -1,0 +1,82 @@
+#include "platform/dos/SidecarFiles.h"
+
+#include "platform/dos/Dates.h"
+#include "platform/dos/Examine.h"
+#include "platform/dos/HostWriting.h"
+#include "platform/dos/NameIndex.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace dos {
+
+namespace {
+
+constexpr std::uint32_t NanosecondsPerTick = 1'000'000'000u / TicksPerSecond;
+
+bool IsNoSidecar(int hostError) {
+    return hostError == ENOENT || hostError == ENOTDIR || hostError == ENAMETOOLONG;
+}
+
+// A link, a socket or the like is none of ours.
+bool IsForeign(int hostError) {
+    return hostError == ELOOP || hostError == ENXIO || hostError == EISDIR;
+}
+
+} // namespace
+
+std::string SidecarNameOf(std::string_view owner) {
+    return std::string(owner).append(SidecarSuffix);
+}
+
+bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
+    sidecar = SidecarFile();
+    HostFd file(Host().Openat(drawer, SidecarNameOf(owner).c_str(),
+                              O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0));
+    if (!file) {
+        sidecar.State = IsForeign(errno) ? SidecarState::Foreign : SidecarState::None;
+        return IsForeign(errno) || IsNoSidecar(errno);
+    }
+    ObjectFacts about;
+    if (!FactsOf(file.Get(), about))
+        return false;
+    sidecar.State = SidecarState::Foreign;
+    if (!IsFileMode(about.Mode))
+        return true;
+    std::string text;
+    if (!ReadToEnd(file.Get(), text, LargestSidecar))
+        return false;
+    SidecarFacts facts = ParseSidecar(text);
+    if (text.empty()) // cut off, with nothing to lose
+        facts.Protection = 0;
+    if (!facts.Protection)
+        return true;
+    sidecar = {SidecarState::Ours, std::move(file), std::move(facts)};
+    return true;
+}
+
+bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old, const SidecarFacts& facts) {
+    const std::string name = SidecarNameOf(owner);
+    const int before = old.Object ? old.Object.Get() : NoDescriptor;
+    if (!ReplaceBytes(drawer, name, before, FormatSidecar(facts)))
+        return false;
+    if (!old.Object)
+        NoteCreated(drawer, name);
+    return true;
+}
+
+bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar) {
+    if (sidecar.State != SidecarState::Ours)
+        return true;
+    struct statx now {};
+    if (Host().Statx(drawer, std::string(owner).c_str(), AT_SYMLINK_NOFOLLOW, STATX_MTIME, &now) != 0)
+        return false;
+    SidecarFacts facts = sidecar.Facts;
+    facts.Protection = *facts.Protection & ~ProtectArchive;
+    facts.Date = AmigaSecondsFromUnix(now.stx_mtime.tv_sec);
+    facts.Hundredths = static_cast<std::uint8_t>(now.stx_mtime.tv_nsec / NanosecondsPerTick * 2);
+    return WriteSidecar(drawer, owner, sidecar, facts);
+}
+
+} // namespace dos

@@ -1,0 +1,39 @@
+// The ".uaem" file beside an object: found, written, and what follows its owner. Private to
+// platform/dos.
+#pragma once
+
+#include "platform/dos/HostFd.h"
+#include "platform/dos/Sidecar.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace dos {
+
+enum class SidecarState {
+    None,
+    Ours,    // tells of its owner
+    Foreign, // something of that name that is no sidecar; never touched
+};
+
+struct SidecarFile {
+    SidecarState State = SidecarState::None;
+    HostFd Object;      // open for reading; only of Ours
+    SidecarFacts Facts; // the bits are there for Ours
+};
+
+[[nodiscard]] std::string SidecarNameOf(std::string_view owner);
+
+// Looks for the sidecar of an entry. False with errno when the disk does not tell.
+[[nodiscard]] bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar);
+
+// Writes the sidecar anew, as a whole or not at all; false with errno. Facts need bits and date.
+[[nodiscard]] bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old,
+                                const SidecarFacts& facts);
+
+// After new contents: the date of the file goes into its sidecar, which was looked for before, and
+// the archive bit is cleared. False with errno; true when there is none.
+[[nodiscard]] bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar);
+
+} // namespace dos

@@ -1,0 +1,260 @@
+#include "platform/dos/DiskEvents.h"
+
+#include "platform/dos/HostPaths.h"
+#include "platform/dos/MediumInfo.h"
+#include "platform/exec/Timer.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <map>
+#include <mutex>
+#include <poll.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// A mount table that the test writes. Every descriptor on it learns of a change once, as from the kernel.
+struct ScriptedTable {
+    std::mutex Guard;
+    std::string Path;
+    int Generation = 0;
+    std::map<int, int> Seen; // generation by descriptor
+
+    void Opened(int descriptor) {
+        const std::lock_guard hold(Guard);
+        Seen[descriptor] = Generation;
+    }
+    void Change() {
+        const std::lock_guard hold(Guard);
+        ++Generation;
+    }
+    bool TakeChange(int descriptor) {
+        const std::lock_guard hold(Guard);
+        const auto known = Seen.find(descriptor);
+        return known != Seen.end() && std::exchange(known->second, Generation) != Generation;
+    }
+};
+ScriptedTable Table;
+
+int OpenScripted(int drawer, const char* name, int flags, unsigned mode) {
+    if (std::string_view(name) != "/proc/self/mountinfo")
+        return dos::RealHost().Openat(drawer, name, flags, mode);
+    const int descriptor = dos::RealHost().Openat(drawer, Table.Path.c_str(), flags, mode);
+    Table.Opened(descriptor);
+    return descriptor;
+}
+
+// The first descriptor is the table; the others are asked of the host, a little at a time.
+int PollScripted(struct pollfd* descriptors, unsigned long count, int timeout) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout);
+    while (true) {
+        if ((descriptors[0].events & POLLPRI) == 0) // not one of the table
+            return dos::RealHost().Poll(descriptors, count, timeout);
+        for (unsigned long i = 0; i < count; ++i)
+            descriptors[i].revents = 0;
+        if (Table.TakeChange(descriptors[0].fd)) {
+            descriptors[0].revents = POLLPRI;
+            return 1;
+        }
+        if (count > 1 && dos::RealHost().Poll(descriptors + 1, count - 1, 2) > 0)
+            return 1;
+        if (timeout >= 0 && std::chrono::steady_clock::now() >= end)
+            return 0;
+    }
+}
+
+class DiskEventsTest : public testing::Test {
+protected:
+    DiskEventsTest() {
+        Table.Path = Tree.Path("mountinfo");
+        dos::Places() = {.Numbers = Tree.Path("none"),
+                         .Blocks = Tree.Path("none"),
+                         .Labels = Tree.Path("none"),
+                         .Records = Tree.Path("none"),
+                         .Release = Tree.Path("none")};
+        Tree.Write("Amiga/file", "");
+        Mount("");
+        dos::Host().Openat = OpenScripted;
+        dos::Host().Poll = PollScripted;
+        EXPECT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
+        Disk = Row(2, "/dev/loop9", "Amiga");
+    }
+    ~DiskEventsTest() override {
+        Watch.End();
+        exec::FreeSignal(Signal);
+        dos::Host() = dos::RealHost();
+        dos::Places() = {};
+        dos::ResetVolumeTable();
+    }
+
+    [[nodiscard]] std::string Row(int id, const std::string& source, const std::string& drawer) const {
+        Tree.Drawer(drawer);
+        return std::to_string(id) + " 1 7:" + std::to_string(id) + " / " + Tree.Path(drawer) + " rw - ext4 " +
+               source + " rw\n";
+    }
+    // Puts lines behind the root's in the table.
+    void Mount(const std::string& lines) const {
+        Tree.Write("mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n" + lines);
+        Table.Change();
+    }
+    [[nodiscard]] exec::SignalMask Mask() const { return exec::SignalMask{1} << Signal; }
+    [[nodiscard]] static std::string LastVolume() { return dos::Volumes().back().Volume; }
+
+    TempTree Tree;
+    std::string Disk; // the row of the volume "Amiga:"
+    int Signal = exec::AllocSignal();
+    dos::DiskNotification Watch;
+};
+
+TEST_F(DiskEventsTest, DiskThatComesOrGoesSendsASignal) {
+    ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
+    Mount(Disk);
+    EXPECT_EQ(exec::Wait(Mask()), Mask());
+    EXPECT_EQ(LastVolume(), "Amiga");
+    Mount("");
+    EXPECT_EQ(exec::Wait(Mask()), Mask());
+    EXPECT_EQ(LastVolume(), "Host");
+    EXPECT_EQ(Find("Amiga:file"), "error 218");
+}
+
+TEST_F(DiskEventsTest, BurstIsOneSignalAndMountsOfTheSystemAreNone) {
+    ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
+    Mount("9 1 0:9 / /proc rw - proc proc rw\n");
+    Mount(Disk);
+    Mount(Disk + Row(3, "/dev/sr0", "Cover"));
+    EXPECT_EQ(exec::Wait(Mask()), Mask());
+    EXPECT_EQ(LastVolume(), "Cover");
+    Mount(Row(3, "/dev/sr0", "Cover") + Disk); // the same in another order
+    exec::Delay(20);
+    EXPECT_EQ(exec::CheckSignal(Mask()), 0u);
+}
+
+TEST_F(DiskEventsTest, NothingIsSentAfterTheEnd) {
+    ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
+    Watch.End();
+    Watch.End();
+    Mount(Disk);
+    exec::Delay(20);
+    EXPECT_EQ(exec::CheckSignal(Mask()), 0u);
+    EXPECT_FALSE(Watch.Start(nullptr, Signal));
+}
+
+TEST_F(DiskEventsTest, HostWithoutAListOfMountsIsTold) {
+    dos::Host().Openat = [](int, const char*, int, unsigned) {
+        errno = ENOENT;
+        return -1;
+    };
+    EXPECT_FALSE(Watch.Start(exec::FindTask(), Signal));
+    EXPECT_EQ(dos::IoErr(), 205);
+}
+
+TEST_F(DiskEventsTest, DisksOfOneNameAreToldApartAndKeepTheirNames) {
+    const std::string twin = Row(3, "/dev/loop8", "twin/Amiga");
+    Tree.Write("twin/Amiga/second", "");
+    Mount(Disk + twin);
+    EXPECT_EQ(Find("Amiga:file"), "Amiga:file");
+    EXPECT_EQ(Find("IDF1:second"), "Amiga_IDF1:second");
+    EXPECT_EQ(Find("Amiga_IDF1:second"), "Amiga_IDF1:second");
+    EXPECT_EQ(dos::FromHostPath(Tree.Path("twin/Amiga/second")), "Amiga_IDF1:second");
+    Mount(twin); // the first one goes, and comes back last
+    EXPECT_EQ(Find("Amiga_IDF1:second"), "Amiga_IDF1:second");
+    EXPECT_EQ(Find("Amiga:file"), "error 218");
+    Mount("");
+    EXPECT_EQ(Find("Amiga_IDF1:second"), "error 218");
+    Mount(twin);
+    EXPECT_EQ(Find("IDF1:second"), "Amiga_IDF1:second");
+    Mount(twin + Disk);
+    EXPECT_EQ(Find("Amiga:file"), "Amiga:file");
+}
+
+TEST_F(DiskEventsTest, LabelThatMeansSomethingElseIsNotTaken) {
+    ASSERT_TRUE(dos::SetAssign("Music", dos::AssignKind::Late, {"Host:tmp"}));
+    Mount(Row(2, "/dev/sr0", "music") + Row(3, "/dev/sr1", "HOST") + Row(4, "/dev/sr2", "nil"));
+    std::vector<std::string> names;
+    for (const dos::VolumeInfo& volume : dos::Volumes())
+        names.push_back(volume.Volume);
+    EXPECT_EQ(names, (std::vector<std::string>{"Host", "music_CD0", "HOST_CD1", "nil_CD2"}));
+}
+
+TEST_F(DiskEventsTest, AssignsOnADiskLeadToItAgainWhenItIsBack) {
+    Mount(Disk);
+    ASSERT_TRUE(dos::SetAssign("Games", dos::AssignKind::Directory, {"IDF0:"}));
+    ASSERT_TRUE(dos::SetAssign("Later", dos::AssignKind::Late, {"Amiga:"}));
+    EXPECT_EQ(Find("Games:file"), "Amiga:file");
+    EXPECT_EQ(Find("Later:file"), "Amiga:file");
+    const auto held = dos::FindAssign("Games");
+    EXPECT_FALSE(held->front().Bound); // the host could not let the disk go
+    Mount("");
+    EXPECT_EQ(Find("Games:file"), "error 205");
+    EXPECT_EQ(Find("Later:file"), "error 205");
+    Mount(Disk);
+    EXPECT_EQ(Find("Games:file"), "Amiga:file");
+    EXPECT_EQ(Find("Later:file"), "Amiga:file");
+}
+
+TEST_F(DiskEventsTest, NetworkMountedOverAVolumeIsAskedWithCare) {
+    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Share", .HostRoot = Tree.Path("Amiga")}));
+    EXPECT_EQ(dos::FindVolume("Share")->SlowMount, "");
+    Mount("2 1 0:9 / " + Tree.Path("Amiga") + " rw - nfs4 nas:/x rw\n");
+    EXPECT_EQ(dos::FindVolume("Share")->SlowMount, Tree.Path("Amiga"));
+    Mount("");
+    EXPECT_EQ(dos::FindVolume("Share")->SlowMount, "");
+}
+
+// May this process mount disks of its own, unseen by others?
+bool CanMount() {
+    const int child = ::fork();
+    if (child == 0)
+        ::_exit(::unshare(CLONE_NEWNS) == 0 &&
+                        ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                        ::mount("probe", "/mnt", "tmpfs", 0, nullptr) == 0
+                    ? 0
+                    : 1);
+    int status = 1;
+    return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
+}
+
+#define REQUIRE(what)                                                                                        \
+    if (!(what)) {                                                                                           \
+        std::fputs("failed: " #what "\n", stderr);                                                           \
+        ::_exit(1);                                                                                          \
+    }
+
+// In a process of its own, since its mounts are.
+void MeetARealDisk() {
+    REQUIRE(::unshare(CLONE_NEWNS) == 0);
+    REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
+    const int signal = exec::AllocSignal();
+    const exec::SignalMask mask = exec::SignalMask{1} << signal;
+    dos::DiskNotification watch;
+    REQUIRE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
+    REQUIRE(watch.Start(exec::FindTask(), signal));
+    REQUIRE(::mount("solvane", "/mnt", "tmpfs", 0, nullptr) == 0);
+    REQUIRE(exec::Wait(mask) == mask);
+    REQUIRE(dos::Volumes().back().Volume == "mnt" && dos::Volumes().back().FileSystem.starts_with("tmpfs "));
+    REQUIRE(::mkdir("/mnt/Games", 0777) == 0);
+    REQUIRE(dos::SetAssign("G", dos::AssignKind::Directory, {"mnt:Games"}));
+    REQUIRE(Find("G:") == "mnt:Games");
+    REQUIRE(::umount2("/mnt", 0) == 0); // nothing of ours holds it
+    REQUIRE(exec::Wait(mask) == mask);
+    REQUIRE(dos::Volumes().back().Volume == "Host");
+    REQUIRE(Find("mnt:") == "error 218" && Find("G:") == "error 205");
+    ::_exit(0);
+}
+
+TEST(RealDiskTest, MountIsSeenUsedAndLetGo) {
+    if (!CanMount())
+        GTEST_SKIP() << "mounting is not allowed here";
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(MeetARealDisk(), testing::ExitedWithCode(0), "");
+}
+
+} // namespace

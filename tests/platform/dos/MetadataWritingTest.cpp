@@ -1,0 +1,206 @@
+#include "platform/dos/Changes.h"
+#include "platform/dos/Dates.h"
+#include "platform/dos/Files.h"
+#include "platform/dos/Sidecar.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <array>
+#include <cerrno>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+namespace {
+
+constexpr std::string_view Line = "-s--rwed 2001-02-03 04:05:06.08 note\n";
+
+class MetadataWritingTest : public DosTest {
+protected:
+    MetadataWritingTest() {
+        Tree.Drawer("amiga");
+        EXPECT_TRUE(dos::AddVolume({.Device = "TD1",
+                                    .Volume = "Amiga",
+                                    .HostRoot = Tree.Path("amiga"),
+                                    .Metadata = dos::MetadataRule::Uaem}));
+    }
+    [[nodiscard]] std::string Attribute(std::string_view name, const char* attribute) {
+        std::array<char, 256> value{};
+        const auto length = ::getxattr(Tree.Path(name).c_str(), attribute, value.data(), value.size());
+        return length < 0 ? "none" : std::string(value.data(), static_cast<std::size_t>(length));
+    }
+    [[nodiscard]] unsigned Mode(std::string_view name) {
+        struct stat about {};
+        EXPECT_EQ(::stat(Tree.Path(name).c_str(), &about), 0);
+        return about.st_mode & 07777;
+    }
+    [[nodiscard]] bool HasAttributes() { return ::setxattr(Tree.Root().c_str(), "user.test", "", 0, 0) == 0; }
+};
+
+TEST(SidecarTextTest, LinesComeBackByteForByte) {
+    for (const std::string_view line :
+         {"-s--rwed 2024-03-15 19:01:02.50 \n", "----rwed 2024-03-15 19:01:13.84 comment on file2\n",
+          "hsparwed 1999-12-31 23:59:59.98 every bit\n", "-------- 2000-01-01 00:00:00.00 \n",
+          "---arwed 2024-02-29 12:00:00.02 leap day\n",
+          "----rwed 2013-02-12 21:20:52.02 Gr%f6%dfe 100%25 %2a%22%2f%5c%7c%3c%3e%3f%0a\n",
+          "----rwed 2013-02-12 21:20:52.02 ends in a dot%2e\n", "----rwed 2013-02-12 21:20:52.02 AU%58\n",
+          "----rwed 2013-02-12 21:20:52.02 co%6d1.txt\n", "----rwed 2013-02-12 21:20:52.02 auxiliary\n",
+          "----rwed 2013-02-12 21:20:52.02 x.uae%6d\n", "----rwed 2013-02-12 21:20:52.02  two  blanks %20\n",
+          "----rwed 2013-02-12 21:20:52.02 \xCE\xA9 beyond Latin-1\n"})
+        EXPECT_EQ(dos::FormatSidecar(dos::ParseSidecar(line)), line);
+    EXPECT_EQ(dos::SidecarCommentLength("Größe"), 5u);
+}
+
+TEST_F(MetadataWritingTest, BitsGoToModesAndTheRestToTheAttribute) {
+    if (!HasAttributes())
+        GTEST_SKIP() << "no attributes here";
+    Tree.Write("file", "");
+    const struct {
+        std::uint32_t Bits;
+        unsigned Mode;
+        std::string_view Letters;
+    } cases[] = {
+        {0x00, 0744, "none"},     {0x02, 0644, "none"},     {0x4D, 0144, "-s----e-"},
+        {0xF0, 0744, "hsparwed"}, {0x0F, 0044, "--------"}, {0x02, 0644, "none"},
+        {0xAE02, 0675, "none"},   {0x02, 0675, "none"}, // without a bit of these, they stay
+    };
+    ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0644), 0);
+    for (const auto& row : cases) {
+        ASSERT_TRUE(dos::SetProtection("Test:file", row.Bits)) << row.Bits << " " << dos::IoErr();
+        EXPECT_EQ(Mode("file"), row.Mode) << row.Bits;
+        EXPECT_EQ(Attribute("file", "user.amiga.protection"), row.Letters) << row.Bits;
+        EXPECT_EQ(dos::ExamineObject("Test:file")->Protection & 0xFF, row.Bits & 0xFF);
+    }
+}
+
+TEST_F(MetadataWritingTest, CommentsAndDatesAreKept) {
+    if (!HasAttributes())
+        GTEST_SKIP() << "no attributes here";
+    Tree.Write("file", "");
+    Tree.Drawer("drawer");
+    Tree.Link("link", "file");
+    for (const std::string_view path : {"Test:link", "Test:drawer", "Test:"}) {
+        const std::string longNote(500, 'n');
+        EXPECT_TRUE(dos::SetComment(path, longNote)) << path;
+        EXPECT_EQ(dos::ExamineObject(path)->Comment, longNote) << path;
+        EXPECT_TRUE(dos::SetComment(path, "")) << path;
+        EXPECT_TRUE(dos::SetComment(path, "")) << path;
+        EXPECT_EQ(dos::ExamineObject(path)->Comment, "") << path;
+        for (const std::uint32_t date : {238464000u, 0u, 1'500'000'001u}) {
+            EXPECT_TRUE(dos::SetDate(path, date)) << path << date;
+            EXPECT_EQ(dos::ExamineObject(path)->Date, date) << path;
+        }
+    }
+    EXPECT_EQ(Attribute("file", "user.xdg.comment"), "none");
+    EXPECT_FALSE(dos::SetComment("Test:file", std::string(100'000, 'n')));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorCommentTooBig);
+    EXPECT_FALSE(dos::SetComment("Test:none", "x"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+}
+
+TEST_F(MetadataWritingTest, SidecarIsKeptUpToDate) {
+    Tree.Write("file", "");
+    Tree.Write("file.uaem", Line);
+    EXPECT_TRUE(dos::SetComment("Test:file", "Größe"));
+    EXPECT_EQ(Tree.Read("file.uaem"), "-s--rwed 2001-02-03 04:05:06.08 Gr%f6%dfe\n");
+    EXPECT_TRUE(dos::SetDate("Test:file", 238464000));
+    EXPECT_EQ(Tree.Read("file.uaem"), "-s--rwed 1985-07-23 00:00:00.00 Gr%f6%dfe\n");
+    EXPECT_TRUE(dos::SetProtection("Test:file", 0x95));
+    EXPECT_EQ(Tree.Read("file.uaem"), "h--ar-e- 1985-07-23 00:00:00.00 Gr%f6%dfe\n");
+    EXPECT_EQ(Mode("file") & 0700, 0500u); // the host's own follow
+    EXPECT_EQ(Attribute("file", "user.xdg.comment"), "none");
+    EXPECT_FALSE(dos::SetComment("Test:file", std::string(80, 'n')));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorCommentTooBig);
+    EXPECT_TRUE(dos::SetComment("Test:file", "\xC3\xBC" + std::string(78, 'n')));
+    EXPECT_TRUE(dos::SetProtection("Test:file", 0x90));
+    EXPECT_TRUE(dos::WriteWhole("Test:file", "new"));
+    const auto object = dos::ExamineObject("Test:file");
+    EXPECT_EQ(object->Protection & 0xFF, 0x80u); // written to: not archived any more
+    EXPECT_NEAR(object->Date, dos::CurrentAmigaSeconds(), 60);
+}
+
+TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
+    Tree.Write("amiga/file", "");
+    Tree.Drawer("amiga/drawer");
+    Tree.Write("amiga/taken", "");
+    Tree.Write("amiga/taken.uaem", "my own text");
+    for (const std::string_view name : {"file", "drawer"}) {
+        const std::string path = "Amiga:" + std::string(name);
+        EXPECT_TRUE(dos::SetDate(path, 238464000));
+        EXPECT_TRUE(dos::SetProtection(path, 0x40));
+        EXPECT_TRUE(dos::SetComment(path, "note"));
+        EXPECT_EQ(Tree.Read("amiga/" + std::string(name) + ".uaem"),
+                  "-s--rwed 1985-07-23 00:00:00.00 note\n");
+    }
+    EXPECT_EQ(Attribute("amiga/file", "user.amiga.protection"), "none");
+    EXPECT_FALSE(dos::SetComment("Amiga:taken", "note"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Tree.Read("amiga/taken.uaem"), "my own text");
+}
+
+TEST_F(MetadataWritingTest, ClearedCommentDoesNotComeBackFromTheAttribute) {
+    if (!HasAttributes())
+        GTEST_SKIP() << "no attributes here";
+    Tree.Write("file", "");
+    EXPECT_TRUE(dos::SetComment("Test:file", "old"));
+    Tree.Write("file.uaem", Line);
+    EXPECT_TRUE(dos::SetComment("Test:file", ""));
+    EXPECT_EQ(dos::ExamineObject("Test:file")->Comment, "");
+}
+
+TEST_F(MetadataWritingTest, FileSystemWithNeitherRefusesAndChangesNothing) {
+    Tree.Write("file", "");
+    ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0644), 0);
+    Calls().SetAttribute = [](int, const char*, const void*, std::size_t) {
+        errno = ENOTSUP;
+        return -1;
+    };
+    Calls().RemoveAttribute = [](int, const char*) {
+        errno = ENOTSUP;
+        return -1;
+    };
+    EXPECT_FALSE(dos::SetProtection("Test:file", 0x44));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_EQ(Mode("file"), 0644u);
+    EXPECT_TRUE(dos::SetProtection("Test:file", 0x04));
+    EXPECT_EQ(Mode("file"), 0544u);
+    EXPECT_FALSE(dos::SetComment("Test:file", "note"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_TRUE(dos::SetComment("Test:file", ""));
+}
+
+// A disk that says yes to modes and times that it cannot keep.
+TEST_F(MetadataWritingTest, WhatADiskForgetsIsAFailure) {
+    Tree.Write("file", "");
+    Calls().ChangeMode = [](int, unsigned) { return 0; };
+    Calls().SetTime = [](int object, std::int64_t seconds, long nanoseconds) {
+        return dos::RealHost().SetTime(object, std::max<std::int64_t>(seconds, 315532800), nanoseconds);
+    };
+    EXPECT_FALSE(dos::SetProtection("Test:file", 0));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    const std::uint32_t before = dos::ExamineObject("Test:file")->Date;
+    EXPECT_FALSE(dos::SetDate("Test:file", 1000));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_EQ(dos::ExamineObject("Test:file")->Date, before);
+}
+
+// The host wants w for attributes; whoever is not root meets this with every protected file.
+TEST_F(MetadataWritingTest, ProtectedFilesCanBeNoted) {
+    if (!HasAttributes())
+        GTEST_SKIP() << "no attributes here";
+    Tree.Write("file", "");
+    ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0444), 0);
+    Calls().SetAttribute = [](int object, const char* name, const void* value, std::size_t size) {
+        dos::ObjectFacts facts;
+        if (dos::FactsOf(object, facts) && (facts.Mode & 0200) == 0) {
+            errno = EACCES;
+            return -1;
+        }
+        return dos::RealHost().SetAttribute(object, name, value, size);
+    };
+    EXPECT_TRUE(dos::SetComment("Test:file", "note"));
+    EXPECT_EQ(Mode("file"), 0444u);
+    EXPECT_TRUE(dos::SetProtection("Test:file", 0x44));
+    EXPECT_EQ(Attribute("file", "user.amiga.protection"), "-s--r-ed");
+    EXPECT_EQ(dos::ExamineObject("Test:file")->Comment, "note");
+}
+
+} // namespace
