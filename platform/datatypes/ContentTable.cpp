@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <array>
-#include <optional>
+#include <cstdint>
 #include <vector>
 
 namespace datatypes {
@@ -74,15 +74,17 @@ public:
     }
 
 private:
+    enum class Answer : std::uint8_t { NotAsked, No, Yes };
+
     [[nodiscard]] bool ReadsAsText() {
-        if (!Text) {
-            Text = IsText(File.Head);
+        if (Text == Answer::NotAsked) {
+            Text = IsText(File.Head) ? Answer::Yes : Answer::No;
         }
-        return *Text;
+        return Text == Answer::Yes;
     }
 
     const Specimen& File;
-    std::optional<bool> Text;
+    Answer Text = Answer::NotAsked;
 };
 
 } // namespace
