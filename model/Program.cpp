@@ -65,10 +65,7 @@ std::uint16_t ClearPreviewWhenUniconfy = 0;
 std::int32_t JumpToARexxCmd = NoJump;
 std::uint32_t JumpToCount = 0;
 std::uint16_t SameJumpTo = 0;
-std::uint16_t GameMode = 0;
-std::uint16_t OpenAppMenuTabs = 0;
 std::uint16_t AnimPlaying = 0;
 std::uint16_t SoundPlaying = 0;
-std::uint16_t SoundLoop = 0;
 
 } // namespace solvane

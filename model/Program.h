@@ -97,8 +97,6 @@ extern std::uint16_t ClearPreviewWhenUniconfy;
 extern std::int32_t JumpToARexxCmd; // a command that a handler left for the loop
 extern std::uint32_t JumpToCount;   // type-ahead: ticks since the last key
 extern std::uint16_t SameJumpTo;
-extern std::uint16_t GameMode;
-extern std::uint16_t OpenAppMenuTabs;
-extern std::uint16_t AnimPlaying, SoundPlaying, SoundLoop;
+extern std::uint16_t AnimPlaying, SoundPlaying;
 
 } // namespace solvane
