@@ -160,9 +160,10 @@ bool MakeHostHardLink(const LockRef& start, std::string_view rest, const LockRef
     if (target->Owner != &HostHandler)
         return Fails(ErrorRenameAcrossDevices);
     const HostLockRef from = AsHostLock(start);
-    return OnHost<bool>(from, [from, rest = std::string(rest), to = AsHostLock(target)](WalkMode& mode) {
-        return HardLinkNow(*from, rest, *to, mode);
-    });
+    const HostLockRef to = AsHostLock(target);
+    return IsMounted(*to) && OnHost<bool>(from, [from, rest = std::string(rest), to](WalkMode& mode) {
+               return HardLinkNow(*from, rest, *to, mode);
+           });
 }
 
 bool ChangeHostEntry(const LockRef& start, std::string_view rest, const MetadataChange& change) {

@@ -28,6 +28,8 @@ LockRef RootOf(const LockRef& lock) {
 
 LockRef Locate(const LockRef& start, std::string_view rest, LastLink last) {
     const HostLockRef from = AsHostLock(start);
+    if (!IsMounted(*from))
+        return nullptr;
     if (from->SlowMount.empty()) {
         WalkMode mode;
         HostLockRef found = FindObject(from, rest, last, mode);
@@ -72,6 +74,8 @@ LockRef ParentOf(const HostLockRef& lock, WalkMode& mode) {
 
 LockRef Parent(const LockRef& lock) {
     const HostLockRef from = AsHostLock(lock);
+    if (!IsMounted(*from))
+        return nullptr;
     if (IsRoot(*from, HostPathOf(from->Object.Get()))) {
         SetIoErr(0);
         return nullptr;
@@ -87,6 +91,8 @@ std::string NameOf(const LockBody& body, NameForm form) {
     const auto& lock = static_cast<const HostLock&>(body);
     if (form == NameForm::DeviceOnly)
         return lock.On->Info.Device;
+    if (!IsMounted(lock))
+        return {};
     const std::string path = HostPathOf(lock.Object.Get());
     if (path.empty()) {
         SetIoErr(ErrorFromErrno(errno, Operation::Lookup));
@@ -117,6 +123,8 @@ bool ExamineNow(const HostLock& lock, ExamineData& object) {
 
 bool Examine(const LockRef& lock, ExamineData& object) {
     const HostLockRef from = AsHostLock(lock);
+    if (!IsMounted(*from))
+        return false;
     if (from->SlowMount.empty())
         return ExamineNow(*from, object);
     using Answer = std::optional<ExamineData>;

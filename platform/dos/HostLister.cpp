@@ -169,6 +169,8 @@ ListingRef BeginListing(const HostLock& drawer, Progress* progress) {
 } // namespace
 
 std::unique_ptr<Lister> ListHostDrawer(const HostLockRef& drawer) {
+    if (!IsMounted(*drawer))
+        return nullptr;
     if (!IsDrawerMode(drawer->Facts.Mode)) {
         SetIoErr(ErrorObjectWrongType);
         return nullptr;

@@ -4,6 +4,7 @@
 #include "platform/dos/Handler.h"
 #include "platform/dos/HostFd.h"
 #include "platform/dos/Limits.h"
+#include "platform/dos/MountInfo.h"
 #include "platform/dos/VolumeTable.h"
 
 #include <functional>
@@ -19,12 +20,14 @@ struct HostLock final : LockBody {
           On(std::move(on)),
           Object(std::move(object)),
           Facts(facts),
-          SlowMount(std::move(slowMount)) {}
+          SlowMount(std::move(slowMount)),
+          MadeUnder(KnownMounts()) {}
 
     VolumeRef On;          // on which volume it was found
     HostFd Object;         // O_PATH
     ObjectFacts Facts;     // as they were when the lock was made; the file type never changes
     std::string SlowMount; // not empty: questions about it are asked with a limit
+    MountRows MadeUnder;   // what was mounted then; may be null
 };
 using HostLockRef = std::shared_ptr<const HostLock>;
 
@@ -60,6 +63,10 @@ struct Spot {
 
 [[nodiscard]] HostLockRef RootLock(const VolumeRef& volume);
 
+// Is the disk of the lock still mounted? The host lets an object be used on when its disk was taken
+// away under it; here that is 218 in IoErr, before anything is done with it. Asks no file system.
+[[nodiscard]] bool IsMounted(const HostLock& lock);
+
 [[nodiscard]] inline HostLockRef AsHostLock(const LockRef& lock) {
     return std::static_pointer_cast<const HostLock>(lock);
 }
@@ -68,6 +75,8 @@ struct Spot {
 // not. The deed owns what it uses, since it can be left behind hanging.
 template <typename Result>
 [[nodiscard]] Result OnHost(const HostLockRef& start, std::function<Result(WalkMode&)> deed) {
+    if (!IsMounted(*start))
+        return Result{};
     WalkMode mode;
     mode.WantsLimit = start->SlowMount;
     if (mode.WantsLimit.empty()) {

@@ -140,10 +140,10 @@ bool RenameNow(const HostLock& from, const std::string& rest, const HostLock& to
 bool RenameHostEntry(const LockRef& start, std::string_view rest, const LockRef& toStart,
                      std::string_view toRest) {
     const HostLockRef from = AsHostLock(start);
-    return OnHost<bool>(from, [from, rest = std::string(rest), to = AsHostLock(toStart),
-                               toRest = std::string(toRest)](WalkMode& mode) {
-        return RenameNow(*from, rest, *to, toRest, mode);
-    });
+    const HostLockRef to = AsHostLock(toStart);
+    return IsMounted(*to) &&
+           OnHost<bool>(from, [from, rest = std::string(rest), to, toRest = std::string(toRest)](
+                                  WalkMode& mode) { return RenameNow(*from, rest, *to, toRest, mode); });
 }
 
 } // namespace dos

@@ -342,6 +342,16 @@ HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink
     return MakeLock(std::move(spot.On), std::move(spot.Object), spot.Facts, std::move(spot.SlowMount));
 }
 
+bool IsMounted(const HostLock& lock) {
+    const MountRows rows = Mounts();
+    // A mount that the list did not show then either is merely hidden from this process.
+    if (rows == lock.MadeUnder || !lock.MadeUnder || !HasVanished(lock.Object.Get(), *rows) ||
+        HasVanished(lock.Object.Get(), *lock.MadeUnder))
+        return true;
+    SetIoErr(ErrorDeviceNotMounted);
+    return false;
+}
+
 HostLockRef RootLock(const VolumeRef& volume) {
     const auto open = [volume]() -> HostLockRef {
         HostFd root(Host().Openat(AT_FDCWD, volume->RealRoot.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));

@@ -142,6 +142,12 @@ MountRows Mounts() {
     return cache.Rows;
 }
 
+MountRows KnownMounts() {
+    MountCache& cache = Cache();
+    const std::lock_guard hold(cache.Guard);
+    return cache.Rows;
+}
+
 void ForgetMounts() {
     MountCache& cache = Cache();
     const std::lock_guard hold(cache.Guard);

@@ -29,6 +29,8 @@ using MountRows = std::shared_ptr<const std::vector<MountRow>>;
 [[nodiscard]] std::vector<MountRow> ParseMountInfo(std::string_view text);
 // The present list; the same object as long as nothing was mounted or unmounted. Never null.
 [[nodiscard]] MountRows Mounts();
+// The list as it was last read; null before the first time. Asks the host nothing.
+[[nodiscard]] MountRows KnownMounts();
 // Has the list opened and read anew. For tests that put another in its place.
 void ForgetMounts();
 // The mount in which a host path lies; null when the list knows none.

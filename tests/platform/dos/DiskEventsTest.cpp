@@ -1,6 +1,9 @@
 #include "platform/dos/DiskEvents.h"
 
+#include "platform/dos/Changes.h"
+#include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/Info.h"
 #include "platform/dos/MediumInfo.h"
 #include "platform/exec/Timer.h"
 #include "tests/platform/dos/DosTest.h"
@@ -250,11 +253,37 @@ void MeetARealDisk() {
     ::_exit(0);
 }
 
+// The same of a disk that goes while it is in use, which the host hides from who holds it.
+void LoseARealDisk() {
+    REQUIRE(::unshare(CLONE_NEWNS) == 0);
+    REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
+    REQUIRE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
+    REQUIRE(::mount("solvane", "/mnt", "tmpfs", 0, nullptr) == 0);
+    REQUIRE(dos::WriteWhole("mnt:file", "text"));
+    const dos::FileLock root = dos::Lock("mnt:");
+    const dos::FileLock file = dos::Lock("mnt:file");
+    const auto refuses = [](bool result) { return !result && dos::IoErr() == dos::ErrorDeviceNotMounted; };
+    REQUIRE(!refuses(dos::ExamineObject(file).has_value()));
+    REQUIRE(::umount2("/mnt", MNT_DETACH) == 0);
+    REQUIRE(refuses(dos::ExamineObject(file).has_value()));
+    REQUIRE(refuses(!dos::NameFromLock(file).empty()));
+    REQUIRE(refuses(static_cast<bool>(dos::ParentDir(file))));
+    REQUIRE(refuses(dos::Info(root).has_value()));
+    REQUIRE(refuses(static_cast<bool>(dos::ObtainDirContext(root))));
+    dos::CurrentDir(root);
+    REQUIRE(refuses(static_cast<bool>(dos::Lock("file"))));
+    REQUIRE(refuses(dos::WriteWhole("file", "new")));
+    REQUIRE(refuses(dos::Rename("file", "Host:mnt/moved")));
+    REQUIRE(refuses(dos::Delete("file")));
+    ::_exit(0);
+}
+
 TEST(RealDiskTest, MountIsSeenUsedAndLetGo) {
     if (!CanMount())
         GTEST_SKIP() << "mounting is not allowed here";
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(MeetARealDisk(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(LoseARealDisk(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace
