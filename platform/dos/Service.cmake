@@ -5,6 +5,6 @@ solvane_module(dos SOURCES
     HostLister.cpp HostPaths.cpp HostRename.cpp HostStreams.cpp HostTree.cpp HostWalk.cpp HostWriting.cpp
     Info.cpp Limits.cpp LinkText.cpp Listing.cpp Locks.cpp MediumInfo.cpp Metadata.cpp MetadataWriting.cpp
     MountFile.cpp MountInfo.cpp NameIndex.cpp Notify.cpp NotifyTarget.cpp Sidecar.cpp SidecarFiles.cpp
-    SystemSetUp.cpp Variables.cpp Volumes.cpp
+    ProgramArguments.cpp SystemSetUp.cpp Variables.cpp Volumes.cpp
     USES dos_base exec utility
     LIBRARIES Threads::Threads)
