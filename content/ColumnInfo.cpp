@@ -8,7 +8,10 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <span>
 #include <string_view>
+#include <utility>
 
 namespace solvane {
 
@@ -31,6 +34,10 @@ constexpr std::array<ColumnDefault, DetailsColumnCount - 1> Defaults = {{
     {"Bit rate", 60, false},    {"Sample rate", 60, false},   {"Encoder", 120, false},
     {"Mode", 100, false},       {"Codec", 100, false},        {"Version", 43, false},
 }};
+
+// Icon, name, and what a device or an entry of an archive has; pixels.
+constexpr std::array<std::int32_t, 6> ComputerWidths = {IconColumnWidth, 250, 80, 80, 120, 150};
+constexpr std::array<std::int32_t, 8> ArchiveWidths = {IconColumnWidth, 250, 100, 100, 50, 120, 65, 100};
 
 constexpr int CellMargins = 14;                  // layout units on both sides of a cell's text
 constexpr std::uint32_t SampleDate = 1538337599; // 30 September 2026, 19:59:59
@@ -57,20 +64,39 @@ void NoteNeededFacts() {
     }
 }
 
-bool AddDefaultColumns() {
-    constexpr ColumnDefault iconColumn = {"", IconColumnWidth, true};
-    for (std::uint32_t number = 0; number <= Defaults.size(); ++number) {
-        NodePointer<ColumnInfoNode> node = SAK_CreateGenericListNode<ColumnInfoNode>();
-        if (!node) {
-            return false;
-        }
-        const ColumnDefault& column = number == 0 ? iconColumn : Defaults[number - 1];
-        node->ColumnNumber = number;
-        node->Shown = column.Shown ? 1 : 0;
-        node->Width = column.Width;
-        SAK_AddGenericListNode(*ShowDetailsColumnsList, std::move(node));
+bool AddColumn(GenericList<ColumnInfoNode>& columns, std::uint32_t number, std::int32_t width, bool shown) {
+    NodePointer<ColumnInfoNode> node = SAK_CreateGenericListNode<ColumnInfoNode>();
+    if (!node) {
+        return false;
     }
+    node->ColumnNumber = number;
+    node->Shown = shown ? 1 : 0;
+    node->Width = width;
+    SAK_AddGenericListNode(columns, std::move(node));
     return true;
+}
+
+bool AddDefaultColumns() {
+    bool done = AddColumn(*ShowDetailsColumnsList, 0, IconColumnWidth, true);
+    for (std::uint32_t number = 1; done && number <= Defaults.size(); ++number) {
+        const ColumnDefault& column = Defaults[number - 1];
+        done = AddColumn(*ShowDetailsColumnsList, number, column.Width, column.Shown);
+    }
+    return done;
+}
+
+// Fills a list whose columns are all shown; nothing where there is no such list.
+void RestoreColumns(const std::unique_ptr<GenericList<ColumnInfoNode>>& columns,
+                    std::span<const std::int32_t> widths) {
+    if (!columns) {
+        return;
+    }
+    SAK_ClearGenericList(*columns);
+    for (const std::int32_t width : widths) {
+        if (!AddColumn(*columns, SAK_GenericListCount(*columns), width, true)) {
+            return;
+        }
+    }
 }
 
 ColumnInfoNode* NodeOf(DetailsColumn column) {
@@ -143,9 +169,18 @@ void TakeOrder(const std::vector<DetailsColumn>& order) {
     static_cast<void>(SAK_ReorderGenericList(*ShowDetailsColumnsList, nodes));
 }
 
+void RestoreWhenEmpty(const std::unique_ptr<GenericList<ColumnInfoNode>>& columns,
+                      std::span<const std::int32_t> widths) {
+    if (columns && SAK_GenericListCount(*columns) == 0) {
+        RestoreColumns(columns, widths);
+    }
+}
+
 } // namespace
 
 void RestoreDefaultColumnInfos() {
+    RestoreColumns(ShowComputerColumnsList, ComputerWidths);
+    RestoreColumns(ShowArchiveColumnsList, ArchiveWidths);
     if (!ShowDetailsColumnsList) {
         return;
     }
@@ -160,6 +195,8 @@ bool CreateColumnInfoAll() {
     if (SAK_GenericListCount(*ShowDetailsColumnsList) == 0 && !AddDefaultColumns()) {
         return false;
     }
+    RestoreWhenEmpty(ShowComputerColumnsList, ComputerWidths);
+    RestoreWhenEmpty(ShowArchiveColumnsList, ArchiveWidths);
     NoteNeededFacts();
     return true;
 }
@@ -213,7 +250,7 @@ const std::vector<DetailsColumn>& ColumnsInForce() {
 }
 
 void GetColumnInfoWidths() {
-    if (Objects.ContentList == nullptr || Prefs.ContentViewStyle == ViewList) {
+    if (Objects.ContentList == nullptr || Prefs.ContentViewStyle == ViewList || Prefs.AutoFitColumns != 0) {
         return;
     }
     const std::vector<int> widths = Objects.ContentList->ColumnWidths();

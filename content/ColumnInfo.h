@@ -36,7 +36,8 @@ void SetColumnInfo();
 [[nodiscard]] const std::vector<DetailsColumn>& ColumnsInForce();
 
 // Takes the list browser's present order over into ShowDetailsColumnsList, and the widths of those columns
-// that are not as wide as SetColumnInfo or the last call found them.
+// that are not as wide as SetColumnInfo or the last call found them. Nothing while columns fit themselves
+// (Prefs.AutoFitColumns).
 void GetColumnInfoWidths();
 
 // Shows the arrow of that Details column and the direction in force; no column shows none.

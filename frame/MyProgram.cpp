@@ -14,11 +14,12 @@
 #include "locations/Devices.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
+#include "model/PrefsLists.h"
 #include "model/Program.h"
 #include "platform/dos/Files.h"
 #include "platform/exec/PublicPorts.h"
-#include "platform/locale/Locale.h"
 #include "prefs/LoadSavePrefs.h"
+#include "prefs/PrefsLists.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/StringFunctions.h"
@@ -39,6 +40,20 @@ void DescribeMachine() {
     gmit_Extensions = machine.Extensions;
 }
 
+// What a first start shows; a list that a document of another name has filled stays.
+bool FillEmptyLists() {
+    if (SAK_GenericListCount(*ToolbarList) == 0 && !RestoreDefaultToolbar()) {
+        return false;
+    }
+    if (SAK_GenericListCount(*MasterFavoritesList) == 0 && !RestoreDefaultFavorites()) {
+        return false;
+    }
+    if (SAK_GenericListCount(*ShowDetailsColumnsList) == 0) {
+        RestoreDefaultColumnInfos();
+    }
+    return true;
+}
+
 // Reads the document; where there is none this is the first start of the program for this user.
 bool SetUpPreferences() {
     if (!DefaultPrefs()) {
@@ -46,23 +61,12 @@ bool SetUpPreferences() {
     }
     LoadPrefs();
     if (!SAK_FileExists(DefaultPrefsFile)) {
-        RestoreDefaultToolbar();
-        RestoreDefaultFavorites();
-        RestoreDefaultColumnInfos();
+        if (!FillEmptyLists()) {
+            TellAndContinue("Could not create Exec list node.");
+        }
         SavePrefs(1);
     }
     return true;
-}
-
-std::string DateFormatInForce() {
-    switch (Prefs.DateFormat) {
-    case 0:
-        return "%d-%b-%y %T";
-    case 2:
-        return std::string(Prefs.CustomDateFormat.View());
-    default:
-        return locale::ShortDateTimeFormat();
-    }
 }
 
 void TakeGivenGeometry() {
@@ -97,7 +101,7 @@ void ApplyPreferences() {
     if (Prefs.UseCommodity == 0) {
         Prefs.IconifyAppDocky = 1;
     }
-    Prefs.EffectiveDateFormat = DateFormatInForce();
+    SetDateFormatInForce();
     if (Prefs.StartIconified != 0) {
         StartIconified = 1;
     }

@@ -31,6 +31,7 @@
 #include "platform/dos/Variables.h"
 #include "platform/icon/Icon.h"
 #include "prefs/LoadSavePrefs.h"
+#include "prefs/PrefsLists.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Memory.h"
@@ -78,23 +79,19 @@ bool ChoosePrefsFile() {
 bool SetUpGenericLists() {
     ContentList = SAK_CreateGenericList<ContentNode>();
     LinksList = SAK_CreateGenericList<LinksNode>();
-    ShowDetailsColumnsList = SAK_CreateGenericList<ColumnInfoNode>();
     CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
-    StartupTabsList = SAK_CreateGenericList<TabsNode>();
     ARexxList = SAK_CreateGenericList<ARexxNode>();
     DOSList = SAK_CreateGenericList<DOSNode>();
-    return ContentList && LinksList && ShowDetailsColumnsList && CommandLineTabsList && StartupTabsList &&
-           ARexxList && DOSList;
+    return ContentList && LinksList && CommandLineTabsList && ARexxList && DOSList && CreatePrefsLists();
 }
 
 void FreeGenericLists() {
     ContentList.reset();
     LinksList.reset();
-    ShowDetailsColumnsList.reset();
     CommandLineTabsList.reset();
-    StartupTabsList.reset();
     ARexxList.reset();
     DOSList.reset();
+    FreePrefsLists();
     ExamineSingleList.reset();
     MasterDevicesList.reset();
     NavDevicesList.reset();

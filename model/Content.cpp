@@ -5,6 +5,8 @@ namespace solvane {
 std::unique_ptr<GenericList<ContentNode>> ContentList;
 std::unique_ptr<GenericList<LinksNode>> LinksList;
 std::vector<ListRow> lblist2;
+std::unique_ptr<GenericList<ColumnInfoNode>> ShowComputerColumnsList;
+std::unique_ptr<GenericList<ColumnInfoNode>> ShowArchiveColumnsList;
 std::unique_ptr<GenericList<ColumnInfoNode>> ShowDetailsColumnsList;
 std::unique_ptr<GenericList<ContentNode>> ExamineSingleList;
 ContentNode* ExamineSingleNode = nullptr;

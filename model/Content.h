@@ -58,6 +58,9 @@ struct ColumnInfoNode : ListNode {
 extern std::unique_ptr<GenericList<ContentNode>> ContentList; // entries on show; written by scan and sort
 extern std::unique_ptr<GenericList<LinksNode>> LinksList;     // links among them
 extern std::vector<ListRow> lblist2; // rows in display order; written by BuildContentList
+// The columns of the Details views, in the user's order; one list for each kind of location.
+extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowComputerColumnsList;
+extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowArchiveColumnsList;
 extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowDetailsColumnsList;
 extern std::unique_ptr<GenericList<ContentNode>> ExamineSingleList; // the one record of ExamineSingle
 extern ContentNode* ExamineSingleNode;                              // that record, or null

@@ -93,6 +93,8 @@ extern std::uint16_t Iconified;
 extern std::uint16_t WindowClosed;
 extern std::uint16_t ScrNotChange;  // the window is being closed for a rebuild and comes back
 extern std::uint16_t AtPreferences; // the Preferences editor is the cause of the rebuild
+extern std::uint16_t ReloadPrefs;   // the record is being loaded anew: the window does not stand for it
+extern std::uint16_t GoFullScreen;  // the window fills the screen and does not stand for its settings
 extern std::uint16_t ClearPreviewWhenUniconfy;
 extern std::int32_t JumpToARexxCmd; // a command that a handler left for the loop
 extern std::uint32_t JumpToCount;   // type-ahead: ticks since the last key

@@ -1,19 +1,19 @@
 #include "prefs/LoadSavePrefs.h"
 
 #include "interface/MainLayout.h"
-#include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Files.h"
 #include "platform/locale/Locale.h"
+#include "prefs/PrefsLists.h"
 #include "prefs/PrefsTable.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Requesters.h"
 #include "sak/Ringhio.h"
 
-#include <algorithm>
+#include <charconv>
 #include <string>
 #include <utility>
 
@@ -22,126 +22,143 @@ namespace solvane {
 namespace {
 
 using application::Dictionary;
-using application::PrefsArray;
-using application::PrefsValue;
 
 constexpr const char* WhichPrefsFile = "ENVARC:Solvane/prefs";
+constexpr const char* ApplicationPrefsFile = "ENVARC:Solvane/application";
 constexpr std::size_t LargestDocument = 4U << 20U; // bytes
-constexpr std::size_t LongestName = 128;
-constexpr std::uint32_t FirstTextColumn = 1; // the icon column before it and this one are always shown
-constexpr std::int64_t DetailsColumns = 25;  // the icon column counted
-constexpr std::int32_t IconColumnWidth = 26; // pixels, as those below
-constexpr std::int64_t NarrowestColumn = 8, WidestColumn = 4096;
+constexpr std::size_t LargestSmallFile = 4096;     // bytes
+constexpr std::size_t LongestNameLine = 127;       // bytes
+constexpr std::size_t LongestFlagLine = 4;         // bytes
+constexpr int MostCopies = 99;                     // of broken documents
 
-std::int64_t NumberAt(const PrefsArray& array, std::size_t position, std::int64_t fallback) {
-    return position < array.size() ? array[position].Number().value_or(fallback) : fallback;
+// The document that could neither be understood nor kept elsewhere: no save replaces it. Mostly empty.
+Text<256> StandingDocument;
+
+// The defaults of this moment: some are the locale's.
+PrefsRecord Defaults() {
+    PrefsRecord defaults;
+    defaults.CustomDateFormat = locale::ShortDateTimeFormat();
+    defaults.DefaultOpenAtName = "Computer";
+    return defaults;
 }
 
-// A column of the Details view that has not been read yet.
-bool IsNewColumn(std::int64_t number) {
-    const auto& columns = *ShowDetailsColumnsList;
-    return number >= 0 && number < DetailsColumns &&
-           std::none_of(columns.begin(), columns.end(),
-                        [&](const ColumnInfoNode& node) { return node.ColumnNumber == number; });
+bool IsMissing(long error) {
+    return error == dos::ErrorObjectNotFound || error == dos::ErrorDirNotFound;
 }
 
-void LoadColumns(const Dictionary& from) {
-    SAK_ClearGenericList(*ShowDetailsColumnsList);
-    const PrefsArray* columns = from.Array("ShowDetailsColumns");
-    for (const PrefsValue& element : columns != nullptr ? *columns : PrefsArray()) {
-        const PrefsArray* values = element.Array();
-        auto node = SAK_CreateGenericListNode<ColumnInfoNode>();
-        if (values == nullptr || values->empty() || !node) {
-            continue;
+void TellLoadingFailed() {
+    SAK_IOError(MainWindow.get(), RequesterTitle.View(), "Error loading prefs file.",
+                "DOS error message:", "_Continue");
+}
+
+// Keeps the bytes of a document that cannot be understood in a file beside it; copies of earlier ones stay.
+bool KeepCopy(const std::string& document) {
+    for (int copy = 1; copy <= MostCopies; ++copy) {
+        const std::string name =
+            std::string(ProgramPrefsFile.View()) + ".broken" + (copy > 1 ? std::to_string(copy) : "");
+        const auto there = dos::ReadWhole(name, LargestDocument);
+        if (there == document) {
+            return true;
         }
-        const std::int64_t number = NumberAt(*values, 0, 0);
-        if (!IsNewColumn(number)) {
-            continue;
+        if (!there && IsMissing(dos::IoErr())) {
+            return dos::WriteWhole(name, document);
         }
-        node->ColumnNumber = static_cast<std::uint32_t>(number);
-        node->Shown = NumberAt(*values, 1, 0) != 0 || node->ColumnNumber <= FirstTextColumn ? 1 : 0;
-        node->Width = static_cast<std::int32_t>(
-            std::clamp<std::int64_t>(NumberAt(*values, 2, 0), NarrowestColumn, WidestColumn));
-        if (node->ColumnNumber == 0) {
-            node->Width = IconColumnWidth;
-        }
-        SAK_AddGenericListNode(*ShowDetailsColumnsList, std::move(node));
     }
+    return false;
 }
 
-void LoadStartupTabs(const Dictionary& from) {
-    SAK_ClearGenericList(*StartupTabsList);
-    const PrefsArray* tabs = from.Array("StartupTabs");
-    for (const PrefsValue& element : tabs != nullptr ? *tabs : PrefsArray()) {
-        const PrefsArray* values = element.Array();
-        auto node = SAK_CreateGenericListNode<TabsNode>();
-        if (values == nullptr || values->empty() || !node) {
-            continue;
-        }
-        node->Location = static_cast<LocationKind>(NumberAt(*values, 0, 0));
-        const std::string* path = values->size() > 1 ? (*values)[1].String() : nullptr;
-        if (path != nullptr && path->size() > Text<1024>::Limit) {
-            continue; // a cut path would lead elsewhere
-        }
-        node->Path = path != nullptr ? *path : std::string();
-        SAK_AddGenericListNode(*StartupTabsList, std::move(node));
-    }
+void LetDocumentStand() {
+    StandingDocument = ProgramPrefsFile;
+    QuitNoSave = 1;
 }
 
-void SaveColumns(Dictionary& into) {
-    PrefsArray columns;
-    for (const ColumnInfoNode& node : *ShowDetailsColumnsList) {
-        columns.push_back({PrefsArray{
-            {std::int64_t{node.ColumnNumber}}, {std::int64_t{node.Shown}}, {std::int64_t{node.Width}}}});
-    }
-    into.Set("ShowDetailsColumns", {std::move(columns)});
-}
-
-void SaveStartupTabs(Dictionary& into) {
-    PrefsArray tabs;
-    for (const TabsNode& node : *StartupTabsList) {
-        tabs.push_back(
-            {PrefsArray{{static_cast<std::int64_t>(node.Location)}, {std::string(node.Path.View())}}});
-    }
-    into.Set("StartupTabs", {std::move(tabs)});
-}
-
-Dictionary DictionaryOfPrefs() {
-    Dictionary dictionary;
-    for (const PrefsKey& key : PrefsKeys()) {
-        key.Save(Prefs, key.Key, dictionary);
-    }
-    SaveStartupTabs(dictionary);
-    SaveColumns(dictionary);
-    return dictionary;
-}
-
-// The document, or an empty dictionary. One that cannot be understood is kept beside the new one that the
-// next save writes; one that cannot be read is never written over.
+// The document, or an empty dictionary for one that is missing, cannot be read or cannot be understood.
 Dictionary ReadDocument() {
+    StandingDocument.Clear();
     const auto document = dos::ReadWhole(ProgramPrefsFile.View(), LargestDocument);
     if (!document) {
-        if (dos::IoErr() != dos::ErrorObjectNotFound) {
+        if (!IsMissing(dos::IoErr())) {
             SAK_IOErr = dos::IoErr();
-            QuitNoSave = 1;
-            SAK_IOError(MainWindow.get(), RequesterTitle.View(), "Error loading prefs file.",
-                        "DOS error message:", "_Continue");
+            LetDocumentStand();
+            TellLoadingFailed();
         }
         return {};
     }
     auto dictionary = Dictionary::FromXml(*document);
-    if (!dictionary) {
-        const std::string keptAs = std::string(ProgramPrefsFile.View()) + ".broken";
-        QuitNoSave = dos::WriteWhole(keptAs, *document) ? QuitNoSave : std::uint16_t{1};
+    if (!dictionary && !document->empty() && !KeepCopy(*document)) {
+        LetDocumentStand();
     }
     return std::move(dictionary).value_or(Dictionary());
+}
+
+void LoadSettings(const Dictionary& dictionary) {
+    const PrefsRecord defaults = Defaults();
+    for (const PrefsKey& key : PrefsKeys()) {
+        key.Load(dictionary, key.Key, defaults, Prefs);
+    }
+    NewOpenOnOwnScreen = Prefs.OpenOnOwnScreen != 0 ? 1 : 0;
+    SoundVolume = Prefs.SoundVolume;
+}
+
+bool LoadLists(const Dictionary& dictionary) {
+    for (const PrefsList& list : PrefsLists()) {
+        if (!list.Load(dictionary.Array(list.Key))) {
+            SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Error,
+                            "Could not create Exec list node.", "_Continue");
+            SAK_IOErr = dos::ErrorNoFreeStore;
+            TellLoadingFailed();
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string MakeDocument() {
+    Dictionary dictionary;
+    for (const PrefsKey& key : PrefsKeys()) {
+        key.Save(Prefs, key.Key, dictionary);
+    }
+    for (const PrefsList& list : PrefsLists()) {
+        dictionary.Set(list.Key, {list.Save()});
+    }
+    return dictionary.ToXml();
+}
+
+// False with IoErr. What could not be read again is not written.
+bool WriteDocument() {
+    if (!StandingDocument.Empty() && StandingDocument.SameBytes(ProgramPrefsFile.View())) {
+        dos::SetIoErr(dos::ErrorObjectExists);
+        return false;
+    }
+    const std::string document = MakeDocument();
+    if (document.size() > LargestDocument) {
+        dos::SetIoErr(dos::ErrorObjectTooLarge);
+        return false;
+    }
+    return dos::WriteWhole(ProgramPrefsFile.View(), document);
+}
+
+// The first line that is not empty, cut at limit bytes; empty when there is none.
+std::string FirstLine(const char* file, std::size_t limit) {
+    const std::string text = dos::ReadWhole(file, LargestSmallFile).value_or(std::string());
+    const std::size_t start = text.find_first_not_of('\n');
+    if (start == std::string::npos) {
+        return {};
+    }
+    return text.substr(start, std::min(text.find('\n', start) - start, limit));
+}
+
+// A small file that says the same already is left alone. Failure is silent, which is intended.
+void WriteSmallFile(const char* file, std::string_view text) {
+    if (dos::ReadWhole(file, LargestSmallFile) != text) {
+        static_cast<void>(dos::WriteWhole(file, text));
+    }
 }
 
 } // namespace
 
 bool DefaultPrefs() {
-    Prefs = PrefsRecord();
-    Prefs.CustomDateFormat = locale::ShortDateTimeFormat();
+    Prefs = Defaults();
     PrefsExist = 1;
     return true;
 }
@@ -153,25 +170,25 @@ void FreePrefs() {
 
 bool LoadPrefs() {
     const Dictionary dictionary = ReadDocument();
-    PrefsRecord defaults;
-    defaults.CustomDateFormat = locale::ShortDateTimeFormat();
-    for (const PrefsKey& key : PrefsKeys()) {
-        key.Load(dictionary, key.Key, defaults, Prefs);
+    LoadSettings(dictionary);
+    if (!LoadLists(dictionary)) {
+        return false;
     }
-    LoadStartupTabs(dictionary);
-    LoadColumns(dictionary);
     RinghioMessage("Solvane", "Preferences loaded.", "FRONT", RinghioImageBuffer.View(), "");
     return true;
 }
 
 bool SavePrefs(int writeFile) {
+    if (writeFile != 0) {
+        SaveApplicationPrefs();
+    }
     if (AtPreferences == 0) {
         CollectPrefs();
     }
     if (writeFile == 0) {
         return true;
     }
-    if (!dos::WriteWhole(ProgramPrefsFile.View(), DictionaryOfPrefs().ToXml())) {
+    if (!WriteDocument()) {
         SAK_IOErr = dos::IoErr();
         SAK_IOError(MainWindow.get(), RequesterTitle.View(), "Error saving prefs file.",
                     "DOS error message:", "_Continue");
@@ -183,39 +200,59 @@ bool SavePrefs(int writeFile) {
 }
 
 void CollectPrefs() {
-    if (!MainWindow || !MainWindow->IsOpen() || AtPreferences != 0 || Prefs.AutosaveWindowPosition == 0) {
+    if (!MainWindow || !MainWindow->IsOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
         return;
     }
-    const intuition::Box box = MainWindow->Geometry();
-    Prefs.WindowX = box.Left;
-    Prefs.WindowY = box.Top;
-    Prefs.WindowWidth = box.Width;
-    Prefs.WindowHeight = box.Height;
+    if (AtPreferences == 0 && Prefs.AutosaveWindowPosition != 0) {
+        const intuition::Box box = MainWindow->Geometry();
+        Prefs.WindowX = box.Left;
+        Prefs.WindowY = box.Top;
+        Prefs.WindowWidth = box.Width;
+        Prefs.WindowHeight = box.Height;
+    }
+}
+
+void SetDateFormatInForce() {
+    switch (Prefs.DateFormat) {
+    case 0:
+        Prefs.EffectiveDateFormat = "%d-%b-%y %T";
+        break;
+    case 2:
+        Prefs.EffectiveDateFormat = Prefs.CustomDateFormat;
+        break;
+    default:
+        Prefs.EffectiveDateFormat = locale::ShortDateTimeFormat();
+        break;
+    }
 }
 
 void LoadWhichPrefs() {
-    const auto text = dos::ReadWhole(WhichPrefsFile, LongestName);
-    if (!text) {
-        return;
+    const std::string name = FirstLine(WhichPrefsFile, LongestNameLine);
+    if (name.empty() || name.find_first_of(":/") != std::string::npos) {
+        return; // a document lives in the program's own drawer
     }
-    const std::size_t start = text->find_first_not_of('\n');
-    if (start != std::string::npos) {
-        const std::string name = text->substr(start, text->find('\n', start) - start);
-        ProgramPrefsFile = FormatText("ENVARC:%s/%s", "Solvane", name);
-    }
+    ProgramPrefsFile = FormatText("ENVARC:%s/%s", "Solvane", name);
 }
 
 void SaveWhichPrefs() {
     Text<1024> drawer;
     Text<128> file;
     SAK_SplitFilename(ProgramPrefsFile.View(), drawer, file);
-    static_cast<void>(dos::WriteWhole(WhichPrefsFile, file.View())); // failure is silent, as intended
+    WriteSmallFile(WhichPrefsFile, file.View());
 }
 
-void LoadApplicationPrefs() {}
+void LoadApplicationPrefs() {
+    const std::string line = FirstLine(ApplicationPrefsFile, LongestFlagLine);
+    if (line.empty()) {
+        return;
+    }
+    appShowInAmiDock = 0; // unless the line begins with another number
+    std::from_chars(line.data(), line.data() + line.size(), appShowInAmiDock);
+}
 
-void RestoreDefaultToolbar() {}
-
-void RestoreDefaultFavorites() {}
+void SaveApplicationPrefs() {
+    WriteSmallFile(ApplicationPrefsFile,
+                   FormatText("%lu\n", static_cast<std::uint32_t>(Prefs.ShowInAmiDock != 0 ? 1 : 0)));
+}
 
 } // namespace solvane

@@ -87,10 +87,9 @@ const PrefsArray* PrefsValue::Array() const {
 
 std::optional<Dictionary> Dictionary::FromXml(std::string_view document) {
     pugi::xml_document xml;
-    // White space is data in texts such as formats and separators.
-    const auto result =
-        xml.load_buffer(document.data(), document.size(), pugi::parse_default | pugi::parse_ws_pcdata_single,
-                        pugi::encoding_utf8);
+    // White space is data in texts such as formats and separators, and names may hold any line end.
+    constexpr unsigned flags = (pugi::parse_default & ~pugi::parse_eol) | pugi::parse_ws_pcdata_single;
+    const auto result = xml.load_buffer(document.data(), document.size(), flags, pugi::encoding_utf8);
     const pugi::xml_node root = xml.child("plist").child("dict");
     if (!result || !root) {
         return std::nullopt;

@@ -82,7 +82,8 @@ class FirstStart(Scenario):
             document.write_bytes(content)
             self.assertIn("Selected", self.show(str(self.home)))
             if content and not content.startswith(b"<plist><dict>"):
-                self.assertEqual((document.parent / "Solvane.xml.broken").read_bytes(), content)
+                copies = [copy.read_bytes() for copy in document.parent.glob("Solvane.xml.broken*")]
+                self.assertIn(content, copies)
 
 
 class BrokenInstallation(Scenario):
