@@ -11,6 +11,7 @@ FLOORS = [
     ['interface'],
     ['model'],
     ['sak'],
+    ['platform/commands'],
     ['platform/intuition', 'platform/workbench', 'platform/application', 'platform/rexx'],
     ['platform/datatypes'],
     ['platform/icon'],

@@ -1,0 +1,202 @@
+#include "platform/commands/Shell.h"
+
+#include "platform/commands/Command.h"
+#include "platform/commands/TextOutput.h"
+#include "platform/dos/CommandLine.h"
+#include "platform/dos/Errors.h"
+#include "platform/dos/Files.h"
+#include "platform/dos/Variables.h"
+#include "platform/utility/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace commands {
+
+namespace {
+
+constexpr std::size_t LargestInsertion = dos::MaxArgumentLine; // bytes of a command's output
+constexpr std::size_t InputBlock = 4096;                       // bytes read at one go
+constexpr std::size_t LongestInputLine = dos::MaxArgumentLine; // bytes
+
+using FileRef = std::shared_ptr<dos::FileHandle>;
+
+// The lines of a stream of dos.
+class LineSource {
+public:
+    explicit LineSource(FileRef from) : File(std::move(from)) {}
+
+    std::optional<std::string> Next() {
+        while (true) {
+            const std::size_t end = Ready.find('\n');
+            if (end != std::string::npos || Ready.size() > LongestInputLine || (IsOver && !Ready.empty())) {
+                std::string line = Ready.substr(0, end);
+                Ready.erase(0, end == std::string::npos ? end : end + 1);
+                return line;
+            }
+            if (IsOver)
+                return {};
+            std::array<std::byte, InputBlock> block;
+            const std::int64_t got = dos::Read(*File, block);
+            IsOver = got <= 0;
+            for (std::int64_t i = 0; i < got; ++i)
+                Ready += static_cast<char>(block[static_cast<std::size_t>(i)]);
+        }
+    }
+
+private:
+    FileRef File;
+    std::string Ready;
+    bool IsOver = false;
+};
+
+FileRef OpenFor(const std::string& name, dos::OpenMode mode, bool isAppend) {
+    auto file =
+        std::make_shared<dos::FileHandle>(dos::Open(name, isAppend ? dos::OpenMode::ReadWrite : mode));
+    if (!*file)
+        return nullptr;
+    if (isAppend && dos::Seek(*file, 0, dos::SeekFrom::End) < 0)
+        return nullptr;
+    return file;
+}
+
+// The streams of one line in place of the context's own while it lives.
+class Redirected {
+public:
+    Redirected(Context& context, const dos::ParsedCommand& line) : Where(context), Before(context) {
+        IsGood = OpenAll(line);
+    }
+    Redirected(const Redirected&) = delete;
+    Redirected& operator=(const Redirected&) = delete;
+    ~Redirected() {
+        Where.Output = Before.Output;
+        Where.ErrorOutput = Before.ErrorOutput;
+        Where.Input = Before.Input;
+        Where.IsTerminal = Before.IsTerminal;
+        Where.OutputError = Before.OutputError;
+    }
+
+    [[nodiscard]] bool IsOpen() const noexcept { return IsGood; }
+
+    // Puts the written files under their names; false with IoErr.
+    [[nodiscard]] bool Close() {
+        const bool isWhole = !Out || Where.OutputError == 0;
+        if (!isWhole)
+            dos::SetIoErr(Where.OutputError);
+        bool isClosed = isWhole;
+        for (const FileRef& file : {Out, Errors})
+            isClosed = (!file || (file == Out && !isWhole) || dos::Close(*file)) && isClosed;
+        return isClosed;
+    }
+
+private:
+    bool OpenAll(const dos::ParsedCommand& line) {
+        if (line.OneStream && line.Input) {
+            Out = OpenFor(*line.Input, dos::OpenMode::ReadWrite, false);
+            if (!Out)
+                return false;
+            ReadFrom(Out);
+        } else if (line.Input) {
+            const FileRef in = OpenFor(*line.Input, dos::OpenMode::Old, false);
+            if (!in)
+                return false;
+            ReadFrom(in);
+        }
+        if (line.Output && !line.OneStream) {
+            Out = OpenFor(*line.Output, dos::OpenMode::New, line.Append);
+            if (!Out)
+                return false;
+        }
+        if (Out) {
+            Where.Output = OutputTo(Out);
+            Where.IsTerminal = false;
+        }
+        if (!line.ErrorOutput)
+            return true;
+        Errors = OpenFor(*line.ErrorOutput, dos::OpenMode::New, line.ErrorAppend);
+        if (Errors)
+            Where.ErrorOutput = OutputTo(Errors);
+        return Errors != nullptr;
+    }
+
+    void ReadFrom(const FileRef& file) {
+        const auto lines = std::make_shared<LineSource>(file);
+        Where.Input = [lines] { return lines->Next(); };
+    }
+
+    Context& Where;
+    Context Before;
+    FileRef Out, Errors;
+    bool IsGood = false;
+};
+
+// The output of a line, for the place where it stood between backticks.
+std::optional<std::string> OutputOf(const Context& context, std::string_view line) {
+    std::string text;
+    Context inner = context;
+    inner.IsTerminal = false;
+    if (!inner.ErrorOutput)
+        inner.ErrorOutput = inner.Output;
+    inner.Output = [&text](std::string_view bytes) {
+        if (text.size() + bytes.size() > LargestInsertion) {
+            dos::SetIoErr(dos::ErrorLineTooLong);
+            return false;
+        }
+        text.append(bytes);
+        return true;
+    };
+    RunLine(inner, line);
+    if (inner.OutputError == 0)
+        return text;
+    dos::SetIoErr(inner.OutputError);
+    return {};
+}
+
+std::optional<std::string> Variable(const Context& context, std::string_view name) {
+    if (utility::Stricmp(name, "RC") == 0)
+        return std::to_string(context.LastCode);
+    if (utility::Stricmp(name, "Result2") == 0)
+        return std::to_string(context.LastError);
+    return dos::GetVar(name);
+}
+
+int RunParsed(Context& context, const dos::ParsedCommand& line) {
+    const Command* command = FindCommand(line.Command);
+    if (command == nullptr) {
+        dos::SetIoErr(dos::ErrorObjectNotFound);
+        return ComplainWith(context, line.Command, "Unknown command");
+    }
+    Redirected streams(context, line);
+    if (!streams.IsOpen())
+        return Complain(context, line.Command);
+    dos::SetIoErr(0);
+    const int code = RunCommand(*command, line.Arguments, context);
+    const long error = dos::IoErr();
+    if (!streams.Close())
+        return std::max(code, Complain(context, line.Command));
+    dos::SetIoErr(error);
+    return code;
+}
+
+} // namespace
+
+int RunLine(Context& context, std::string_view line) {
+    const dos::CommandLineSources sources{
+        [&context](std::string_view name) { return Variable(context, name); },
+        [&context](std::string_view command) { return OutputOf(context, command); },
+    };
+    const auto parsed = dos::ParseCommandLine(line, sources);
+    if (!parsed) {
+        Complain(context);
+        context.LastCode = ReturnFail;
+    } else if (!parsed->Command.empty()) {
+        context.LastCode = RunParsed(context, *parsed);
+    } else {
+        return context.LastCode;
+    }
+    context.LastError = context.LastCode == ReturnOk ? 0 : dos::IoErr();
+    return context.LastCode;
+}
+
+} // namespace commands

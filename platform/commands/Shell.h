@@ -1,0 +1,15 @@
+// Runs whole command lines: redirections, variables and inserted output first, then the command. Drawer
+// commands run within this process.
+#pragma once
+
+#include "platform/commands/Context.h"
+
+#include <string_view>
+
+namespace commands {
+
+// One line; its return code, which stays in context.LastCode as well. A blank line and a comment leave that
+// as it is. 10 for an unknown command, 20 for a line that cannot be read.
+int RunLine(Context& context, std::string_view line);
+
+} // namespace commands

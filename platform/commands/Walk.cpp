@@ -1,0 +1,236 @@
+#include "platform/commands/Walk.h"
+
+#include "platform/dos/DeviceProcs.h"
+#include "platform/dos/Errors.h"
+#include "platform/dos/Paths.h"
+#include "platform/dos/Patterns.h"
+#include "platform/utility/Text.h"
+
+#include <algorithm>
+
+namespace commands {
+
+namespace {
+
+constexpr std::string_view SpecialCharacters = "#?~()|[]%'";
+
+bool MayBePattern(std::string_view text) {
+    return text.find_first_of(SpecialCharacters) != std::string_view::npos;
+}
+
+bool ComesBefore(const dos::ExamineData& a, const dos::ExamineData& b) {
+    const int order = utility::Stricmp(a.Name, b.Name);
+    return order != 0 ? order < 0 : a.Name < b.Name;
+}
+
+// A drawer on the way of a pattern.
+struct Place {
+    dos::FileLock Lock;
+    std::string Text;
+};
+
+// The drawers that a path without wildcards means: several for a multi-assign.
+std::vector<Place> PlacesOf(Context& context, std::string_view path, int& code) {
+    bool isComplete = true;
+    const std::vector<dos::FileLock> locks = dos::LockAllTargets(path, &isComplete);
+    std::vector<Place> places;
+    for (const dos::FileLock& lock : locks)
+        places.push_back({lock, locks.size() == 1 ? std::string(path) : dos::NameFromLock(lock)});
+    if (!isComplete || locks.empty()) {
+        if (dos::IoErr() == dos::ErrorNoMoreEntries)
+            dos::SetIoErr(dos::ErrorObjectNotFound);
+        code = std::max(code, Complain(context, path));
+    }
+    return places;
+}
+
+// Walks the parts of one pattern, one after the other.
+class Expander {
+public:
+    Expander(Context& own, Matches& all) : Where(own), Result(all) {}
+
+    // What the first part means in each place. rest: the parts behind it.
+    void Go(const std::vector<Place>& places, std::string_view part, std::string_view rest) {
+        const auto pattern = dos::Pattern::Parse(part, dos::PatternCase::Ignore);
+        const bool maySelf = part.find_first_of("#?") == std::string_view::npos;
+        if (!pattern && !maySelf) {
+            Result.Code = std::max(Result.Code, Complain(Where, part));
+            return;
+        }
+        for (const Place& place : places) {
+            if (IsStopped(Where))
+                return;
+            auto all = ReadDrawer(Where, place.Lock, place.Text, Result.Code);
+            if (!all)
+                continue;
+            const bool isSelf = maySelf && std::any_of(all->begin(), all->end(),
+                                                       [&](const auto& data) { return data.Name == part; });
+            for (dos::ExamineData& data : *all)
+                if (isSelf ? data.Name == part : pattern && pattern->Matches(data.Name))
+                    Take(place, std::move(data), rest);
+        }
+    }
+
+private:
+    void Take(const Place& place, dos::ExamineData data, std::string_view rest) {
+        const std::string text = JoinText(place.Text, data.Name);
+        if (rest.empty()) {
+            Found found{place.Lock, data.Name, text, {}};
+            found.Data = std::move(data);
+            Result.Objects.push_back(std::move(found));
+            return;
+        }
+        const Found here{place.Lock, data.Name, text, {}};
+        const InDrawer current(here);
+        if (!IsDrawer(data.Name))
+            return;
+        const std::size_t end = rest.find('/');
+        const std::string_view part = rest.substr(0, end);
+        const std::string_view behind =
+            end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
+        Go({{dos::Lock(data.Name), text}}, part, behind);
+    }
+
+    Context& Where;
+    Matches& Result;
+};
+
+// Where the first part with wildcards begins and ends.
+struct PatternPart {
+    std::size_t From, To;
+};
+
+std::optional<PatternPart> FirstPattern(std::string_view argument) {
+    const std::size_t colon = argument.find(':');
+    std::size_t from = colon == std::string_view::npos ? 0 : colon + 1;
+    while (from < argument.size()) {
+        const std::size_t to = std::min(argument.find('/', from), argument.size());
+        if (MayBePattern(argument.substr(from, to - from)))
+            return PatternPart{from, to};
+        from = to + 1;
+    }
+    return {};
+}
+
+} // namespace
+
+InDrawer::InDrawer(const Found& found) : IsSet(static_cast<bool>(found.Drawer)) {
+    if (IsSet)
+        Before = dos::CurrentDir(found.Drawer);
+}
+
+InDrawer::~InDrawer() {
+    if (IsSet)
+        dos::CurrentDir(Before);
+}
+
+std::string JoinText(std::string_view drawer, std::string_view name) {
+    std::string text(drawer);
+    if (!text.empty() && text.back() != ':' && text.back() != '/')
+        text += '/';
+    return text.append(name);
+}
+
+bool IsDrawer(std::string_view path) {
+    const long error = dos::IoErr();
+    const auto data = dos::ExamineObject(path);
+    dos::SetIoErr(error);
+    return data && data->Type == dos::TypeDrawer;
+}
+
+std::optional<std::vector<dos::ExamineData>> ReadDrawer(Context& context, const dos::FileLock& drawer,
+                                                        std::string_view text, int& code) {
+    dos::DirContext walk = dos::ObtainDirContext(drawer);
+    if (!walk) {
+        code = std::max(code, Complain(context, text));
+        return {};
+    }
+    std::vector<dos::ExamineData> all;
+    while (const dos::ExamineData* data = dos::ExamineDir(walk))
+        all.push_back(*data);
+    if (dos::IoErr() != dos::ErrorNoMoreEntries)
+        code = std::max(code, Complain(context, text));
+    std::sort(all.begin(), all.end(), ComesBefore);
+    return all;
+}
+
+Matches Expand(Context& context, std::string_view argument) {
+    Matches matches;
+    const auto part = FirstPattern(argument);
+    if (!part) {
+        matches.Objects.push_back({{}, std::string(argument), std::string(argument), {}});
+        return matches;
+    }
+    std::string_view before = argument.substr(0, part->From);
+    // One slash only parts the drawer from the pattern; those at the front and after a slash lead up.
+    if (before.size() > 1 && before.ends_with('/') && before[before.size() - 2] != '/')
+        before.remove_suffix(1);
+    const std::string_view text = argument.substr(part->From, part->To - part->From);
+    const std::string_view rest =
+        part->To < argument.size() ? argument.substr(part->To + 1) : std::string_view();
+    matches.IsPattern = true;
+    Expander(context, matches).Go(PlacesOf(context, before, matches.Code), text, rest);
+    return matches;
+}
+
+int ForEachBelow(Context& context, const Found& drawer, const Visit& visit) {
+    struct Level {
+        Found Drawer; // Drawer.Drawer is the lock of the level itself
+        std::vector<dos::ExamineData> Objects;
+        std::size_t Next = 0;
+    };
+    std::vector<Level> levels;
+    int code = ReturnOk;
+    const auto enter = [&](const Found& object) {
+        const InDrawer current(object);
+        const dos::FileLock lock = dos::Lock(object.Path);
+        if (!lock) {
+            code = std::max(code, Complain(context, object.Text));
+            return;
+        }
+        if (auto all = ReadDrawer(context, lock, object.Text, code))
+            levels.push_back({{lock, "", object.Text, {}}, std::move(*all)});
+    };
+    enter(drawer);
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.Next == level.Objects.size()) {
+            levels.pop_back();
+            continue;
+        }
+        if (IsStopped(context))
+            return std::max(code, Complain(context));
+        dos::ExamineData& data = level.Objects[level.Next++];
+        Found object{level.Drawer.Drawer, data.Name, JoinText(level.Drawer.Text, data.Name), {}};
+        object.Data = std::move(data);
+        {
+            const InDrawer current(object);
+            code = std::max(code, visit(object));
+        }
+        if (object.Data->Type == dos::TypeDrawer)
+            enter(object);
+    }
+    return code;
+}
+
+int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit) {
+    const Matches matches = Expand(context, argument);
+    int code = matches.Code;
+    if (matches.Objects.empty() && code == ReturnOk) {
+        dos::SetIoErr(dos::ErrorObjectNotFound);
+        ComplainWith(context, argument, "no object matches");
+        return ReturnWarn;
+    }
+    for (const Found& object : matches.Objects) {
+        if (IsStopped(context))
+            return std::max(code, Complain(context));
+        const InDrawer current(object);
+        code = std::max(code, visit(object));
+        const bool isDrawer = object.Data ? object.Data->Type == dos::TypeDrawer : IsDrawer(object.Path);
+        if (depth == Depth::All && isDrawer)
+            code = std::max(code, ForEachBelow(context, object, visit));
+    }
+    return code;
+}
+
+} // namespace commands
