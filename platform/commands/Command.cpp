@@ -19,6 +19,7 @@ constexpr Command Table[] = {
     {"Date", "TO=VER/K", "Shows the date and time", RunDate},
     {"Dir", "DIR,OPT/K,ALL/S,DIRS/S,FILES/S", "Shows the names in a drawer", RunDir},
     {"Echo", "/M,NOLINE/S,FIRST/K/N,LEN/K/N,TO/K", "Prints words", RunEcho},
+    {"Execute", "FILE/A", "Runs the lines of a script", RunExecute},
     {"Fault", "/N/M", "Tells what error numbers mean", RunFault},
     {"Filenote", "FILE/A,COMMENT,ALL/S,QUIET/S", "Sets the comment of files and drawers", RunFilenote},
     {"GetEnv", "NAME/A", "Shows an environment variable", RunGetEnv},

@@ -7,6 +7,7 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Locks.h"
+#include "platform/dos/ProgramArguments.h"
 #include "platform/dos/Volumes.h"
 
 #include <algorithm>
@@ -37,32 +38,23 @@ bool SetUp(Context& context, const application::ProgramPlaces& places, const std
     return true;
 }
 
-// Words of a host shell as one line; one that would not be read back as it is gets quotes.
-std::string JoinWords(const std::vector<std::string>& words) {
-    std::string line;
-    for (const std::string& word : words) {
-        const bool isPlain = !word.empty() && word.find_first_of(" \t\n\";`") == std::string::npos;
-        line += (line.empty() ? "" : " ") + (isPlain ? word : dos::QuoteArgument(word));
-    }
-    return line;
-}
-
 int Run(Context& context, int argc, char** argv) {
     const application::ProgramPlaces places = application::FindProgram(argc > 0 ? argv[0] : nullptr);
     const application::StartMessage start = application::ReadStartMessage(argc, argv);
+    const std::string words = dos::ProgramArguments(argc, argv);
     const Command* command = FindCommand(places.ProgramName);
     context.Name = places.ProgramName;
     if (!SetUp(context, places, start.CurrentDirectory))
         return ReturnFail;
     if (command != nullptr)
-        return RunCommand(*command, JoinWords(start.Arguments), context);
+        return RunCommand(*command, words, context);
     context.Name.clear();
     if (start.Arguments.empty()) {
         PrintCommands(context);
         return ReturnOk;
     }
     const bool isLine = start.Arguments.size() == 1;
-    return RunLine(context, isLine ? start.Arguments[0] : JoinWords(start.Arguments));
+    return RunLine(context, isLine ? start.Arguments[0] : words);
 }
 
 } // namespace

@@ -9,6 +9,7 @@ int RunAssign(Context& context, const dos::ArgResults& arguments);
 int RunDate(Context& context, const dos::ArgResults& arguments);
 int RunDir(Context& context, const dos::ArgResults& arguments);
 int RunEcho(Context& context, const dos::ArgResults& arguments);
+int RunExecute(Context& context, const dos::ArgResults& arguments);
 int RunFault(Context& context, const dos::ArgResults& arguments);
 int RunFilenote(Context& context, const dos::ArgResults& arguments);
 int RunGetEnv(Context& context, const dos::ArgResults& arguments);

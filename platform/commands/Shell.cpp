@@ -2,7 +2,6 @@
 
 #include "platform/commands/Command.h"
 #include "platform/commands/TextOutput.h"
-#include "platform/dos/CommandLine.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/Variables.h"
@@ -181,12 +180,16 @@ int RunParsed(Context& context, const dos::ParsedCommand& line) {
 
 } // namespace
 
-int RunLine(Context& context, std::string_view line) {
+std::optional<dos::ParsedCommand> ParseLine(Context& context, std::string_view line) {
     const dos::CommandLineSources sources{
         [&context](std::string_view name) { return Variable(context, name); },
         [&context](std::string_view command) { return OutputOf(context, command); },
     };
-    const auto parsed = dos::ParseCommandLine(line, sources);
+    return dos::ParseCommandLine(line, sources);
+}
+
+int RunLine(Context& context, std::string_view line) {
+    const auto parsed = ParseLine(context, line);
     if (!parsed) {
         Complain(context);
         context.LastCode = ReturnFail;

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "platform/commands/Context.h"
+#include "platform/dos/CommandLine.h"
 
+#include <optional>
 #include <string_view>
 
 namespace commands {
@@ -11,5 +13,8 @@ namespace commands {
 // One line; its return code, which stays in context.LastCode as well. A blank line and a comment leave that
 // as it is. 10 for an unknown command, 20 for a line that cannot be read.
 int RunLine(Context& context, std::string_view line);
+
+// The line taken apart, variables and the output of commands put in. Nothing with IoErr.
+[[nodiscard]] std::optional<dos::ParsedCommand> ParseLine(Context& context, std::string_view line);
 
 } // namespace commands

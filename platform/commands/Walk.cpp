@@ -7,6 +7,7 @@
 #include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace commands {
 
@@ -54,7 +55,8 @@ public:
         const auto pattern = dos::Pattern::Parse(part, dos::PatternCase::Ignore);
         const bool maySelf = part.find_first_of("#?") == std::string_view::npos;
         if (!pattern && !maySelf) {
-            Result.Code = std::max(Result.Code, Complain(Where, part));
+            if (!std::exchange(IsBad, true))
+                Result.Code = std::max(Result.Code, Complain(Where, part));
             return;
         }
         for (const Place& place : places) {
@@ -65,9 +67,11 @@ public:
                 continue;
             const bool isSelf = maySelf && std::any_of(all->begin(), all->end(),
                                                        [&](const auto& data) { return data.Name == part; });
-            for (dos::ExamineData& data : *all)
-                if (isSelf ? data.Name == part : pattern && pattern->Matches(data.Name))
-                    Take(place, std::move(data), rest);
+            for (dos::ExamineData& data : *all) {
+                if (isSelf ? data.Name != part : !pattern || !pattern->Matches(data.Name))
+                    continue;
+                Take(place, std::move(data), rest);
+            }
         }
     }
 
@@ -93,6 +97,7 @@ private:
 
     Context& Where;
     Matches& Result;
+    bool IsBad = false; // a part was complained of as no pattern
 };
 
 // Where the first part with wildcards begins and ends.
@@ -170,6 +175,12 @@ Matches Expand(Context& context, std::string_view argument) {
         part->To < argument.size() ? argument.substr(part->To + 1) : std::string_view();
     matches.IsPattern = true;
     Expander(context, matches).Go(PlacesOf(context, before, matches.Code), text, rest);
+    // "old~" has no wildcards, "Notes (1)" may be meant as it stands: names of nothing.
+    if (matches.Objects.empty() && matches.Code == ReturnOk &&
+        argument.find_first_of("#?") == std::string_view::npos) {
+        matches.IsPattern = false;
+        matches.Objects.push_back({{}, std::string(argument), std::string(argument), {}});
+    }
     return matches;
 }
 
