@@ -393,30 +393,43 @@ bool RunBits(const PatternTree& tree, const BitProgram& program, std::string_vie
     return (states & program.Accept) != 0;
 }
 
+// Refuses a text that is too long before any work is done on it.
+bool FitsLimit(std::string_view source, std::size_t limit) {
+    if (source.size() <= limit)
+        return true;
+    SetIoErr(ErrorBufferOverflow);
+    return false;
+}
+
+std::optional<Pattern> ParseWithin(std::size_t limit, std::string_view source, PatternCase rule,
+                                   PatternStar star) {
+    if (!FitsLimit(source, limit))
+        return std::nullopt;
+    PatternParser parser(source, rule, star);
+    if (!parser.Parse()) {
+        SetIoErr(ErrorBadTemplate);
+        return std::nullopt;
+    }
+    return std::move(parser).Compile();
+}
+
+// Tokens may be longer than the longest pattern, since a "*" becomes "#?" in them.
 bool MatchTokens(std::string_view tokens, std::string_view text, PatternCase rule) {
     thread_local std::string lastTokens;
     thread_local PatternCase lastRule = PatternCase::Respect;
     thread_local std::optional<Pattern> last;
     if (!last || lastRule != rule || lastTokens != tokens) {
-        last = Pattern::Parse(tokens, rule);
+        last = ParseWithin(PatternBufferSize(MaxPatternLength), tokens, rule, PatternStar::Ordinary);
         lastTokens = tokens;
         lastRule = rule;
     }
     return last && last->Matches(text);
 }
 
-// Refuses a text that is too long before any work is done on it.
-bool FitsLimit(std::string_view source) {
-    if (source.size() <= MaxPatternLength)
-        return true;
-    SetIoErr(ErrorBufferOverflow);
-    return false;
-}
-
 int ParseTokens(std::string_view source, std::string& tokens, std::size_t size, PatternCase rule,
                 PatternStar star) {
     tokens.clear();
-    if (!FitsLimit(source))
+    if (!FitsLimit(source, MaxPatternLength))
         return -1;
     PatternParser parser(source, rule, star);
     if (!parser.Parse()) {
@@ -445,14 +458,7 @@ Pattern PatternParser::Compile() && {
 }
 
 std::optional<Pattern> Pattern::Parse(std::string_view source, PatternCase rule, PatternStar star) {
-    if (!FitsLimit(source))
-        return std::nullopt;
-    PatternParser parser(source, rule, star);
-    if (!parser.Parse()) {
-        SetIoErr(ErrorBadTemplate);
-        return std::nullopt;
-    }
-    return std::move(parser).Compile();
+    return ParseWithin(MaxPatternLength, source, rule, star);
 }
 
 bool Pattern::HasWildcards() const noexcept {

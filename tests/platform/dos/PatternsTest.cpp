@@ -202,6 +202,10 @@ TEST(PatternsTest, TokensFitTwiceTheLengthAndLittleMore) {
     const std::string longest(dos::MaxPatternLength, 'a');
     EXPECT_EQ(dos::ParsePattern(longest, tokens, dos::PatternBufferSize(longest.size())), 0);
     EXPECT_TRUE(dos::MatchPattern(tokens, longest));
+    const std::string stars(dos::MaxPatternLength, '*');
+    EXPECT_EQ(dos::ParsePattern(stars, tokens, dos::PatternBufferSize(stars.size()), PatternStar::Anything),
+              1);
+    EXPECT_TRUE(dos::MatchPattern(tokens, "ab"));
     dos::SetIoErr(0);
     EXPECT_EQ(dos::ParsePattern(longest + 'a', tokens, 3 * longest.size()), -1);
     EXPECT_EQ(dos::IoErr(), dos::ErrorBufferOverflow);
