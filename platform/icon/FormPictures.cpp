@@ -44,16 +44,17 @@ std::vector<std::uint8_t> UnpackRuns(std::string_view bytes, unsigned bits, std:
     std::vector<std::uint8_t> values;
     while (values.size() < count) {
         const std::uint32_t code = reader.Take(8);
-        if (code < 128) {
-            for (std::uint32_t i = 0; i <= code && values.size() < count && !reader.Failed(); ++i)
-                values.push_back(reader.Take(bits));
-        } else if (code > 128) {
-            values.resize(std::min<std::size_t>(values.size() + 257 - code, count), reader.Take(bits));
-        }
-        if (reader.Failed()) {
-            if (!values.empty())
-                values.pop_back();
-            break;
+        if (code == 128)
+            continue;
+        const bool repeats = code > 128;
+        std::uint8_t value = 0;
+        for (std::uint32_t left = repeats ? 257 - code : code + 1; left > 0 && values.size() < count;
+             --left) {
+            if (!repeats || left == 257 - code)
+                value = reader.Take(bits);
+            if (reader.Failed())
+                return values;
+            values.push_back(value);
         }
     }
     return values;

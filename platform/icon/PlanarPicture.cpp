@@ -50,13 +50,26 @@ void AddRow(std::string_view row, std::uint8_t bit, std::span<std::uint8_t> pens
             pens[x] = static_cast<std::uint8_t>(pens[x] | bit);
 }
 
+// The planes of the screen that the picture is made for: all that the stored ones go to, as far as they are
+// picked.
+int ScreenPlanes(const ImageHeader& header) {
+    int planes = header.Depth;
+    int stored = 0;
+    for (int plane = 0; plane < MaxPlanes && stored < header.Depth; ++plane)
+        if ((header.PlanePick >> plane & 1) != 0) {
+            ++stored;
+            planes = std::max(planes, plane + 1);
+        }
+    return planes;
+}
+
 // The pens of all pixels. A plane of the screen that is not picked has the same bit everywhere.
 std::vector<std::uint8_t> ReadPens(const Planes& planes) {
     const auto width = static_cast<std::size_t>(planes.Header.Width);
     const auto height = static_cast<std::size_t>(planes.Header.Height);
     std::vector<std::uint8_t> pens(width * height);
     std::size_t stored = 0;
-    for (int plane = 0; plane < planes.Header.Depth; ++plane) {
+    for (int plane = 0; plane < ScreenPlanes(planes.Header); ++plane) {
         const auto bit = static_cast<std::uint8_t>(1 << plane);
         if ((planes.Header.PlanePick & bit) == 0) {
             if ((planes.Header.PlaneOnOff & bit) != 0)
@@ -117,7 +130,7 @@ std::optional<IconPicture> DecodePlanar(std::string_view image, Inversion invers
     IconPicture picture;
     picture.Width = static_cast<std::uint32_t>(planes->Header.Width);
     picture.Height = static_cast<std::uint32_t>(planes->Header.Height);
-    const std::uint32_t colours = 1U << planes->Header.Depth;
+    const std::uint32_t colours = 1U << ScreenPlanes(planes->Header);
     std::vector<std::uint8_t> pens = ReadPens(*planes);
     if (inversion != Inversion::None)
         Invert(pens, picture.Width, static_cast<std::uint8_t>(colours - 1), inversion);

@@ -61,6 +61,16 @@ TEST(IconPictureTest, SelectedPlanarPicturesAreInvertedAsTheirGadgetSays) {
     EXPECT_EQ(backfill.Pixels[9], 0xFF6688BB); // enclosed
 }
 
+TEST(IconPictureTest, StoredPlanesGoToThoseThatArePicked) {
+    std::string file = PlanarIcon({"01", "10"}, 4);
+    file[78 + 9] = 1;  // one plane only,
+    file[78 + 14] = 2; // for plane 1 of the screen
+    EXPECT_EQ(Picture(file).Pixels, (std::vector<std::uint32_t>{0, 0xFFFFFFFF, 0xFFFFFFFF, 0}));
+    file[78 + 15] = 1; // the other one is set everywhere
+    EXPECT_EQ(Picture(file).Pixels,
+              (std::vector<std::uint32_t>{0xFF000000, 0xFF6688BB, 0xFF6688BB, 0xFF000000}));
+}
+
 TEST(IconPictureTest, ABrokenPictureLeavesTheNextBestOne) {
     std::string file = Sample("os35_drawer_uncompressed_palette");
     EXPECT_EQ(Picture(file).Width, 46U);
@@ -72,6 +82,15 @@ TEST(IconPictureTest, ABrokenPictureLeavesTheNextBestOne) {
     const auto none = Parse(ProjectIcon({"A"}));
     EXPECT_FALSE(icon::GetIconPicture(*none, IconState::Normal));
     EXPECT_FALSE(icon::DrawIcon(*none, 32, 32, IconState::Selected));
+}
+
+TEST(IconPictureTest, APaletteThatEndsEarlyKeepsItsLastColour) {
+    const std::string chunk("\0\2\2\0\1\1\0\1\0\6" // three colours, the picture plain, the palette packed
+                            "\0\1\5\x11\x22\x33\x44\x55\x66", // two pixels, two colours
+                            19);
+    std::string file = PlanarIcon({"1"}, 4) + "FORM" + Long(46) + "ICONFACE" + Long(6);
+    file.append("\1\0\0\0\0\0", 6).append("IMAG").append(Long(19)).append(chunk);
+    EXPECT_EQ(Picture(file).Pixels, (std::vector<std::uint32_t>{0xFF112233, 0xFF445566}));
 }
 
 TEST(IconPictureTest, DrawingFitsTheBoxAndKeepsTheShape) {
