@@ -63,13 +63,20 @@ bool IffReader::EnterGroup(std::size_t next, IffError cut) {
     return Problem == IffError::None;
 }
 
-// Those of a PROP belong to the list around it and hold for all forms in that.
+// Those of a PROP belong to the list around it and hold for all forms in that. A later one of the same scope
+// takes the place of the one before, so that a file of many small chunks does not fill the memory.
 void IffReader::KeepProperty() {
     const Name name = {Chunk.Type, Chunk.Id};
     if (std::ranges::find(PropIds, name) == PropIds.end())
         return;
-    const bool isShared = Groups.back().Id == IdProp;
-    Properties.push_back({name, Chunk.Data, Groups.size() - (isShared ? 1U : 0U)});
+    const std::size_t scope = Groups.size() - (Groups.back().Id == IdProp ? 1U : 0U);
+    const auto same = std::ranges::find_if(Properties, [&](const Property& property) {
+        return property.Which == name && property.Scope == scope;
+    });
+    if (same != Properties.end())
+        same->Data = Chunk.Data;
+    else
+        Properties.push_back({name, Chunk.Data, scope});
 }
 
 // There is room for a header.
