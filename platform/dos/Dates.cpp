@@ -148,7 +148,8 @@ std::optional<std::uint32_t> CheckDate(const ClockData& date) noexcept {
     int days = DaysBeforeYear(date.Year) + date.Day - 1;
     for (int month = 1; month < date.Month; ++month)
         days += DaysOfMonth(date.Year, month);
-    const std::int64_t seconds = days * Day + date.Hour * 3600 + date.Minute * 60 + date.Second;
+    const std::int64_t seconds =
+        days * Day + date.Hour * std::int64_t{3600} + date.Minute * std::int64_t{60} + date.Second;
     if (seconds > LastSecond)
         return std::nullopt;
     return static_cast<std::uint32_t>(seconds);

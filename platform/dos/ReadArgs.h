@@ -12,7 +12,8 @@
 namespace dos {
 
 inline constexpr std::size_t MaxTemplateItems = 100;
-inline constexpr std::size_t MaxArgumentLine = 1024 * 1024; // bytes; a longer line is refused with 120
+inline constexpr std::size_t MaxArgumentLine =
+    std::size_t{1024} * 1024; // bytes; a longer line is refused with 120
 
 enum class ItemKind { Error, Nothing, Equal, Unquoted, Quoted };
 

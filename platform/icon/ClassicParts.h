@@ -67,7 +67,7 @@ struct ClassicParts {
 [[nodiscard]] ImageHeader ReadImageHeader(ByteReader& reader);
 // Bytes of a row of one plane.
 [[nodiscard]] inline std::size_t PlaneRowBytes(std::int32_t width) {
-    return static_cast<std::size_t>((width + 15) / 16 * 2);
+    return (static_cast<std::size_t>(width) + 15) / 16 * 2;
 }
 
 [[nodiscard]] inline std::uint32_t LongAt(std::string_view bytes, std::size_t offset) {

@@ -15,8 +15,8 @@ namespace icon {
 
 // X and Y each by itself: the icon may be placed freely.
 inline constexpr std::int32_t NoIconPosition = INT32_MIN;
-inline constexpr std::int32_t MinStackSize = 4096;           // bytes; less in a file means this
-inline constexpr std::size_t MaxIconFile = 16 * 1024 * 1024; // bytes; larger files are no icons
+inline constexpr std::int32_t MinStackSize = 4096;                        // bytes; less in a file means this
+inline constexpr std::size_t MaxIconFile = std::size_t{16} * 1024 * 1024; // bytes; larger files are no icons
 
 enum class IconType : std::uint8_t {
     None = 0, // a PNG icon that does not say: the kind of the object decides

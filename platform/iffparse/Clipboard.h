@@ -14,8 +14,8 @@ namespace iffparse {
 class UnitLock;
 
 inline constexpr std::uint32_t MaxClipboardUnit = 255;
-inline constexpr std::size_t MaxClip = 512 * 1024 * 1024; // bytes that a unit may hold
-inline constexpr std::uint32_t ClipboardPatience = 2000;  // milliseconds that an opener waits
+inline constexpr std::size_t MaxClip = std::size_t{512} * 1024 * 1024; // bytes that a unit may hold
+inline constexpr std::uint32_t ClipboardPatience = 2000;               // milliseconds that an opener waits
 inline constexpr std::string_view ClipboardDrawer = "RAM:Clipboards";
 
 // The file behind a unit.

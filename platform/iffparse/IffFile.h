@@ -9,7 +9,7 @@
 
 namespace iffparse {
 
-inline constexpr std::size_t MaxIffFile = 256 * 1024 * 1024; // bytes; larger files are not read
+inline constexpr std::size_t MaxIffFile = std::size_t{256} * 1024 * 1024; // bytes; larger files are not read
 
 // The bytes of a file that begins as an IFF stream does, for IffReader. Nothing with IoErr: 212 for
 // another kind of file, 207 for one that is too large.

@@ -13,7 +13,8 @@
 
 namespace locale {
 
-inline constexpr std::size_t MaxCatalogFile = 16 * 1024 * 1024; // bytes; larger files are not read
+inline constexpr std::size_t MaxCatalogFile =
+    std::size_t{16} * 1024 * 1024; // bytes; larger files are not read
 
 struct CatalogWish {
     std::string Name;                   // "solvane.catalog"
