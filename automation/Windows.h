@@ -5,8 +5,8 @@
 
 namespace solvane {
 
-// Starts a new instance with one argument, empty for none. Started programs come with the command lines of
-// the platform; until then this does nothing.
+// Starts a new instance with one argument, which is data whatever it holds. Nothing is told of a failure; a
+// line that does not fit is not started.
 void OpenNewSolvaneWindow(std::string_view argument);
 
 } // namespace solvane

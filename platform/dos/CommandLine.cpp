@@ -40,13 +40,29 @@ std::size_t FindBacktick(std::string_view line, std::size_t at) {
     return std::string_view::npos;
 }
 
+// Parts the command from its arguments.
+long Part(std::string_view line, ParsedCommand& result) {
+    std::size_t position = 0;
+    const ItemKind kind = ReadItem(line, position, result.Command);
+    if (kind == ItemKind::Error)
+        return IoErr();
+    if (kind == ItemKind::Equal)
+        return ErrorBadTemplate;
+    if (kind != ItemKind::Nothing) {
+        const std::size_t start = std::min(line.find_first_not_of(" \t", position), line.size());
+        result.Arguments = line.substr(start);
+    }
+    result.Arguments += '\n';
+    return 0;
+}
+
 // Goes once through a line: what stays of it grows in Rest, redirections go to the record. Each step gives
 // the error that ends the parse, 0 when it went well.
 class LineScanner {
 public:
     LineScanner(std::string_view line, const CommandLineSources& sources) : Line(line), Sources(sources) {}
     long Scan();
-    long Finish();
+    long Finish() { return Part(Rest, Result); }
     ParsedCommand Take() { return std::move(Result); }
 
 private:
@@ -232,20 +248,22 @@ long LineScanner::Scan() {
     return Rest.size() > MaxArgumentLine ? ErrorLineTooLong : 0;
 }
 
-// Parts the command from its arguments.
-long LineScanner::Finish() {
-    std::size_t position = 0;
-    const ItemKind kind = ReadItem(Rest, position, Result.Command);
-    if (kind == ItemKind::Error)
-        return IoErr();
-    if (kind == ItemKind::Equal)
-        return ErrorBadTemplate;
-    if (kind != ItemKind::Nothing) {
-        const std::size_t start = std::min(Rest.find_first_not_of(" \t", position), Rest.size());
-        Result.Arguments = Rest.substr(start);
+// Reads one word from behind the blanks before it; false when a quote is not closed.
+bool ReadWord(std::string_view text, std::size_t& at, std::string& word) {
+    for (bool mayQuote = true; at < text.size() && text[at] != ' ' && text[at] != '\t';) {
+        if (mayQuote && text[at] == '"') {
+            std::string part;
+            std::size_t end = at;
+            if (ReadItem(text, end, part) != ItemKind::Quoted)
+                return false;
+            at = end;
+            word += part;
+            return true;
+        }
+        mayQuote = text[at] == '=';
+        word += text[at++];
     }
-    Result.Arguments += '\n';
-    return 0;
+    return true;
 }
 
 // The line without the newlines that end it; nothing when it is none that a Shell can take.
@@ -274,6 +292,29 @@ std::optional<ParsedCommand> ParseCommandLine(std::string_view line, const Comma
         return std::nullopt;
     }
     return scanner.Take();
+}
+
+std::optional<ParsedCommand> SplitCommand(std::string_view line) {
+    ParsedCommand result;
+    const std::optional<std::string_view> single = AsSingleLine(line);
+    const long error = single ? Part(*single, result) : ErrorLineTooLong;
+    if (error == 0)
+        return result;
+    SetIoErr(error);
+    return std::nullopt;
+}
+
+std::optional<std::vector<std::string>> SplitWords(std::string_view arguments) {
+    while (!arguments.empty() && arguments.back() == '\n')
+        arguments.remove_suffix(1);
+    std::vector<std::string> words;
+    for (std::size_t at = 0; (at = arguments.find_first_not_of(" \t", at)) < arguments.size();) {
+        if (!ReadWord(arguments, at, words.emplace_back())) {
+            SetIoErr(ErrorLineTooLong);
+            return std::nullopt;
+        }
+    }
+    return words;
 }
 
 std::string EscapeArgument(std::string_view text) {

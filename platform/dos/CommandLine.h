@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dos {
 
@@ -40,6 +41,15 @@ struct CommandLineSources {
 // insertion; 236 backticks where Output is missing.
 [[nodiscard]] std::optional<ParsedCommand> ParseCommandLine(std::string_view line,
                                                             const CommandLineSources& sources = {});
+
+// The command and its arguments of a line that holds neither redirection nor insertion. Nothing with IoErr
+// 114 or 120.
+[[nodiscard]] std::optional<ParsedCommand> SplitCommand(std::string_view line);
+
+// The words of arguments as a program of the host gets them: parted by blanks alone, quotes and escapes
+// removed. A quote opens a quoted part where a word begins and behind a "=", and its end ends the word.
+// Nothing with IoErr 120 when a quote is not closed.
+[[nodiscard]] std::optional<std::vector<std::string>> SplitWords(std::string_view arguments);
 
 // text as it goes between the quotes of a command line that already has them: "C:Search \"%s\"". Neither a
 // Shell nor ReadArgs sees anything but data in it, whatever bytes it holds but NUL. QuoteArgument gives the

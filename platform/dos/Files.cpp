@@ -25,6 +25,10 @@ FileHandle::FileHandle(FileHandle&&) noexcept = default;
 FileHandle& FileHandle::operator=(FileHandle&&) noexcept = default;
 FileHandle::~FileHandle() = default;
 
+Stream* StreamOf(FileHandle& file) noexcept {
+    return file.Source.get();
+}
+
 FileHandle Open(std::string_view path, OpenMode mode) {
     const auto open = [mode](const DeviceWalk& walk) -> std::unique_ptr<Stream> {
         if (walk.Owner().Open)

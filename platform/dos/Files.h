@@ -56,6 +56,7 @@ public:
     explicit operator bool() const noexcept { return Source != nullptr; }
 
 private:
+    friend Stream* StreamOf(FileHandle& file) noexcept;
     friend std::int64_t Read(FileHandle& file, std::span<std::byte> buffer);
     friend std::int64_t Write(FileHandle& file, std::span<const std::byte> bytes);
     friend std::int64_t Seek(FileHandle& file, std::int64_t offset, SeekFrom from);

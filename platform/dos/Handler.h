@@ -52,7 +52,14 @@ public:
     [[nodiscard]] virtual std::int64_t Seek(std::int64_t offset, SeekFrom from) = 0;
     [[nodiscard]] virtual std::int64_t SetSize(std::int64_t offset, SeekFrom from) = 0;
     [[nodiscard]] virtual bool Close() = 0;
+    // For a child process that reads or writes the stream itself: a descriptor of its own for it,
+    // NoDescriptor where there is none, and the host's name of the terminal that it is.
+    [[nodiscard]] virtual int ForChild() { return -1; }
+    [[nodiscard]] virtual std::string Terminal() const { return {}; }
 };
+
+// What stands behind a handle; null for an empty one.
+[[nodiscard]] Stream* StreamOf(FileHandle& file) noexcept;
 
 // One change of what is told about an object; the field that has a value is set.
 struct MetadataChange {

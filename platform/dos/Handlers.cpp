@@ -18,6 +18,7 @@ public:
     std::int64_t Seek(std::int64_t, SeekFrom) override { return 0; }
     std::int64_t SetSize(std::int64_t, SeekFrom) override { return 0; }
     bool Close() override { return true; }
+    int ForChild() override { return OpenNothing(); }
 };
 
 struct NilPlace final : LockBody {

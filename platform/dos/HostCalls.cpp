@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -9,12 +10,14 @@
 #include <poll.h>
 #include <pwd.h>
 #include <sched.h>
+#include <spawn.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <vector>
@@ -94,6 +97,74 @@ int RealSetTime(int object, std::int64_t seconds, long nanoseconds) {
     return ::utimensat(AT_FDCWD, ProcPath(object, "").c_str(), times.data(), 0);
 }
 
+// The actions of a spawn in the order in which they are added; the first that fails is kept.
+class SpawnPlan {
+public:
+    SpawnPlan() {
+        Note(::posix_spawnattr_init(&Attributes));
+        Note(::posix_spawn_file_actions_init(&Actions));
+    }
+    SpawnPlan(const SpawnPlan&) = delete;
+    SpawnPlan& operator=(const SpawnPlan&) = delete;
+    ~SpawnPlan() {
+        ::posix_spawnattr_destroy(&Attributes);
+        ::posix_spawn_file_actions_destroy(&Actions);
+    }
+
+    void SetCompany(ChildCompany company) {
+        int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+        flags |= company == ChildCompany::Group ? POSIX_SPAWN_SETPGROUP : 0;
+        flags |= company == ChildCompany::Session ? POSIX_SPAWN_SETSID : 0;
+        sigset_t none{};
+        sigset_t all{};
+        ::sigemptyset(&none);
+        ::sigfillset(&all);
+        Note(::posix_spawnattr_setsigmask(&Attributes, &none));
+        Note(::posix_spawnattr_setsigdefault(&Attributes, &all));
+        Note(::posix_spawnattr_setflags(&Attributes, static_cast<short>(flags)));
+    }
+    void Become(int descriptor, int number) {
+        if (descriptor != NoDescriptor)
+            Note(::posix_spawn_file_actions_adddup2(&Actions, descriptor, number));
+    }
+    void Open(const char* terminal) {
+        Note(::posix_spawn_file_actions_addopen(&Actions, STDIN_FILENO, terminal, O_RDWR, 0));
+    }
+    void Enter(int drawer) { Note(::posix_spawn_file_actions_addfchdir_np(&Actions, drawer)); }
+    void CloseFrom(int number) { Note(::posix_spawn_file_actions_addclosefrom_np(&Actions, number)); }
+
+    int Run(const SpawnOrder& order) {
+        pid_t process = 0;
+        if (Error == 0)
+            Error =
+                ::posix_spawn(&process, order.Path, &Actions, &Attributes, order.Words, order.Environment);
+        errno = Error;
+        return Error == 0 ? process : -1;
+    }
+
+private:
+    void Note(int error) { Error = Error == 0 ? error : Error; }
+
+    posix_spawnattr_t Attributes{};
+    posix_spawn_file_actions_t Actions{};
+    int Error = 0;
+};
+
+int RealSpawn(const SpawnOrder& order) {
+    SpawnPlan plan;
+    plan.SetCompany(order.Company);
+    if (order.Drawer != NoDescriptor)
+        plan.Enter(order.Drawer);
+    if (order.Terminal)
+        plan.Open(order.Terminal);
+    else
+        plan.Become(order.Input, STDIN_FILENO);
+    plan.Become(order.Output, STDOUT_FILENO);
+    plan.Become(order.ErrorOutput, STDERR_FILENO);
+    plan.CloseFrom(STDERR_FILENO + 1);
+    return plan.Run(order);
+}
+
 constexpr HostCalls RealCalls{
     .Openat = [](int drawer, const char* name, int flags,
                  unsigned mode) { return ::openat(drawer, name, flags, mode); },
@@ -156,6 +227,11 @@ constexpr HostCalls RealCalls{
     .Eventfd = [] { return ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC); },
     .Poll = [](struct pollfd* descriptors, unsigned long count,
                int timeout) { return ::poll(descriptors, count, timeout); },
+    .Pipe = [](int* ends) { return ::pipe2(ends, O_CLOEXEC); },
+    .Spawn = RealSpawn,
+    .OpenProcess = [](int process) { return static_cast<int>(::syscall(SYS_pidfd_open, process, 0)); },
+    .ReapChild = [](int process, int* status) { return ::waitpid(process, status, WNOHANG); },
+    .SendSignal = [](int process, int number) { return ::kill(process, number); },
     .HomeOfUser = RealHomeOfUser,
 };
 

@@ -15,6 +15,23 @@ namespace dos {
 
 inline constexpr int NoDescriptor = -1;
 
+// In whose company a child runs: Caller stays in the caller's process group, Group leads one of its own,
+// Session leads a session too, with Terminal as its terminal.
+enum class ChildCompany { Caller, Group, Session };
+
+// What Spawn starts. All other descriptors are closed in the child; its signals are as in a fresh process.
+struct SpawnOrder {
+    const char* Path = nullptr;
+    char* const* Words = nullptr;       // null-terminated, the first is the name
+    char* const* Environment = nullptr; // null-terminated
+    int Drawer = NoDescriptor;          // becomes the current directory
+    int Input = NoDescriptor;           // becomes descriptor 0; not used with a Terminal
+    int Output = NoDescriptor;          // becomes 1
+    int ErrorOutput = NoDescriptor;     // becomes 2
+    const char* Terminal = nullptr;     // opened by the child as descriptor 0
+    ChildCompany Company = ChildCompany::Group;
+};
+
 struct HostCalls {
     int (*Openat)(int drawer, const char* name, int flags, unsigned mode);
     // Open with RESOLVE_* rules on the way.
@@ -59,6 +76,16 @@ struct HostCalls {
     int (*InotifyRemoveWatch)(int inotify, int watch);
     int (*Eventfd)();
     int (*Poll)(struct pollfd* descriptors, unsigned long count, int timeoutMilliseconds);
+    // Both ends close on exec.
+    int (*Pipe)(int* ends);
+    // The process id of the child; -1 with errno, also for what exec refuses.
+    int (*Spawn)(const SpawnOrder& order);
+    // A descriptor that becomes readable when the process ends.
+    int (*OpenProcess)(int process);
+    // Reaps the child when it has ended: its id, 0 when it runs on. The status is that of waitpid.
+    int (*ReapChild)(int process, int* status);
+    // A negative id means the group.
+    int (*SendSignal)(int process, int number);
     // The home directory that the host's user list names for this user; empty when it has none.
     std::string (*HomeOfUser)();
 };

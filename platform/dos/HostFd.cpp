@@ -51,6 +51,10 @@ bool IsFileMode(unsigned mode) noexcept {
     return S_ISREG(mode);
 }
 
+int OpenNothing() {
+    return Host().Openat(AT_FDCWD, "/dev/null", O_RDWR | O_CLOEXEC, 0);
+}
+
 HostFd DuplicateFd(const HostFd& descriptor) {
     return HostFd(Host().Duplicate(descriptor.Get()));
 }

@@ -44,6 +44,8 @@ struct ObjectFacts {
 [[nodiscard]] bool IsLinkMode(unsigned mode) noexcept;
 [[nodiscard]] bool IsFileMode(unsigned mode) noexcept;
 
+// The host's device that takes all and gives nothing; NoDescriptor with errno.
+[[nodiscard]] int OpenNothing();
 [[nodiscard]] HostFd DuplicateFd(const HostFd& descriptor);
 // What the descriptor (an O_PATH one too) stands for; false with errno.
 [[nodiscard]] bool FactsOf(int descriptor, ObjectFacts& facts);

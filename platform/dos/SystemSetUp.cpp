@@ -204,7 +204,11 @@ bool MakeAssigns(const SystemDrawers& drawers, const UserDrawers& user) {
     if (!drawers.ProgramDrawer.empty()) {
         const std::string program = FromHostPath(drawers.ProgramDrawer);
         SetProgramDrawer(program);
-        AssignNow("APPDIR", {program, program + (program.ends_with(':') ? "" : "/") + "Tools"});
+        const std::string inside = program + (program.ends_with(':') ? "" : "/");
+        AssignNow("APPDIR", {program, inside + "Tools"});
+        // The user's own commands come before those that are installed.
+        if (IsThere(drawers.ProgramDrawer + "/C") && !AddToAssign("C", inside + "C", AssignEnd::Last))
+            AddSetUpProblem("The assign C: " + inside + "C cannot be added");
     }
     AssignUserDrawers(user);
     return true;
