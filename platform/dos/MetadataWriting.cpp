@@ -27,18 +27,43 @@ bool HasNoAttributes(int hostError) {
     return hostError == ENOTSUP || hostError == ENOSYS;
 }
 
+// The host wants a permission of its own for an attribute, AmigaDOS does not: an owner's is lent.
+template <typename Deed>
+bool WithLent(const Spot& spot, unsigned permission, Deed deed) {
+    if (deed())
+        return true;
+    const unsigned mode = spot.Facts.Mode & PermissionBits;
+    if (errno != EACCES || (mode & permission) != 0)
+        return false;
+    const int refusal = errno;
+    if (Host().ChangeMode(spot.Object.Get(), mode | permission) != 0) {
+        errno = refusal;
+        return false;
+    }
+    const bool done = deed();
+    const int error = errno;
+    if (Host().ChangeMode(spot.Object.Get(), mode) != 0)
+        Host().ChangeMode(spot.Object.Get(), mode);
+    errno = error;
+    return done;
+}
+
 // An attribute's value; empty optional where there is none. False with errno.
 bool ReadAttribute(const Spot& spot, const char* attribute, std::optional<std::string>& value) {
     value.reset();
     if (!IsFileMode(spot.Facts.Mode) && !IsDrawerMode(spot.Facts.Mode))
         return true; // only these can have any
     std::string text(64, '\0');
-    long length = Host().Getxattr(spot.Object.Get(), "", attribute, text.data(), text.size());
-    if (length < 0 && errno == ERANGE) {
-        text.resize(LargestComment);
+    long length = -1;
+    const auto read = [&] {
         length = Host().Getxattr(spot.Object.Get(), "", attribute, text.data(), text.size());
-    }
-    if (length < 0)
+        if (length < 0 && errno == ERANGE) {
+            text.resize(LargestComment);
+            length = Host().Getxattr(spot.Object.Get(), "", attribute, text.data(), text.size());
+        }
+        return length >= 0;
+    };
+    if (!WithLent(spot, S_IRUSR, read))
         return errno == ENODATA || HasNoAttributes(errno);
     text.resize(static_cast<std::size_t>(length));
     value = std::move(text);
@@ -59,24 +84,8 @@ bool SetAttribute(const Spot& spot, const char* attribute, const std::optional<s
     return Host().SetAttribute(spot.Object.Get(), attribute, value->data(), value->size()) == 0;
 }
 
-// The host wants write permission for an attribute, AmigaDOS does not: an owner's is lent.
 bool StoreAttribute(const Spot& spot, const char* attribute, const std::optional<std::string>& value) {
-    if (SetAttribute(spot, attribute, value))
-        return true;
-    const unsigned mode = spot.Facts.Mode & PermissionBits;
-    if (errno != EACCES || (mode & S_IWUSR) != 0)
-        return false;
-    const int refusal = errno;
-    if (Host().ChangeMode(spot.Object.Get(), mode | S_IWUSR) != 0) {
-        errno = refusal;
-        return false;
-    }
-    const bool done = SetAttribute(spot, attribute, value);
-    const int error = errno;
-    if (Host().ChangeMode(spot.Object.Get(), mode) != 0)
-        Host().ChangeMode(spot.Object.Get(), mode);
-    errno = error;
-    return done;
+    return WithLent(spot, S_IWUSR, [&] { return SetAttribute(spot, attribute, value); });
 }
 
 void RestoreAttribute(const Spot& spot, const char* attribute, const std::optional<std::string>& value) {
@@ -224,7 +233,8 @@ bool ChangeSidecar(const Spot& spot, const StoredMetadata& stored, const Metadat
     }
     if (change.Comment)
         facts.Comment = *change.Comment;
-    if (SidecarCommentLength(facts.Comment) > LongestSidecarComment) {
+    // One that another writer made longer stays as it is.
+    if (change.Comment && SidecarCommentLength(*change.Comment) > LongestSidecarComment) {
         SetIoErr(ErrorCommentTooBig);
         return false;
     }

@@ -1,6 +1,7 @@
 #include "platform/dos/Changes.h"
 #include "platform/dos/Dates.h"
 #include "platform/dos/Files.h"
+#include "platform/dos/HostFd.h"
 #include "platform/dos/Sidecar.h"
 #include "tests/platform/dos/DosTest.h"
 
@@ -117,6 +118,15 @@ TEST_F(MetadataWritingTest, SidecarIsKeptUpToDate) {
     EXPECT_NEAR(object->Date, dos::CurrentAmigaSeconds(), 60);
 }
 
+TEST_F(MetadataWritingTest, LongerCommentOfAnotherWriterHindersNoOtherChange) {
+    const std::string comment(90, 'd');
+    Tree.Write("file", "");
+    Tree.Write("file.uaem", "----rwed 2001-02-03 04:05:06.08 " + comment + "\n");
+    EXPECT_TRUE(dos::SetProtection("Test:file", 0x40));
+    EXPECT_TRUE(dos::SetDate("Test:file", 238464000));
+    EXPECT_EQ(Tree.Read("file.uaem"), "-s--rwed 1985-07-23 00:00:00.00 " + comment + "\n");
+}
+
 TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
     Tree.Write("amiga/file", "");
     Tree.Drawer("amiga/drawer");
@@ -182,8 +192,8 @@ TEST_F(MetadataWritingTest, WhatADiskForgetsIsAFailure) {
     EXPECT_EQ(dos::ExamineObject("Test:file")->Date, before);
 }
 
-// The host wants w for attributes; whoever is not root meets this with every protected file.
-TEST_F(MetadataWritingTest, ProtectedFilesCanBeNoted) {
+// The host wants r and w for attributes; whoever is not root meets this with every protected file.
+TEST_F(MetadataWritingTest, ProtectedFilesCanBeNotedAndSetFree) {
     if (!HasAttributes())
         GTEST_SKIP() << "no attributes here";
     Tree.Write("file", "");
@@ -196,10 +206,24 @@ TEST_F(MetadataWritingTest, ProtectedFilesCanBeNoted) {
         }
         return dos::RealHost().SetAttribute(object, name, value, size);
     };
+    Calls().Getxattr = [](int drawer, const char* name, const char* attribute, void* buffer,
+                          std::size_t size) -> long {
+        dos::ObjectFacts facts;
+        if (*name == '\0' && dos::FactsOf(drawer, facts) && (facts.Mode & 0400) == 0) {
+            errno = EACCES;
+            return -1;
+        }
+        return dos::RealHost().Getxattr(drawer, name, attribute, buffer, size);
+    };
     EXPECT_TRUE(dos::SetComment("Test:file", "note"));
     EXPECT_EQ(Mode("file"), 0444u);
+    EXPECT_TRUE(dos::SetProtection("Test:file", 0x4F));
+    EXPECT_EQ(Mode("file"), 0044u);
+    EXPECT_FALSE(dos::Delete("Test:file"));
+    EXPECT_EQ(Mode("file"), 0044u);
     EXPECT_TRUE(dos::SetProtection("Test:file", 0x44));
     EXPECT_EQ(Attribute("file", "user.amiga.protection"), "-s--r-ed");
+    EXPECT_EQ(Mode("file"), 0544u);
     EXPECT_EQ(dos::ExamineObject("Test:file")->Comment, "note");
 }
 
