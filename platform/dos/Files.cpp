@@ -12,6 +12,15 @@ namespace {
 
 constexpr std::size_t ReadStep = 1u << 16; // bytes
 
+// Is what has the name a drawer? False with IoErr.
+bool IsDrawer(std::string_view path) {
+    const auto object = ExamineObject(path);
+    if (!object || object->Type == TypeDrawer)
+        return object.has_value();
+    SetIoErr(ErrorObjectWrongType);
+    return false;
+}
+
 std::int64_t RefuseHandle() {
     SetIoErr(ErrorInvalidLock);
     return -1;
@@ -109,16 +118,22 @@ bool CreateDir(std::string_view path) {
 }
 
 bool CreateDirs(std::string_view path) {
+    if (path.size() > LongestPath) {
+        SetIoErr(ErrorLineTooLong);
+        return false;
+    }
+    bool isNew = true;
     for (std::size_t at = 0; at <= path.size();) {
         const std::size_t end = std::min(path.find('/', at), path.size());
         const std::string_view drawer = path.substr(0, end);
         at = end + 1;
-        if (drawer.empty() || drawer.ends_with(':') || drawer.ends_with('/') || CreateDir(drawer))
+        if (drawer.empty() || drawer.ends_with(':') || drawer.ends_with('/'))
             continue;
-        if (IoErr() != ErrorObjectExists)
+        isNew = CreateDir(drawer);
+        if (!isNew && IoErr() != ErrorObjectExists)
             return false;
     }
-    return true;
+    return isNew || IsDrawer(path);
 }
 
 } // namespace dos

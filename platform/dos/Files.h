@@ -33,7 +33,8 @@ class Stream;
 
 // One new drawer; 203 when the name is taken.
 [[nodiscard]] bool CreateDir(std::string_view path);
-// The same with all drawers on the way; true when it is there already.
+// The same with all drawers on the way; true when it is there already. False with IoErr: 212 for a
+// file of that name; some drawers can be made then.
 [[nodiscard]] bool CreateDirs(std::string_view path);
 
 enum class SeekFrom { Beginning, Current, End };

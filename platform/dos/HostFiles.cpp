@@ -10,7 +10,7 @@ namespace dos {
 
 namespace {
 
-bool WriteNow(const HostLock& from, const std::string& rest, std::string_view bytes, WalkMode& mode) {
+bool WriteOnce(const HostLock& from, const std::string& rest, std::string_view bytes, WalkMode& mode) {
     Spot spot;
     if (!FindSpot(from, rest, LastLink::Follow, mode, spot) || (spot.Object && !IsReplaceable(spot)))
         return false;
@@ -24,6 +24,12 @@ bool WriteNow(const HostLock& from, const std::string& rest, std::string_view by
     if (!spot.Object)
         NoteCreated(spot.Drawer.Get(), spot.Name);
     return RefreshSidecar(spot.Drawer.Get(), spot.Name, sidecar) || Refuse(errno, Operation::Write);
+}
+
+bool WriteNow(const HostLock& from, const std::string& rest, std::string_view bytes, WalkMode& mode) {
+    // A file that somebody made meanwhile is replaced with all that an old one passes on.
+    return WriteOnce(from, rest, bytes, mode) ||
+           (IoErr() == ErrorObjectExists && WriteOnce(from, rest, bytes, mode));
 }
 
 bool CreateNow(const HostLock& from, const std::string& rest, WalkMode& mode) {

@@ -22,6 +22,7 @@ constexpr int MostTemporaryNames = 100;         // tries
 constexpr unsigned PermissionBits = 07777;
 constexpr unsigned PrivilegeBits = S_ISUID | S_ISGID;
 constexpr std::size_t ArchiveLetter = 3; // of the eight
+constexpr unsigned NoChange = ~0u;       // of an owner
 
 std::string NextTemporaryName() {
     static std::atomic<unsigned> counter{0};
@@ -58,6 +59,15 @@ bool CopyAttributes(int from, int to) {
         if (!CopyAttribute(from, to, names.data() + at, value))
             return false;
     return true;
+}
+
+// Some disks refuse to set modes and have all files alike: nothing is lost by it. Keeps errno.
+bool HasMode(int file, unsigned mode) {
+    const int error = errno;
+    ObjectFacts now;
+    const bool isSet = FactsOf(file, now) && (now.Mode & PermissionBits) == mode;
+    errno = error;
+    return isSet;
 }
 
 bool IsUnknownFlag(int hostError) {
@@ -239,11 +249,13 @@ bool Inherit(int old, int file) {
     unsigned mode = from.stx_mode & PermissionBits;
     const bool isOthers = from.stx_uid != own.stx_uid || from.stx_gid != own.stx_gid;
     if (isOthers && Host().Fchown(file, from.stx_uid, from.stx_gid) != 0) {
-        if (errno != EPERM)
+        // The group at least, so that those who share the file can go on doing so.
+        if (errno != EPERM || (from.stx_gid != own.stx_gid &&
+                               Host().Fchown(file, NoChange, from.stx_gid) != 0 && errno != EPERM))
             return false;
         mode &= ~PrivilegeBits; // they were given to the program of another
     }
-    return Host().Fchmod(file, mode) == 0;
+    return Host().Fchmod(file, mode) == 0 || HasMode(file, mode);
 }
 
 void SyncDrawer(int drawer) {
@@ -268,7 +280,7 @@ bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view
     const bool hasOld = old != NoDescriptor;
     if (!file.Make(drawer, hasOld ? ModeOfReplacement : ModeOfNewFile) || !WriteAll(file.File(), bytes) ||
         (hasOld && !Inherit(old, file.File())) || Host().Fsync(file.File()) != 0 ||
-        !file.TakePlace(name, Existing::Replaced))
+        !file.TakePlace(name, hasOld ? Existing::Replaced : Existing::Kept))
         return false;
     SyncDrawer(drawer);
     return true;

@@ -62,7 +62,8 @@ void SyncDrawer(int drawer);
                                unsigned mode);
 
 // Puts bytes under a name: whole and on the disk, or not at all. old is what has the name now,
-// NoDescriptor for nothing. False with errno.
+// NoDescriptor for nothing. False with errno, EEXIST where there was nothing and is something by
+// now.
 [[nodiscard]] bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes);
 
 } // namespace dos

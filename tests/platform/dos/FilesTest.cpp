@@ -1,13 +1,16 @@
 #include "platform/dos/Files.h"
 
+#include "platform/dos/Changes.h"
 #include "platform/dos/Variables.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <array>
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace {
 
@@ -135,6 +138,50 @@ TEST_F(FilesTest, WhicheverCallFailsTheFileIsWholeAndNothingIsLeftBehind) {
     EXPECT_GE(failed, 5); // the root, the temporary file, its bytes, their way to the disk, the rename
 }
 
+std::string Newcomer; // host path of a file that somebody makes while another one is written
+
+TEST_F(FilesTest, FileThatCameMeanwhilePassesOnWhatItHas) {
+    Newcomer = Tree.Path("file");
+    Calls().Fsync = [](int) {
+        const int file = ::open(Newcomer.c_str(), O_CREAT | O_EXCL | O_WRONLY, 0640);
+        return file < 0 ? 0 : ::close(file);
+    };
+    EXPECT_TRUE(dos::WriteWhole("Test:file", "new"));
+    EXPECT_EQ(Tree.Read("file"), "new");
+    EXPECT_EQ(dos::ExamineObject("Test:file")->Protection, 0x802u);
+    // The sidecar that an emulator has just written is not lost.
+    Newcomer = Tree.Path("file.uaem");
+    EXPECT_TRUE(dos::AddVolume(
+        {.Device = "TD1", .Volume = "Amiga", .HostRoot = Tree.Root(), .Metadata = dos::MetadataRule::Uaem}));
+    EXPECT_FALSE(dos::SetComment("Amiga:file", "note"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Tree.Read("file.uaem"), "");
+}
+
+TEST_F(FilesTest, ReplacedFileStaysWithItsGroupOnDisksOfAllKinds) {
+    Tree.Write("file", "old");
+    ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0600), 0);
+    static unsigned group = 0;
+    group = 0;
+    Calls().Statx = [](int at, const char* name, int flags, unsigned mask, struct statx* result) {
+        const int done = dos::RealHost().Statx(at, name, flags, mask, result);
+        result->stx_gid += (flags & AT_EMPTY_PATH) != 0 && result->stx_nlink == 1 && result->stx_size == 3;
+        return done;
+    };
+    Calls().Fchown = [](int, unsigned owner, unsigned newGroup) {
+        group = newGroup;
+        errno = EPERM;
+        return owner == ~0u ? 0 : -1;
+    };
+    Calls().Fchmod = [](int, unsigned) {
+        errno = ENOTSUP;
+        return -1;
+    };
+    EXPECT_TRUE(dos::WriteWhole("Test:file", "new text"));
+    EXPECT_EQ(group, ::getgid() + 1);
+    EXPECT_EQ(Tree.Read("file"), "new text");
+}
+
 TEST_F(FilesTest, DrawersAreMadeOnce) {
     Tree.Write("file", "");
     EXPECT_TRUE(dos::CreateDir("Test:new/"));
@@ -149,6 +196,11 @@ TEST_F(FilesTest, DrawersAreMadeOnce) {
     EXPECT_TRUE(dos::CreateDirs("Test:a/b/c"));
     EXPECT_TRUE(Tree.Exists("a/b/c"));
     EXPECT_FALSE(dos::CreateDirs("Test:file/x"));
+    EXPECT_FALSE(dos::CreateDirs("Test:file"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
+    EXPECT_FALSE(dos::CreateDirs("Test:long/" + std::string(120, 'n') + std::string(900, '/') + "x"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
+    EXPECT_FALSE(Tree.Exists("long"));
 }
 
 TEST_F(FilesTest, NewObjectsOfAMultiAssignAreMadeWhereTheirDrawerIs) {
