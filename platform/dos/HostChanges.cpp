@@ -93,6 +93,8 @@ bool SoftLinkNow(const HostLock& from, const std::string& rest, const SoftTarget
         if (!drawer || !FactsOf(drawer.Get(), facts))
             return Refuse(errno, Operation::Write);
         text = HostTextOf(HostLock(spot.On, std::move(drawer), facts, spot.SlowMount), target.Relative, mode);
+        if (!mode.WantsLimit.empty())
+            return false; // to be done anew where it may wait, so nothing is made yet
     }
     if (Host().Symlinkat(text.c_str(), spot.Drawer.Get(), spot.Name.c_str()) != 0)
         return Refuse(errno == EPERM ? ENOTSUP : errno, Operation::Write);

@@ -141,9 +141,11 @@ bool RenameHostEntry(const LockRef& start, std::string_view rest, const LockRef&
                      std::string_view toRest) {
     const HostLockRef from = AsHostLock(start);
     const HostLockRef to = AsHostLock(toStart);
-    return IsMounted(*to) &&
-           OnHost<bool>(from, [from, rest = std::string(rest), to, toRest = std::string(toRest)](
-                                  WalkMode& mode) { return RenameNow(*from, rest, *to, toRest, mode); });
+    // Whichever end may not answer has the limit.
+    const HostLockRef& slower = to->SlowMount.empty() ? from : to;
+    return IsMounted(*from) && IsMounted(*to) &&
+           OnHost<bool>(slower, [from, rest = std::string(rest), to, toRest = std::string(toRest)](
+                                    WalkMode& mode) { return RenameNow(*from, rest, *to, toRest, mode); });
 }
 
 } // namespace dos

@@ -145,6 +145,15 @@ std::int64_t PlaceOf(int file, std::int64_t offset, SeekFrom from, std::int64_t&
     return -1;
 }
 
+std::int64_t SeekNow(int file, std::int64_t offset, SeekFrom from) {
+    std::int64_t end = 0;
+    const std::int64_t place = PlaceOf(file, offset, from, end);
+    if (place >= 0 && place <= end && Host().Lseek(file, place, SEEK_SET) == place)
+        return place;
+    SetIoErr(ErrorSeekError);
+    return -1;
+}
+
 class HostStream final : public Stream {
 public:
     HostStream(std::shared_ptr<OpenFile> file, std::string slowMount)
@@ -171,9 +180,14 @@ private:
     std::string SlowMount;
 };
 
+// A disk is told of the end of reading, too, and may not answer.
 HostStream::~HostStream() {
-    if (!SlowMount.empty() && File->Fresh)
-        static_cast<void>(RunWithLimit(SlowMount, [file = File](Progress&) { file->Fresh.reset(); }));
+    if (SlowMount.empty())
+        return;
+    EndWithLimit(SlowMount, [file = std::move(File)](Progress&) {
+        file->Fresh.reset();
+        file->Source = HostFd();
+    });
 }
 
 std::int64_t HostStream::Change(std::function<std::int64_t(OpenFile&, WalkMode&)> deed) {
@@ -219,12 +233,14 @@ std::int64_t HostStream::Write(std::span<const std::byte> bytes) {
 }
 
 std::int64_t HostStream::Seek(std::int64_t offset, SeekFrom from) {
-    std::int64_t end = 0;
-    const std::int64_t place = PlaceOf(File->Current(), offset, from, end);
-    if (place >= 0 && place <= end && Host().Lseek(File->Current(), place, SEEK_SET) == place)
-        return place;
-    SetIoErr(ErrorSeekError);
-    return -1;
+    if (SlowMount.empty())
+        return SeekNow(File->Current(), offset, from);
+    using Answer = std::optional<std::int64_t>;
+    return AskWithLimit<Answer>(SlowMount,
+                                [file = File, offset, from](Progress&) -> Answer {
+                                    return SeekNow(file->Current(), offset, from);
+                                })
+        .value_or(-1);
 }
 
 std::int64_t HostStream::SetSize(std::int64_t offset, SeekFrom from) {

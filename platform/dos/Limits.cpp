@@ -48,11 +48,8 @@ bool WaitForEnd(Question& question) {
     return true;
 }
 
-} // namespace
-
-bool RunWithLimit(const std::string& key, std::function<void(Progress&)> work) {
-    if (IsHung(key))
-        return false;
+// True when the work has ended within the limit.
+bool Run(const std::string& key, std::function<void(Progress&)> work) {
     auto question = std::make_shared<Question>();
     auto givenUp = std::make_shared<bool>(false); // under question->Guard
     try {
@@ -78,6 +75,27 @@ bool RunWithLimit(const std::string& key, std::function<void(Progress&)> work) {
     const std::lock_guard holdKeys(Hung()->Guard);
     Hung()->Keys.insert(key);
     return false;
+}
+
+} // namespace
+
+bool RunWithLimit(const std::string& key, std::function<void(Progress&)> work) {
+    return !IsHung(key) && Run(key, std::move(work));
+}
+
+void EndWithLimit(const std::string& key, std::function<void(Progress&)> work) {
+    if (!IsHung(key)) {
+        static_cast<void>(Run(key, std::move(work)));
+        return;
+    }
+    try {
+        std::thread([job = std::move(work)] {
+            Progress unseen;
+            job(unseen);
+        }).detach();
+    } catch (const std::system_error&) {
+        // The process is at its end anyway when it cannot have another thread.
+    }
 }
 
 } // namespace dos

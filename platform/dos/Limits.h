@@ -39,7 +39,11 @@ private:
 // owns itself.
 [[nodiscard]] bool RunWithLimit(const std::string& key, std::function<void(Progress&)> work);
 
-// The same for work with a result; an empty one with IoErr 226 when there is no answer. IoErr of
+// The same for work that must be done in any case, letting go of something: it is begun even while
+// an earlier question hangs, and then nobody waits for it.
+void EndWithLimit(const std::string& key, std::function<void(Progress&)> work);
+
+// As RunWithLimit for work with a result; an empty one with IoErr 226 when there is no answer. IoErr of
 // the work becomes the caller's.
 template <typename Result>
 [[nodiscard]] Result AskWithLimit(const std::string& key, std::function<Result(Progress&)> work) {

@@ -1,8 +1,10 @@
+#include "platform/dos/Changes.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Limits.h"
 #include "tests/platform/dos/DosTest.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <fcntl.h>
 #include <mutex>
@@ -78,6 +80,49 @@ TEST_F(SlowMountsTest, DeadDiskIsGivenUpOnceAndAnswersAgainWhenItComesBack) {
     EXPECT_EQ(dos::IoErr(), dos::ErrorNoMoreEntries);
 }
 
+int DeadFile = dos::NoDescriptor; // of what was opened last to be read
+
+// A disk that dies with a file open: how the file ends is its to tell, and it wants to hear of closing.
+TEST_F(SlowMountsTest, FileOpenOnADeadDiskHoldsUpNobody) {
+    TheDoor->Open();
+    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
+    Tree.Write("here", "text");
+    ASSERT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
+    static const auto openLocal = dos::Host().Openat;
+    dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        const int file = openLocal(drawer, name, flags, mode);
+        if (std::string_view(name).starts_with("/proc/self/fd/"))
+            DeadFile = file;
+        return file;
+    };
+    auto file = std::make_optional(dos::OpenOld("Dead:file"));
+    const dos::FileLock root = dos::Lock("Dead:");
+    ASSERT_TRUE(*file && root);
+    TheDoor = std::make_shared<Door>();
+    dos::Host().Lseek = [](int descriptor, std::int64_t offset, int origin) -> std::int64_t {
+        if (descriptor == DeadFile)
+            std::shared_ptr(TheDoor)->Pass();
+        return dos::RealHost().Lseek(descriptor, offset, origin);
+    };
+    dos::Host().Close = [](int descriptor) {
+        if (descriptor == DeadFile)
+            std::shared_ptr(TheDoor)->Pass();
+        return dos::RealHost().Close(descriptor);
+    };
+    dos::Host().Openat2 = [](int drawer, const char* name, int flags, std::uint64_t resolve) {
+        if (std::string_view(name) == "moved")
+            std::shared_ptr(TheDoor)->Pass();
+        return dos::RealHost().Openat2(drawer, name, flags, resolve);
+    };
+    EXPECT_EQ(dos::Seek(*file, 0, dos::SeekFrom::End), -1);
+    EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
+    file.reset();
+    dos::CurrentDir(root);
+    EXPECT_FALSE(dos::Rename("Host:" + Tree.Path("here").substr(1), "moved"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
+    dos::CurrentDir(dos::FileLock());
+}
+
 TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
     Tree.Write("mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n2 1 0:9 / /proc rw - fuse.dead dead rw\n");
     ASSERT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
@@ -98,6 +143,10 @@ TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
     }
     EXPECT_EQ(Find("Host:proc/version"), "Host:proc/version");
     EXPECT_EQ(Find("Host:proc//dev"), "Host:dev");
+    const std::string link = "Host:" + Tree.Path("up").substr(1);
+    const std::string steps(static_cast<std::size_t>(std::ranges::count(Tree.Root(), '/')), '/');
+    EXPECT_TRUE(dos::MakeLink(link, steps + "proc/version")) << dos::IoErr();
+    EXPECT_EQ(Find(link), "Host:proc/version");
 }
 
 TEST(LimitsTest, WorkThatGoesOnIsWaitedFor) {
