@@ -1,6 +1,6 @@
 #include "platform/dos/Listing.h"
 
-#include "platform/dos/Sidecar.h"
+#include "platform/dos/SidecarFiles.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -99,10 +99,12 @@ std::string_view Listing::ShownNameAt(const Slice& slice, std::size_t entry) con
     return alias == Aliases.AliasOf.end() ? name : alias->second;
 }
 
-bool Listing::IsSidecarAt(const Slice& slice, std::size_t entry) const {
-    const std::string_view name = NameAt(slice, entry);
-    return !WithSidecar.empty() && slice.Records[entry].Type == TypeFile && IsSidecarName(name) &&
-           WithSidecar.contains(OwnerOfSidecar(name));
+// Told by its text: what is only called so is the user's own and must be seen.
+bool Listing::IsSidecar(int directory, const BareEntry& entry, const ObjectRecord& record) const {
+    const std::string_view name = entry.View();
+    SidecarFile sidecar;
+    return record.Type == TypeFile && IsSidecarName(name) && WithSidecar.contains(OwnerOfSidecar(name)) &&
+           FindSidecar(directory, OwnerOfSidecar(name), sidecar) && sidecar.State == SidecarState::Ours;
 }
 
 Slice* Listing::TakeNext() {
@@ -121,8 +123,11 @@ bool Listing::WorkOnNext(int directory, Progress* progress) {
     for (std::size_t i = 0; i < records.size(); ++i) {
         const BareEntry& entry = entries[slice->From + i];
         ExamineEntry(directory, entry.Name, entry.Type, Kept, records[i]);
-        if (!WithSidecar.empty() && WithSidecar.contains(entry.View()))
-            ApplySidecar(directory, entry.View(), records[i]);
+        if (!WithSidecar.empty()) {
+            records[i].IsSidecar = IsSidecar(directory, entry, records[i]);
+            if (WithSidecar.contains(entry.View()))
+                ApplySidecar(directory, entry.View(), records[i]);
+        }
         Beat(progress);
     }
     const std::lock_guard hold(Guard);

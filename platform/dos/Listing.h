@@ -42,9 +42,7 @@ public:
     // The entries of a slice that is done.
     [[nodiscard]] Slice& At(std::size_t slice) noexcept { return *Slices[slice]; }
     [[nodiscard]] std::string_view NameAt(const Slice& slice, std::size_t entry) const noexcept;
-    // The name to show, and whether the entry is the sidecar of another.
     [[nodiscard]] std::string_view ShownNameAt(const Slice& slice, std::size_t entry) const;
-    [[nodiscard]] bool IsSidecarAt(const Slice& slice, std::size_t entry) const;
 
     // Examines the next slice that nobody has taken; false when there is none within reach.
     // directory is the drawer, as a descriptor or as the calling thread's own directory.
@@ -61,6 +59,7 @@ public:
 
 private:
     Slice* TakeNext();
+    [[nodiscard]] bool IsSidecar(int directory, const BareEntry& entry, const ObjectRecord& record) const;
     void FindPairs();
     void FindAliases();
 

@@ -27,7 +27,8 @@ struct ObjectRecord {
     std::uint32_t Date = 0;
     std::uint32_t Protection = 0;
     std::uint16_t Type = 0;
-    bool IsGone = false; // vanished before it could be looked at
+    bool IsGone = false;    // vanished before it could be looked at
+    bool IsSidecar = false; // of another entry
     std::unique_ptr<ObjectTexts> Texts;
 };
 

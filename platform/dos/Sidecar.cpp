@@ -192,7 +192,9 @@ SidecarFacts ParseSidecar(std::string_view text) {
         text.remove_prefix(ByteOrderMark.size());
     text = text.substr(0, text.find_first_of("\r\n"));
     SidecarFacts facts;
-    facts.Protection = ProtectionFromLetters(text.substr(0, Letters.size()));
+    // A ruler of dashes is none: behind the letters there is a blank or nothing.
+    if (text.size() == Letters.size() || text.substr(0, DateColumn).ends_with(' '))
+        facts.Protection = ProtectionFromLetters(text.substr(0, Letters.size()));
     if (!facts.Protection)
         return facts;
     if (text.size() >= TimeEnd)

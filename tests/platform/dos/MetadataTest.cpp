@@ -73,8 +73,11 @@ TEST_F(MetadataTest, SidecarIsReadFirstAndHidden) {
     Tree.Write("orphan.uaem", "----rwed");
     Tree.Drawer("drawers.uaem");
     Tree.Write("drawers", "");
-    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"broken", "drawer", "drawers", "drawers.uaem",
-                                                          "file", "orphan.uaem"}));
+    Tree.Write("ruled", "");
+    Tree.Write("ruled.uaem", "----------------\nmy own text");
+    EXPECT_EQ(NamesIn("Test:"),
+              (std::vector<std::string>{"broken", "broken.uaem", "drawer", "drawers", "drawers.uaem", "file",
+                                        "orphan.uaem", "ruled", "ruled.uaem"}));
     auto listed = List("Test:");
     for (const dos::ExamineData& object : {listed["file"], *dos::ExamineObject("Test:file")}) {
         EXPECT_EQ(object.Protection & 0xFF, 0x4Eu);
