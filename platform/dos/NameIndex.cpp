@@ -209,7 +209,8 @@ void NoteChange(int drawer, std::string_view hostName, OwnChange change) {
 } // namespace
 
 std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match) {
-    const bool mayBeAlias = LooksLikeAlias(name);
+    const bool mayBeAlias =
+        LooksLikeAlias(match == NameMatch::Folded ? utility::Fold(name) : std::string(name));
     if (match == NameMatch::AliasOnly && !mayBeAlias)
         return {};
     const ContentsRef contents = ContentsOf(drawer, match);

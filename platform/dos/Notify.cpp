@@ -33,9 +33,10 @@ constexpr std::uint32_t WatchedEvents =
 
 } // namespace
 
-// One running notification; all but the first three fields are under the service's guard.
+// One running notification; all but the first four fields are under the service's guard.
 struct Watch {
     std::string Path;
+    FileLock From; // where a path without a device begins
     exec::Task* Task = nullptr;
     exec::SignalMask Signals = 0;
 
@@ -273,7 +274,9 @@ void NotifyService::Attend(const WatchRef& watch) {
     watch->IsPending = watch->IsDoubtful = false;
     if (mustLook) {
         hold.unlock();
+        FileLock own = CurrentDir(watch->From);
         NotifyTarget target = FindNotifyTarget(watch->Path);
+        CurrentDir(std::move(own));
         hold.lock();
         if (!watch->IsActive)
             return;
@@ -327,6 +330,7 @@ bool Notification::Start(std::string_view path, exec::Task* task, int signal) {
         return false;
     auto watch = std::make_shared<Watch>();
     watch->Path = path;
+    watch->From = CurrentDirLock();
     watch->Task = task;
     watch->Signals = exec::SignalMask{1} << signal;
     if (!NotifyService::Get().Add(watch))

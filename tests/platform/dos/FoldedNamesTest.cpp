@@ -53,6 +53,9 @@ TEST_F(FoldedNamesTest, AliasesFoldToo) {
     for (char& c : alias)
         c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
     EXPECT_EQ(dos::ReadWhole("Test:" + alias, 10), "left");
+    for (char& c : alias)
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    EXPECT_EQ(dos::ReadWhole("Test:" + alias, 10), "left");
 }
 
 TEST_F(FoldedNamesTest, MissDoesNotWalkTheDrawerAgain) {

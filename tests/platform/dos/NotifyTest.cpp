@@ -63,6 +63,15 @@ TEST_F(NotifyTest, FileTellsOfItsOwnChangesOnly) {
     Await();
 }
 
+TEST_F(NotifyTest, PathWithoutDeviceLeadsOnFromTheDrawerOfTheStart) {
+    Tree.Drawer("drawer");
+    const dos::FileLock before = dos::CurrentDir(dos::Lock("Test:drawer"));
+    ASSERT_TRUE(Watch("later"));
+    dos::CurrentDir(before);
+    Tree.Write("drawer/later", "");
+    Await();
+}
+
 TEST_F(NotifyTest, VanishingDrawerGivesOneSignalAndItsReturnAnother) {
     Tree.Drawer("drawer");
     const dos::FileLock held = dos::Lock("Test:drawer"); // the host keeps a held drawer in being
