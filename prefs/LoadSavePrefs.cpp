@@ -166,6 +166,7 @@ bool DefaultPrefs() {
 void FreePrefs() {
     Prefs = PrefsRecord();
     PrefsExist = 0;
+    StandingDocument.Clear();
 }
 
 bool LoadPrefs() {

@@ -277,14 +277,14 @@ using OfComputerColumns = OfColumns<ShowComputerColumnsList, ComputerColumns>;
 using OfArchiveColumns = OfColumns<ShowArchiveColumnsList, ArchiveColumns>;
 using OfDetailsColumns = OfColumns<ShowDetailsColumnsList, DetailsColumns>;
 
-// Documents of earlier versions lack the last column.
+// Documents of earlier versions lack the last column. A list without any gets all of them before it is shown.
 bool LoadComputerColumns(const PrefsArray* from) {
     constexpr std::uint32_t last = ComputerColumns - 1;
     constexpr std::int32_t width = 150;
     if (!OfComputerColumns::Load(from)) {
         return false;
     }
-    return from == nullptr || HasColumn(*ShowComputerColumnsList, last) ||
+    return from == nullptr || from->empty() || HasColumn(*ShowComputerColumnsList, last) ||
            AddColumn(*ShowComputerColumnsList, last, width);
 }
 
