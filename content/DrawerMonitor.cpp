@@ -3,11 +3,10 @@
 #include "content/BuildLists.h"
 #include "content/DetailsPane.h"
 #include "content/Drawers.h"
+#include "interface/Ringhio.h"
 #include "model/Content.h"
-#include "model/Prefs.h"
 #include "model/Program.h"
 #include "sak/Requesters.h"
-#include "sak/Ringhio.h"
 
 namespace solvane {
 
@@ -25,10 +24,8 @@ void DrawerChanged() {
         return;
     }
     DetailsPane2();
-    if (Prefs.EnableRinghio != 0) {
-        RinghioMessage(RequesterTitle, "Drawer contents were changed.  Drawer was reloaded.", "FRONT",
-                       RinghioImageBuffer, {});
-    }
+    RinghioMessage(RequesterTitle, "Drawer contents were changed.  Drawer was reloaded.", "FRONT",
+                   RinghioImageBuffer, {});
 }
 
 } // namespace solvane

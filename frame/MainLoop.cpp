@@ -113,6 +113,19 @@ Station ServeTimer() {
     return Station::WaitLoop;
 }
 
+// The user has picked one of the program's notices.
+Station ServeDesktop() {
+    if (Iconified != 0) {
+        Uniconify();
+        return Station::EntryC;
+    }
+    if (MainWindow && MainWindow->IsOpen()) {
+        MainWindow->ToFront();
+        MainWindow->Activate();
+    }
+    return Station::WaitLoop;
+}
+
 exec::SignalMask WindowMask() {
     return SignalsMask;
 }
@@ -133,7 +146,7 @@ constexpr std::array Sources = {
     SignalSource{[] { return CxSignal; }, ServeNothing},
     SignalSource{PortMask<AppIconPort>, ServeAppIcon},
     SignalSource{[] { return AppMenuSignal; }, ServeNothing},
-    SignalSource{[] { return AppLibSignal; }, ServeNothing},
+    SignalSource{[] { return AppLibSignal; }, ServeDesktop},
     SignalSource{[] { return SAK_TimerMP ? SAK_TimerMP->Mask() : exec::SignalMask{0}; }, ServeTimer},
     SignalSource{[] { return PreviewSoundSignal; }, ServeNothing},
     SignalSource{WindowMask, ServeWindowEvents},

@@ -1,5 +1,5 @@
-// The program as an icon, and its registration with the desktop. Tray icon and registration come with their
-// feature; until then there is no place for an icon.
+// The program as an icon, and its registration with the desktop. So far registration opens the way for
+// notices, and there is no place for an icon.
 #pragma once
 
 #include "platform/exec/Tasks.h"
@@ -9,7 +9,7 @@ namespace solvane {
 // --- State: 0 without a sender ---
 
 extern exec::SignalMask AppMenuSignal; // the user has picked the program's entry of a desktop menu
-extern exec::SignalMask AppLibSignal;  // messages from other instances and the desktop's session
+extern exec::SignalMask AppLibSignal;  // the desktop asks for the window to come to the front
 
 // --- Functions ---
 

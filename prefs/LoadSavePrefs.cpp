@@ -1,6 +1,7 @@
 #include "prefs/LoadSavePrefs.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Ringhio.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/dos/Errors.h"
@@ -11,7 +12,6 @@
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Requesters.h"
-#include "sak/Ringhio.h"
 
 #include <charconv>
 #include <string>
