@@ -7,8 +7,10 @@
 #include <QDBusVirtualObject>
 #include <QProcess>
 
+#include <array>
 #include <gtest/gtest.h>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace application {
 namespace {
@@ -66,10 +68,10 @@ protected:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
-    static inline int Count = 1;
-    static inline char Name[] = "test";                // NOLINT(modernize-avoid-c-arrays): what a main gets
-    static inline char* Arguments[] = {Name, nullptr}; // NOLINT(modernize-avoid-c-arrays)
-    QCoreApplication Application{Count, Arguments};
+    int Count = 1;
+    std::string Name = "test";
+    std::array<char*, 2> Arguments = {Name.data(), nullptr};
+    QCoreApplication Application{Count, Arguments.data()};
     QProcess Bus;
 };
 
