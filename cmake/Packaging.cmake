@@ -32,7 +32,7 @@ install(FILES ${CMAKE_BINARY_DIR}/install/xadunfile ${SOLVANE_SHARE}/Tools/jhead
 install(DIRECTORY ${CMAKE_BINARY_DIR}/share/icons DESTINATION ${CMAKE_INSTALL_DATADIR})
 install(FILES packaging/solvane.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES packaging/solvane.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES packaging/solvane.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES packaging/solvane.1 packaging/amiga.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/solvane)
 
 set(CPACK_GENERATOR DEB)

@@ -17,6 +17,7 @@ constexpr Command Table[] = {
      "NAME,TARGET/M,LIST/S,EXISTS/S,DEFER/S,PATH/S,ADD/S,PREPEND/S,REMOVE/S,VOLS/S,DIRS/S,DEVICES/S",
      "Shows and sets the names that stand before a colon", RunAssign},
     {"Date", "TO=VER/K", "Shows the date and time", RunDate},
+    {"Delete", "FILE/M/A,ALL/S,QUIET/S,FORCE/S", "Deletes files and drawers", RunDelete},
     {"Dir", "DIR,OPT/K,ALL/S,DIRS/S,FILES/S", "Shows the names in a drawer", RunDir},
     {"Echo", "/M,NOLINE/S,FIRST/K/N,LEN/K/N,TO/K", "Prints words", RunEcho},
     {"Execute", "FILE/A", "Runs the lines of a script", RunExecute},

@@ -20,11 +20,6 @@ std::string_view WithoutSlash(std::string_view path) {
     return path;
 }
 
-// The path of an object from the current drawer. Nothing with IoErr.
-std::optional<std::string> PathOf(const Found& object) {
-    return object.Drawer ? dos::AddPart(dos::NameFromLock(object.Drawer), object.Path) : object.Path;
-}
-
 // Whether TO is a drawer to move into, and not the object itself in other letters.
 bool IsInto(const std::vector<std::string>& from, const std::string& to) {
     if (!IsDrawer(to))
@@ -33,7 +28,7 @@ bool IsInto(const std::vector<std::string>& from, const std::string& to) {
 }
 
 int RenameOne(Context& context, const Found& object, const std::string& to, bool isInto, bool isQuiet) {
-    const auto from = PathOf(object);
+    const auto from = FullPath(object);
     const auto target = isInto ? dos::AddPart(to, dos::FilePart(WithoutSlash(object.Path))) : to;
     if (!from || !target || !dos::Rename(*from, *target))
         return Complain(context, object.Text);

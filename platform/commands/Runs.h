@@ -7,6 +7,7 @@ namespace commands {
 
 int RunAssign(Context& context, const dos::ArgResults& arguments);
 int RunDate(Context& context, const dos::ArgResults& arguments);
+int RunDelete(Context& context, const dos::ArgResults& arguments);
 int RunDir(Context& context, const dos::ArgResults& arguments);
 int RunEcho(Context& context, const dos::ArgResults& arguments);
 int RunExecute(Context& context, const dos::ArgResults& arguments);

@@ -53,8 +53,7 @@ public:
     // What the first part means in each place. rest: the parts behind it.
     void Go(const std::vector<Place>& places, std::string_view part, std::string_view rest) {
         const auto pattern = dos::Pattern::Parse(part, dos::PatternCase::Ignore);
-        const bool maySelf = part.find_first_of("#?") == std::string_view::npos;
-        if (!pattern && !maySelf) {
+        if (!pattern && part.find_first_of("#?") != std::string_view::npos) {
             if (!std::exchange(IsBad, true))
                 Result.Code = std::max(Result.Code, Complain(Where, part));
             return;
@@ -65,8 +64,8 @@ public:
             auto all = ReadDrawer(Where, place.Lock, place.Text, Result.Code);
             if (!all)
                 continue;
-            const bool isSelf = maySelf && std::any_of(all->begin(), all->end(),
-                                                       [&](const auto& data) { return data.Name == part; });
+            const bool isSelf =
+                std::any_of(all->begin(), all->end(), [&](const auto& data) { return data.Name == part; });
             for (dos::ExamineData& data : *all) {
                 if (isSelf ? data.Name != part : !pattern || !pattern->Matches(data.Name))
                     continue;
@@ -118,6 +117,10 @@ std::optional<PatternPart> FirstPattern(std::string_view argument) {
 }
 
 } // namespace
+
+std::optional<std::string> FullPath(const Found& object) {
+    return object.Drawer ? dos::AddPart(dos::NameFromLock(object.Drawer), object.Path) : object.Path;
+}
 
 InDrawer::InDrawer(const Found& found) : IsSet(static_cast<bool>(found.Drawer)) {
     if (IsSet)
@@ -184,41 +187,46 @@ Matches Expand(Context& context, std::string_view argument) {
     return matches;
 }
 
-int ForEachBelow(Context& context, const Found& drawer, const Visit& visit) {
+int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit& visit) {
     struct Level {
-        Found Drawer; // Drawer.Drawer is the lock of the level itself
+        Found Self;
+        dos::FileLock Lock;
         std::vector<dos::ExamineData> Objects;
         std::size_t Next = 0;
     };
     std::vector<Level> levels;
     int code = ReturnOk;
+    const auto call = [&](const Found& object) {
+        const InDrawer current(object);
+        code = std::max(code, visit(object));
+    };
     const auto enter = [&](const Found& object) {
         const InDrawer current(object);
         const dos::FileLock lock = dos::Lock(object.Path);
-        if (!lock) {
+        if (!lock)
             code = std::max(code, Complain(context, object.Text));
-            return;
-        }
-        if (auto all = ReadDrawer(context, lock, object.Text, code))
-            levels.push_back({{lock, "", object.Text, {}}, std::move(*all)});
+        else if (auto all = ReadDrawer(context, lock, object.Text, code))
+            levels.push_back({object, lock, std::move(*all)});
     };
     enter(drawer);
     while (!levels.empty()) {
         Level& level = levels.back();
         if (level.Next == level.Objects.size()) {
+            const Found self = std::move(level.Self);
             levels.pop_back();
+            if (order == Order::DrawersLast && !levels.empty())
+                call(self);
             continue;
         }
         if (IsStopped(context))
             return std::max(code, Complain(context));
         dos::ExamineData& data = level.Objects[level.Next++];
-        Found object{level.Drawer.Drawer, data.Name, JoinText(level.Drawer.Text, data.Name), {}};
+        Found object{level.Lock, data.Name, JoinText(level.Self.Text, data.Name), {}};
         object.Data = std::move(data);
-        {
-            const InDrawer current(object);
-            code = std::max(code, visit(object));
-        }
-        if (object.Data->Type == dos::TypeDrawer)
+        const bool isDrawer = object.Data->Type == dos::TypeDrawer;
+        if (!isDrawer || order == Order::DrawersFirst)
+            call(object);
+        if (isDrawer)
             enter(object);
     }
     return code;
@@ -239,7 +247,7 @@ int ForEach(Context& context, std::string_view argument, Depth depth, const Visi
         code = std::max(code, visit(object));
         const bool isDrawer = object.Data ? object.Data->Type == dos::TypeDrawer : IsDrawer(object.Path);
         if (depth == Depth::All && isDrawer)
-            code = std::max(code, ForEachBelow(context, object, visit));
+            code = std::max(code, ForEachBelow(context, object, Order::DrawersFirst, visit));
     }
     return code;
 }

@@ -22,6 +22,9 @@ struct Found {
     std::optional<dos::ExamineData> Data; // not for a path that is no pattern; of a link itself
 };
 
+// Its path from the current drawer. Nothing with IoErr where that is too long.
+[[nodiscard]] std::optional<std::string> FullPath(const Found& object);
+
 // Makes the drawer of an object the current one while it lives.
 class InDrawer {
 public:
@@ -41,9 +44,9 @@ struct Matches {
     int Code = 0; // the worst return code of what was complained of on the way
 };
 
-// What an argument means. A path without wildcards stands for itself, whether it exists or not, and so does
-// a last part without "#" and "?" that is the name of an object as it stands ("Notes (1)"). Drawers that
-// cannot be read are complained of and passed over.
+// What an argument means. A path without wildcards stands for itself, whether it exists or not. A part that
+// is the name of an object as it stands ("Notes (1)", even "#?") means that object alone, so that a line made
+// of names never touches more than it names. Drawers that cannot be read are complained of and passed over.
 [[nodiscard]] Matches Expand(Context& context, std::string_view argument);
 
 // The objects of a drawer by name. What cannot be read is complained of and raises code; nothing when the
@@ -52,9 +55,10 @@ struct Matches {
 ReadDrawer(Context& context, const dos::FileLock& drawer, std::string_view text, int& code);
 
 // Calls visit for every object below a drawer, with the drawer that holds it as the current one and a drawer
-// before what is in it; the worst return code. Ends early after a break.
+// before or behind what is in it; the worst return code. Ends early after a break.
 using Visit = std::function<int(const Found& object)>;
-int ForEachBelow(Context& context, const Found& drawer, const Visit& visit);
+enum class Order { DrawersFirst, DrawersLast };
+int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit& visit);
 
 enum class Depth { Objects, All }; // All: what is below a drawer as well
 // Calls visit for every object that the argument means, likewise. A link that is named itself counts as what

@@ -181,6 +181,30 @@ TEST_F(CommandsTest, RenameMovesAndNeverReplaces) {
     EXPECT_EQ(NamesIn("Test:w"), (std::vector<std::string>{"D", "e", "x"}));
 }
 
+TEST_F(CommandsTest, DeleteTakesWhatIsNamedAndNothingElse) {
+    for (const std::string_view name : {"w/a.c", "w/b.c", "w/#?", "w/d/x", "w/d/in/y", "w/p/z", "env/kept"})
+        Tree.Write(name, "");
+    Tree.Link("w/d/out", Tree.Path("env"));
+    Tree.Link("w/link", "d");
+    Out("Protect p/z -d");
+    if (Out("List p/z LFORMAT %a") != "----rw--\n")
+        GTEST_SKIP() << "no attributes here";
+    Check({
+        {"Delete none", 5, "Delete: none: object not found\n"},
+        {"Delete none#?", 5, "No file to delete\n"},
+        {"Delete #?", 0, "#?  Deleted\n"},
+        {"Delete #?.c", 0, "a.c  Deleted\nb.c  Deleted\n"},
+        {"Delete d", 10, "Delete: d: directory not empty\n"},
+        {"Delete link ALL", 0, "link  Deleted\n"},
+        {"Delete d ALL", 0, "d/in/y  Deleted\nd/in  Deleted\nd/out  Deleted\nd/x  Deleted\nd  Deleted\n"},
+        {"Delete p/z QUIET", 10, "Delete: p/z: object is protected from deletion\n"},
+        {"Delete p ALL QUIET", 10, "Delete: p/z: object is protected from deletion\n"},
+        {"Delete p ALL FORCE QUIET", 0, ""},
+    });
+    EXPECT_EQ(NamesIn("Test:w"), std::vector<std::string>());
+    EXPECT_TRUE(Tree.Exists("env/kept"));
+}
+
 TEST_F(CommandsTest, LinksAndDrawersAreMade) {
     Check({
         {"MakeDir a b/", 0, ""},
