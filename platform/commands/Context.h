@@ -26,6 +26,8 @@ struct Context {
     std::function<bool()> Stop;
     // Waits that long, or until Stop; not set: waits are over at once.
     std::function<void(std::uint32_t milliseconds)> Pause;
+    // Set while the streams are those of the process, which programs then share: writes out what is waiting.
+    std::function<bool()> FlushOwn;
     bool IsTerminal = false; // a terminal shows the output: control characters in names are not sent to it
     bool IsLasting = false;  // assigns outlive the command, since the process does
 

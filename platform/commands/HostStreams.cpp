@@ -94,6 +94,7 @@ Context HostContext() {
     CatchInterrupt();
     Context context;
     context.Output = [](std::string_view bytes) { return StandardOutput().Put(bytes); };
+    context.FlushOwn = [] { return StandardOutput().Flush(); };
     context.Stop = [] { return WasInterrupted != 0; };
     context.Pause = Pause;
     context.IsTerminal = ::isatty(STDOUT_FILENO) == 1;

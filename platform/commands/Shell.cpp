@@ -4,6 +4,7 @@
 #include "platform/commands/TextOutput.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Files.h"
+#include "platform/dos/System.h"
 #include "platform/dos/Variables.h"
 #include "platform/utility/Text.h"
 
@@ -64,6 +65,7 @@ FileRef OpenFor(const std::string& name, dos::OpenMode mode, bool isAppend) {
 class Redirected {
 public:
     Redirected(Context& context, const dos::ParsedCommand& line) : Where(context), Before(context) {
+        Where.FlushOwn = nullptr; // its scripts run programs over the streams of the context
         IsGood = OpenAll(line);
     }
     Redirected(const Redirected&) = delete;
@@ -72,6 +74,7 @@ public:
         Where.Output = Before.Output;
         Where.ErrorOutput = Before.ErrorOutput;
         Where.Input = Before.Input;
+        Where.FlushOwn = Before.FlushOwn;
         Where.IsTerminal = Before.IsTerminal;
         Where.OutputError = Before.OutputError;
     }
@@ -135,6 +138,7 @@ std::optional<std::string> OutputOf(const Context& context, std::string_view lin
     std::string text;
     Context inner = context;
     inner.IsTerminal = false;
+    inner.FlushOwn = nullptr;
     if (!inner.ErrorOutput)
         inner.ErrorOutput = inner.Output;
     inner.Output = [&text](std::string_view bytes) {
@@ -162,9 +166,13 @@ std::optional<std::string> Variable(const Context& context, std::string_view nam
 
 int RunParsed(Context& context, const dos::ParsedCommand& line) {
     const Command* command = FindCommand(line.Command);
-    if (command == nullptr) {
+    if (command == nullptr) { // the first word was one before variables were put in
         dos::SetIoErr(dos::ErrorObjectNotFound);
-        return ComplainWith(context, line.Command, "Unknown command");
+        return Complain(context, line.Command);
+    }
+    if (!line.Input && !line.Output && !line.ErrorOutput) {
+        dos::SetIoErr(0);
+        return RunCommand(*command, line.Arguments, context);
     }
     Redirected streams(context, line);
     if (!streams.IsOpen())
@@ -178,6 +186,38 @@ int RunParsed(Context& context, const dos::ParsedCommand& line) {
     return code;
 }
 
+// A line whose command is none of ours: as the service runs it, over the streams of the context.
+int RunProgramLine(Context& context, std::string_view line) {
+    dos::SystemOptions options;
+    options.Stop = context.Stop;
+    if (context.FlushOwn) {
+        if (!context.FlushOwn())
+            context.OutputError = dos::IoErr();
+        options.Input.Own = options.Output.Own = true;
+        options.ErrorOutput = dos::SystemStream{.Own = true};
+    } else {
+        options.Output.Sink = context.Output;
+        if (context.ErrorOutput)
+            options.ErrorOutput = dos::SystemStream{.Sink = context.ErrorOutput};
+    }
+    const long code = dos::System(line, options);
+    if (code < 0)
+        return Complain(context);
+    if (code >= ReturnFail && dos::IoErr() == dos::ErrorBreak)
+        return Complain(context);
+    return static_cast<int>(std::min(code, 255L));
+}
+
+// Whether the line begins with the name of one of our commands. Nothing for a blank line.
+std::optional<bool> IsOwnLine(std::string_view line) {
+    std::size_t at = 0;
+    std::string word;
+    const dos::ItemKind kind = dos::ReadItem(line, at, word);
+    if (kind == dos::ItemKind::Nothing)
+        return {};
+    return kind == dos::ItemKind::Error || kind == dos::ItemKind::Equal || FindCommand(word) != nullptr;
+}
+
 } // namespace
 
 std::optional<dos::ParsedCommand> ParseLine(Context& context, std::string_view line) {
@@ -189,14 +229,16 @@ std::optional<dos::ParsedCommand> ParseLine(Context& context, std::string_view l
 }
 
 int RunLine(Context& context, std::string_view line) {
-    const auto parsed = ParseLine(context, line);
-    if (!parsed) {
-        Complain(context);
-        context.LastCode = ReturnFail;
-    } else if (!parsed->Command.empty()) {
+    const auto isOwn = IsOwnLine(line);
+    if (!isOwn)
+        return context.LastCode;
+    if (!*isOwn) {
+        context.LastCode = RunProgramLine(context, line);
+    } else if (const auto parsed = ParseLine(context, line)) {
         context.LastCode = RunParsed(context, *parsed);
     } else {
-        return context.LastCode;
+        Complain(context);
+        context.LastCode = ReturnFail;
     }
     context.LastError = context.LastCode == ReturnOk ? 0 : dos::IoErr();
     return context.LastCode;

@@ -1,5 +1,5 @@
 // Runs whole command lines: redirections, variables and inserted output first, then the command. Drawer
-// commands run within this process.
+// commands run within this process, all others as programs.
 #pragma once
 
 #include "platform/commands/Context.h"
@@ -11,7 +11,8 @@
 namespace commands {
 
 // One line; its return code, which stays in context.LastCode as well. A blank line and a comment leave that
-// as it is. 10 for an unknown command, 20 for a line that cannot be read.
+// as it is. A command that is none of ours is run as dos::System does. 10 for an unknown one, 20 for a line
+// that cannot be read.
 int RunLine(Context& context, std::string_view line);
 
 // The line taken apart, variables and the output of commands put in. Nothing with IoErr.

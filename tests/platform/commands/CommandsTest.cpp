@@ -272,7 +272,7 @@ TEST_F(CommandsTest, LinesAreRedirectedAndTakeVariables) {
         {"List ?", 0,
          "DIR/M,P=PAT/K,DATES/S,NODATES/S,TO/K,SUB/K,SINCE/K,UPTO/K,QUICK/S,BLOCK/S,NOHEAD/S,FILES/S,DIRS/S,"
          "LFORMAT/K,ALL/S\n"},
-        {"Nonsense x", 10, "Nonsense: Unknown command\n"},
+        {"Nonsense x", 10, "Nonsense: object not found\n"},
         {"", 10, ""},
         {"Echo \"x", 20, "argument line invalid or too long\n"},
         {"UnSetEnv v SAVE", 0, ""},
