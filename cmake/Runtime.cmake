@@ -37,6 +37,6 @@ function(solvane_host_tool name)
     file(CREATE_LINK ${host} ${SOLVANE_SHARE}/Tools/${name} SYMBOLIC)
 endfunction()
 
-foreach(name Catalogs ARexx Docs)
+foreach(name ARexx Docs)
     solvane_share_drawer(${name})
 endforeach()

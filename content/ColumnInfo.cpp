@@ -4,6 +4,8 @@
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/locale/Locale.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/StringFunctions.h"
 
 #include <algorithm>
@@ -18,21 +20,21 @@ namespace solvane {
 namespace {
 
 struct ColumnDefault {
-    std::string_view Title;
+    MessageNumber Title;
     std::int32_t Width; // pixels
     bool Shown;
 };
 
 // By column number less 1; the icon column is always there.
 constexpr std::array<ColumnDefault, DetailsColumnCount - 1> Defaults = {{
-    {"Name", 250, true},        {"Size", 80, true},           {"Date", 150, true},
-    {"Type", 100, true},        {"Protection", 100, true},    {"Filenote", 250, true},
-    {"Dimensions", 100, false}, {"Title", 130, false},        {"Time", 50, false},
-    {"Artist", 120, false},     {"Album artist", 120, false}, {"Album", 120, false},
-    {"Track #", 50, false},     {"Disc #", 50, false},        {"Year", 50, false},
-    {"Genre", 120, false},      {"Comment", 120, false},      {"Composer", 120, false},
-    {"Bit rate", 60, false},    {"Sample rate", 60, false},   {"Encoder", 120, false},
-    {"Mode", 100, false},       {"Codec", 100, false},        {"Version", 43, false},
+    {MSG_NAME, 250, true},        {MSG_SIZE, 80, true},           {MSG_DATE, 150, true},
+    {MSG_TYPE, 100, true},        {MSG_PROTECTION, 100, true},    {MSG_FILENOTE, 250, true},
+    {MSG_DIMENSIONS, 100, false}, {MSG_TITLE, 130, false},        {MSG_TIME, 50, false},
+    {MSG_ARTIST, 120, false},     {MSG_ALBUM_ARTIST, 120, false}, {MSG_ALBUM, 120, false},
+    {MSG_TRACK, 50, false},       {MSG_DISC, 50, false},          {MSG_YEAR, 50, false},
+    {MSG_GENRE, 120, false},      {MSG_COMMENT, 120, false},      {MSG_COMPOSER, 120, false},
+    {MSG_BIT_RATE, 60, false},    {MSG_SAMPLE_RATE, 60, false},   {MSG_ENCODER, 120, false},
+    {MSG_MODE, 100, false},       {MSG_CODEC, 100, false},        {MSG_VERSION, 43, false},
 }};
 
 // Icon, name, and what a device or an entry of an archive has; pixels.
@@ -135,7 +137,7 @@ intuition::Column MakeColumn(DetailsColumn column, bool details) {
     if (column == DetailsColumn::Icon) {
         return {.Title = "", .Width = IconColumnWidth, .Sortable = false, .Draggable = false};
     }
-    return {.Title = std::string(Defaults[static_cast<std::size_t>(column) - 1].Title),
+    return {.Title = std::string(SAK_LocaleString(Defaults[static_cast<std::size_t>(column) - 1].Title)),
             .Width = WidthOf(column),
             .Draggable = details,
             .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left,

@@ -10,6 +10,8 @@
 #include "platform/utility/Text.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Numbers.h"
 #include "sak/Requesters.h"
 
@@ -23,7 +25,8 @@ namespace {
 void TellProgress(const DiscoverWalk& walk) {
     if (walk.Progress) {
         const std::uint32_t count = SAK_GenericListCount(*walk.Found);
-        walk.Progress(FormatText("%s %s", SAK_LocalizeNumber(count), count == 1 ? "item" : "items"));
+        walk.Progress(FormatText("%s %s", SAK_LocalizeNumber(count),
+                                 SAK_LocaleString(count == 1 ? MSG_ITEM : MSG_ITEMS)));
     }
 }
 
@@ -122,7 +125,7 @@ bool AddRecord(DiscoverWalk& walk, EntryKind kind, const Text<1024>& told, const
     NodePointer<DOSNode> node = SAK_CreateGenericListNode<DOSNode>();
     if (!node) {
         SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        "Could not create Exec list node.", "_Continue");
+                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
         return false;
     }
     node->ClipAction = walk.ClipAction;

@@ -6,6 +6,8 @@
 #include "interface/Ringhio.h"
 #include "model/Content.h"
 #include "model/Program.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 namespace solvane {
@@ -24,8 +26,7 @@ void DrawerChanged() {
         return;
     }
     DetailsPane2();
-    RinghioMessage(RequesterTitle, "Drawer contents were changed.  Drawer was reloaded.", "FRONT",
-                   RinghioImageBuffer, {});
+    RinghioMessage(RequesterTitle, SAK_LocaleString(MSG_DRAWER_CHANGED), "FRONT", RinghioImageBuffer, {});
 }
 
 } // namespace solvane

@@ -14,6 +14,8 @@
 #include "platform/dos/Examine.h"
 #include "platform/exec/Tasks.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Notify.h"
 #include "sak/Requesters.h"
 #include "sak/StringFunctions.h"
@@ -39,15 +41,15 @@ bool DrawerIsThere() {
     }
     if (!found) {
         SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        "Drawer does not exist.", "_Continue");
+                        SAK_LocaleString(MSG_DRAWER_MISSING), SAK_LocaleString(MSG_CONTINUE_GAD));
     }
     return found;
 }
 
 void TellCannotRead() {
     SAK_IOErr = dos::IoErr();
-    SAK_IOError(MainWindow.get(), RequesterTitle, "Could not read drawer.",
-                "DOS error message:", "_Continue");
+    SAK_IOError(MainWindow.get(), RequesterTitle, SAK_LocaleString(MSG_NO_DRAWER_READ),
+                SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 // False when there is no room for the "/".

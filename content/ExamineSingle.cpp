@@ -7,6 +7,8 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "platform/locale/Locale.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Numbers.h"
 
 namespace solvane {
@@ -25,7 +27,7 @@ void FillDrawer(ContentNode& node, std::string_view path, const dos::ExamineData
     node.ObjectKind = EntryKind::Drawer;
     node.EntryName = object.Name;
     node.EntryPath = path;
-    node.DatatypeName = "Drawer";
+    node.DatatypeName = SAK_LocaleString(MSG_DRAWER);
     node.DefaultIconName = "def_drawer.info";
 }
 
@@ -89,7 +91,7 @@ bool ExamineSingleFull(std::string_view path, WithType getType) {
         node.CommentSize = static_cast<std::uint32_t>(node.Comment.Size()) + 1;
     }
     if (getType == WithType::Yes && object->Type == dos::TypeFile) {
-        node.DatatypeName = "File"; // until its type says more
+        node.DatatypeName = SAK_LocaleString(MSG_FILE); // until its type says more
         node.DefaultIconName = "def_project.info";
         GetFileType(node);
     }

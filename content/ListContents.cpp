@@ -9,6 +9,8 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Numbers.h"
 #include "sak/Requesters.h"
 
@@ -22,21 +24,18 @@ namespace {
 
 // Texts that all entries of a kind share.
 struct KindTexts {
-    Text<25> Group = "System";
-    Text<35> Drawer = "Drawer", File = "File", SoftLink = "Soft link", HardLink = "Hard link";
+    Text<25> Group = SAK_LocaleString(MSG_GROUP_SYSTEM);
+    Text<35> Drawer = SAK_LocaleString(MSG_DRAWER), File = SAK_LocaleString(MSG_FILE),
+             SoftLink = SAK_LocaleString(MSG_SOFT_LINK), HardLink = SAK_LocaleString(MSG_HARD_LINK);
     Text<50> DrawerIcon = "def_drawer.info", FileIcon = "def_project.info";
 };
-
-const KindTexts& SharedKindTexts() {
-    static const KindTexts Texts;
-    return Texts;
-}
 
 // What the scan of one drawer carries along.
 struct DrawerScan {
     const dos::FileLock& Drawer;
     EntryTexts Texts;
     TypeBatch Types;
+    KindTexts Kinds{};
 };
 
 // What an object is; nothing for one that is neither drawer, file nor link.
@@ -89,7 +88,7 @@ std::string SoftLinkTarget(const dos::ExamineData& object) {
 
 void ReportNoNode() {
     SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                    "Could not create Exec list node.", "_Continue");
+                    SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 // A path that a record can hold is kept; one that cannot is never cut, since what is left of it may name
@@ -135,8 +134,7 @@ void FillNames(ContentNode& node, const dos::ExamineData& object) {
     }
 }
 
-void FillKindTexts(ContentNode& node) {
-    const KindTexts& texts = SharedKindTexts();
+void FillKindTexts(const KindTexts& texts, ContentNode& node) {
     node.DatatypeGroupName = texts.Group;
     node.DatatypeGroupValue = GroupSystem;
     node.DefaultIconName = IsDrawerKind(node.ObjectKind) ? texts.DrawerIcon : texts.FileIcon;
@@ -200,7 +198,7 @@ bool AddEntry(DrawerScan& scan, const dos::ExamineData& object) {
         return false;
     }
     FillNames(*node, object);
-    FillKindTexts(*node);
+    FillKindTexts(scan.Kinds, *node);
     if (node->ObjectKind == EntryKind::File) {
         FillFile(scan, *node, object);
     }

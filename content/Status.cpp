@@ -3,6 +3,8 @@
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Numbers.h"
 
 #include <string>
@@ -13,7 +15,8 @@ namespace solvane {
 namespace {
 
 std::string ItemCount() {
-    return FormatText("%s %s", SAK_LocalizeNumber(TotalNodes), TotalNodes == 1 ? "item" : "items");
+    return FormatText("%s %s", SAK_LocalizeNumber(TotalNodes),
+                      SAK_LocaleString(TotalNodes == 1 ? MSG_ITEM : MSG_ITEMS));
 }
 
 } // namespace
@@ -22,14 +25,14 @@ void ShowContentStatus() {
     const std::string selected = NumSelected == 0 ? "0" : SAK_LocalizeNumber(NumSelected);
     const std::string selectedBytes =
         NumSelected == 0 ? FormatText("0 %s", SizeUnits.B) : std::string(SelectedBytesBuffer.View());
-    SetStatusBar(FormatText("%s/%s %s | %s / %s", selected, SAK_LocalizeNumber(TotalNodes), "Selected",
-                            selectedBytes, TotalBytesBuffer),
+    SetStatusBar(FormatText("%s/%s %s | %s / %s", selected, SAK_LocalizeNumber(TotalNodes),
+                            SAK_LocaleString(MSG_SELECTED), selectedBytes, TotalBytesBuffer),
                  ItemCount());
 }
 
 void ShowEnteredPathStatus() {
-    SetStatusBar(FormatText("0/%s %s | 0 %s / 0 %s", SAK_LocalizeNumber(TotalNodes), "Selected", SizeUnits.B,
-                            SizeUnits.B),
+    SetStatusBar(FormatText("0/%s %s | 0 %s / 0 %s", SAK_LocalizeNumber(TotalNodes),
+                            SAK_LocaleString(MSG_SELECTED), SizeUnits.B, SizeUnits.B),
                  ItemCount());
 }
 

@@ -10,6 +10,8 @@
 #include "platform/utility/Text.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Numbers.h"
 #include "sak/Requesters.h"
 
@@ -74,12 +76,12 @@ std::string LineWord(std::string_view word) {
 // A path that does not fit is refused; the program starts without it.
 bool AddStartLocation(std::string_view location) {
     if (location.size() > Text<1024>::Limit) {
-        TellAndContinue("Path is too long.");
+        TellAndContinue(SAK_LocaleString(MSG_PATH_TOO_LONG));
         return true;
     }
     NodePointer<TabsNode> node = SAK_CreateGenericListNode<TabsNode>();
     if (!node) {
-        Terminate("Could not create Exec list node.");
+        Terminate(SAK_LocaleString(MSG_NO_LIST_NODE));
         return false;
     }
     node->Path = location;
@@ -161,10 +163,9 @@ bool StackIsEnough() {
     if (stack >= LeastStack) {
         return true;
     }
-    Terminate(FormatText("\"%s\" has a problem:\n\nThe current stack size of %s bytes is too low.\n"
-                         "Please edit the tool icon to use at least\n%s bytes and restart the proram.",
-                         RequesterTitle.View(), SAK_LocalizeNumber(static_cast<std::int64_t>(stack)),
-                         SAK_LocalizeNumber(static_cast<std::int64_t>(LeastStack))));
+    Terminate(FormatMessage(MSG_STACK_TOO_LOW, RequesterTitle.View(),
+                            SAK_LocalizeNumber(static_cast<std::int64_t>(stack)),
+                            SAK_LocalizeNumber(static_cast<std::int64_t>(LeastStack))));
     return false;
 }
 

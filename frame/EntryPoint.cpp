@@ -13,6 +13,8 @@
 #include "platform/exec/PublicPorts.h"
 #include "platform/intuition/Application.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 #include <cstdio>
@@ -35,12 +37,11 @@ void PrintStartFailure(const application::StartMessage& start, std::string_view 
 bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& places,
                   const application::StartMessage& start) {
     if (!dos::SetUpSystem({places.SystemSkeleton, places.ProgramDrawer})) {
-        PrintStartFailure(start, "Could not open DOS library V53.\n" + dos::SetUpProblem() + "\n");
+        PrintStartFailure(start, std::string(SAK_LocaleString(MSG_NO_DOS)) + dos::SetUpProblem() + "\n");
         return false;
     }
     if (!intuition::OpenDisplay(argc, argv)) {
-        PrintStartFailure(start, "Could not open Intuition library V54.6.\n\nAmigaOS Release 4.1 - "
-                                 "Final Edition Update 1\nis required.\n" +
+        PrintStartFailure(start, std::string(SAK_LocaleString(MSG_NO_INTUITION)) +
                                      intuition::DisplayProblem() + "\n");
         return false;
     }
@@ -87,10 +88,10 @@ void RunInstance(const application::StartMessage& start) {
     case PortClaim::NoneFree:
         break;
     case PortClaim::AlreadyRunning:
-        Terminate(FormatText("%s is already running.", RequesterTitle.View()));
+        Terminate(FormatMessage(MSG_ALREADY_RUNNING, RequesterTitle.View()));
         break;
     case PortClaim::Failed:
-        Terminate(FormatText("Could not create %s_%lu port.", RequesterTitle.View(), PortNumber));
+        Terminate(FormatMessage(MSG_NO_PORT, RequesterTitle.View(), PortNumber));
         break;
     }
 }

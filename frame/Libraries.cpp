@@ -4,6 +4,8 @@
 #include "platform/dos/Examine.h"
 #include "platform/intuition/Application.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <array>
 #include <cstdint>
@@ -16,7 +18,7 @@ namespace {
 // A service that can be missing although it is linked in, because it needs files of the installation.
 struct LibraryItem {
     std::string_view ShortName;
-    std::string_view Kind; // "library" or "class"
+    MessageNumber Message; // when it is missing
     std::uint32_t Version;
     std::uint32_t Revision;
     bool (*Open)();
@@ -29,8 +31,8 @@ bool DrawerIsThere(std::string_view path) {
 
 // The images of all classes stand in the program's drawer; an installation without them is broken.
 constexpr std::array Items = {
-    LibraryItem{"icon", "library", 53, 1, [] { return DrawerIsThere("SYS:"); }},
-    LibraryItem{"bitmap", "class", 53, 1, [] { return DrawerIsThere("PROGDIR:Images"); }},
+    LibraryItem{"icon", MSG_NO_LIBRARY, 53, 1, [] { return DrawerIsThere("SYS:"); }},
+    LibraryItem{"bitmap", MSG_NO_CLASS, 53, 1, [] { return DrawerIsThere("PROGDIR:Images"); }},
 };
 
 } // namespace
@@ -38,8 +40,7 @@ constexpr std::array Items = {
 bool OpenLibrariesClasses() {
     for (const LibraryItem& item : Items) {
         if (!item.Open()) {
-            Terminate(FormatText("Could not open %s %s v%lu.%lu.", item.ShortName, item.Kind, item.Version,
-                                 item.Revision));
+            Terminate(FormatMessage(item.Message, item.ShortName, item.Version, item.Revision));
             return false;
         }
     }

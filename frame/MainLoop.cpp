@@ -15,6 +15,8 @@
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "prefs/LoadSavePrefs.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Notify.h"
 #include "sak/Requesters.h"
 
@@ -208,7 +210,7 @@ Station ConfirmQuit() {
         return Station::End;
     }
     switch (SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Question,
-                            "Are you sure you want to quit?", "_Quit|_Iconify|_Cancel")) {
+                            SAK_LocaleString(MSG_QUIT_SURE), SAK_LocaleString(MSG_QUIT_GAD))) {
     case 1:
         return Station::End;
     case 2:

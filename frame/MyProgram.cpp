@@ -22,6 +22,8 @@
 #include "prefs/PrefsLists.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/StringFunctions.h"
 
 #include <array>
@@ -62,7 +64,7 @@ bool SetUpPreferences() {
     LoadPrefs();
     if (!SAK_FileExists(DefaultPrefsFile)) {
         if (!FillEmptyLists()) {
-            TellAndContinue("Could not create Exec list node.");
+            TellAndContinue(SAK_LocaleString(MSG_NO_LIST_NODE));
         }
         SavePrefs(1);
     }
@@ -95,7 +97,7 @@ void ApplyPreferences() {
     }
     SetupLocale();
     if (!DiscoverARexxScripts()) {
-        TellAndContinue("Error scanning for ARexx scripts.");
+        TellAndContinue(SAK_LocaleString(MSG_AREXX_SCAN_ERROR));
     }
     ForgetCommodityWithoutBroker();
     if (Prefs.UseCommodity == 0) {
@@ -120,11 +122,11 @@ bool SetUpAsCommodity() {
         return false;
     }
     if (!SetUpCommodity()) {
-        Terminate("Failed to set up commodity.");
+        Terminate(SAK_LocaleString(MSG_NO_COMMODITY));
         return false;
     }
     if (!SetUpAppMenuItem()) {
-        Terminate("Failed to set up AppMenu.");
+        Terminate(SAK_LocaleString(MSG_NO_APPMENU));
         return false;
     }
     return true;
@@ -144,7 +146,7 @@ void NameTemporaryFiles() {
 
 bool ReadDevicesAndAssigns() {
     if (!GetDevices() || !CopyDevicesToNavDevices() || !GetAssigns()) {
-        Terminate("Could not create Exec list.");
+        Terminate(SAK_LocaleString(MSG_NO_LIST));
         return false;
     }
     SortMasterAssignsList();

@@ -34,7 +34,9 @@
 #include "prefs/PrefsLists.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
 #include "sak/Memory.h"
+#include "sak/Messages.h"
 #include "sak/Notify.h"
 #include "sak/Requesters.h"
 
@@ -103,48 +105,48 @@ bool MakePort(std::unique_ptr<exec::MsgPort>& made) {
     return made->Mask() != 0;
 }
 
-// One step of set-up. A step whose message is empty cannot fail.
+constexpr MessageNumber NoMessage{}; // of a step that cannot fail
+
 struct SetUpStep {
     bool (*Run)();
-    std::string_view Message;
+    MessageNumber Message; // when it fails
 };
 
 constexpr std::array Steps = {
-    SetUpStep{SAK_CreateTimeRequest, "Failed to set up timer system."},
-    SetUpStep{FormVersion, ""},
-    SetUpStep{KeepProgramDrawer, ""},
-    SetUpStep{SAK_OpenInputDevice, "Could not open input.device."},
-    SetUpStep{ChoosePrefsFile, ""},
-    SetUpStep{RegisterApp, "Failed to register application."},
-    SetUpStep{SetUpProcesses, "Failed to set up processes."},
-    SetUpStep{[] { return SAK_MemorySetup(3720, 93000); }, "Could not create memory pool."},
-    SetUpStep{CCP_CreateClipboard, "AllocIFF() failed."},
-    SetUpStep{SetUpGenericLists, "Could not create Exec list."},
-    SetUpStep{SetUpOtherLists, "Could not create Exec list."},
-    SetUpStep{SetUpHooks, "Failed to set up hooks."},
-    SetUpStep{CreateColumnInfoPreview, "Could not create column info."},
-    SetUpStep{[] { return MakePort(UserPort); }, "Could not create user port."},
-    SetUpStep{[] { return MakePort(AppIconPort); }, "Could not create iconify port."},
-    SetUpStep{SetUpARexx, "Failed to set up ARexx interface."},
-    SetUpStep{SetUpChooserLists, "Could not create Exec list."},
-    SetUpStep{AllocateFileRequester, "Could not allocate file requester."},
-    SetUpStep{AllocateFontRequester, "Could not allocate font requester."},
-    SetUpStep{AllocateScreenModeRequester, "Could not allocate screen mode requester."},
-    SetUpStep{SAK_SetUpNotify, "Failed to set up notification system."},
-    SetUpStep{[] { return MakePort(ScrNotPort); }, "Could not create user port."},
-    SetUpStep{CheckxadUnFileVersion, "Failed to check xadunfile."},
-    SetUpStep{CheckForjhead, "Failed to check Tools/jhead."},
-    SetUpStep{CheckForjpegtran, "Failed to check Tools/jpegtran."},
-    SetUpStep{CheckForFTPMount, ""},
+    SetUpStep{SAK_CreateTimeRequest, MSG_NO_TIMER},
+    SetUpStep{FormVersion, NoMessage},
+    SetUpStep{KeepProgramDrawer, NoMessage},
+    SetUpStep{SAK_OpenInputDevice, MSG_NO_INPUT_DEVICE},
+    SetUpStep{ChoosePrefsFile, NoMessage},
+    SetUpStep{RegisterApp, MSG_NO_APPLICATION},
+    SetUpStep{SetUpProcesses, MSG_NO_PROCESSES},
+    SetUpStep{[] { return SAK_MemorySetup(3720, 93000); }, MSG_NO_POOL},
+    SetUpStep{CCP_CreateClipboard, MSG_NO_IFF},
+    SetUpStep{SetUpGenericLists, MSG_NO_LIST},
+    SetUpStep{SetUpOtherLists, MSG_NO_LIST},
+    SetUpStep{SetUpHooks, MSG_NO_HOOKS},
+    SetUpStep{CreateColumnInfoPreview, MSG_NO_COLUMN_INFO},
+    SetUpStep{[] { return MakePort(UserPort); }, MSG_NO_USER_PORT},
+    SetUpStep{[] { return MakePort(AppIconPort); }, MSG_NO_ICONIFY_PORT},
+    SetUpStep{SetUpARexx, MSG_NO_AREXX},
+    SetUpStep{SetUpChooserLists, MSG_NO_LIST},
+    SetUpStep{AllocateFileRequester, MSG_NO_FILE_REQUESTER},
+    SetUpStep{AllocateFontRequester, MSG_NO_FONT_REQUESTER},
+    SetUpStep{AllocateScreenModeRequester, MSG_NO_SCREEN_REQUESTER},
+    SetUpStep{SAK_SetUpNotify, MSG_NO_NOTIFY},
+    SetUpStep{[] { return MakePort(ScrNotPort); }, MSG_NO_USER_PORT},
+    SetUpStep{CheckxadUnFileVersion, MSG_NO_XADUNFILE},
+    SetUpStep{CheckForjhead, MSG_NO_JHEAD},
+    SetUpStep{CheckForjpegtran, MSG_NO_JPEGTRAN},
+    SetUpStep{CheckForFTPMount, NoMessage},
     SetUpStep{[] {
                   GetShellTooltypes();
                   return true;
               },
-              ""},
-    SetUpStep{CheckFormatVersion, ""},
-    SetUpStep{CheckSoundDatatypeVersion, ""},
-    SetUpStep{[] { return SAK_SetupNetworkInformation() && SAK_GetNetworkInformation(); },
-              "Could not create Exec list."},
+              NoMessage},
+    SetUpStep{CheckFormatVersion, NoMessage},
+    SetUpStep{CheckSoundDatatypeVersion, NoMessage},
+    SetUpStep{[] { return SAK_SetupNetworkInformation() && SAK_GetNetworkInformation(); }, MSG_NO_LIST},
 };
 
 void FreePorts() {
@@ -178,7 +180,7 @@ void FreeWindowLists() {
 bool MPS_SetUp() {
     for (const SetUpStep& step : Steps) {
         if (!step.Run()) {
-            Terminate(step.Message);
+            Terminate(SAK_LocaleString(step.Message));
             return false;
         }
     }

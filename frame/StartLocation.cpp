@@ -11,6 +11,8 @@
 #include "model/Program.h"
 #include "platform/utility/Text.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <cstdint>
 #include <string_view>
@@ -48,9 +50,9 @@ std::string_view NavigationWord(const StartPlace& start) {
     case LocationKind::FTPSites:
         return "FTPSites";
     case LocationKind::OS4Depot:
-        return start.Path == "OS4Depot Recent" ? "OS4DepotRecent" : "OS4DepotFull";
+        return start.Path == SAK_LocaleString(MSG_OS4DEPOT_RECENT) ? "OS4DepotRecent" : "OS4DepotFull";
     case LocationKind::Aminet:
-        return start.Path == "Aminet Recent" ? "AminetRecent" : "AminetFull";
+        return start.Path == SAK_LocaleString(MSG_AMINET_RECENT) ? "AminetRecent" : "AminetFull";
     default:
         return {};
     }

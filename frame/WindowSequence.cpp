@@ -19,6 +19,8 @@
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "prefs/LoadSavePrefs.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Notify.h"
 
 namespace solvane {
@@ -35,12 +37,12 @@ bool TryOr(bool success, std::string_view message) {
 // Shows the open (and still empty) window before any drawer is read. A window that was an icon still has its
 // layout.
 bool OpenWindow() {
-    if ((Iconified == 0 || !MainWindow) && !TryOr(CreateMainLayout(), "Could not create gadgets.")) {
+    if ((Iconified == 0 || !MainWindow) && !TryOr(CreateMainLayout(), SAK_LocaleString(MSG_NO_GADGETS))) {
         return false;
     }
     SetColumnInfo();
     Objects.ContentList->Activate();
-    if (!TryOr(MainWindow->Open(), "Could not open window.")) {
+    if (!TryOr(MainWindow->Open(), SAK_LocaleString(MSG_NO_WINDOW))) {
         return false;
     }
     WindowClosed = 0;
@@ -99,8 +101,8 @@ Station RunEntryA() {
         return Station::End;
     }
     SetActiveScreen();
-    if (!TryOr(CreateMainMenuStrip(), "Could not create menus.") ||
-        !TryOr(CreateContextMenus(), "Could not create context menus.")) {
+    if (!TryOr(CreateMainMenuStrip(), SAK_LocaleString(MSG_NO_MENUS)) ||
+        !TryOr(CreateContextMenus(), SAK_LocaleString(MSG_NO_CONTEXT_MENUS))) {
         return Station::End;
     }
     UpdateEntireMenuStrip();
@@ -110,12 +112,12 @@ Station RunEntryA() {
 
 Station RunEntryB() {
     FreeColumnInfoAll();
-    if (!TryOr(CreateColumnInfoAll(), "Could not create column info.")) {
+    if (!TryOr(CreateColumnInfoAll(), SAK_LocaleString(MSG_NO_COLUMN_INFO))) {
         return Station::End;
     }
     EndScreenNotification();
     const bool onDesktop = DefaultPubScreenID.Empty() || Prefs.OpenOnOwnScreen == 0;
-    if (onDesktop && !TryOr(StartScreenNotification(), "Could not set up Screen Notify system.")) {
+    if (onDesktop && !TryOr(StartScreenNotification(), SAK_LocaleString(MSG_NO_SCREEN_NOTIFY))) {
         return Station::End;
     }
     if (Prefs.UseCommodity != 0 && FirstRun != 0 && done2 == 0) {
@@ -125,7 +127,7 @@ Station RunEntryB() {
         return Station::End;
     }
     if (LoadImages != 0) {
-        if (!TryOr(LoadBitMapImages(), "Could not load images.")) {
+        if (!TryOr(LoadBitMapImages(), SAK_LocaleString(MSG_NO_IMAGES))) {
             return Station::End;
         }
         LoadImages = 0;

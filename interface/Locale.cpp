@@ -1,9 +1,33 @@
 #include "interface/Locale.h"
 
+#include "model/Program.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Numbers.h"
+
 namespace solvane {
 
-void SetupLocale() {}
+namespace {
 
-void SAK_LocaleClose() {}
+constexpr std::uint32_t CatalogVersion = 2; // the least that fits the numbers of today
+
+void TakeUnits() {
+    SizeUnits.B = SAK_LocaleString(MSG_UNIT_B);
+    SizeUnits.KB = SAK_LocaleString(MSG_UNIT_KB);
+    SizeUnits.MB = SAK_LocaleString(MSG_UNIT_MB);
+    SizeUnits.GB = SAK_LocaleString(MSG_UNIT_GB);
+    SizeUnits.TB = SAK_LocaleString(MSG_UNIT_TB);
+}
+
+} // namespace
+
+void SetupLocale() {
+    SAK_LocaleClose();
+    // A catalog that is too old counts as none, and nobody is told.
+    static_cast<void>(
+        SAK_LocaleOpen("solvane.catalog", SAK_PreferredLanguage.View(), "english", CatalogVersion));
+    SAK_LanguageCheck();
+    TakeUnits();
+}
 
 } // namespace solvane

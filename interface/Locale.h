@@ -1,9 +1,10 @@
-// The catalog of the user's language. All texts are the built-in English ones until catalogs come.
+// The language of the program: which catalog is open, and what else hangs on it.
 #pragma once
 
 namespace solvane {
 
+// Opens the catalog of SAK_PreferredLanguage, or of the user's own language, in place of one that is open,
+// and takes the texts over that others keep. Needs the file system; shows nothing.
 void SetupLocale();
-void SAK_LocaleClose();
 
 } // namespace solvane

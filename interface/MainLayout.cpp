@@ -5,6 +5,8 @@
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Layout.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 #include <chrono>
@@ -39,11 +41,13 @@ intuition::Button* AddImageButton(intuition::Layout& layout, GadgetId id, std::s
 std::unique_ptr<intuition::Layout> CreatePathGroup() {
     auto row = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 2});
-    Objects.Parent = AddImageButton(*row, GadgetParent, "PROGDIR:Images/TBImages/parent.png", "Parent");
-    Objects.Reload = AddImageButton(*row, GadgetReload, "PROGDIR:Images/TBImages/reload.png", "Reload");
+    Objects.Parent = AddImageButton(*row, GadgetParent, "PROGDIR:Images/TBImages/parent.png",
+                                    SAK_LocaleString(MSG_HINT_PARENT));
+    Objects.Reload = AddImageButton(*row, GadgetReload, "PROGDIR:Images/TBImages/reload.png",
+                                    SAK_LocaleString(MSG_HINT_RELOAD));
     Objects.Path = AddGadget(
         *row, std::make_unique<intuition::StringGadget>(GadgetPath, CurrentPath.View(), LongestPath), 1);
-    Objects.Path->SetHint("Path");
+    Objects.Path->SetHint(SAK_LocaleString(MSG_HINT_PATH));
     return row;
 }
 

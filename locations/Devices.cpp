@@ -3,6 +3,8 @@
 #include "interface/MainLayout.h"
 #include "model/Devices.h"
 #include "platform/dos/Volumes.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 #include <algorithm>
@@ -32,7 +34,7 @@ Node* AppendNode(GenericList<Node>& list) {
     Node* node = SAK_AddGenericListNode(list, SAK_CreateGenericListNode<Node>());
     if (node == nullptr) {
         SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        "Could not create Exec list node.", "_Continue");
+                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
     }
     return node;
 }

@@ -12,6 +12,8 @@
 #include "model/Prefs.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 namespace solvane {
@@ -19,13 +21,14 @@ namespace solvane {
 namespace {
 
 void Tell(std::string_view text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, text, "_Continue");
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, text,
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 // A path as SetCurrentPath may take it. Empty, after a requester, when it does not fit.
 Text<1024> FittingPath(std::string_view path) {
     if (path.empty() || path == PathTooLong || path.size() > Text<1024>::Limit) {
-        Tell(path.empty() ? "Drawer does not exist." : "Path is too long.");
+        Tell(path.empty() ? SAK_LocaleString(MSG_DRAWER_MISSING) : SAK_LocaleString(MSG_PATH_TOO_LONG));
         return {};
     }
     return path;
@@ -96,7 +99,7 @@ bool ScanDrawerOther() {
     CheckLastCharPath();
     const Text<1024> path = CurrentPath;
     if (SAK_IsDeviceRoot(path) && !IsKnownRoot(path)) {
-        Tell("Could not find device in list.");
+        Tell(SAK_LocaleString(MSG_NO_DEVICE_IN_LIST));
         SetCurrentPath(Text<1024>(PathUndoBuffer));
         return false;
     }

@@ -13,6 +13,8 @@
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 #include <array>
@@ -24,20 +26,20 @@ namespace {
 
 struct Place {
     std::string_view Word;
-    std::string_view Name; // as it is shown
+    MessageNumber Name; // as it is shown
 };
 
 constexpr std::array Places = {
-    Place{"Bookmarks", "Bookmarks"},
-    Place{"Favorites", "Favorites"},
-    Place{"Workbench", "Workbench"},
-    Place{"Computer", "Computer"},
-    Place{"Assigns", "Assigns"},
-    Place{"FTPSites", "FTP Sites"},
-    Place{"OS4DepotRecent", "OS4Depot Recent"},
-    Place{"OS4DepotFull", "OS4Depot Full"},
-    Place{"AminetRecent", "Aminet Recent"},
-    Place{"AminetFull", "Aminet Full"},
+    Place{"Bookmarks", MSG_BOOKMARKS},
+    Place{"Favorites", MSG_FAVORITES},
+    Place{"Workbench", MSG_WORKBENCH},
+    Place{"Computer", MSG_COMPUTER},
+    Place{"Assigns", MSG_ASSIGNS},
+    Place{"FTPSites", MSG_FTP_SITES},
+    Place{"OS4DepotRecent", MSG_OS4DEPOT_RECENT},
+    Place{"OS4DepotFull", MSG_OS4DEPOT_FULL},
+    Place{"AminetRecent", MSG_AMINET_RECENT},
+    Place{"AminetFull", MSG_AMINET_FULL},
 };
 
 constexpr std::string_view HomeDrawer = "Home:"; // stands in for Computer
@@ -47,8 +49,8 @@ void ReturnToPathOnShow() {
 }
 
 void TellNoDrawer() {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, "Drawer does not exist.",
-                    "_Continue");
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                    SAK_LocaleString(MSG_DRAWER_MISSING), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 // The path with the name of its volume in place of a device name; an assign stays as it was typed. Empty when
@@ -139,7 +141,7 @@ void ServeDoubleClick(std::size_t row) {
 std::string_view NavigationWordOf(std::string_view place) {
     const Text<128> wanted = place;
     for (const Place& known : Places) {
-        if (wanted == known.Word || wanted == known.Name) {
+        if (wanted == known.Word || wanted == SAK_LocaleString(known.Name)) {
             return known.Word;
         }
     }

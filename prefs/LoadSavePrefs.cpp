@@ -11,6 +11,8 @@
 #include "prefs/PrefsTable.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 #include <charconv>
@@ -47,8 +49,8 @@ bool IsMissing(long error) {
 }
 
 void TellLoadingFailed() {
-    SAK_IOError(MainWindow.get(), RequesterTitle.View(), "Error loading prefs file.",
-                "DOS error message:", "_Continue");
+    SAK_IOError(MainWindow.get(), RequesterTitle.View(), SAK_LocaleString(MSG_NO_PREFS_LOAD),
+                SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 // Keeps the bytes of a document that cannot be understood in a file beside it; copies of earlier ones stay.
@@ -104,7 +106,7 @@ bool LoadLists(const Dictionary& dictionary) {
     for (const PrefsList& list : PrefsLists()) {
         if (!list.Load(dictionary.Array(list.Key))) {
             SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Error,
-                            "Could not create Exec list node.", "_Continue");
+                            SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
             SAK_IOErr = dos::ErrorNoFreeStore;
             TellLoadingFailed();
             return false;
@@ -175,7 +177,7 @@ bool LoadPrefs() {
     if (!LoadLists(dictionary)) {
         return false;
     }
-    RinghioMessage("Solvane", "Preferences loaded.", "FRONT", RinghioImageBuffer.View(), "");
+    RinghioMessage("Solvane", SAK_LocaleString(MSG_PREFS_LOADED), "FRONT", RinghioImageBuffer.View(), "");
     return true;
 }
 
@@ -191,12 +193,12 @@ bool SavePrefs(int writeFile) {
     }
     if (!WriteDocument()) {
         SAK_IOErr = dos::IoErr();
-        SAK_IOError(MainWindow.get(), RequesterTitle.View(), "Error saving prefs file.",
-                    "DOS error message:", "_Continue");
+        SAK_IOError(MainWindow.get(), RequesterTitle.View(), SAK_LocaleString(MSG_NO_PREFS_SAVE),
+                    SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
         return false;
     }
     SaveWhichPrefs();
-    RinghioMessage("Solvane", "Preferences saved.", "FRONT", RinghioImageBuffer.View(), "");
+    RinghioMessage("Solvane", SAK_LocaleString(MSG_PREFS_SAVED), "FRONT", RinghioImageBuffer.View(), "");
     return true;
 }
 

@@ -4,6 +4,8 @@
 #include "platform/datatypes/Pictures.h"
 #include "platform/utility/Text.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <array>
 
@@ -46,9 +48,12 @@ IdentifiedType IdentifyDataType(const datatypes::DataType* type) {
     IdentifiedType identified;
     if (type != nullptr) {
         identified.GroupValue = GroupValueOf(type->Group);
-        identified.GroupName = datatypes::GroupName(type->Group);
         identified.Name = UpperName(type->Name);
     }
+    const bool isKnown = identified.GroupValue < Groups.size();
+    identified.GroupName =
+        isKnown ? SAK_LocaleString(MSG_GROUP_SYSTEM + static_cast<std::int32_t>(identified.GroupValue))
+                : datatypes::GroupName(type->Group);
     return identified;
 }
 

@@ -3,6 +3,7 @@
 #include "platform/locale/Locale.h"
 #include "platform/utility/Text.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
 
 #include <algorithm>
 #include <array>
@@ -85,7 +86,7 @@ std::uint64_t UnitToSortBytes(std::string_view text) {
 }
 
 std::string SAK_LocalizeNumber(std::int64_t value) {
-    return SAK_LocalizeNumber(value, locale::GroupSeparator());
+    return SAK_LocalizeNumber(value, SAK_LocaleIsOpen() ? locale::GroupSeparator() : ",");
 }
 
 std::string SAK_LocalizeNumber(std::int64_t value, std::string_view separator) {

@@ -36,7 +36,7 @@ extern SizeUnitTexts SizeUnits; // English until the catalog is open; written wh
 [[nodiscard]] std::uint64_t UnitToSortBytes(std::string_view text);
 
 // The value with the locale's group separator (its first character) between groups of three digits:
-// "-1,234,567".
+// "-1,234,567"; "," before the locale is open.
 [[nodiscard]] std::string SAK_LocalizeNumber(std::int64_t value);
 // The same with a given separator.
 [[nodiscard]] std::string SAK_LocalizeNumber(std::int64_t value, std::string_view separator);
