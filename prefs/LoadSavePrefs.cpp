@@ -32,6 +32,7 @@ constexpr std::size_t LargestSmallFile = 4096;     // bytes
 constexpr std::size_t LongestNameLine = 127;       // bytes
 constexpr std::size_t LongestFlagLine = 4;         // bytes
 constexpr int MostCopies = 99;                     // of broken documents
+constexpr int MostAttempts = 10;                   // at saving a document that others save, too
 
 // The document that could neither be understood nor kept elsewhere: no save replaces it. Mostly empty.
 Text<256> StandingDocument;
@@ -126,6 +127,18 @@ std::string MakeDocument() {
     return dictionary.ToXml();
 }
 
+// Another instance may put its document in the place of the old one while this one is at work on it.
+bool Replace(const std::string& document) {
+    bool done = false;
+    for (int attempt = 0; !done && attempt < MostAttempts; ++attempt) {
+        done = dos::WriteWhole(ProgramPrefsFile.View(), document);
+        if (!done && !IsMissing(dos::IoErr()) && dos::IoErr() != dos::ErrorObjectExists) {
+            break;
+        }
+    }
+    return done;
+}
+
 // False with IoErr. What could not be read again is not written.
 bool WriteDocument() {
     if (!StandingDocument.Empty() && StandingDocument.SameBytes(ProgramPrefsFile.View())) {
@@ -137,7 +150,7 @@ bool WriteDocument() {
         dos::SetIoErr(dos::ErrorObjectTooLarge);
         return false;
     }
-    return dos::WriteWhole(ProgramPrefsFile.View(), document);
+    return Replace(document);
 }
 
 // The first line that is not empty, cut at limit bytes; empty when there is none.
