@@ -325,7 +325,7 @@ bool LoadToolbar(const PrefsArray* from) {
 PrefsArray SaveToolbar() {
     PrefsArray array;
     for (const ToolbarNode& node : *ToolbarList) {
-        array.push_back({std::int64_t{node.ButtonID}});
+        array.emplace_back().Data = std::int64_t{node.ButtonID};
     }
     return array;
 }
