@@ -3,6 +3,7 @@
 // they have. A new kind of device is a source with one such record and one row of the table.
 #pragma once
 
+#include "platform/dos/Copy.h"
 #include "platform/dos/Examine.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/Info.h"
@@ -94,6 +95,10 @@ struct Handler {
     bool (*Delete)(const LockRef& start, std::string_view rest);
     bool (*Rename)(const LockRef& start, std::string_view rest, const LockRef& toStart,
                    std::string_view toRest);
+    // Copies an object to a place of the same handler, where it can do better than a stream. Moves
+    // was tried before: what is left of it is to remove the source.
+    CopyResult (*Copy)(const LockRef& start, std::string_view rest, const LockRef& toStart,
+                       std::string_view toRest, const CopyOptions& options, const CopyProgress& progress);
     bool (*MakeSoftLink)(const LockRef& start, std::string_view rest, const SoftTarget& target);
     bool (*MakeHardLink)(const LockRef& start, std::string_view rest, const LockRef& target);
     bool (*Change)(const LockRef& start, std::string_view rest, const MetadataChange& change);

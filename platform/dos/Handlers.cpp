@@ -48,6 +48,7 @@ const Handler NilHandler{
     .WriteWhole = [](const LockRef&, std::string_view, std::string_view) { return true; },
     .Delete = nullptr,
     .Rename = nullptr,
+    .Copy = nullptr,
     .MakeSoftLink = nullptr,
     .MakeHardLink = nullptr,
     .Change = nullptr,

@@ -165,6 +165,16 @@ int RealSpawn(const SpawnOrder& order) {
     return plan.Run(order);
 }
 
+int RealSetTimes(int drawer, const char* name, const timespec* times) {
+    return *name == '\0' ? ::futimens(drawer, times) : ::utimensat(drawer, name, times, AT_SYMLINK_NOFOLLOW);
+}
+
+long RealCopyRange(int from, std::int64_t fromOffset, int to, std::int64_t toOffset, std::size_t size) {
+    off64_t source = fromOffset;
+    off64_t target = toOffset;
+    return ::copy_file_range(from, &source, to, &target, size, 0);
+}
+
 constexpr HostCalls RealCalls{
     .Openat = [](int drawer, const char* name, int flags,
                  unsigned mode) { return ::openat(drawer, name, flags, mode); },
@@ -180,6 +190,12 @@ constexpr HostCalls RealCalls{
     },
     .Listxattr = RealListxattr,
     .Getxattr = RealGetxattr,
+    .Flistxattr = [](int descriptor, char* buffer, std::size_t size) -> long {
+        return ::flistxattr(descriptor, buffer, size);
+    },
+    .Fgetxattr = [](int descriptor, const char* attribute, void* buffer, std::size_t size) -> long {
+        return ::fgetxattr(descriptor, attribute, buffer, size);
+    },
     .Fsetxattr = [](int descriptor, const char* attribute, const void* value,
                     std::size_t size) { return ::fsetxattr(descriptor, attribute, value, size, 0); },
     .Read = [](int descriptor, void* buffer, std::size_t size) -> long {
@@ -203,8 +219,10 @@ constexpr HostCalls RealCalls{
             return ::removexattr(ProcPath(object, "").c_str(), attribute);
         },
     .SetTime = RealSetTime,
+    .SetTimes = RealSetTimes,
     .Ftruncate = [](int descriptor, std::int64_t size) { return ::ftruncate(descriptor, size); },
     .Clone = [](int from, int to) { return ::ioctl(to, FICLONE, from); },
+    .CopyRange = RealCopyRange,
     .Fstatvfs = [](int descriptor, struct statvfs* result) { return ::fstatvfs(descriptor, result); },
     .Fchown = [](int descriptor, unsigned owner,
                  unsigned group) { return ::fchown(descriptor, owner, group); },

@@ -9,6 +9,7 @@
 
 struct statvfs;
 struct statx;
+struct timespec;
 struct pollfd;
 
 namespace dos {
@@ -45,6 +46,9 @@ struct HostCalls {
     // itself, an O_PATH one too. The drawer AT_FDCWD is the calling thread's own directory.
     long (*Listxattr)(int drawer, const char* name, char* buffer, std::size_t size);
     long (*Getxattr)(int drawer, const char* name, const char* attribute, void* buffer, std::size_t size);
+    // The same for a file that is open for reading or writing; less work.
+    long (*Flistxattr)(int descriptor, char* buffer, std::size_t size);
+    long (*Fgetxattr)(int descriptor, const char* attribute, void* buffer, std::size_t size);
     int (*Fsetxattr)(int descriptor, const char* attribute, const void* value, std::size_t size);
     long (*Read)(int descriptor, void* buffer, std::size_t size);
     long (*Write)(int descriptor, const void* bytes, std::size_t size);
@@ -57,9 +61,14 @@ struct HostCalls {
     int (*RemoveAttribute)(int object, const char* attribute);
     // The time of the last change; that of the last use stays.
     int (*SetTime)(int object, std::int64_t seconds, long nanoseconds);
+    // Times of last use and last change, two of them. Of an entry, no link followed, or of an open
+    // file when the name is empty.
+    int (*SetTimes)(int drawer, const char* name, const struct timespec* times);
     int (*Ftruncate)(int descriptor, std::int64_t size);
     // Makes an empty file share the contents of another, where the file system can.
     int (*Clone)(int from, int to);
+    // Copies within the host; gives the bytes copied, which may be fewer.
+    long (*CopyRange)(int from, std::int64_t fromOffset, int to, std::int64_t toOffset, std::size_t size);
     int (*Fstatvfs)(int descriptor, struct statvfs* result);
     int (*Fchown)(int descriptor, unsigned owner, unsigned group);
     int (*Mkdirat)(int drawer, const char* name, unsigned mode);

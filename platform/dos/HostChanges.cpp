@@ -3,6 +3,7 @@
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
 #include "platform/dos/NameIndex.h"
+#include "platform/dos/TemporaryNames.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -22,6 +23,18 @@ int ErrorOfRemoval(int hostError, bool isDrawer) {
     return isDrawer && hostError == EEXIST ? ENOTEMPTY : hostError;
 }
 
+// What processes that were ended left in a drawer does not hold it.
+bool RemoveEntry(int drawer, const Spot& spot) {
+    const bool isDrawer = IsDrawerMode(spot.Facts.Mode);
+    const int flags = isDrawer ? AT_REMOVEDIR : 0;
+    if (Host().Unlinkat(drawer, spot.Name.c_str(), flags) == 0)
+        return true;
+    if (!isDrawer || ErrorOfRemoval(errno, isDrawer) != ENOTEMPTY)
+        return false;
+    RemoveStale(spot.Object.Get());
+    return Host().Unlinkat(drawer, spot.Name.c_str(), flags) == 0;
+}
+
 bool DeleteNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
     Spot spot;
     StoredMetadata stored;
@@ -33,10 +46,9 @@ bool DeleteNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
         return Fails(ErrorDeleteProtected);
     if (!mode.Commit())
         return Refuse(ENOMEDIUM, Operation::Delete);
-    const bool isDrawer = IsDrawerMode(spot.Facts.Mode);
     const int drawer = spot.Drawer.Get();
-    if (Host().Unlinkat(drawer, spot.Name.c_str(), isDrawer ? AT_REMOVEDIR : 0) != 0)
-        return Refuse(ErrorOfRemoval(errno, isDrawer), Operation::Delete);
+    if (!RemoveEntry(drawer, spot))
+        return Refuse(ErrorOfRemoval(errno, IsDrawerMode(spot.Facts.Mode)), Operation::Delete);
     NoteRemoved(drawer, spot.Name);
     if (stored.Sidecar.State != SidecarState::Ours)
         return true;

@@ -19,7 +19,7 @@ bool WriteOnce(const HostLock& from, const std::string& rest, std::string_view b
     SidecarFile sidecar;
     const int old = spot.Object ? spot.Object.Get() : NoDescriptor;
     if (!FindSidecar(spot.Drawer.Get(), spot.Name, sidecar) ||
-        !ReplaceBytes(spot.Drawer.Get(), spot.Name, old, bytes))
+        !ReplaceBytes(spot.Drawer.Get(), spot.Name, old, bytes, Flush::Now))
         return Refuse(errno, Operation::Write);
     if (!spot.Object)
         NoteCreated(spot.Drawer.Get(), spot.Name);

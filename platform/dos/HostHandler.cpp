@@ -1,5 +1,6 @@
 #include "platform/dos/Handler.h"
 #include "platform/dos/HostChanges.h"
+#include "platform/dos/HostCopy.h"
 #include "platform/dos/HostFiles.h"
 #include "platform/dos/HostLister.h"
 #include "platform/dos/HostLocks.h"
@@ -173,6 +174,7 @@ const Handler HostHandler{
     .WriteWhole = WriteHostFile,
     .Delete = DeleteHostEntry,
     .Rename = RenameHostEntry,
+    .Copy = CopyHostEntry,
     .MakeSoftLink = MakeHostSoftLink,
     .MakeHardLink = MakeHostHardLink,
     .Change = ChangeHostEntry,

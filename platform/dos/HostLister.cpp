@@ -145,7 +145,8 @@ bool HostLister::Next(ExamineData& object) {
             if (!BeginSlice())
                 return false;
         const std::size_t at = Entry++;
-        if (Current->Records[at].IsGone || Current->Records[at].IsSidecar)
+        if (Current->Records[at].IsGone || Current->Records[at].IsSidecar ||
+            Source->IsTemporaryAt(*Current, at))
             continue;
         object.Name.assign(Source->ShownNameAt(*Current, at));
         FillExamineData(std::move(Current->Records[at]), object);

@@ -92,12 +92,6 @@ std::int64_t FailChange(OpenFile& open) {
     return -1;
 }
 
-// Some disks tell of trouble only when a file is closed.
-bool IsWellClosed(int file) {
-    const int copy = Host().Duplicate(file);
-    return copy >= 0 && Host().Close(copy) == 0;
-}
-
 bool CloseNow(OpenFile& open) {
     if (open.Failure != 0)
         return RefuseProtected(open.Failure);

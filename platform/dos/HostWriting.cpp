@@ -2,9 +2,9 @@
 
 #include "platform/dos/HostDirectory.h"
 #include "platform/dos/Metadata.h"
+#include "platform/dos/TemporaryNames.h"
 #include "platform/utility/Text.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -23,11 +23,6 @@ constexpr unsigned PermissionBits = 07777;
 constexpr unsigned PrivilegeBits = S_ISUID | S_ISGID;
 constexpr std::size_t ArchiveLetter = 3; // of the eight
 constexpr unsigned NoChange = ~0u;       // of an owner
-
-std::string NextTemporaryName() {
-    static std::atomic<unsigned> counter{0};
-    return ".solvane-" + std::to_string(::getpid()) + "-" + std::to_string(++counter) + ".tmp";
-}
 
 // May the attribute be left out? The host's own ones are not for everybody to read or write; the
 // user's are, and one of them must not get lost by a passing trouble.
@@ -135,7 +130,8 @@ bool IsOneFoldedEntry(int fromDrawer, const std::string& from, int toDrawer, con
 }
 
 bool RenameAround(int drawer, const std::string& from, const std::string& to, unsigned mode) {
-    const std::string between = NextTemporaryName();
+    // A name that is seen: what a crash leaves there is the user's.
+    const std::string between = to + "~" + std::to_string(::getpid());
     if (!RenameKeeping(drawer, from, drawer, between, mode))
         return false;
     if (RenameKeeping(drawer, between, drawer, to, mode))
@@ -202,24 +198,34 @@ Temporary::~Temporary() {
     errno = error;
 }
 
-bool Temporary::Make(int drawer, unsigned mode) {
+// A file without a name vanishes by itself whatever happens to us; not every file system has them.
+bool Temporary::Make(int drawer, unsigned mode, unsigned modeWhileNamed) {
     Drawer = drawer;
-    for (int i = 0; i < MostTemporaryNames; ++i) {
+    Open = HostFd(Host().Openat(drawer, ".", O_RDWR | O_TMPFILE | O_CLOEXEC, mode));
+    for (int i = 0; i < MostTemporaryNames && !Open; ++i) {
         std::string name = NextTemporaryName();
-        Open = HostFd(
-            Host().Openat(drawer, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+        Open = HostFd(Host().Openat(drawer, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                                    modeWhileNamed));
         if (Open)
             Name = std::move(name);
-        if (Open || errno != EEXIST)
+        else if (errno != EEXIST)
             break;
     }
     return static_cast<bool>(Open);
 }
 
 bool Temporary::TakePlace(const std::string& name, Existing existing) {
-    const bool done = existing == Existing::Replaced
-                          ? Host().Renameat2(Drawer, Name.c_str(), Drawer, name.c_str(), 0) == 0
-                          : RenameKeeping(Drawer, Name, Drawer, name, S_IFREG);
+    const bool replaces = existing == Existing::Replaced;
+    if (Name.empty() && !replaces)
+        return Host().LinkObject(Open.Get(), Drawer, name.c_str()) == 0;
+    if (Name.empty()) {
+        std::string between = NextTemporaryName();
+        if (Host().LinkObject(Open.Get(), Drawer, between.c_str()) != 0)
+            return false;
+        Name = std::move(between);
+    }
+    const bool done = replaces ? Host().Renameat2(Drawer, Name.c_str(), Drawer, name.c_str(), 0) == 0
+                               : RenameKeeping(Drawer, Name, Drawer, name, S_IFREG);
     if (done)
         Name.clear();
     return done;
@@ -275,14 +281,21 @@ bool RenameEntry(int fromDrawer, const std::string& from, int toDrawer, const st
     return false;
 }
 
-bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes) {
+bool IsWellClosed(int file) {
+    const int copy = Host().Duplicate(file);
+    return copy >= 0 && Host().Close(copy) == 0;
+}
+
+bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes, Flush flush) {
     Temporary file;
     const bool hasOld = old != NoDescriptor;
     if (!file.Make(drawer, hasOld ? ModeOfReplacement : ModeOfNewFile) || !WriteAll(file.File(), bytes) ||
-        (hasOld && !Inherit(old, file.File())) || Host().Fsync(file.File()) != 0 ||
+        (hasOld && !Inherit(old, file.File())) ||
+        (flush == Flush::Now ? Host().Fsync(file.File()) != 0 : !IsWellClosed(file.File())) ||
         !file.TakePlace(name, hasOld ? Existing::Replaced : Existing::Kept))
         return false;
-    SyncDrawer(drawer);
+    if (flush == Flush::Now)
+        SyncDrawer(drawer);
     return true;
 }
 

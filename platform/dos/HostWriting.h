@@ -23,8 +23,8 @@ bool Refuse(int hostError, Operation operation);
 
 enum class Existing { Replaced, Kept }; // what becomes of an object that has the name already
 
-// A new file beside its target, under a name that no one else has. It removes itself unless it has
-// taken a place. The drawer's descriptor is the caller's and must live longer.
+// A new file beside its target, without a name or under one that no one else has. It removes itself
+// unless it has taken a place. The drawer's descriptor is the caller's and must live longer.
 class Temporary {
 public:
     Temporary() = default;
@@ -33,7 +33,9 @@ public:
     ~Temporary();
 
     // Open for reading and writing; false with errno.
-    [[nodiscard]] bool Make(int drawer, unsigned mode);
+    [[nodiscard]] bool Make(int drawer, unsigned mode) { return Make(drawer, mode, mode); }
+    // The second mode is for one that others can see before it takes its place.
+    [[nodiscard]] bool Make(int drawer, unsigned mode, unsigned modeWhileNamed);
     [[nodiscard]] int File() const noexcept { return Open.Get(); }
     // Becomes the object of that name; false with errno, EEXIST where another is kept.
     [[nodiscard]] bool TakePlace(const std::string& name, Existing existing);
@@ -61,9 +63,14 @@ void SyncDrawer(int drawer);
 [[nodiscard]] bool RenameEntry(int fromDrawer, const std::string& from, int toDrawer, const std::string& to,
                                unsigned mode);
 
-// Puts bytes under a name: whole and on the disk, or not at all. old is what has the name now,
-// NoDescriptor for nothing. False with errno, EEXIST where there was nothing and is something by
-// now.
-[[nodiscard]] bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes);
+// Some disks tell of trouble only when a file is closed; false with errno.
+[[nodiscard]] bool IsWellClosed(int file);
+
+enum class Flush { Now, Later }; // when the disk itself has what was written
+
+// Puts bytes under a name: whole or not at all. old is what has the name now, NoDescriptor for
+// nothing. False with errno, EEXIST where there was nothing and is something by now.
+[[nodiscard]] bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes,
+                                Flush flush);
 
 } // namespace dos

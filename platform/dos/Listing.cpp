@@ -1,6 +1,7 @@
 #include "platform/dos/Listing.h"
 
 #include "platform/dos/SidecarFiles.h"
+#include "platform/dos/TemporaryNames.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -48,6 +49,7 @@ void Listing::ReadNames(Progress* progress) {
             Slices.push_back(std::move(slice));
         }
         Count += entries;
+        FindTemporaries(block);
         Blocks.push_back(std::move(block));
     }
     FindPairs();
@@ -67,6 +69,16 @@ void Listing::FindPairs() {
         for (const BareEntry& entry : block.Entries())
             if (owners.contains(entry.View()))
                 WithSidecar.insert(entry.View());
+}
+
+// What a process that was ended left behind goes as soon as somebody looks.
+void Listing::FindTemporaries(const NameBlock& block) {
+    for (const BareEntry& entry : block.Entries()) {
+        if (!IsTemporaryName(entry.View()))
+            continue;
+        Temporaries.insert(entry.View());
+        RemoveIfStale(Open.Get(), std::string(entry.View()));
+    }
 }
 
 void Listing::FindAliases() {
@@ -105,6 +117,10 @@ bool Listing::IsSidecar(int directory, const BareEntry& entry, const ObjectRecor
     SidecarFile sidecar;
     return record.Type == TypeFile && IsSidecarName(name) && WithSidecar.contains(OwnerOfSidecar(name)) &&
            FindSidecar(directory, OwnerOfSidecar(name), sidecar) && sidecar.State == SidecarState::Ours;
+}
+
+bool Listing::IsTemporaryAt(const Slice& slice, std::size_t entry) const {
+    return !Temporaries.empty() && Temporaries.contains(NameAt(slice, entry));
 }
 
 Slice* Listing::TakeNext() {

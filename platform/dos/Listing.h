@@ -43,6 +43,8 @@ public:
     [[nodiscard]] Slice& At(std::size_t slice) noexcept { return *Slices[slice]; }
     [[nodiscard]] std::string_view NameAt(const Slice& slice, std::size_t entry) const noexcept;
     [[nodiscard]] std::string_view ShownNameAt(const Slice& slice, std::size_t entry) const;
+    // Is it a temporary file, which is not the user's?
+    [[nodiscard]] bool IsTemporaryAt(const Slice& slice, std::size_t entry) const;
 
     // Examines the next slice that nobody has taken; false when there is none within reach.
     // directory is the drawer, as a descriptor or as the calling thread's own directory.
@@ -61,6 +63,7 @@ private:
     Slice* TakeNext();
     [[nodiscard]] bool IsSidecar(int directory, const BareEntry& entry, const ObjectRecord& record) const;
     void FindPairs();
+    void FindTemporaries(const NameBlock& block);
     void FindAliases();
 
     HostFd Open;
@@ -70,6 +73,7 @@ private:
     std::vector<NameBlock> Blocks;
     std::unordered_set<std::string_view> WithSidecar; // names of files that have one
     AliasTable Aliases;
+    std::unordered_set<std::string_view> Temporaries;
 
     std::mutex Guard; // over the slices' IsDone and what follows
     std::condition_variable Done;

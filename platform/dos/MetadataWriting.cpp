@@ -201,6 +201,7 @@ bool FactsBefore(const Spot& spot, const StoredMetadata& stored, SidecarFacts& f
         if (!ReadTime(spot, time))
             return false;
         facts.Date = AmigaSecondsFromUnix(time.tv_sec);
+        facts.Hundredths = HundredthsOf(time.tv_nsec);
     }
     std::optional<std::string> comment;
     if (stored.Sidecar.State != SidecarState::Ours) {
@@ -273,6 +274,14 @@ bool ReadStored(const Spot& spot, StoredMetadata& stored) {
         return false;
     if (stored.Sidecar.State == SidecarState::Ours)
         stored.Bits = *stored.Sidecar.Facts.Protection;
+    return true;
+}
+
+bool TellAll(const Spot& spot, SidecarFacts& facts, SidecarFile& sidecar) {
+    StoredMetadata stored;
+    if (!ReadStored(spot, stored) || !FactsBefore(spot, stored, facts))
+        return false;
+    sidecar = std::move(stored.Sidecar);
     return true;
 }
 

@@ -23,6 +23,10 @@ struct StoredMetadata {
 // errno when the disk does not tell, so that a protection is never overlooked.
 [[nodiscard]] bool ReadStored(const Spot& spot, StoredMetadata& stored);
 
+// The whole of what is told about an entry, wherever it is kept: bits, date and comment as a sidecar
+// would have them. A comment that is too long for one is left out. False with errno.
+[[nodiscard]] bool TellAll(const Spot& spot, SidecarFacts& facts, SidecarFile& sidecar);
+
 // Makes one change as the entries of Changes.h say; false with IoErr, and then all is as it was.
 [[nodiscard]] bool ChangeStored(const Spot& spot, const MetadataChange& change);
 

@@ -2,7 +2,6 @@
 
 #include "platform/dos/Dates.h"
 #include "platform/dos/Examine.h"
-#include "platform/dos/HostWriting.h"
 #include "platform/dos/NameIndex.h"
 
 #include <cerrno>
@@ -28,6 +27,10 @@ bool IsForeign(int hostError) {
 
 std::string SidecarNameOf(std::string_view owner) {
     return std::string(owner).append(SidecarSuffix);
+}
+
+std::uint8_t HundredthsOf(std::uint32_t nanoseconds) noexcept {
+    return static_cast<std::uint8_t>(nanoseconds / NanosecondsPerTick * 2);
 }
 
 bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
@@ -56,10 +59,11 @@ bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
     return true;
 }
 
-bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old, const SidecarFacts& facts) {
+bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old, const SidecarFacts& facts,
+                  Flush flush) {
     const std::string name = SidecarNameOf(owner);
     const int before = old.Object ? old.Object.Get() : NoDescriptor;
-    if (!ReplaceBytes(drawer, name, before, FormatSidecar(facts)))
+    if (!ReplaceBytes(drawer, name, before, FormatSidecar(facts), flush))
         return false;
     if (!old.Object)
         NoteCreated(drawer, name);
@@ -75,7 +79,7 @@ bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidec
     SidecarFacts facts = sidecar.Facts;
     facts.Protection = *facts.Protection & ~ProtectArchive;
     facts.Date = AmigaSecondsFromUnix(now.stx_mtime.tv_sec);
-    facts.Hundredths = static_cast<std::uint8_t>(now.stx_mtime.tv_nsec / NanosecondsPerTick * 2);
+    facts.Hundredths = HundredthsOf(now.stx_mtime.tv_nsec);
     return WriteSidecar(drawer, owner, sidecar, facts);
 }
 

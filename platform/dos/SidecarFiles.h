@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/dos/HostFd.h"
+#include "platform/dos/HostWriting.h"
 #include "platform/dos/Sidecar.h"
 
 #include <cstdint>
@@ -25,12 +26,15 @@ struct SidecarFile {
 
 [[nodiscard]] std::string SidecarNameOf(std::string_view owner);
 
+// A second's part as a sidecar has it: hundredths in steps of a tick.
+[[nodiscard]] std::uint8_t HundredthsOf(std::uint32_t nanoseconds) noexcept;
+
 // Looks for the sidecar of an entry. False with errno when the disk does not tell.
 [[nodiscard]] bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar);
 
 // Writes the sidecar anew, as a whole or not at all; false with errno. Facts need bits and date.
 [[nodiscard]] bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old,
-                                const SidecarFacts& facts);
+                                const SidecarFacts& facts, Flush flush = Flush::Now);
 
 // After new contents: the date of the file goes into its sidecar, which was looked for before, and
 // the archive bit is cleared. False with errno; true when there is none.

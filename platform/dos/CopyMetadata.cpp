@@ -1,0 +1,168 @@
+#include "platform/dos/CopyMetadata.h"
+
+#include "platform/dos/Dates.h"
+#include "platform/dos/Metadata.h"
+#include "platform/dos/MetadataWriting.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace dos {
+
+namespace {
+
+constexpr std::size_t LargestAttribute = 65536; // bytes of a value or of all names
+constexpr unsigned PermissionBits = 07777;
+constexpr unsigned PrivilegeBits = S_ISUID | S_ISGID;
+constexpr std::int64_t LargestTimeError = 2; // seconds, what FAT rounds to
+constexpr const char* AccessList = "system.posix_acl_access";
+constexpr const char* DefaultAccessList = "system.posix_acl_default";
+
+bool IsAccessList(std::string_view name) {
+    return name == AccessList || name == DefaultAccessList;
+}
+
+bool IsWanted(std::string_view name, const CopyOptions& options) {
+    if (name == ProtectionAttribute || IsAccessList(name))
+        return options.Protection;
+    return name != CommentAttribute || options.Comment;
+}
+
+unsigned LossOf(std::string_view name) {
+    if (name == ProtectionAttribute)
+        return LostProtection;
+    if (name == CommentAttribute)
+        return LostComment;
+    if (IsAccessList(name))
+        return LostAccess;
+    // Those of the host itself are not for everybody to read or write, and mean nothing elsewhere.
+    return name.starts_with("user.") || name.starts_with("system.") ? LostAttributes : 0;
+}
+
+timespec TimeOf(const struct statx_timestamp& time) {
+    return {time.tv_sec, static_cast<long>(time.tv_nsec)};
+}
+
+std::array<timespec, 2> TimesOf(const struct statx& source) {
+    return {TimeOf(source.stx_atime), TimeOf(source.stx_mtime)};
+}
+
+// Owner and group where the host lets us; privileges that belonged to another's are dropped.
+unsigned KeepMode(int to, const struct statx& copy, const struct statx& source) {
+    unsigned mode = source.stx_mode & PermissionBits;
+    bool isNew = (copy.stx_mode & PermissionBits) != mode;
+    if (source.stx_uid != copy.stx_uid || source.stx_gid != copy.stx_gid) {
+        isNew = true;
+        if (Host().Fchown(to, source.stx_uid, source.stx_gid) != 0)
+            mode &= ~PrivilegeBits;
+    }
+    return !isNew || Host().Fchmod(to, mode) == 0 ? 0 : LostProtection;
+}
+
+// Some disks take what they do not keep.
+unsigned LostSilently(int to, const struct statx& source, const CopyOptions& options) {
+    struct statx now {};
+    if (Host().Statx(to, "", AT_EMPTY_PATH, STATX_MODE | STATX_MTIME, &now) != 0)
+        return 0; // nothing was refused before
+    unsigned lost = 0;
+    constexpr unsigned OwnerModes = 0700;
+    if (options.Protection && (now.stx_mode & OwnerModes) != (source.stx_mode & OwnerModes))
+        lost |= LostProtection;
+    if (options.Date && std::abs(now.stx_mtime.tv_sec - source.stx_mtime.tv_sec) > LargestTimeError)
+        lost |= LostDate;
+    return lost;
+}
+
+unsigned AllKept(const CopyOptions& options) {
+    return (options.Protection ? LostProtection : 0) | (options.Comment ? LostComment : 0) |
+           (options.Date ? LostDate : 0);
+}
+
+// The time of the copy, for a sidecar that is to tell it.
+bool SetDateOfFile(const Spot& copy, SidecarFacts& facts) {
+    struct statx now {};
+    if (Host().Statx(copy.Drawer.Get(), copy.Name.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MTIME, &now) != 0)
+        return false;
+    facts.Date = AmigaSecondsFromUnix(now.stx_mtime.tv_sec);
+    facts.Hundredths = HundredthsOf(now.stx_mtime.tv_nsec);
+    facts.Protection = *facts.Protection & ~ProtectArchive;
+    return true;
+}
+
+} // namespace
+
+unsigned AttributeCopier::Run(int from, int to, const CopyOptions& options) {
+    Names.resize(LargestAttribute);
+    const long size = Host().Flistxattr(from, Names.data(), Names.size());
+    if (size < 0)
+        return errno == ENOTSUP || errno == ENOSYS ? 0 : LostAttributes;
+    unsigned lost = 0;
+    for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
+        const char* name = Names.data() + at;
+        at += std::strlen(name) + 1;
+        if (IsWanted(name, options))
+            lost |= CopyOne(from, to, name);
+    }
+    return lost;
+}
+
+unsigned AttributeCopier::CopyOne(int from, int to, const char* name) {
+    Value.resize(LargestAttribute);
+    const long length = Host().Fgetxattr(from, name, Value.data(), Value.size());
+    if (length < 0)
+        return errno == ENODATA ? 0 : LossOf(name);
+    return Host().Fsetxattr(to, name, Value.data(), static_cast<std::size_t>(length)) == 0 ? 0 : LossOf(name);
+}
+
+bool HandsDownAccess(int drawer) {
+    std::array<char, 1> none{};
+    return Host().Getxattr(drawer, "", DefaultAccessList, none.data(), 0) > 0;
+}
+
+void DropAccessHandedDown(int object) {
+    Host().RemoveAttribute(object, AccessList);
+    Host().RemoveAttribute(object, DefaultAccessList);
+}
+
+unsigned KeepStatus(int to, const struct statx& copy, const struct statx& source,
+                    const CopyOptions& options) {
+    unsigned lost = options.Protection ? KeepMode(to, copy, source) : 0;
+    if (options.Date && Host().SetTimes(to, "", TimesOf(source).data()) != 0)
+        lost |= LostDate;
+    return lost | LostSilently(to, source, options);
+}
+
+unsigned KeepTimesOfLink(int drawer, const std::string& name, const struct statx& source) {
+    return Host().SetTimes(drawer, name.c_str(), TimesOf(source).data()) == 0 ? 0 : LostDate;
+}
+
+unsigned CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& options) {
+    SidecarFacts told;
+    SidecarFile ofSource;
+    SidecarFacts facts;
+    SidecarFile old;
+    if (!TellAll(source, told, ofSource) || !TellAll(copy, facts, old))
+        return AllKept(options);
+    const bool isWanted = copy.On->Info.Metadata == MetadataRule::Uaem && AllKept(options) != 0;
+    if (ofSource.State != SidecarState::Ours && old.State != SidecarState::Ours && !isWanted)
+        return 0;
+    if (old.State == SidecarState::Foreign) // something else has its name
+        return AllKept(options);
+    if (!SetDateOfFile(copy, facts))
+        return LostDate;
+    if (options.Protection)
+        facts.Protection = told.Protection;
+    if (options.Comment)
+        facts.Comment = told.Comment;
+    if (options.Date) {
+        facts.Date = told.Date;
+        facts.Hundredths = told.Hundredths;
+    }
+    return WriteSidecar(copy.Drawer.Get(), copy.Name, old, facts, Flush::Later) ? 0 : AllKept(options);
+}
+
+} // namespace dos

@@ -1,0 +1,43 @@
+// What a copy takes over besides its contents: attributes, access lists, owner, modes, times, and
+// the ".uaem" file. Nothing here fails a copy; what could not be kept is told as bits of
+// CopyResult::Lost. Private to platform/dos.
+#pragma once
+
+#include "platform/dos/Copy.h"
+#include "platform/dos/HostLocks.h"
+
+#include <string>
+
+struct statx;
+
+namespace dos {
+
+// Attributes of open files and drawers; serves one thread.
+class AttributeCopier {
+public:
+    [[nodiscard]] unsigned Run(int from, int to, const CopyOptions& options);
+
+private:
+    unsigned CopyOne(int from, int to, const char* name);
+
+    std::string Names;
+    std::string Value;
+};
+
+// Does a drawer hand an access list to what is made in it?
+[[nodiscard]] bool HandsDownAccess(int drawer);
+// Takes from a new object what its drawer has handed down; a copy has the lists of its source.
+void DropAccessHandedDown(int object);
+
+// Gives an open copy owner, modes and times of the source, as the options say. copy tells what is
+// known of it now.
+[[nodiscard]] unsigned KeepStatus(int to, const struct statx& copy, const struct statx& source,
+                                  const CopyOptions& options);
+// The times of a soft link, which are all that it has.
+[[nodiscard]] unsigned KeepTimesOfLink(int drawer, const std::string& name, const struct statx& source);
+
+// Writes the sidecar of a copy where its source has one, its volume wants one, or one lies there.
+// Both spots have drawer, name and object; source may lack the drawer.
+[[nodiscard]] unsigned CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& options);
+
+} // namespace dos

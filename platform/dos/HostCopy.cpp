@@ -1,0 +1,273 @@
+#include "platform/dos/HostCopy.h"
+
+#include "platform/dos/Aliases.h"
+#include "platform/dos/HostChanges.h"
+#include "platform/dos/HostDirectory.h"
+#include "platform/dos/HostFiles.h"
+#include "platform/dos/HostWriting.h"
+#include "platform/dos/NameIndex.h"
+#include "platform/dos/ObjectCopier.h"
+#include "platform/dos/Relay.h"
+#include "platform/dos/SidecarFiles.h"
+#include "platform/utility/Text.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+
+namespace dos {
+
+namespace {
+
+bool Fails(long error) {
+    SetIoErr(error);
+    return false;
+}
+
+bool FindSource(const HostLock& from, std::string_view rest, LastLink last, WalkMode& mode, Spot& source) {
+    if (!FindSpot(from, rest, last, mode, source))
+        return false;
+    if (!source.Object)
+        return Refuse(ENOENT, Operation::Lookup);
+    if (!CompleteSpot(source)) {
+        if (errno != EBUSY)
+            return Refuse(errno, Operation::Lookup);
+        source.Drawer = HostFd(); // a root: nothing lies beside it
+    }
+    const unsigned type = source.Facts.Mode;
+    return IsFileMode(type) || IsDrawerMode(type) || IsLinkMode(type) || Fails(ErrorObjectWrongType);
+}
+
+// An object whose real name does not fit keeps it where the copy is asked for under its alias.
+bool TakeRealName(const Spot& source, Spot& target) {
+    if (!source.Drawer || !NeedsAlias(source.Name))
+        return true;
+    const bool folds = target.On->Info.Names == NameRule::Fold;
+    const std::string alias = ShownName(source.Drawer.Get(), source.Name);
+    if (folds ? utility::Stricmp(alias, target.Name) != 0 : alias != target.Name)
+        return true;
+    target.Name = source.Name;
+    if (folds)
+        target.Name = FindRealName(target.Drawer.Get(), source.Name, NameMatch::Folded).value_or(source.Name);
+    target.Object =
+        HostFd(Host().Openat(target.Drawer.Get(), target.Name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (target.Object)
+        return FactsOf(target.Object.Get(), target.Facts);
+    return errno == ENOENT;
+}
+
+bool FindTarget(const HostLock& to, std::string_view rest, const Spot& source, WalkMode& mode, Spot& target) {
+    const LastLink last = IsFileMode(source.Facts.Mode) ? LastLink::Follow : LastLink::Keep;
+    if (!FindSpot(to, rest, last, mode, target))
+        return false;
+    if (!target.Object && !TakeRealName(source, target))
+        return Refuse(errno, Operation::Write);
+    if (target.Object && !target.Drawer && !CompleteSpot(target) && errno != EBUSY)
+        return Refuse(errno, Operation::Write);
+    return true;
+}
+
+// What is there already, and whether it may go.
+bool MayTakePlace(CopyPlan& plan, const CopyOptions& options, DrawerThere rule) {
+    const unsigned from = plan.Source.Facts.Mode;
+    const unsigned there = plan.Target.Facts.Mode;
+    plan.IsMerge = IsDrawerMode(from) && IsDrawerMode(there) && rule == DrawerThere::Merged;
+    if (plan.IsMerge)
+        return true;
+    if (!options.Replaces || (IsDrawerMode(from) && IsDrawerMode(there)))
+        return Fails(ErrorObjectExists);
+    if (IsDrawerMode(from) || IsDrawerMode(there))
+        return Fails(ErrorObjectWrongType);
+    return IsLinkMode(there) || IsReplaceable(plan.Target);
+}
+
+// Found before anything is touched: the same object, or a drawer into itself.
+bool IsApart(const CopyPlan& plan) {
+    const ObjectId& source = plan.Source.Facts.Id;
+    bool isWithin = plan.Target.Object && plan.Target.Facts.Id == source;
+    if (!isWithin && IsDrawerMode(plan.Source.Facts.Mode)) {
+        const HostFd& from = plan.Target.Drawer ? plan.Target.Drawer : plan.Target.Object;
+        if (!LiesWithin(from.Get(), source, isWithin))
+            return Refuse(errno, Operation::Lookup);
+    }
+    return !isWithin || Fails(ErrorObjectInUse);
+}
+
+CopyPlace PlaceOf(const Spot& target) {
+    CopyPlace place;
+    place.Drawer = target.Drawer.Get();
+    place.On = target.On;
+    place.Name = target.Name;
+    place.Old = target.Object ? target.Object.Get() : NoDescriptor;
+    place.HandsDownAccess = HandsDownAccess(place.Drawer);
+    return place;
+}
+
+CopySource SourceOf(const Spot& spot, int object) {
+    return {.Object = object,
+            .Drawer = spot.Drawer ? spot.Drawer.Get() : NoDescriptor,
+            .On = spot.On,
+            .Name = spot.Name};
+}
+
+// Moves a file over another in one step; the sidecars follow. Nothing where disks do not let us.
+std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target) {
+    SidecarFile ofSource;
+    SidecarFile ofTarget;
+    const int from = source.Drawer.Get();
+    const int to = target.Drawer.Get();
+    if (!FindSidecar(from, source.Name, ofSource) || !FindSidecar(to, target.Name, ofTarget) ||
+        Host().Renameat2(from, source.Name.c_str(), to, target.Name.c_str(), 0) != 0)
+        return {};
+    NoteRemoved(from, source.Name);
+    const std::string old = SidecarNameOf(source.Name);
+    const std::string name = SidecarNameOf(target.Name);
+    CopyResult result{CopyEnd::Done, 0};
+    bool follows = true;
+    if (ofSource.State == SidecarState::Ours)
+        follows = ofTarget.State != SidecarState::Foreign &&
+                  Host().Renameat2(from, old.c_str(), to, name.c_str(), 0) == 0;
+    else if (ofTarget.State == SidecarState::Ours)
+        follows = Host().Unlinkat(to, name.c_str(), 0) == 0;
+    if (!follows)
+        result.Lost = LostProtection | LostComment | LostDate;
+    return result;
+}
+
+bool IsUnchanged(int file, const struct statx& before) {
+    struct statx now {};
+    return Host().Statx(file, "", AT_EMPTY_PATH, STATX_BASIC_STATS, &now) == 0 &&
+           now.stx_size == before.stx_size && now.stx_mtime.tv_sec == before.stx_mtime.tv_sec &&
+           now.stx_mtime.tv_nsec == before.stx_mtime.tv_nsec;
+}
+
+CopyResult CopyDrawer(ObjectCopier& copier, const CopySource& source, const CopyPlace& place) {
+    HostFd made;
+    CopyResult result = copier.MakeDrawer(place, made);
+    if (result)
+        result.Lost |= copier.FinishDrawer(source, place, made.Get());
+    return result;
+}
+
+CopyResult CopyPlanned(const CopyPlan& plan, const CopyOptions& options, const CopyProgress& progress) {
+    const Spot& from = plan.Source;
+    const bool isLink = IsLinkMode(from.Facts.Mode);
+    const HostFd open = isLink ? DuplicateFd(from.Object) : OpenObject(from);
+    struct statx before {};
+    if (!open || Host().Statx(open.Get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &before) != 0) {
+        Refuse(errno, Operation::Read);
+        return {CopyEnd::SourceRefused, 0};
+    }
+    if (options.Moves && plan.Target.Object)
+        if (const auto moved = MoveOver(from, plan.Target))
+            return *moved;
+    ObjectCopier copier(options, progress);
+    const CopySource source = SourceOf(from, open.Get());
+    const CopyPlace place = PlaceOf(plan.Target);
+    CopyResult result = isLink                          ? copier.CopyLink(source, place)
+                        : IsDrawerMode(from.Facts.Mode) ? CopyDrawer(copier, source, place)
+                                                        : copier.CopyFile(source, place);
+    if (result && options.Moves && !IsUnchanged(open.Get(), before)) {
+        SetIoErr(ErrorObjectInUse);
+        result.End = CopyEnd::SourceKept;
+    }
+    return result;
+}
+
+struct Answer {
+    CopyResult Result{};
+    long Error = 0;
+};
+
+// On a disk that may not answer the work has a thread of its own, so that a cancel is heard.
+CopyResult CopyRelayed(const std::shared_ptr<CopyPlan>& plan, const CopyOptions& options,
+                       const CopyProgress& progress) {
+    auto answer = std::make_shared<Answer>();
+    const CopyProgress* told = progress ? &progress : nullptr;
+    const bool ended = Relay::Run([plan, options, answer, told](Relay& relay) {
+        const CopyProgress tell = [told, &relay](std::uint64_t bytes) {
+            bool goesOn = true;
+            return relay.Ask([&] {
+                goesOn = (*told)(bytes);
+                if (!goesOn)
+                    relay.EndSoon();
+            }) && goesOn;
+        };
+        answer->Result = CopyPlanned(*plan, options, told ? tell : CopyProgress());
+        answer->Error = IoErr();
+    });
+    SetIoErr(ended ? answer->Error : ErrorBreak);
+    return ended ? answer->Result : CopyResult{CopyEnd::Cancelled, 0};
+}
+
+} // namespace
+
+bool LiesWithin(int drawer, const ObjectId& object, bool& isWithin) {
+    isWithin = false;
+    HostFd here(Host().Openat(drawer, ".", O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+    ObjectFacts facts;
+    ObjectId last;
+    while (here && FactsOf(here.Get(), facts)) {
+        isWithin = facts.Id == object;
+        if (isWithin || facts.Id == last) // the parent of the host's root is the root
+            return true;
+        last = facts.Id;
+        here = HostFd(Host().Openat(here.Get(), "..", O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+    }
+    return false;
+}
+
+HostFd OpenObject(const Spot& spot) {
+    if (IsDrawerMode(spot.Facts.Mode))
+        return OpenForListing(spot.Object.Get());
+    return HostFd(Host().Openat(AT_FDCWD, DescriptorPath(spot.Object.Get()).c_str(),
+                                O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0));
+}
+
+CopyPlan PlanCopy(const HostLock& from, std::string_view rest, const HostLock& to, std::string_view toRest,
+                  const CopyOptions& options, DrawerThere rule, WalkMode& mode) {
+    CopyPlan plan;
+    const LastLink last = options.FollowsLink ? LastLink::Follow : LastLink::Keep;
+    if (!FindSource(from, rest, last, mode, plan.Source))
+        return plan;
+    plan.End = CopyEnd::TargetRefused;
+    if (options.Moves && (IsDrawerMode(plan.Source.Facts.Mode) || !plan.Source.Drawer)) {
+        SetIoErr(ErrorRenameAcrossDevices);
+        return plan;
+    }
+    if (!FindTarget(to, toRest, plan.Source, mode, plan.Target) || !IsApart(plan) ||
+        (plan.Target.Object && !MayTakePlace(plan, options, rule)))
+        return plan;
+    if (mode.Commit())
+        plan.End = CopyEnd::Done;
+    else
+        Refuse(ENOMEDIUM, Operation::Write);
+    return plan;
+}
+
+CopyResult CopyHostEntry(const LockRef& start, std::string_view rest, const LockRef& toStart,
+                         std::string_view toRest, const CopyOptions& options, const CopyProgress& progress) {
+    const HostLockRef from = AsHostLock(start);
+    const HostLockRef to = AsHostLock(toStart);
+    if (!IsMounted(*from) || !IsMounted(*to))
+        return {CopyEnd::SourceRefused, 0};
+    using PlanRef = std::shared_ptr<CopyPlan>;
+    const PlanRef plan = OnHost<PlanRef>(
+        to->SlowMount.empty() ? from : to,
+        [from, rest = std::string(rest), to, toRest = std::string(toRest), options](WalkMode& mode) {
+            return std::make_shared<CopyPlan>(
+                PlanCopy(*from, rest, *to, toRest, options, DrawerThere::Refused, mode));
+        });
+    if (!plan || plan->End != CopyEnd::Done)
+        return {plan ? plan->End : CopyEnd::SourceRefused, 0};
+    const bool mayHang = !plan->Source.SlowMount.empty() || !plan->Target.SlowMount.empty();
+    CopyResult result =
+        mayHang ? CopyRelayed(plan, options, progress) : CopyPlanned(*plan, options, progress);
+    // What was moved by one step is no longer there under its old name.
+    if (result && options.Moves && !DeleteHostEntry(start, rest) && IoErr() != ErrorObjectNotFound)
+        result.End = CopyEnd::SourceKept;
+    return result;
+}
+
+} // namespace dos

@@ -1,0 +1,190 @@
+#include "platform/dos/ObjectCopier.h"
+
+#include "platform/dos/HostWriting.h"
+#include "platform/dos/NameIndex.h"
+#include "platform/dos/TemporaryNames.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace dos {
+
+namespace {
+
+constexpr unsigned PermissionBits = 0777;
+constexpr unsigned StatusWanted = STATX_BASIC_STATS;
+
+CopyResult Ends(CopyEnd end, long error) {
+    SetIoErr(error);
+    return {end, 0};
+}
+
+CopyResult Fails(CopyEnd end, Operation operation) {
+    return Ends(end, ErrorFromErrno(errno, operation));
+}
+
+CopyResult ResultOf(ContentsEnd end) {
+    switch (end) {
+    case ContentsEnd::Done:
+        return {CopyEnd::Done, 0};
+    case ContentsEnd::ReadFailed:
+        return Fails(CopyEnd::ContentsFailed, Operation::Read);
+    case ContentsEnd::WriteFailed:
+        return Fails(CopyEnd::ContentsFailed, Operation::Write);
+    case ContentsEnd::Changed:
+        return Ends(CopyEnd::SourceChanged, ErrorObjectInUse);
+    case ContentsEnd::Stopped:
+        return Ends(CopyEnd::Cancelled, ErrorBreak);
+    }
+    return {};
+}
+
+bool StatusOf(int object, struct statx& about) {
+    return Host().Statx(object, "", AT_EMPTY_PATH, StatusWanted, &about) == 0;
+}
+
+unsigned ModeToMakeWith(const struct statx& source, const CopyOptions& options, bool replaces) {
+    if (options.Protection)
+        return (source.stx_mode & PermissionBits) | S_IRUSR | S_IWUSR;
+    return replaces ? ModeOfReplacement : ModeOfNewFile;
+}
+
+HostFd OpenPlain(int drawer, const std::string& name) {
+    return HostFd(Host().Openat(drawer, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+}
+
+void NoteMade(const CopyPlace& place) {
+    if (!place.IsNew && place.Old == NoDescriptor)
+        NoteCreated(place.Drawer, place.Name);
+}
+
+// A link under a temporary name first, where one is to be replaced.
+bool PutLink(const std::string& text, const CopyPlace& place) {
+    if (place.Old == NoDescriptor)
+        return Host().Symlinkat(text.c_str(), place.Drawer, place.Name.c_str()) == 0;
+    const std::string between = NextTemporaryName();
+    if (Host().Symlinkat(text.c_str(), place.Drawer, between.c_str()) != 0)
+        return false;
+    if (Host().Renameat2(place.Drawer, between.c_str(), place.Drawer, place.Name.c_str(), 0) == 0)
+        return true;
+    const int error = errno;
+    if (Host().Unlinkat(place.Drawer, between.c_str(), 0) != 0)
+        Host().Unlinkat(place.Drawer, between.c_str(), 0);
+    errno = error;
+    return false;
+}
+
+} // namespace
+
+ObjectCopier::ObjectCopier(const CopyOptions& options, CopyProgress progress)
+    : Options(options), Contents(std::move(progress)) {}
+
+CopyResult ObjectCopier::FillFile(const CopySource& source, const CopyPlace& place, const struct statx& about,
+                                  int file) {
+    if (place.Old != NoDescriptor && !Options.Protection && !Inherit(place.Old, file))
+        return Fails(CopyEnd::TargetRefused, Operation::Write);
+    if (place.HandsDownAccess && Options.Protection)
+        DropAccessHandedDown(file);
+    const std::uint64_t kept = about.stx_blocks * 512;
+    CopyResult result = ResultOf(Contents.Run(source.Object, file, about.stx_size, kept));
+    if (!result)
+        return result;
+    result.Lost = Attributes.Run(source.Object, file, Options);
+    struct statx made {};
+    if (!StatusOf(file, made))
+        return Fails(CopyEnd::ContentsFailed, Operation::Write);
+    if (made.stx_size != about.stx_size && about.stx_size != 0)
+        return Ends(CopyEnd::ContentsFailed, ErrorFromErrno(EIO, Operation::Write));
+    result.Lost |= KeepStatus(file, made, about, Options);
+    // Before the source of a move goes, the disk itself has the copy.
+    if (Options.Moves ? Host().Fsync(file) != 0 : !IsWellClosed(file))
+        return Fails(CopyEnd::ContentsFailed, Operation::Write);
+    return result;
+}
+
+CopyResult ObjectCopier::CopyFile(const CopySource& source, const CopyPlace& place) {
+    struct statx about {};
+    if (!StatusOf(source.Object, about))
+        return Fails(CopyEnd::SourceRefused, Operation::Read);
+    const bool replaces = place.Old != NoDescriptor;
+    Temporary file;
+    if (!file.Make(place.Drawer, ModeToMakeWith(about, Options, replaces), ModeOfReplacement))
+        return Fails(CopyEnd::TargetRefused, Operation::Write);
+    CopyResult result = FillFile(source, place, about, file.File());
+    if (!result)
+        return result;
+    if (!file.TakePlace(place.Name, replaces ? Existing::Replaced : Existing::Kept))
+        return Fails(CopyEnd::TargetRefused, Operation::Write);
+    NoteMade(place);
+    result.Lost |= KeepSidecar(source, place, file.File());
+    if (Options.Moves)
+        SyncDrawer(place.Drawer);
+    return result;
+}
+
+CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& place) {
+    struct statx about {};
+    const std::string text = ReadLinkText(source.Object, "");
+    if (text.empty() || !StatusOf(source.Object, about))
+        return Fails(CopyEnd::SourceRefused, Operation::Read);
+    if (!PutLink(text, place)) {
+        errno = errno == EPERM ? ENOTSUP : errno;
+        return Fails(CopyEnd::TargetRefused, Operation::Write);
+    }
+    NoteMade(place);
+    CopyResult result{CopyEnd::Done, 0};
+    if (Options.Date)
+        result.Lost = KeepTimesOfLink(place.Drawer, place.Name, about);
+    if (const HostFd made = OpenPlain(place.Drawer, place.Name))
+        result.Lost |= KeepSidecar(source, place, made.Get());
+    return result;
+}
+
+CopyResult ObjectCopier::MakeDrawer(const CopyPlace& place, HostFd& made) {
+    if (Host().Mkdirat(place.Drawer, place.Name.c_str(), Options.Protection ? 0700 : 0777) != 0)
+        return Fails(CopyEnd::TargetRefused, Operation::Write);
+    made = HostFd(
+        Host().Openat(place.Drawer, place.Name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (!made) {
+        const CopyResult failure = Fails(CopyEnd::TargetRefused, Operation::Write);
+        Host().Unlinkat(place.Drawer, place.Name.c_str(), AT_REMOVEDIR);
+        return failure;
+    }
+    NoteMade(place);
+    if (place.HandsDownAccess && Options.Protection)
+        DropAccessHandedDown(made.Get());
+    return {CopyEnd::Done, 0};
+}
+
+unsigned ObjectCopier::FinishDrawer(const CopySource& source, const CopyPlace& place, int made) {
+    struct statx about {};
+    struct statx now {};
+    unsigned lost = Attributes.Run(source.Object, made, Options);
+    if (!StatusOf(source.Object, about) || !StatusOf(made, now))
+        return lost | LostProtection | LostDate;
+    lost |= KeepStatus(made, now, about, Options);
+    return lost | KeepSidecar(source, place, made);
+}
+
+unsigned ObjectCopier::KeepSidecar(const CopySource& source, const CopyPlace& place, int copy) {
+    const bool wants = place.On->Info.Metadata == MetadataRule::Uaem;
+    if (!wants && !source.MayHaveSidecar && !place.MayHaveSidecar)
+        return 0;
+    const auto spotOf = [](int object, int drawer, const std::string& name, const VolumeRef& on, Spot& spot) {
+        spot.Object = HostFd(Host().Duplicate(object));
+        if (drawer != NoDescriptor)
+            spot.Drawer = HostFd(Host().Duplicate(drawer));
+        spot.Name = name;
+        spot.On = on;
+        return spot.Object && (spot.Drawer || drawer == NoDescriptor) && FactsOf(object, spot.Facts);
+    };
+    Spot from;
+    Spot to;
+    if (!spotOf(source.Object, source.Drawer, source.Name, source.On, from) ||
+        !spotOf(copy, place.Drawer, place.Name, place.On, to))
+        return LostProtection | LostComment | LostDate;
+    return CopySidecar(from, to, Options);
+}
+
+} // namespace dos
