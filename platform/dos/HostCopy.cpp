@@ -146,7 +146,8 @@ CopyResult CopyDrawer(ObjectCopier& copier, const CopySource& source, const Copy
     HostFd made;
     CopyResult result = copier.MakeDrawer(place, made);
     if (result)
-        result.Lost |= copier.FinishDrawer(source, place, made.Get());
+        result.Lost |=
+            copier.FinishDrawer(source, made.Get()) | copier.KeepSidecar(source, place, made.Get());
     return result;
 }
 

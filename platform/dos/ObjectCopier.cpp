@@ -107,6 +107,8 @@ CopyResult ObjectCopier::CopyFile(const CopySource& source, const CopyPlace& pla
     struct statx about {};
     if (!StatusOf(source.Object, about))
         return Fails(CopyEnd::SourceRefused, Operation::Read);
+    if (!S_ISREG(about.stx_mode)) // it was one when its name was read
+        return Ends(CopyEnd::SourceRefused, ErrorObjectWrongType);
     const bool replaces = place.Old != NoDescriptor;
     Temporary file;
     if (!file.Make(place.Drawer, ModeToMakeWith(about, Options, replaces), ModeOfReplacement))
@@ -157,14 +159,13 @@ CopyResult ObjectCopier::MakeDrawer(const CopyPlace& place, HostFd& made) {
     return {CopyEnd::Done, 0};
 }
 
-unsigned ObjectCopier::FinishDrawer(const CopySource& source, const CopyPlace& place, int made) {
+unsigned ObjectCopier::FinishDrawer(const CopySource& source, int made) {
     struct statx about {};
     struct statx now {};
     unsigned lost = Attributes.Run(source.Object, made, Options);
     if (!StatusOf(source.Object, about) || !StatusOf(made, now))
         return lost | LostProtection | LostDate;
-    lost |= KeepStatus(made, now, about, Options);
-    return lost | KeepSidecar(source, place, made);
+    return lost | KeepStatus(made, now, about, Options);
 }
 
 unsigned ObjectCopier::KeepSidecar(const CopySource& source, const CopyPlace& place, int copy) {

@@ -12,8 +12,8 @@ namespace dos {
 // Where a copy goes.
 struct CopyPlace {
     int Drawer = NoDescriptor;
-    VolumeRef On;
-    std::string Name;             // as the host is to have it
+    VolumeRef On{};
+    std::string Name{};           // as the host is to have it
     int Old = NoDescriptor;       // what is to be replaced; NoDescriptor: nothing is
     bool HandsDownAccess = false; // of the drawer
     bool IsNew = false;           // nobody but us knows the drawer
@@ -24,8 +24,8 @@ struct CopyPlace {
 struct CopySource {
     int Object = NoDescriptor; // open for reading; of a link only for its path
     int Drawer = NoDescriptor; // where there is one
-    VolumeRef On;
-    std::string Name;
+    VolumeRef On{};
+    std::string Name{};
     bool MayHaveSidecar = true;
 };
 
@@ -39,12 +39,13 @@ public:
     [[nodiscard]] CopyResult CopyLink(const CopySource& source, const CopyPlace& place);
     // The new drawer is open in made. Its status is to be kept when it has got its contents.
     [[nodiscard]] CopyResult MakeDrawer(const CopyPlace& place, HostFd& made);
-    [[nodiscard]] unsigned FinishDrawer(const CopySource& source, const CopyPlace& place, int made);
+    [[nodiscard]] unsigned FinishDrawer(const CopySource& source, int made);
+    // The ".uaem" file; the other calls but these two see to it themselves.
+    [[nodiscard]] unsigned KeepSidecar(const CopySource& source, const CopyPlace& place, int copy);
 
 private:
     CopyResult FillFile(const CopySource& source, const CopyPlace& place, const struct statx& about,
                         int file);
-    unsigned KeepSidecar(const CopySource& source, const CopyPlace& place, int copy);
 
     CopyOptions Options;
     ContentsCopier Contents;

@@ -1,0 +1,587 @@
+#include "platform/dos/CopyTree.h"
+
+#include "platform/dos/DeviceWalk.h"
+#include "platform/dos/HostCopy.h"
+#include "platform/dos/HostFiles.h"
+#include "platform/dos/HostNames.h"
+#include "platform/dos/HostWriting.h"
+#include "platform/dos/MetadataWriting.h"
+#include "platform/dos/NameIndex.h"
+#include "platform/dos/ObjectCopier.h"
+#include "platform/dos/TreeDrawer.h"
+#include "platform/utility/Text.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unordered_set>
+
+namespace dos {
+
+namespace {
+
+// Both sides of a drawer that is copied, open.
+struct Sides {
+    SharedFd From;
+    SharedFd To;
+};
+
+struct Node {
+    std::shared_ptr<Node> Parent;
+    std::string Name; // of the source
+    Sides Open;       // the walk's; empty while its level is closed
+    ObjectId FromId;
+    ObjectId ToId;
+    VolumeRef FromOn;
+    VolumeRef ToOn;
+    bool IsNew = false;           // made by this copy
+    bool HandsDownAccess = false; // of the copy
+    bool IsInOrder = false;       // names that the target cannot tell apart: one after another
+    std::vector<TreeEntry> Drawers;
+    std::size_t NextDrawer = 0;
+    std::atomic<int> Users{1}; // the walk and the jobs
+};
+using NodeRef = std::shared_ptr<Node>;
+
+// What the caller has to ask about.
+struct Problem {
+    NodeRef In;
+    Sides Open;
+    TreeEntry Entry;
+    CopyEnd End;
+    long Error;
+};
+
+enum class Look { AsNeeded, Always }; // for what has the name already
+
+class TreeCopier {
+public:
+    TreeCopier(const TreeOptions& options, const TreeControl& control)
+        : Options(options),
+          Talk(control, Tally),
+          Copiers{MakeCopier(Worker::Caller), MakeCopier(Worker::Helper)} {}
+
+    TreeResult Run(const CopyPlan& plan);
+
+private:
+    ObjectCopier MakeCopier(Worker who);
+    ObjectCopier& CopierOf(Worker who) { return Copiers[static_cast<std::size_t>(who)]; }
+
+    bool Begin(const CopyPlan& plan);
+    void Walk();
+    void Enter(const NodeRef& in, const TreeEntry& entry);
+    bool OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node);
+    bool MakeCopy(const NodeRef& in, const TreeEntry& entry, const std::string& name, Node& node);
+    void List(const NodeRef& node);
+    void Leave();
+    void PushJobs(const NodeRef& node, std::vector<TreeEntry>&& entries);
+    void CopyEntries(const NodeRef& node, const Sides& open, std::span<const TreeEntry> entries, Worker who);
+    void CopyEntry(const NodeRef& node, const Sides& open, const TreeEntry& entry, Worker who);
+    CopyResult Try(const Node& node, const Sides& open, const TreeEntry& entry, const std::string& name,
+                   bool replaces, Look look, ObjectCopier& copier);
+    CopyResult TryFully(const Node& node, const Sides& open, const TreeEntry& entry, const std::string& name,
+                        bool replaces, ObjectCopier& copier);
+    void Release(const NodeRef& node, const Sides& open, Worker who);
+    void Done(const Node& node, const std::string& name, bool isDrawer, unsigned lost);
+
+    void Solve();
+    void SolveOne(const Problem& problem);
+    bool AskTrouble(const Problem& problem, TreeStep step, bool& isForced);
+    void Unprotect(const Problem& problem, const std::string& name);
+    std::string NameThere(const Node& node, int to, const std::string& name, HostFd& object);
+    void Poll();
+
+    TreeOptions Options;
+    TreeTally Tally;
+    TreeTalk Talk;
+    std::array<ObjectCopier, WorkerCount> Copiers;
+    std::vector<NodeRef> Way; // from the top to where the walk is
+    ObjectId Target;
+    std::mutex Guard; // over the problems
+    std::vector<Problem> Problems;
+    std::atomic<bool> HasProblems{false};
+    std::unique_ptr<TreeQueue> Queue;
+};
+
+ObjectCopier TreeCopier::MakeCopier(Worker who) {
+    return ObjectCopier(Options.Copy, [this, who](std::uint64_t bytes) {
+        Tally.Bytes += bytes;
+        if (who == Worker::Caller)
+            Talk.Poll();
+        return !Tally.IsStopped;
+    });
+}
+
+void TreeCopier::Poll() {
+    Talk.Poll();
+    if (HasProblems)
+        Solve();
+}
+
+TreeResult TreeCopier::Run(const CopyPlan& plan) {
+    if (Begin(plan)) {
+        Queue = std::make_unique<TreeQueue>();
+        Walk();
+        // A problem that is solved can make no new job, but a new problem.
+        do
+            Queue->Drain([this] { Poll(); });
+        while (HasProblems && (Solve(), HasProblems));
+        Queue.reset();
+        Talk.Poll();
+    }
+    return Talk.Result();
+}
+
+bool TreeCopier::Begin(const CopyPlan& plan) {
+    auto top = std::make_shared<Node>();
+    top->FromOn = plan.Source.On;
+    top->ToOn = plan.Target.On;
+    top->FromId = plan.Source.Facts.Id;
+    top->IsNew = !plan.IsMerge;
+    top->Open.From = std::make_shared<const HostFd>(OpenObject(plan.Source));
+    if (!*top->Open.From) {
+        Refuse(errno, Operation::Read);
+        Tally.Skip(IoErr());
+        return false;
+    }
+    const CopySource source{.Object = top->Open.From->Get(),
+                            .Drawer = plan.Source.Drawer ? plan.Source.Drawer.Get() : NoDescriptor,
+                            .On = plan.Source.On,
+                            .Name = plan.Source.Name};
+    HostFd made;
+    if (plan.IsMerge) {
+        made = OpenObject(plan.Target);
+    } else {
+        CopyPlace place{.Drawer = plan.Target.Drawer.Get(), .On = plan.Target.On, .Name = plan.Target.Name};
+        place.HandsDownAccess = HandsDownAccess(place.Drawer);
+        if (CopierOf(Worker::Caller).MakeDrawer(place, made))
+            Tally.Lost |= CopierOf(Worker::Caller).KeepSidecar(source, place, made.Get());
+    }
+    ObjectFacts facts;
+    if (!made || !FactsOf(made.Get(), facts)) {
+        Tally.Skip(IoErr());
+        return false;
+    }
+    top->HandsDownAccess = HandsDownAccess(made.Get());
+    Target = top->ToId = facts.Id;
+    top->Open.To = std::make_shared<const HostFd>(std::move(made));
+    Way.push_back(top);
+    return true;
+}
+
+void TreeCopier::Walk() {
+    List(Way.back());
+    while (!Way.empty()) {
+        const NodeRef node = Way.back();
+        Poll();
+        if (!Tally.IsStopped && node->NextDrawer < node->Drawers.size())
+            Enter(node, node->Drawers[node->NextDrawer++]);
+        else
+            Leave();
+    }
+}
+
+// Goes back up; the level there may have been closed.
+void TreeCopier::Leave() {
+    const NodeRef node = std::move(Way.back());
+    Way.pop_back();
+    if (!Way.empty() && !Way.back()->Open.From) {
+        Node& up = *Way.back();
+        up.Open.From = OpenParent(node->Open.From->Get(), up.FromId);
+        up.Open.To = up.Open.From ? OpenParent(node->Open.To->Get(), up.ToId) : nullptr;
+        if (!up.Open.To) { // what is left up there cannot be reached any more
+            Tally.Skip(ErrorObjectNotFound);
+            Tally.IsStopped = true;
+            Way.clear();
+        }
+    }
+    Release(node, node->Open, Worker::Caller);
+    node->Open = Sides();
+    Done(*node, "", true, 0);
+}
+
+void TreeCopier::Release(const NodeRef& node, const Sides& open, Worker who) {
+    if (node->Users.fetch_sub(1) != 1 || !node->IsNew)
+        return;
+    CopySource source{.Object = open.From->Get()};
+    Tally.Lost |= CopierOf(who).FinishDrawer(source, open.To->Get());
+}
+
+void TreeCopier::Done(const Node& node, const std::string& name, bool isDrawer, unsigned lost) {
+    ++Tally.Objects;
+    if (lost != 0)
+        Tally.Lost |= lost;
+    if (Talk.WantsNames())
+        Talk.NoteFinished(TreePath(node, name), isDrawer);
+}
+
+void TreeCopier::Enter(const NodeRef& in, const TreeEntry& entry) {
+    auto node = std::make_shared<Node>();
+    node->Parent = in;
+    node->Name = entry.Name;
+    node->FromOn = in->FromOn;
+    node->ToOn = in->ToOn;
+    bool isForced = false;
+    while (!Tally.IsStopped) {
+        node->Open.From = OpenTreeDrawer(in->Open.From->Get(), entry.Name);
+        ObjectFacts facts;
+        long error = 0;
+        if (!node->Open.From || !FactsOf(node->Open.From->Get(), facts))
+            error = ErrorFromErrno(errno, Operation::Read);
+        else if (facts.Id == Target)
+            error = ErrorObjectInUse;
+        if (error == 0) {
+            node->FromId = facts.Id;
+            break;
+        }
+        if (!AskTrouble({in, in->Open, entry, CopyEnd::SourceRefused, error}, TreeStep::Examine, isForced))
+            return;
+    }
+    if (Tally.IsStopped || !OpenCopy(in, entry, *node))
+        return;
+    if (Way.size() >= OpenLevels)
+        Way[Way.size() - OpenLevels]->Open = Sides();
+    Way.push_back(node);
+    List(node);
+}
+
+// Makes the copy of a drawer or, where one is there, finds what is to become of both.
+bool TreeCopier::OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node) {
+    std::string name = entry.Name;
+    bool isForced = false;
+    while (!Tally.IsStopped) {
+        HostFd there;
+        ObjectFacts facts;
+        if (!in->IsNew || in->IsInOrder)
+            name = NameThere(*in, in->Open.To->Get(), name, there);
+        if (!there) {
+            if (MakeCopy(in, entry, name, node))
+                return true;
+            if (IoErr() == ErrorObjectExists)
+                name = NameThere(*in, in->Open.To->Get(), name, there);
+            if (!there && !AskTrouble({in, in->Open, entry, CopyEnd::TargetRefused, IoErr()},
+                                      TreeStep::MakeDrawer, isForced))
+                return false;
+            if (!there)
+                continue;
+        }
+        const bool isDrawer = FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
+        ConflictReply reply{isDrawer ? ConflictAnswer::Replace : ConflictAnswer::Skip};
+        if (Talk.AsksConflicts() && !(isDrawer && Options.MergesDrawers))
+            reply = Talk.Ask(TreeConflict{TreePath(*in, entry.Name), name, true, isDrawer});
+        else if (!isDrawer || !Options.MergesDrawers)
+            reply.Answer = ConflictAnswer::Skip;
+        if (reply.Answer == ConflictAnswer::Rename) {
+            name = reply.NewName;
+            continue;
+        }
+        node.Open.To = reply.Answer == ConflictAnswer::Replace && isDrawer
+                           ? OpenTreeDrawer(in->Open.To->Get(), name)
+                           : nullptr;
+        node.ToId = facts.Id;
+        if (!node.Open.To)
+            Tally.Skip(ErrorObjectExists);
+        else
+            node.HandsDownAccess = HandsDownAccess(node.Open.To->Get());
+        return node.Open.To != nullptr;
+    }
+    return false;
+}
+
+bool TreeCopier::MakeCopy(const NodeRef& in, const TreeEntry& entry, const std::string& name, Node& node) {
+    ObjectCopier& copier = CopierOf(Worker::Caller);
+    const CopySource source{.Object = node.Open.From->Get(),
+                            .Drawer = in->Open.From->Get(),
+                            .On = in->FromOn,
+                            .Name = entry.Name,
+                            .MayHaveSidecar = entry.HasSidecar};
+    const CopyPlace place{.Drawer = in->Open.To->Get(),
+                          .On = in->ToOn,
+                          .Name = name,
+                          .HandsDownAccess = in->HandsDownAccess,
+                          .IsNew = in->IsNew,
+                          .MayHaveSidecar = !in->IsNew};
+    HostFd made;
+    ObjectFacts facts;
+    if (!copier.MakeDrawer(place, made))
+        return false;
+    if (!FactsOf(made.Get(), facts))
+        return Refuse(errno, Operation::Write);
+    Tally.Lost |= copier.KeepSidecar(source, place, made.Get());
+    node.IsNew = true;
+    node.ToId = facts.Id;
+    node.HandsDownAccess = in->HandsDownAccess && !Options.Copy.Protection;
+    node.Open.To = std::make_shared<const HostFd>(std::move(made));
+    return true;
+}
+
+void TreeCopier::List(const NodeRef& node) {
+    TreeContents contents;
+    bool isForced = false;
+    while (!ReadTreeDrawer(node->Open.From->Get(), Temporaries::LeftOut, contents)) {
+        const long error = ErrorFromErrno(errno, Operation::Read);
+        contents = TreeContents();
+        if (!AskTrouble({node, node->Open, {"", TreeKind::Drawer}, CopyEnd::SourceRefused, error},
+                        TreeStep::Examine, isForced) ||
+            Host().Lseek(node->Open.From->Get(), 0, SEEK_SET) < 0)
+            return;
+    }
+    if (node->ToOn->Info.Names == NameRule::Fold) {
+        std::unordered_set<std::string> folded;
+        for (const auto* entries : {&contents.Drawers, &contents.Others})
+            for (const TreeEntry& entry : *entries)
+                node->IsInOrder = !folded.insert(utility::Fold(entry.Name)).second || node->IsInOrder;
+    }
+    node->Drawers = std::move(contents.Drawers);
+    if (node->IsInOrder)
+        CopyEntries(node, node->Open, contents.Others, Worker::Caller);
+    else
+        PushJobs(node, std::move(contents.Others));
+}
+
+void TreeCopier::PushJobs(const NodeRef& node, std::vector<TreeEntry>&& entries) {
+    const auto shared = std::make_shared<const std::vector<TreeEntry>>(std::move(entries));
+    const std::size_t share = ShareOf(shared->size());
+    for (std::size_t at = 0; at < shared->size(); at += share) {
+        ++node->Users;
+        Queue->Push([this, node, shared, at, share, open = node->Open](Worker who) {
+            const std::size_t count = std::min(share, shared->size() - at);
+            CopyEntries(node, open, std::span(*shared).subspan(at, count), who);
+            Release(node, open, who);
+        });
+    }
+}
+
+void TreeCopier::CopyEntries(const NodeRef& node, const Sides& open, std::span<const TreeEntry> entries,
+                             Worker who) {
+    for (const TreeEntry& entry : entries) {
+        if (Tally.IsStopped)
+            return;
+        CopyEntry(node, open, entry, who);
+        if (who == Worker::Caller)
+            Talk.Poll();
+    }
+}
+
+void TreeCopier::CopyEntry(const NodeRef& node, const Sides& open, const TreeEntry& entry, Worker who) {
+    const bool replaces = Options.Copy.Replaces && !Talk.AsksConflicts();
+    const CopyResult result = TryFully(*node, open, entry, entry.Name, replaces, CopierOf(who));
+    if (result) {
+        Done(*node, entry.Name, false, result.Lost);
+        return;
+    }
+    if (result.End == CopyEnd::Cancelled)
+        return;
+    const long error = IoErr();
+    ++node->Users; // the drawer is not finished before it is solved
+    const std::lock_guard hold(Guard);
+    Problems.push_back({node, open, entry, result.End, error});
+    HasProblems = true;
+}
+
+// The name that an entry of the target has, and what it is; the name as given when there is none.
+std::string TreeCopier::NameThere(const Node& node, int to, const std::string& name, HostFd& object) {
+    const auto look = [&](const std::string& as) {
+        object = HostFd(Host().Openat(to, as.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+        return static_cast<bool>(object);
+    };
+    if (look(name) || errno != ENOENT || node.ToOn->Info.Names != NameRule::Fold)
+        return name;
+    const auto real = FindRealName(to, name, NameMatch::Folded);
+    return real && look(*real) ? *real : name;
+}
+
+CopyResult TreeCopier::TryFully(const Node& node, const Sides& open, const TreeEntry& entry,
+                                const std::string& name, bool replaces, ObjectCopier& copier) {
+    CopyResult result = Try(node, open, entry, name, replaces, Look::AsNeeded, copier);
+    // A new drawer can hold the name too, where the host itself folds.
+    if (result.End == CopyEnd::TargetRefused && IoErr() == ErrorObjectExists && replaces)
+        result = Try(node, open, entry, name, replaces, Look::Always, copier);
+    return result;
+}
+
+CopyResult Refused(CopyEnd end, long error) {
+    SetIoErr(error);
+    return {end, 0};
+}
+
+CopyResult TreeCopier::Try(const Node& node, const Sides& open, const TreeEntry& entry,
+                           const std::string& name, bool replaces, Look look, ObjectCopier& copier) {
+    if (entry.Kind == TreeKind::Other)
+        return Refused(CopyEnd::SourceRefused, ErrorObjectWrongType);
+    const int flags = entry.Kind == TreeKind::Link ? O_PATH : O_RDONLY | O_NONBLOCK | O_NOCTTY;
+    const HostFd object(
+        Host().Openat(open.From->Get(), entry.Name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (!object)
+        return Refused(CopyEnd::SourceRefused, ErrorFromErrno(errno, Operation::Read));
+    Spot there;
+    there.Name = name;
+    if (!node.IsNew || node.IsInOrder || look == Look::Always)
+        there.Name = NameThere(node, open.To->Get(), name, there.Object);
+    if (there.Object) {
+        ObjectFacts facts;
+        there.Drawer = HostFd(Host().Duplicate(open.To->Get()));
+        there.On = node.ToOn;
+        if (!replaces)
+            return Refused(CopyEnd::TargetRefused, ErrorObjectExists);
+        if (!there.Drawer || !FactsOf(there.Object.Get(), there.Facts) || !FactsOf(object.Get(), facts))
+            return Refused(CopyEnd::TargetRefused, ErrorFromErrno(errno, Operation::Write));
+        if (facts.Id == there.Facts.Id)
+            return Refused(CopyEnd::TargetRefused, ErrorObjectInUse);
+        if (!IsLinkMode(there.Facts.Mode) && !IsReplaceable(there))
+            return {CopyEnd::TargetRefused, 0};
+    }
+    const CopySource source{.Object = object.Get(),
+                            .Drawer = open.From->Get(),
+                            .On = node.FromOn,
+                            .Name = entry.Name,
+                            .MayHaveSidecar = entry.HasSidecar};
+    const CopyPlace place{.Drawer = open.To->Get(),
+                          .On = node.ToOn,
+                          .Name = there.Name,
+                          .Old = there.Object ? there.Object.Get() : NoDescriptor,
+                          .HandsDownAccess = node.HandsDownAccess,
+                          .IsNew = node.IsNew && !node.IsInOrder,
+                          .MayHaveSidecar = !node.IsNew};
+    return entry.Kind == TreeKind::Link ? copier.CopyLink(source, place) : copier.CopyFile(source, place);
+}
+
+void TreeCopier::Solve() {
+    std::vector<Problem> problems;
+    {
+        const std::lock_guard hold(Guard);
+        problems.swap(Problems);
+        HasProblems = false;
+    }
+    for (const Problem& problem : problems) {
+        if (!Tally.IsStopped)
+            SolveOne(problem);
+        Release(problem.In, problem.Open, Worker::Caller);
+    }
+}
+
+// Asks until the entry is copied or given up.
+void TreeCopier::SolveOne(const Problem& first) {
+    Problem problem = first;
+    std::string name = problem.Entry.Name;
+    bool replaces = Options.Copy.Replaces && !Talk.AsksConflicts();
+    bool isForced = false;
+    while (!Tally.IsStopped) {
+        const bool isConflict = problem.End == CopyEnd::TargetRefused && problem.Error == ErrorObjectExists;
+        if (isConflict && Talk.AsksConflicts()) {
+            HostFd there;
+            ObjectFacts facts;
+            const std::string existing = NameThere(*problem.In, problem.Open.To->Get(), name, there);
+            const bool isDrawer = there && FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
+            const ConflictReply reply =
+                Talk.Ask(TreeConflict{TreePath(*problem.In, problem.Entry.Name), existing, false, isDrawer});
+            if (reply.Answer == ConflictAnswer::Skip || reply.Answer == ConflictAnswer::Abort) {
+                Tally.Skip(ErrorObjectExists);
+                return;
+            }
+            replaces = reply.Answer == ConflictAnswer::Replace;
+            name = replaces ? name : reply.NewName;
+        } else if (!AskTrouble(problem, TreeStep::Copy, isForced)) {
+            return;
+        } else if (isForced) {
+            Unprotect(problem, name);
+        }
+        const CopyResult result =
+            TryFully(*problem.In, problem.Open, problem.Entry, name, replaces, CopierOf(Worker::Caller));
+        if (result) {
+            Done(*problem.In, problem.Entry.Name, false, result.Lost);
+            return;
+        }
+        problem.End = result.End;
+        problem.Error = IoErr();
+    }
+}
+
+// True to try again. What was forced once is not forced a second time.
+bool TreeCopier::AskTrouble(const Problem& problem, TreeStep step, bool& isForced) {
+    const bool isDrawer = problem.Entry.Kind == TreeKind::Drawer;
+    const TroubleAnswer answer = Talk.Ask(
+        TreeTrouble{TreePath(*problem.In, problem.Entry.Name), step, problem.Error, problem.End, isDrawer});
+    if (answer == TroubleAnswer::Retry)
+        return true;
+    if (answer == TroubleAnswer::Force && !isForced) {
+        isForced = true;
+        return true;
+    }
+    Tally.Skip(problem.Error);
+    return false;
+}
+
+void TreeCopier::Unprotect(const Problem& problem, const std::string& name) {
+    Spot spot;
+    spot.On = problem.In->ToOn;
+    spot.Drawer = HostFd(Host().Duplicate(problem.Open.To->Get()));
+    spot.Name = NameThere(*problem.In, problem.Open.To->Get(), name, spot.Object);
+    if (spot.Drawer && spot.Object && FactsOf(spot.Object.Get(), spot.Facts) && !IsLinkMode(spot.Facts.Mode))
+        static_cast<void>(ChangeStored(spot, {.Protection = 0}));
+}
+
+TreeResult Refusal() {
+    TreeResult result;
+    result.FirstError = IoErr();
+    result.Skipped = 1;
+    return result;
+}
+
+TreeResult CopySingle(std::string_view from, std::string_view to, const TreeOptions& options,
+                      const TreeControl& control) {
+    TreeResult result;
+    CopyOptions single = options.Copy;
+    single.Moves = single.FollowsLink = false;
+    const CopyResult copied = Copy(from, to, single, [&](std::uint64_t bytes) {
+        result.Done.Bytes += bytes;
+        return !control.Progress || control.Progress(result.Done);
+    });
+    result.Lost = copied.Lost;
+    result.IsWhole = static_cast<bool>(copied);
+    result.IsCancelled = copied.End == CopyEnd::Cancelled;
+    result.Done.Objects = copied ? 1 : 0;
+    result.Skipped = copied ? 0 : 1;
+    result.FirstError = copied ? 0 : IoErr();
+    return result;
+}
+
+using PlanRef = std::shared_ptr<CopyPlan>;
+
+PlanRef PlanBetween(const DeviceWalk& source, const DeviceWalk& target) {
+    if (&source.Owner() != &HostHandler || &target.Owner() != &HostHandler) {
+        SetIoErr(ErrorActionNotKnown);
+        return nullptr;
+    }
+    const HostLockRef from = AsHostLock(source.Start());
+    const HostLockRef to = AsHostLock(target.Start());
+    if (!IsMounted(*from) || !IsMounted(*to))
+        return nullptr;
+    PlanRef plan = OnHost<PlanRef>(
+        to->SlowMount.empty() ? from : to,
+        [from, rest = std::string(source.Rest()), to, toRest = std::string(target.Rest())](WalkMode& mode) {
+            return std::make_shared<CopyPlan>(
+                PlanCopy(*from, rest, *to, toRest, {.Replaces = true}, DrawerThere::Merged, mode));
+        });
+    return plan && plan->End == CopyEnd::Done ? plan : nullptr;
+}
+
+} // namespace
+
+TreeResult CopyTree(std::string_view from, std::string_view to, const TreeOptions& options,
+                    const TreeControl& control) {
+    const PlanRef plan = AtEachPlaceToChange(from, [&](const DeviceWalk& source) {
+        return AtEachPlaceToChange(to, [&](const DeviceWalk& target) { return PlanBetween(source, target); });
+    });
+    if (!plan && IoErr() != ErrorActionNotKnown)
+        return Refusal();
+    if (!plan || !IsDrawerMode(plan->Source.Facts.Mode))
+        return CopySingle(from, to, options, control);
+    TreeCopier copier(options, control);
+    TreeResult result = copier.Run(*plan);
+    SetIoErr(result.IsCancelled ? ErrorBreak : result.FirstError);
+    return result;
+}
+
+} // namespace dos

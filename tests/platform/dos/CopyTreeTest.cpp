@@ -1,0 +1,223 @@
+#include "platform/dos/CopyTree.h"
+
+#include "platform/dos/Changes.h"
+#include "platform/dos/Files.h"
+#include "tests/platform/dos/DosTest.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Every entry below a drawer with what a user would miss if it changed.
+std::map<std::string, std::string> Look(const std::string& root) {
+    std::map<std::string, std::string> picture;
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+        struct stat about {};
+        EXPECT_EQ(::lstat(entry.path().c_str(), &about), 0);
+        std::string text = std::to_string(about.st_mode) + " " + std::to_string(about.st_mtim.tv_sec) + "." +
+                           std::to_string(about.st_mtim.tv_nsec) + " ";
+        if (entry.is_symlink())
+            text += fs::read_symlink(entry.path()).string();
+        else if (entry.is_regular_file())
+            text += std::string(std::istreambuf_iterator<char>(std::ifstream(entry.path()).rdbuf()), {});
+        if (entry.path().filename() == "noted.uaem") // it is written anew
+            text.erase(0, text.find("-s-"));
+        picture[entry.path().string().substr(root.size())] = text;
+    }
+    return picture;
+}
+
+void MakeOld(const std::string& root) {
+    std::vector<std::string> paths;
+    for (const auto& entry : fs::recursive_directory_iterator(root))
+        paths.push_back(entry.path().string());
+    long at = 0;
+    for (const std::string& path : paths) {
+        const timespec times[2] = {{1'000'000'000, 0}, {1'000'000'000 + ++at, at}};
+        EXPECT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), 0);
+    }
+}
+
+class CopyTreeTest : public DosTest {
+protected:
+    void PlantAwkward() {
+        for (const char* name : {"from/plain", "from/new\nline", "from/quo\"te's", "from/bad\xff\xfe utf",
+                                 "from/a/b/c/deep", "from/noted", "from/only.uaem"})
+            Tree.Write(name, name);
+        Tree.Write("from/" + std::string(255, 'l'), "long");
+        Tree.Write("from/noted.uaem", "-s-arwed 2001-02-03 04:05:06.08 A note\n");
+        Tree.Drawer("from/empty");
+        Tree.Link("from/link", "a/b");
+        Tree.Link("from/broken", "/nowhere");
+        fs::create_hard_link(Tree.Path("from/plain"), Tree.Path("from/twin"));
+        ASSERT_EQ(::chmod(Tree.Path("from/a/b").c_str(), 0555), 0);
+        MakeOld(Tree.Path("from"));
+    }
+    // Notes what goes wrong and gives one answer to all of it.
+    dos::TreeControl Answering(dos::TroubleAnswer answer) {
+        dos::TreeControl control;
+        control.Trouble = [this, answer](const dos::TreeTrouble& trouble) {
+            Troubles[trouble.Path] = trouble.Error;
+            return answer;
+        };
+        return control;
+    }
+    std::map<std::string, long> Troubles;
+};
+
+TEST_F(CopyTreeTest, TreeIsCopiedWithAllThatIsInIt) {
+    PlantAwkward();
+    std::size_t finished = 0;
+    dos::TreeControl control;
+    control.Finished = [&](const std::string&, bool) { ++finished; };
+    const dos::TreeResult result = dos::CopyTree("Test:from", "Test:to", {}, control);
+    ASSERT_TRUE(result) << result.FirstError;
+    EXPECT_EQ(result.Lost, 0u);
+    EXPECT_EQ(Look(Tree.Path("to")), Look(Tree.Path("from")));
+    EXPECT_EQ(result.Done.Objects, finished);
+    EXPECT_EQ(dos::ExamineObject("Test:to/noted")->Comment, "A note");
+}
+
+using Errors = std::map<std::string, long>;
+
+TEST_F(CopyTreeTest, WhatCannotBeCopiedIsToldAndTheRestGoesOn) {
+    for (const char* name : {"from/a/file", "from/closed", "from/z"})
+        Tree.Write(name, name);
+    ::mkfifo(Tree.Path("from/a/pipe").c_str(), 0600);
+    ::mknod(Tree.Path("from/device").c_str(), S_IFCHR | 0600, 0);
+    Calls().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        if (std::string_view(name) == "closed") {
+            errno = EACCES;
+            return -1;
+        }
+        return dos::RealHost().Openat(drawer, name, flags, mode);
+    };
+    const dos::TreeResult result =
+        dos::CopyTree("Test:from", "Test:to", {}, Answering(dos::TroubleAnswer::Skip));
+    EXPECT_FALSE(result);
+    Errors wanted{{"a/pipe", 212}, {"closed", 224}};
+    if (Tree.Exists("from/device"))
+        wanted["device"] = 212;
+    EXPECT_EQ(Troubles, wanted);
+    EXPECT_EQ(result.Skipped, wanted.size());
+    EXPECT_EQ(Tree.Read("to/a/file") + Tree.Read("to/z"), "from/a/filefrom/z");
+}
+
+TEST_F(CopyTreeTest, ConflictsAreAskedAndAnswered) {
+    for (const char* name : {"from/skip", "from/replace", "from/rename", "from/d/skip", "from/e/file"})
+        Tree.Write(name, "new");
+    for (const char* name : {"to/skip", "to/replace", "to/rename", "to/d/skip", "to/e/file", "to/d/other"})
+        Tree.Write(name, "old");
+    dos::TreeControl control;
+    control.Conflict = [](const dos::TreeConflict& conflict) -> dos::ConflictReply {
+        if (conflict.Path == "replace" || conflict.Path == "d")
+            return {dos::ConflictAnswer::Replace};
+        if (conflict.Path == "rename" || conflict.Path == "e")
+            return {dos::ConflictAnswer::Rename, conflict.Path + " 2"};
+        return {};
+    };
+    const dos::TreeResult result = dos::CopyTree("Test:from", "Test:to", {.MergesDrawers = false}, control);
+    EXPECT_EQ(result.Skipped, 2u);
+    for (const auto& [name, text] : {std::pair{"skip", "old"},
+                                     {"replace", "new"},
+                                     {"rename", "old"},
+                                     {"rename 2", "new"},
+                                     {"d/skip", "old"},
+                                     {"d/other", "old"},
+                                     {"e/file", "old"},
+                                     {"e 2/file", "new"}})
+        EXPECT_EQ(Tree.Read(std::string("to/") + name), text) << name;
+    ASSERT_TRUE(dos::CopyTree("Test:from", "Test:to", {.Copy = {.Replaces = true}}));
+    EXPECT_EQ(Tree.Read("to/d/skip"), "new");
+}
+
+TEST_F(CopyTreeTest, ADrawerIntoItselfIsRefusedBeforeAnythingHappens) {
+    Tree.Write("from/a/file", "x");
+    for (const char* to : {"Test:from", "Test:from/copy", "Test:from/a"}) {
+        EXPECT_FALSE(dos::CopyTree("Test:from", to));
+        EXPECT_EQ(dos::IoErr(), 202) << to;
+    }
+    EXPECT_EQ(Look(Tree.Path("from")).size(), 2u);
+}
+
+TEST_F(CopyTreeTest, ProtectedTargetsAreForcedWhenAsked) {
+    Tree.Write("from/file", "new");
+    Tree.Write("to/file", "old");
+    ::setxattr(Tree.Path("to/file").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
+    const dos::TreeOptions replacing{.Copy = {.Replaces = true}};
+    EXPECT_FALSE(dos::CopyTree("Test:from", "Test:to", replacing, Answering(dos::TroubleAnswer::Skip)));
+    EXPECT_EQ(Troubles, (Errors{{"file", 222}}));
+    EXPECT_EQ(Tree.Read("to/file"), "old");
+    EXPECT_TRUE(dos::CopyTree("Test:from", "Test:to", replacing, Answering(dos::TroubleAnswer::Force)));
+    EXPECT_EQ(Tree.Read("to/file"), "new");
+}
+
+TEST_F(CopyTreeTest, DeepTreesNeedFewDescriptorsBothWays) {
+    constexpr int Levels = 1500;
+    int at = ::open(Tree.Root().c_str(), O_RDONLY | O_DIRECTORY);
+    for (int i = 0; i < Levels; ++i) {
+        const char* name = i == 0 ? "deep" : "a drawer";
+        ASSERT_EQ(::mkdirat(at, name, 0777), 0);
+        const int next = ::openat(at, name, O_RDONLY | O_DIRECTORY);
+        ::close(::openat(next, "file", O_CREAT | O_WRONLY, 0666));
+        ::close(std::exchange(at, next));
+    }
+    ::close(at);
+    rlimit old{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &old), 0);
+    const rlimit few{300, old.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    const dos::TreeResult copied = dos::CopyTree("Test:deep", "Test:copy");
+    const dos::TreeResult gone = dos::DeleteTree("Test:deep");
+    const dos::TreeResult goneToo = dos::DeleteTree("Test:copy");
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &old), 0);
+    for (const dos::TreeResult& result : {copied, gone, goneToo}) {
+        EXPECT_TRUE(result) << result.FirstError;
+        EXPECT_EQ(result.Done.Objects, 2u * Levels);
+    }
+    EXPECT_TRUE(NamesIn("Test:").empty());
+}
+
+TEST_F(CopyTreeTest, DeletingRespectsProtectionAndFollowsNoLink) {
+    for (const char* name :
+         {"tree/a/kept", "tree/a/goes", "tree/guarded/inside", "tree/note", "outside/file"})
+        Tree.Write(name, "x");
+    Tree.Write("tree/note.uaem", "----rwe- 2001-02-03 04:05:06.08 A note\n");
+    Tree.Link("tree/link", Tree.Path("outside"));
+    ::setxattr(Tree.Path("tree/a/kept").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
+    ::setxattr(Tree.Path("tree/guarded").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
+    const auto keeping = Answering(dos::TroubleAnswer::Skip);
+    EXPECT_FALSE(dos::DeleteTree("Test:tree", dos::Protected::Respected, keeping));
+    EXPECT_EQ(Troubles, (Errors{{"a/kept", 222}, {"guarded", 222}, {"note", 222}}));
+    EXPECT_TRUE(Tree.Exists("tree/a/kept") && Tree.Exists("tree/guarded/inside") &&
+                Tree.Exists("tree/note.uaem"));
+    EXPECT_FALSE(Tree.Exists("tree/a/goes") || Tree.Exists("tree/link"));
+    const auto forcing = Answering(dos::TroubleAnswer::Force);
+    EXPECT_TRUE(dos::DeleteTree("Test:tree/guarded", dos::Protected::Respected, forcing));
+    EXPECT_TRUE(dos::DeleteTree("Test:tree", dos::Protected::Forced)) << dos::IoErr();
+    EXPECT_FALSE(Tree.Exists("tree"));
+    EXPECT_TRUE(Tree.Exists("outside/file"));
+}
+
+TEST_F(CopyTreeTest, ACancelStopsBothThreadsAndLeavesWholeFiles) {
+    for (int i = 0; i < 300; ++i)
+        Tree.Write("from/" + std::to_string(i % 7) + "/" + std::to_string(i), std::string(5000, 'x'));
+    dos::TreeControl control;
+    control.Progress = [](const dos::TreeProgress& progress) { return progress.Objects < 50; };
+    const dos::TreeResult result = dos::CopyTree("Test:from", "Test:to", {}, control);
+    EXPECT_TRUE(result.IsCancelled);
+    EXPECT_EQ(dos::IoErr(), dos::ErrorBreak);
+    for (const auto& entry : fs::recursive_directory_iterator(Tree.Path("to")))
+        EXPECT_TRUE(!entry.is_regular_file() || entry.file_size() == 5000u) << entry.path();
+    EXPECT_TRUE(dos::DeleteTree("Test:from", dos::Protected::Respected, control).IsCancelled);
+}
+
+} // namespace
