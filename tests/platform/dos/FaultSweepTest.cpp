@@ -1,19 +1,25 @@
-// Every changing call with each of its host calls failing in turn. Whatever fails, each file is the old
-// or the new one as a whole, no temporary file stays and no descriptor is lost.
+// Every changing call with each of its host calls failing in turn, and with the process killed at each of
+// them. Whatever fails, each file is the old or the new one as a whole, no temporary file stays and no
+// descriptor is lost.
 #include "platform/dos/Changes.h"
+#include "platform/dos/Copy.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <cerrno>
+#include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <sys/wait.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace {
 
 constexpr std::string_view OldLine = "----rwed 2001-02-03 04:05:06.08 old\n";
 
-enum class Fault { Error, ShortWrite };
+enum class Fault { Error, ShortWrite, Kill };
 
 int FailingCall = -1; // counted over all calls; -1 for none
 int CallsSeen = 0;
@@ -23,6 +29,8 @@ Fault Kind = Fault::Error;
 bool IsToFail() {
     if (CallsSeen++ != FailingCall)
         return false;
+    if (Kind == Fault::Kill)
+        ::raise(SIGKILL);
     errno = FailWith;
     return true;
 }
@@ -53,15 +61,27 @@ int FaultyFsync(int) {
     return IsToFail() ? -1 : 0;
 }
 
+bool HasNamelessFiles = true; // of the host; without them temporary ones have names
+
+int FaultyOpenat(int drawer, const char* name, int flags, unsigned mode) {
+    if (!HasNamelessFiles && (flags & O_TMPFILE) == O_TMPFILE) {
+        errno = ENOTSUP;
+        return -1;
+    }
+    return IsToFail() ? -1 : dos::RealHost().Openat(drawer, name, flags, mode);
+}
+
 void BeginFaults(int number) {
     using Calls = dos::HostCalls;
     FailingCall = number;
     CallsSeen = 0;
-    MakeFaulty<&Calls::Openat, &Calls::Openat2, &Calls::Duplicate, &Calls::Statx, &Calls::Getdents,
-               &Calls::Readlinkat, &Calls::Getxattr, &Calls::Listxattr, &Calls::Fsetxattr, &Calls::Fchown,
-               &Calls::Read, &Calls::Lseek, &Calls::Fchmod, &Calls::ChangeMode, &Calls::SetAttribute,
-               &Calls::RemoveAttribute, &Calls::SetTime, &Calls::Ftruncate, &Calls::Clone, &Calls::Mkdirat,
-               &Calls::Symlinkat, &Calls::LinkObject, &Calls::Unlinkat, &Calls::Renameat2>();
+    MakeFaulty<&Calls::Openat2, &Calls::Flistxattr, &Calls::Fgetxattr, &Calls::SetTimes, &Calls::CopyRange,
+               &Calls::Duplicate, &Calls::Statx, &Calls::Getdents, &Calls::Readlinkat, &Calls::Getxattr,
+               &Calls::Listxattr, &Calls::Fsetxattr, &Calls::Fchown, &Calls::Read, &Calls::Lseek,
+               &Calls::Fchmod, &Calls::ChangeMode, &Calls::SetAttribute, &Calls::RemoveAttribute,
+               &Calls::SetTime, &Calls::Ftruncate, &Calls::Clone, &Calls::Mkdirat, &Calls::Symlinkat,
+               &Calls::LinkObject, &Calls::Unlinkat, &Calls::Renameat2>();
+    dos::Host().Openat = FaultyOpenat;
     dos::Host().Write = FaultyWrite;
     dos::Host().Fsync = FaultyFsync;
 }
@@ -77,6 +97,7 @@ struct Change {
     std::string_view Name;
     std::function<bool()> Deed;
     bool SidecarMayLag = false; // false can stand for a deed that only the sidecar could not follow
+    bool MayLose = false;       // true can stand for new contents without bits, comment or date
 };
 
 bool WriteThrough(std::string_view path, dos::OpenMode mode) {
@@ -108,6 +129,13 @@ std::vector<Change> Changes(std::string_view volume) {
         {"write noted", [=] { return WriteThrough(at + "noted", dos::OpenMode::New); }, true},
         {"change old", [=] { return WriteThrough(at + "file", dos::OpenMode::Old); }},
         {"read and write", [=] { return WriteThrough(at + "made", dos::OpenMode::ReadWrite); }},
+        {"copy", [=] { return static_cast<bool>(dos::Copy(at + "file", at + "made")); }, false, true},
+        {"copy over",
+         [=] { return static_cast<bool>(dos::Copy(at + "file", at + "noted", {.Replaces = true})); }, false,
+         true},
+        {"copy noted", [=] { return static_cast<bool>(dos::Copy(at + "noted", at + "drawer/made")); }, false,
+         true},
+        {"copy drawer", [=] { return static_cast<bool>(dos::Copy(at + "empty", at + "made")); }, false, true},
         {"protect", [=] { return dos::SetProtection(at + "file", 0x42); }},
         {"protect noted", [=] { return dos::SetProtection(at + "noted", 0x42); }},
         {"comment", [=] { return dos::SetComment(at + "file", "new"); }},
@@ -161,7 +189,18 @@ protected:
     }
     // Runs the deed with that call failing; true when the sweep is over.
     bool RunOne(const Change& change, int number, const Picture& wanted);
+    // Runs the deed in a process that is killed at that call; true when the sweep is over.
+    bool KillOne(const Change& change, int number, const Picture& wanted);
 };
+
+// The names, and how contents begin: without sidecars, bits and comments.
+Picture Bare(const Picture& picture) {
+    Picture bare;
+    for (const auto& [name, text] : picture)
+        if (!name.ends_with(".uaem"))
+            bare[name] = text.starts_with(' ') ? "" : text.substr(0, 3); // a drawer has none
+    return bare;
+}
 
 bool FaultSweepTest::RunOne(const Change& change, int number, const Picture& wanted) {
     TempTree tree;
@@ -187,6 +226,8 @@ bool FaultSweepTest::RunOne(const Change& change, int number, const Picture& wan
         for (const auto& [name, text] : rest)
             EXPECT_EQ(text.substr(0, 3), behind[name].substr(0, 3)) << name;
         EXPECT_EQ(rest.size(), behind.size());
+    } else if (change.MayLose && done) {
+        EXPECT_EQ(Bare(after), Bare(wanted));
     } else {
         EXPECT_EQ(after, done ? wanted : before);
     }
@@ -215,6 +256,52 @@ TEST_P(FaultSweepTest, WhicheverCallFailsOldOrNewIsWhole) {
                 return;
             EXPECT_GT(number, 2) << change.Name;
         }
+    }
+}
+
+bool FaultSweepTest::KillOne(const Change& change, int number, const Picture& wanted) {
+    TempTree tree;
+    Plant(tree);
+    const Picture before = Look(tree.Root());
+    const pid_t child = ::fork();
+    if (child == 0) {
+        BeginFaults(number);
+        ::_exit(change.Deed() ? 0 : 1);
+    }
+    int status = 0;
+    EXPECT_EQ(::waitpid(child, &status, 0), child);
+    SCOPED_TRACE(std::string(change.Name) + ", killed at call " + std::to_string(number));
+    // Listing shows nothing of what was left, and clears it away.
+    for (const char* drawer : {"Test:", "Test:drawer"})
+        for (const std::string& name : NamesIn(drawer))
+            EXPECT_FALSE(name.starts_with(".solvane-")) << name;
+    const Picture after = Look(tree.Root());
+    for (const auto& [name, text] : after)
+        EXPECT_EQ(name.find(".solvane-"), std::string::npos) << name;
+    EXPECT_TRUE(Bare(after) == Bare(before) || Bare(after) == Bare(wanted)) << testing::PrintToString(after);
+    if (!WIFEXITED(status))
+        return false;
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    return true;
+}
+
+TEST_P(FaultSweepTest, AKilledProcessLeavesOldOrNew) {
+    for (const Change& change : Changes("Test:")) {
+        Picture wanted;
+        {
+            TempTree tree;
+            Plant(tree);
+            ASSERT_TRUE(change.Deed()) << change.Name << " " << dos::IoErr();
+            wanted = Look(tree.Root());
+        }
+        Kind = Fault::Kill;
+        for (const bool nameless : {true, false}) {
+            HasNamelessFiles = nameless;
+            for (int number = 0; !KillOne(change, number, wanted); ++number)
+                if (HasFailure())
+                    return;
+        }
+        HasNamelessFiles = true;
     }
 }
 
