@@ -16,6 +16,8 @@ constexpr Command Table[] = {
     {"Assign",
      "NAME,TARGET/M,LIST/S,EXISTS/S,DEFER/S,PATH/S,ADD/S,PREPEND/S,REMOVE/S,VOLS/S,DIRS/S,DEVICES/S",
      "Shows and sets the names that stand before a colon", RunAssign},
+    {"Copy", "FROM/M,TO/A,ALL/S,QUIET/S,BUF=BUFFER/K/N,CLONE/S,DATES/S,NOPRO/S,COM/S,NOREQ/S",
+     "Copies files and drawers", RunCopy},
     {"Date", "TO=VER/K", "Shows the date and time", RunDate},
     {"Delete", "FILE/M/A,ALL/S,QUIET/S,FORCE/S", "Deletes files and drawers", RunDelete},
     {"Dir", "DIR,OPT/K,ALL/S,DIRS/S,FILES/S", "Shows the names in a drawer", RunDir},

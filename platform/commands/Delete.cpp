@@ -2,6 +2,7 @@
 #include "platform/commands/Runs.h"
 #include "platform/commands/Walk.h"
 #include "platform/dos/Changes.h"
+#include "platform/dos/CopyTree.h"
 #include "platform/dos/Errors.h"
 
 #include <algorithm>
@@ -35,19 +36,30 @@ int DeleteOne(Context& context, const DeleteOptions& options, const Found& objec
     return ReturnOk;
 }
 
-// An object and, when it is a full drawer and that is wanted, first what is in it.
-int DeleteTree(Context& context, const DeleteOptions& options, const Found& object) {
-    const InDrawer current(object);
-    if (Remove(object, options.IsForced)) {
+// An object with all that is in it. What could not be removed is told of and stays.
+int DeleteAll(Context& context, const DeleteOptions& options, const Found& object) {
+    int code = ReturnOk;
+    const auto textOf = [&](const std::string& path) {
+        return path.empty() ? object.Text : JoinText(object.Text, path);
+    };
+    dos::TreeControl control;
+    control.Progress = [&](const dos::TreeProgress&) { return !IsStopped(context); };
+    control.Finished = [&](const std::string& path, bool) {
         if (!options.IsQuiet)
-            PrintLine(context, Shown(context, object.Text) + "  Deleted");
-        return ReturnOk;
-    }
-    if (!options.IsAll || dos::IoErr() != dos::ErrorDirectoryNotEmpty)
-        return Complain(context, object.Text);
-    const int code = ForEachBelow(context, object, Order::DrawersLast,
-                                  [&](const Found& inner) { return DeleteOne(context, options, inner); });
-    return code != ReturnOk ? code : DeleteOne(context, options, object);
+            PrintLine(context, Shown(context, textOf(path)) + "  Deleted");
+    };
+    control.Trouble = [&](const dos::TreeTrouble& trouble) {
+        dos::SetIoErr(trouble.Error);
+        code = std::max(code, Complain(context, textOf(trouble.Path)));
+        return dos::TroubleAnswer::Skip;
+    };
+    const auto rule = options.IsForced ? dos::Protected::Forced : dos::Protected::Respected;
+    const dos::TreeResult result = dos::DeleteTree(object.Path, rule, control);
+    if (result || code != ReturnOk)
+        return code;
+    if (!IsStopped(context))
+        dos::SetIoErr(result.FirstError);
+    return Complain(context, object.Text);
 }
 
 } // namespace
@@ -62,7 +74,9 @@ int RunDelete(Context& context, const dos::ArgResults& arguments) {
         for (const Found& object : matches.Objects) {
             if (IsStopped(context))
                 return std::max(code, Complain(context));
-            const int one = DeleteTree(context, options, object);
+            const InDrawer current(object);
+            const int one =
+                options.IsAll ? DeleteAll(context, options, object) : DeleteOne(context, options, object);
             isAny = true;
             // Nothing to delete is a warning, so that a script goes on.
             const bool isMissing =

@@ -6,6 +6,7 @@
 namespace commands {
 
 int RunAssign(Context& context, const dos::ArgResults& arguments);
+int RunCopy(Context& context, const dos::ArgResults& arguments);
 int RunDate(Context& context, const dos::ArgResults& arguments);
 int RunDelete(Context& context, const dos::ArgResults& arguments);
 int RunDir(Context& context, const dos::ArgResults& arguments);

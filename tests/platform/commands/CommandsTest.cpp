@@ -181,6 +181,36 @@ TEST_F(CommandsTest, RenameMovesAndNeverReplaces) {
     EXPECT_EQ(NamesIn("Test:w"), (std::vector<std::string>{"D", "e", "x"}));
 }
 
+TEST_F(CommandsTest, CopyGoesByWhatItsSourceAndTargetAre) {
+    for (const std::string_view name : {"w/a.c", "w/b.c", "w/d/x", "w/d/in/y"})
+        Tree.Write(name, name);
+    Tree.Link("w/link", "a.c");
+    Out("Filenote a.c note");
+    Out("SetDate a.c 03-Sep-25 12:34:56");
+    Check({
+        {"Copy a.c n", 0, "   a.c..copied\n"},
+        {"Copy a.c m CLONE QUIET", 0, ""},
+        {"List m LFORMAT \"%d %c\"", 0, "03-Sep-25 note\n"},
+        {"List n LFORMAT %c", 0, "\n"},
+        {"Copy b.c n QUIET", 0, ""},
+        {"Type n", 0, "w/b.c"},
+        {"Copy link l QUIET", 0, ""},
+        {"Copy d e QUIET", 0, ""},
+        {"List e ALL LFORMAT %p%n", 0, "e/x\n"},
+        {"Copy d f ALL QUIET", 0, ""},
+        {"List f ALL LFORMAT %p%n", 0, "f/in\nf/x\nf/in/y\n"},
+        {"Copy #?.c f QUIET", 0, ""},
+        {"Copy a.c d g ALL QUIET", 0, ""},
+        {"List g ALL LFORMAT %p%n", 0, "g/a.c\ng/d\ng/d/in\ng/d/x\ng/d/in/y\n"},
+        {"Copy none h", 10, "Copy: none: object not found\n"},
+        {"Copy a.c a.c", 10, "Copy: a.c: object is in use\n"},
+        {"Copy d d/in ALL", 10, "Copy: d: object is in use\n"},
+        {"Copy a.c", 10, "Copy: a.c: object already exists\n"},
+    });
+    EXPECT_FALSE(std::filesystem::is_symlink(Tree.Path("w/l")));
+    EXPECT_EQ(NamesIn("Test:w/f"), (std::vector<std::string>{"a.c", "b.c", "in", "x"}));
+}
+
 TEST_F(CommandsTest, DeleteTakesWhatIsNamedAndNothingElse) {
     for (const std::string_view name : {"w/a.c", "w/b.c", "w/#?", "w/d/x", "w/d/in/y", "w/p/z", "env/kept"})
         Tree.Write(name, "");
@@ -196,7 +226,8 @@ TEST_F(CommandsTest, DeleteTakesWhatIsNamedAndNothingElse) {
         {"Delete #?.c", 0, "a.c  Deleted\nb.c  Deleted\n"},
         {"Delete d", 10, "Delete: d: directory not empty\n"},
         {"Delete link ALL", 0, "link  Deleted\n"},
-        {"Delete d ALL", 0, "d/in/y  Deleted\nd/in  Deleted\nd/out  Deleted\nd/x  Deleted\nd  Deleted\n"},
+        {"Delete d/in ALL", 0, "d/in/y  Deleted\nd/in  Deleted\n"},
+        {"Delete d ALL QUIET", 0, ""},
         {"Delete p/z QUIET", 10, "Delete: p/z: object is protected from deletion\n"},
         {"Delete p ALL QUIET", 10, "Delete: p/z: object is protected from deletion\n"},
         {"Delete p ALL FORCE QUIET", 0, ""},
