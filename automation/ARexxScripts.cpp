@@ -5,6 +5,7 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "sak/FilenameSupport.h"
+#include "sak/SortGenericLists.h"
 
 #include <string_view>
 #include <utility>
@@ -42,7 +43,15 @@ bool DiscoverARexxScripts() {
     if (!SAK_JoinFilename(drawer, ProgramDir.View(), "ARexx") || !AddScripts(drawer.View())) {
         return false;
     }
-    return Prefs.IncludeREXX == 0 || AddScripts("REXX:");
+    if (Prefs.IncludeREXX != 0 && !AddScripts("REXX:")) {
+        return false;
+    }
+    SortARexxList();
+    return true;
+}
+
+void SortARexxList() {
+    SAK_SortGenericList(*ARexxList, SortOrder::Ascending, ByText(&ARexxNode::ScriptName));
 }
 
 } // namespace solvane

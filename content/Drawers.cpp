@@ -5,6 +5,7 @@
 #include "content/ListContents.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
+#include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "media/Preview.h"
@@ -108,6 +109,8 @@ void ReadDrawers(std::vector<OpenedDrawer> drawers) {
     for (OpenedDrawer& drawer : drawers) {
         ListContents(drawer);
     }
+    LBLocation = LocationKind::Drawer;
+    CheckLocations();
     SortContentList(Prefs.ContentSortDirection);
     PathOnShow = CurrentPath;
 }
@@ -144,7 +147,6 @@ bool ScanDrawer() {
         LBTop = 0;
     }
     DoReload = 0;
-    LBLocation = LocationKind::Drawer;
     BuildContentList();
     RestoreSelection(selection);
     BlockMainWindow(0);

@@ -93,23 +93,6 @@ int CompareKeys(const SortItem& a, const SortItem& b) {
     return utility::Stricmp({a.Bytes, a.Size}, {b.Bytes, b.Size});
 }
 
-// An arrival that is not below the largest before it stands behind its equals, any other before them.
-void RankAscending(std::vector<SortItem>& items) {
-    std::size_t largest = 0;
-    for (std::size_t at = 0; at < items.size(); ++at) {
-        const bool toTail = CompareKeys(items[at], items[largest]) >= 0;
-        const auto arrival = static_cast<std::int32_t>(at);
-        items[at].Rank = toTail ? arrival : -arrival;
-        largest = toTail ? at : largest;
-    }
-}
-
-void RankDescending(std::vector<SortItem>& items) {
-    for (std::size_t at = 0; at < items.size(); ++at) {
-        items[at].Rank = -static_cast<std::int32_t>(at);
-    }
-}
-
 } // namespace
 
 std::string_view TextKey(const ContentNode& node, DetailsColumn column) {
@@ -173,19 +156,7 @@ void OrderByKey(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrde
     for (ContentNode* node : nodes) {
         items.push_back(MakeItem(node, column));
     }
-    const bool ascending = order == SortOrder::Ascending;
-    if (ascending) {
-        RankAscending(items);
-    } else {
-        RankDescending(items);
-    }
-    std::sort(items.begin(), items.end(), [ascending](const SortItem& a, const SortItem& b) {
-        const int compared = CompareKeys(a, b);
-        if (compared != 0) {
-            return ascending ? compared < 0 : compared > 0;
-        }
-        return a.Rank < b.Rank;
-    });
+    OrderAsInserted(items, order, CompareKeys);
     std::transform(items.begin(), items.end(), nodes.begin(), [](const SortItem& item) { return item.Node; });
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/ContentNode.h"
+#include "sak/SortGenericLists.h"
 
 #include <cstdint>
 #include <string_view>
@@ -40,16 +41,12 @@ enum class DetailsColumn : std::int32_t {
 };
 inline constexpr std::int32_t DetailsColumnCount = 25; // the icon column counted
 
-enum class SortOrder { Ascending, Descending };
-
 // The text that a text column sorts by; the name for a column that is none. By name, SortPrefix counts first.
 [[nodiscard]] std::string_view TextKey(const ContentNode& node, DetailsColumn column);
 [[nodiscard]] bool IsNumberColumn(DetailsColumn column);
 
-// Puts nodes, given in the order of their arrival, into their order by that column: the order in which they
-// would stand had each been inserted in turn into a sorted list. Ascending, an entry at least as large as all
-// before it goes to the tail and any other before its equals; descending, every entry goes before its equals.
-// Costs n log n comparisons whatever the arrival.
+// Puts nodes, given in the order of their arrival, into their order by that column, as OrderAsInserted has
+// it.
 void OrderByKey(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order);
 
 } // namespace solvane

@@ -5,11 +5,15 @@
 #include "content/EntryTexts.h"
 #include "content/Selection.h"
 #include "content/SortKeys.h"
+#include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
+#include "interface/Menus.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "prefs/LoadSavePrefs.h"
 
+#include <algorithm>
+#include <array>
 #include <vector>
 
 namespace solvane {
@@ -18,28 +22,52 @@ std::int32_t SortDirection = 0;
 
 namespace {
 
+// How one location is sorted. A location without a row here brings its own list.
+struct SortedLocation {
+    LocationKind Location;
+    std::int16_t PrefsRecord::*Direction;
+    std::int32_t PrefsRecord::*Column;
+    void (*Sort)(std::int32_t direction);
+    bool HasPrefixes; // drawers and files are told apart before the name
+};
+
+constexpr std::array Locations = {
+    SortedLocation{LocationKind::Workbench, &PrefsRecord::WorkbenchSortDirection,
+                   &PrefsRecord::ContentDetailsCISortColumn, SortWorkbenchList, false},
+    SortedLocation{LocationKind::Drawer, &PrefsRecord::ContentSortDirection,
+                   &PrefsRecord::ContentDetailsCISortColumn, SortContentList, true},
+};
+
+const SortedLocation* SortedLocationOnShow() {
+    const auto* found = std::find_if(Locations.begin(), Locations.end(), [](const SortedLocation& candidate) {
+        return candidate.Location == LBLocation;
+    });
+    return found != Locations.end() ? found : nullptr;
+}
+
 DetailsColumn SortColumnInForce() {
-    const bool details = IsDetailsStyle(Prefs.ContentViewStyle);
+    const bool details = IsDetailsStyle(ViewStyleInForce());
     return details ? static_cast<DetailsColumn>(Prefs.ContentDetailsCISortColumn) : DetailsColumn::Name;
 }
 
 // Takes the choice over into the preferences. True when the direction was turned round.
-bool TakeSortChoice(std::int32_t column) {
-    const bool toggled = column == SameColumn || column == Prefs.ContentDetailsCISortColumn;
+bool TakeSortChoice(const SortedLocation& location, std::int32_t column) {
+    const bool toggled = column == SameColumn || column == static_cast<std::int32_t>(SortColumnInForce());
     if (toggled) {
-        Prefs.ContentSortDirection = Prefs.ContentSortDirection == 0 ? 1 : 0;
+        Prefs.*location.Direction = Prefs.*location.Direction == 0 ? 1 : 0;
     }
-    if (IsDetailsStyle(Prefs.ContentViewStyle) && column != SameColumn) {
-        Prefs.ContentDetailsCISortColumn = column;
+    if (IsDetailsStyle(ViewStyleInForce()) && column != SameColumn) {
+        Prefs.*location.Column = column;
     }
     return toggled;
 }
 
-// Sorts what is on show and builds its rows anew, the selection kept.
-void SortAndRebuild() {
+// Sorts what is on show and builds its rows anew, selection and place kept.
+void SortAndRebuild(const SortedLocation& location) {
+    NoteTopRow();
     SelectContentListItems();
     FreeContentRows();
-    SortContentList(Prefs.ContentSortDirection);
+    location.Sort(Prefs.*location.Direction);
     BuildContentList();
     HighlightContentListItems();
 }
@@ -55,35 +83,46 @@ void SortContentList(std::int32_t direction) {
     for (ContentNode& node : *ContentList) {
         nodes.push_back(&node);
     }
-    OrderByKey(nodes, SortColumnInForce(), direction == 0 ? SortOrder::Ascending : SortOrder::Descending);
+    OrderByKey(nodes, SortColumnInForce(), SortOrderOf(direction));
     static_cast<void>(SAK_ReorderGenericList(*ContentList, nodes));
 }
 
+void SortWorkbenchList(std::int32_t direction) {
+    SortContentList(direction);
+}
+
+void SortDOSList() {
+    if (DOSList) {
+        SAK_SortGenericList(*DOSList, SortOrder::Ascending, ByText(&DOSNode::EntryPath));
+    }
+}
+
 void SortBy(std::int32_t column) {
-    if (LBLocation != LocationKind::Drawer) {
-        return; // the other locations sort with their own lists
+    const SortedLocation* location = SortedLocationOnShow();
+    if (location == nullptr) {
+        return;
     }
     BlockMainWindow(1);
-    if (TakeSortChoice(column)) {
-        SortDirection = Prefs.ContentSortDirection;
+    if (TakeSortChoice(*location, column) && location->HasPrefixes) {
+        SortDirection = Prefs.*location->Direction;
         ReverseContentSortNameType();
     }
-    NoteTopRow();
-    SortAndRebuild();
+    SortAndRebuild(*location);
     BlockMainWindow(0);
     SavePrefs(0);
+    SetSortByDirection();
 }
 
 void DrawersOrder() {
-    if (LBLocation != LocationKind::Drawer) {
+    const SortedLocation* location = SortedLocationOnShow();
+    SavePrefs(0);
+    if (location == nullptr || !location->HasPrefixes) {
         return;
     }
     BlockMainWindow(1);
     ReverseContentSortNameType();
-    NoteTopRow();
-    SortAndRebuild();
+    SortAndRebuild(*location);
     BlockMainWindow(0);
-    SavePrefs(0);
 }
 
 void ReverseContentSortNameType() {

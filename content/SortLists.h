@@ -17,11 +17,18 @@ extern std::int32_t SortDirection; // of the last SortBy; 0 is ascending
 // pointers to records stay good.
 void SortContentList(std::int32_t direction);
 
-// The user's choice of a Details column. The column that is the sort column already, and SameColumn, turn the
-// direction round. The rows are rebuilt with the selection kept, and the preferences are saved.
+// The same for the objects of the Workbench, which are entries too.
+void SortWorkbenchList(std::int32_t direction);
+
+// Sorts DOSList by the paths of what was found.
+void SortDOSList();
+
+// The user's choice of a column. The one that is the sort column already, and SameColumn, turn the direction
+// round; a Details view is sorted by the new one. The rows are rebuilt with selection and place kept, and the
+// preferences follow. Nothing where the location has no sorting of its own.
 void SortBy(std::int32_t column);
 
-// Applies Prefs.DrawersOrder to the drawer on show and saves the preferences.
+// Saves the preferences and applies Prefs.DrawersOrder to a drawer on show.
 void DrawersOrder();
 
 // Writes the order prefixes of all sort names so that drawers stay where Prefs.DrawersOrder wants them when

@@ -2,15 +2,15 @@
 
 #include "interface/MainLayout.h"
 #include "model/Devices.h"
+#include "model/Prefs.h"
 #include "platform/dos/Volumes.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
+#include "sak/SortGenericLists.h"
 
-#include <algorithm>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace solvane {
 
@@ -59,6 +59,7 @@ bool GetDevices() {
         node->DeviceName = WithColon(volume.Device);
         node->VolumeName = WithColon(volume.Volume);
     }
+    SortMasterDevicesList();
     return true;
 }
 
@@ -94,17 +95,21 @@ bool GetAssigns() {
     return true;
 }
 
-void SortMasterAssignsList() {
-    if (!MasterAssignsList) {
+void SortMasterDevicesList() {
+    if (!MasterDevicesList) {
         return;
     }
-    std::vector<AssignsNode*> order;
-    for (AssignsNode& node : *MasterAssignsList) {
-        order.push_back(&node);
+    if (Prefs.SortDevices == 0) {
+        SAK_SortGenericList(*MasterDevicesList, SortOrder::Ascending, ByText(&DevicesNode::DeviceName));
+    } else {
+        SAK_SortGenericList(*MasterDevicesList, SortOrder::Ascending, ByText(&DevicesNode::VolumeName));
     }
-    std::stable_sort(order.begin(), order.end(),
-                     [](const AssignsNode* a, const AssignsNode* b) { return a->Name < b->Name; });
-    static_cast<void>(SAK_ReorderGenericList(*MasterAssignsList, order));
+}
+
+void SortMasterAssignsList() {
+    if (MasterAssignsList) {
+        SAK_SortGenericList(*MasterAssignsList, SortOrder::Ascending, ByText(&AssignsNode::Name));
+    }
 }
 
 } // namespace solvane

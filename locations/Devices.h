@@ -8,6 +8,10 @@ namespace solvane {
 // requester for a record; the list stays as far as it got.
 [[nodiscard]] bool GetDevices();
 
+// Puts MasterDevicesList in order by device name, or by volume name as Prefs.SortDevices says. GetDevices
+// ends with it.
+void SortMasterDevicesList();
+
 // Makes NavDevicesList from the mounted devices of the master list. False as above.
 [[nodiscard]] bool CopyDevicesToNavDevices();
 

@@ -325,6 +325,20 @@ TEST_F(ScanTest, OtherColumnIsChosenWithoutTurningTheDirection) {
     EXPECT_EQ(Prefs.ContentSortDirection, 1);
 }
 
+TEST_F(ScanTest, FoundObjectsSortByPathWithoutRegardToCase) {
+    DOSList = SAK_CreateGenericList<DOSNode>();
+    for (const char* path : {"T:b", "T:A/c", "T:a", "T:B"}) {
+        SAK_AddGenericListNode(*DOSList, SAK_CreateGenericListNode<DOSNode>())->EntryPath = path;
+    }
+    SortDOSList();
+    std::vector<std::string> paths;
+    for (const DOSNode& node : *DOSList) {
+        paths.emplace_back(node.EntryPath.View());
+    }
+    DOSList.reset();
+    EXPECT_THAT(paths, ElementsAre("T:a", "T:A/c", "T:b", "T:B"));
+}
+
 TEST_F(ScanTest, SelectionAndPlaceSurviveAReload) {
     for (const char* name : {"a", "b", "c", "B"}) {
         File(name, "123");

@@ -122,6 +122,26 @@ TEST_F(NavigationTest, AssignsStandInTheOrderOfTheirNames) {
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
 }
 
+TEST_F(NavigationTest, DevicesStandInTheOrderThatTheUserWants) {
+    dos::VolumeInfo other;
+    other.Device = "AA" + Volume.substr(4, Volume.size() - 5);
+    other.Volume = "Zz" + Volume.substr(4, Volume.size() - 5);
+    other.HostRoot = HostRoot.string();
+    ASSERT_TRUE(dos::AddVolume(other));
+    const auto isOrdered = [](const Text<128> DevicesNode::*name) {
+        return std::is_sorted(
+            MasterDevicesList->begin(), MasterDevicesList->end(),
+            [name](const DevicesNode& a, const DevicesNode& b) { return a.*name < b.*name; });
+    };
+    Prefs.SortDevices = 0;
+    ASSERT_TRUE(GetDevices());
+    EXPECT_TRUE(isOrdered(&DevicesNode::DeviceName));
+    EXPECT_FALSE(isOrdered(&DevicesNode::VolumeName));
+    Prefs.SortDevices = 1;
+    SortMasterDevicesList();
+    EXPECT_TRUE(isOrdered(&DevicesNode::VolumeName));
+}
+
 TEST_F(NavigationTest, DiskThatCameLaterIsFound) {
     File("inside/file");
     dos::VolumeInfo late;

@@ -1,0 +1,76 @@
+#include "content/ViewStyles.h"
+
+#include "model/Prefs.h"
+#include "model/PrefsLists.h"
+#include "sak/StringFunctions.h"
+
+#include <algorithm>
+#include <array>
+
+namespace solvane {
+
+std::int32_t LocationsViewStyle = NoLocationsStyle;
+
+namespace {
+
+constexpr std::array<IconBox, 8> ThumbnailBoxes = {
+    {{64, 36}, {64, 64}, {128, 72}, {128, 128}, {192, 108}, {200, 200}, {256, 144}, {256, 256}}};
+constexpr std::int32_t UsualThumbnail = 1;
+
+} // namespace
+
+void CheckLocations() {
+    LocationsViewStyle = NoLocationsStyle;
+    if (!LocationsList) {
+        return;
+    }
+    for (const LocationsNode& node : *LocationsList) {
+        if (SAK_Find(CurrentPath, CurrentPath.Size(), node.Path, FindMode::FoldCase) >= 0) {
+            LocationsViewStyle = node.ViewStyle;
+            return;
+        }
+    }
+}
+
+std::int32_t& StylePreferenceOf(LocationKind location) {
+    switch (location) {
+    case LocationKind::Bookmarks:
+        return Prefs.BookmarksViewStyle;
+    case LocationKind::Favorites:
+        return Prefs.FavoritesViewStyle;
+    case LocationKind::Workbench:
+        return Prefs.WorkbenchViewStyle;
+    case LocationKind::Computer:
+        return Prefs.ComputerViewStyle;
+    case LocationKind::Assigns:
+        return Prefs.AssignsViewStyle;
+    case LocationKind::FTPSites:
+    case LocationKind::OS4Depot:
+    case LocationKind::Aminet:
+        return Prefs.FTPSitesViewStyle;
+    case LocationKind::Archive:
+        return Prefs.ArchiveViewStyle;
+    default:
+        return Prefs.ContentViewStyle;
+    }
+}
+
+std::int32_t ViewStyleInForce() {
+    const bool bound = LBLocation == LocationKind::Drawer && LocationsViewStyle != NoLocationsStyle;
+    return bound ? LocationsViewStyle : StylePreferenceOf(LBLocation);
+}
+
+IconBox ThumbnailBox() {
+    if (Prefs.ThumbnailSize < 0 || Prefs.ThumbnailSize >= static_cast<std::int32_t>(ThumbnailBoxes.size())) {
+        Prefs.ThumbnailSize = UsualThumbnail;
+    }
+    return ThumbnailBoxes[static_cast<std::size_t>(Prefs.ThumbnailSize)];
+}
+
+int TilesIconSide() {
+    constexpr std::array Sides = {32, 64, 128, 256};
+    const bool known = std::find(Sides.begin(), Sides.end(), Prefs.TilesIconSize) != Sides.end();
+    return known ? Prefs.TilesIconSize : 64;
+}
+
+} // namespace solvane
