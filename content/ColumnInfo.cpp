@@ -42,6 +42,7 @@ constexpr std::array<std::int32_t, 6> ComputerWidths = {IconColumnWidth, 250, 80
 constexpr std::array<std::int32_t, 8> ArchiveWidths = {IconColumnWidth, 250, 100, 100, 50, 120, 65, 100};
 
 constexpr int CellMargins = 14;                  // layout units on both sides of a cell's text
+constexpr int ArrowWidth = 16;                   // layout units beside a title for the arrow of the sort
 constexpr std::uint32_t SampleDate = 1538337599; // 30 September 2026, 19:59:59
 
 std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
@@ -123,21 +124,27 @@ std::string SampleText(DetailsColumn column) {
     }
 }
 
-// The width that the user has set, else the default one, wide enough for what stands there in his font.
+std::string_view TitleOf(DetailsColumn column) {
+    return SAK_LocaleString(Defaults[static_cast<std::size_t>(column) - 1].Title);
+}
+
+// The width that the user has set, else the default one, wide enough for what stands there in his font and
+// language.
 int WidthOf(DetailsColumn column) {
     const std::int32_t usual = Defaults[static_cast<std::size_t>(column) - 1].Width;
     const ColumnInfoNode* node = NodeOf(column);
     if (node != nullptr && node->Width > 0 && (node->WidthIsOwn != 0 || node->Width != usual)) {
         return node->Width;
     }
-    return std::max(usual, SAK_StrLenPixels(SampleText(column)) + CellMargins);
+    const int title = SAK_StrLenPixels(TitleOf(column)) + ArrowWidth;
+    return std::max(usual, std::max(SAK_StrLenPixels(SampleText(column)), title) + CellMargins);
 }
 
 intuition::Column MakeColumn(DetailsColumn column, bool details) {
     if (column == DetailsColumn::Icon) {
         return {.Title = "", .Width = IconColumnWidth, .Sortable = false, .Draggable = false};
     }
-    return {.Title = std::string(SAK_LocaleString(Defaults[static_cast<std::size_t>(column) - 1].Title)),
+    return {.Title = std::string(TitleOf(column)),
             .Width = WidthOf(column),
             .Draggable = details,
             .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left,

@@ -141,7 +141,8 @@ void ServeDoubleClick(std::size_t row) {
 std::string_view NavigationWordOf(std::string_view place) {
     const Text<128> wanted = place;
     for (const Place& known : Places) {
-        if (wanted == known.Word || wanted == SAK_LocaleString(known.Name)) {
+        if (wanted == known.Word || wanted == SAK_LocaleString(known.Name) ||
+            wanted == SAK_BuiltInString(known.Name)) {
             return known.Word;
         }
     }

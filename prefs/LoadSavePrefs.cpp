@@ -41,7 +41,7 @@ Text<256> StandingDocument;
 PrefsRecord Defaults() {
     PrefsRecord defaults;
     defaults.CustomDateFormat = locale::ShortDateTimeFormat();
-    defaults.DefaultOpenAtName = "Computer";
+    defaults.DefaultOpenAtName = SAK_LocaleString(MSG_COMPUTER);
     return defaults;
 }
 

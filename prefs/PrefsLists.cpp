@@ -4,6 +4,8 @@
 #include "model/PrefsLists.h"
 #include "model/Program.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <array>
@@ -409,8 +411,8 @@ bool RestoreDefaultToolbar() {
 bool RestoreDefaultFavorites() {
     SAK_ClearGenericList(*MasterFavoritesList);
     return AddFavorite(LocationKind::Workbench, "Workbench", "Workbench") &&
-           AddFavorite(LocationKind::Drawer, "Utilities", "SYS:Utilities") &&
-           AddFavorite(LocationKind::Drawer, "System", "SYS:System");
+           AddFavorite(LocationKind::Drawer, SAK_LocaleString(MSG_UTILITIES), "SYS:Utilities") &&
+           AddFavorite(LocationKind::Drawer, SAK_LocaleString(MSG_SYSTEM_DRAWER), "SYS:System");
 }
 
 } // namespace solvane

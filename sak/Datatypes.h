@@ -14,9 +14,9 @@ namespace solvane {
 
 // A file's type as the lists show it. As it stands it means that no datatype was found.
 struct IdentifiedType {
-    std::uint32_t GroupValue = 0; // 0 system to 8 movie; a group outside the table keeps its four letters
-    Text<25> GroupName = "System";
-    Text<25> Name = "BINARY"; // upper case
+    std::uint32_t GroupValue = 0;  // 0 system to 8 movie; a group outside the table keeps its four letters
+    Text<25> GroupName = "System"; // in the user's language: to ask for a group, compare GroupValue
+    Text<25> Name = "BINARY";      // upper case
 };
 
 // --- State: the result of the last SAK_Identify or SAK_NoteIdentified ---
