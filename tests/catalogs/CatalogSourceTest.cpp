@@ -42,51 +42,49 @@ TEST(CatalogSource, ReadsNumbersLimitsEscapesAndContinuations) {
     EXPECT_EQ(catalog.Texts[0].Id, 40);
 }
 
-struct BadDescription {
-    const char* Source;
-    const char* Finding;
-};
-
-class CatalogDescription : public testing::TestWithParam<BadDescription> {};
-
-TEST_P(CatalogDescription, IsRefusedWithItsLine) {
-    Findings findings;
-    static_cast<void>(ParseDescription(GetParam().Source, "a.cd", findings));
-    EXPECT_THAT(findings, ElementsAre(HasSubstr(GetParam().Finding)));
+TEST(CatalogSource, FaultsOfADescriptionAreFoundWithTheirLines) {
+    struct Row {
+        const char* Source;
+        const char* Finding;
+    };
+    const Row rows[] = {{"MSG_A (2//)\na\nMSG_B (2//)\nb\n", "a.cd:3: 2 does not lie above"},
+                        {"MSG_A (1//)\na\nMSG_A (2//)\nb\n", "a.cd:3: MSG_A comes twice"},
+                        {"MSG_A (1503//)\n", "a.cd:1: is not"},
+                        {"MSG_A (1)\n", "a.cd:1: is not"},
+                        {"MSG_A (1//3)\nlong\n", "a.cd:1: MSG_A has 4"},
+                        {"MSG_A (1//)\na\\t\n", "a.cd:2: unknown escape"}};
+    for (const Row& row : rows) {
+        Findings findings;
+        static_cast<void>(ParseDescription(row.Source, "a.cd", findings));
+        EXPECT_THAT(findings, ElementsAre(HasSubstr(row.Finding))) << row.Source;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, CatalogDescription,
-    testing::Values(BadDescription{"MSG_A (2//)\na\nMSG_B (2//)\nb\n", "a.cd:3: 2 does not lie above"},
-                    BadDescription{"MSG_A (1//)\na\nMSG_A (2//)\nb\n", "a.cd:3: MSG_A comes twice"},
-                    BadDescription{"MSG_A (1503//)\n", "a.cd:1: is not"},
-                    BadDescription{"MSG_A (1)\n", "a.cd:1: is not"},
-                    BadDescription{"MSG_A (1//3)\nlong\n", "a.cd:1: MSG_A has 4"},
-                    BadDescription{"MSG_A (1//)\na\\t\n", "a.cd:2: unknown escape"}));
-
-struct Pair {
-    const char* English;
-    const char* Translated;
-    bool IsRight;
-    const char* Name = "MSG_A";
-};
-
-class CatalogTranslation : public testing::TestWithParam<Pair> {};
-
-TEST_P(CatalogTranslation, KeepsWhatTheProgramPutsIn) {
-    const Pair& pair = GetParam();
-    EXPECT_EQ(FindingsOf(pair.English, pair.Translated, pair.Name).empty(), pair.IsRight)
-        << pair.English << " / " << pair.Translated;
+TEST(CatalogSource, ATranslationKeepsWhatTheProgramPutsIn) {
+    struct Row {
+        const char* English;
+        const char* Translated;
+        bool IsRight;
+        const char* Name = "MSG_A";
+    };
+    const Row rows[] = {{"%s %lu", "%s: %u", true},
+                        {"%s %lu", "%lu %s", false},
+                        {"%s %lu", "%2$lu %1$s", true},
+                        {"%s", "x", false},
+                        {"100%% %s", "%s 100%%", false},
+                        {"%s 100%%", "%s: 100%%", true},
+                        {"a", "thirteen long", false},
+                        {"a", "", false},
+                        {"{f} x", "{f} y", true},
+                        {"{f} x", "{F} y", false},
+                        {"_A|_B", "_X|_Y", true, "MSG_GAD"},
+                        {"_A|_B", "_X|_x", false, "MSG_GAD"},
+                        {"_A|_B", "_X", false, "MSG_GAD"}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(FindingsOf(row.English, row.Translated, row.Name).empty(), row.IsRight)
+            << row.English << " / " << row.Translated;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Texts, CatalogTranslation,
-    testing::Values(Pair{"%s %lu", "%s: %u", true}, Pair{"%s %lu", "%lu %s", false},
-                    Pair{"%s %lu", "%2$lu %1$s", true}, Pair{"%s", "x", false},
-                    Pair{"100%% %s", "%s 100%%", false}, Pair{"%s 100%%", "%s: 100%%", true},
-                    Pair{"a", "thirteen long", false}, Pair{"a", "", false}, Pair{"{f} x", "{f} y", true},
-                    Pair{"{f} x", "{F} y", false}, Pair{"_A|_B", "_X|_Y", true, "MSG_GAD"},
-                    Pair{"_A|_B", "_X|_x", false, "MSG_GAD"}, Pair{"_A|_B", "_X", false, "MSG_GAD"}));
 
 TEST(CatalogSource, ATranslationIsComplete) {
     Findings findings;
