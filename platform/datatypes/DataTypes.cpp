@@ -1,12 +1,8 @@
 #include "platform/datatypes/DataTypes.h"
 
 #include "platform/datatypes/HostFiles.h"
+#include "platform/datatypes/HostPlace.h"
 #include "platform/datatypes/Pictures.h"
-#include "platform/dos/Errors.h"
-#include "platform/dos/HostPaths.h"
-#include "platform/dos/Limits.h"
-#include "platform/dos/Locks.h"
-#include "platform/dos/MountInfo.h"
 #include "platform/dos/Paths.h"
 
 #include <algorithm>
@@ -18,59 +14,15 @@ namespace datatypes {
 
 namespace {
 
-// While many files are typed nobody is asked for missing volumes: the question would come from a
-// helper thread, and once per file.
-class NoRequesters {
-public:
-    NoRequesters() : Before(dos::SetRequesters(false)) {}
-    NoRequesters(const NoRequesters&) = delete;
-    NoRequesters& operator=(const NoRequesters&) = delete;
-    ~NoRequesters() { dos::SetRequesters(Before); }
-
-private:
-    bool Before;
-};
-
-// Where an object lies and whether it may be asked without a limit.
-struct HostPlace {
-    std::string Path;
-    std::string SlowMount; // empty: on a disk that answers
-};
-
-HostPlace PlaceOf(std::string path) {
-    const dos::MountRows rows = dos::Mounts();
-    const dos::MountRow* row = dos::MountOf(*rows, path);
-    return {std::move(path), row != nullptr && row->Slow ? row->Point : std::string()};
-}
-
-// The place of what the path leads to. A soft link on a disk that answers can lead to one that does not, so
-// dos follows it.
-std::optional<HostPlace> FindObject(std::string_view path) {
-    auto hostPath = dos::HostPath(path);
-    if (!hostPath) {
-        return std::nullopt;
-    }
-    HostPlace place = PlaceOf(std::move(*hostPath));
-    if (!place.SlowMount.empty() || !IsHostLink(place.Path)) {
-        return place;
-    }
-    const dos::FileLock target = dos::Lock(path);
-    hostPath = target ? dos::HostPath(dos::NameFromLock(target)) : std::nullopt;
-    return hostPath ? std::optional(PlaceOf(std::move(*hostPath))) : std::nullopt;
-}
-
-// Asks about the file, with a limit where it lies on a disk that may not answer; nothing when it does not.
+// Asks about the file that the path leads to.
 template <typename Result>
 Result AskFile(std::string_view path, const std::function<Result(const std::string& hostPath)>& ask) {
-    std::optional<HostPlace> place = FindObject(path);
+    const std::optional<HostPlace> place = FindObject(path);
     if (!place) {
         return Result{};
     }
-    if (place->SlowMount.empty()) {
-        return ask(place->Path);
-    }
-    return dos::AskWithLimit<Result>(
-        place->SlowMount, [ask, hostPath = std::move(place->Path)](dos::Progress&) { return ask(hostPath); });
+    return AskAt<Result>(*place,
+                         [ask](const std::string& hostPath, dos::Progress&) { return ask(hostPath); });
 }
 
 // Names that the drawer does not have as they stand are aliases of longer ones.

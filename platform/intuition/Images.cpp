@@ -104,6 +104,16 @@ ImageId CreateImage(int width, int height, std::span<const std::uint32_t> pixels
     return Keep({{}, 1, QPixmap::fromImage(image)});
 }
 
+ImageId KeepPicture(QPixmap picture) {
+    return Keep({{}, 1, std::move(picture)});
+}
+
+void RetainImage(ImageId image) {
+    const auto known = Cache.ById.find(static_cast<std::uint32_t>(image));
+    if (known != Cache.ById.end())
+        ++known->second.Uses;
+}
+
 void ReleaseImage(ImageId image) {
     const auto known = Cache.ById.find(static_cast<std::uint32_t>(image));
     if (known == Cache.ById.end() || --known->second.Uses > 0)
@@ -129,6 +139,7 @@ QPixmap PixmapOf(ImageId image) {
 }
 
 void ForgetImages() {
+    ForgetWishedImages();
     Cache = {};
 }
 

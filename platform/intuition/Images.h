@@ -24,6 +24,9 @@ struct ImageSize {
 // the span is too short or a side is not 1 to 16384.
 [[nodiscard]] ImageId CreateImage(int width, int height, std::span<const std::uint32_t> pixels);
 
+// One more use of a picture that is there, for one more ReleaseImage. None is allowed.
+void RetainImage(ImageId image);
+
 // Gives one use back; the picture is freed with the last one. None is allowed.
 void ReleaseImage(ImageId image);
 

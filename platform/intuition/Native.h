@@ -54,7 +54,11 @@ enum class Lines { One, Many };
 
 // Nothing for None and for files that cannot be shown.
 [[nodiscard]] QPixmap PixmapOf(ImageId image);
-// Frees all pictures, before the display closes.
+// A picture that was made by the toolkit; one use, for ReleaseImage.
+[[nodiscard]] ImageId KeepPicture(QPixmap picture);
+// Ends the loading of pictures and frees those that were loaded for rows.
+void ForgetWishedImages();
+// Frees all pictures, before the display closes; ends the loading first.
 void ForgetImages();
 
 // Queues an event in the window of a widget; false when it is dropped (blocked, closed, a dialog).
