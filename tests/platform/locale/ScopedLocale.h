@@ -11,8 +11,12 @@ public:
     explicit ScopedLocale(const std::string& all) : All("LC_ALL", all), Wishes("LANGUAGE", "") {
         locale::Reset();
     }
-    ~ScopedLocale() { locale::Reset(); }
 
 private:
+    struct ResetWhenRestored {
+        ~ResetWhenRestored() { locale::Reset(); }
+    };
+
+    ResetWhenRestored Last; // stands first, so that it ends after the variables have their old values
     ScopedVariable All, Wishes;
 };
