@@ -12,7 +12,7 @@ FLOORS = [
     ['model'],
     ['sak'],
     ['platform/commands'],
-    ['platform/intuition', 'platform/workbench', 'platform/application', 'platform/rexx'],
+    ['platform/intuition', 'platform/workbench', 'platform/application', 'platform/console', 'platform/rexx'],
     ['platform/datatypes'],
     ['platform/icon'],
     ['platform/locale'],

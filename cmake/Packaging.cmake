@@ -23,10 +23,13 @@ endforeach()
 install(DIRECTORY ${CMAKE_BINARY_DIR}/install/C DESTINATION ${SOLVANE_INSTALL_SHARE})
 
 # Programs do not stand under share: the Tools drawer holds links.
-install(TARGETS xadunfile RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/solvane)
-file(RELATIVE_PATH tool /${SOLVANE_INSTALL_SHARE}/Tools /${CMAKE_INSTALL_LIBEXECDIR}/solvane/xadunfile)
-file(CREATE_LINK ${tool} ${CMAKE_BINARY_DIR}/install/xadunfile SYMBOLIC)
-install(FILES ${CMAKE_BINARY_DIR}/install/xadunfile ${SOLVANE_SHARE}/Tools/jhead ${SOLVANE_SHARE}/Tools/jpegtran
+foreach(tool xadunfile conwindow)
+    install(TARGETS ${tool} RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/solvane)
+    file(RELATIVE_PATH target /${SOLVANE_INSTALL_SHARE}/Tools /${CMAKE_INSTALL_LIBEXECDIR}/solvane/${tool})
+    file(CREATE_LINK ${target} ${CMAKE_BINARY_DIR}/install/${tool} SYMBOLIC)
+    install(FILES ${CMAKE_BINARY_DIR}/install/${tool} DESTINATION ${SOLVANE_INSTALL_SHARE}/Tools)
+endforeach()
+install(FILES ${SOLVANE_SHARE}/Tools/jhead ${SOLVANE_SHARE}/Tools/jpegtran
     DESTINATION ${SOLVANE_INSTALL_SHARE}/Tools)
 
 install(DIRECTORY ${CMAKE_BINARY_DIR}/share/icons DESTINATION ${CMAKE_INSTALL_DATADIR})

@@ -1,4 +1,4 @@
-// Contents of files: whole ones and streams. Only regular files and NIL: are ever opened, so that
+// Contents of files: whole ones and streams. Only regular files, NIL: and CON: are ever opened, so that
 // nothing here waits for a pipe or a device. New contents go to a temporary file beside the target
 // and take its place when they are whole.
 //

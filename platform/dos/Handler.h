@@ -111,6 +111,7 @@ struct Handler {
 [[nodiscard]] std::span<const Handler* const> Handlers() noexcept;
 
 extern const Handler NilHandler;
+extern const Handler ConsoleHandler;
 extern const Handler HostHandler; // drawers of the host: every disk volume
 
 } // namespace dos

@@ -57,7 +57,7 @@ const Handler NilHandler{
 };
 
 std::span<const Handler* const> Handlers() noexcept {
-    static constexpr std::array<const Handler*, 2> All = {&NilHandler, &HostHandler};
+    static constexpr std::array<const Handler*, 3> All = {&NilHandler, &ConsoleHandler, &HostHandler};
     return All;
 }
 

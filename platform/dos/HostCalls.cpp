@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <linux/openat2.h>
@@ -175,6 +176,21 @@ long RealCopyRange(int from, std::int64_t fromOffset, int to, std::int64_t toOff
     return ::copy_file_range(from, &source, to, &target, size, 0);
 }
 
+int RealOpenTerminal(std::string& name) {
+    const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    name.assign(128, '\0');
+    if (master >= 0 && ::grantpt(master) == 0 && ::unlockpt(master) == 0 &&
+        ::ptsname_r(master, name.data(), name.size()) == 0) {
+        name.resize(name.find('\0'));
+        return master;
+    }
+    const int error = errno;
+    if (master >= 0)
+        ::close(master);
+    errno = error;
+    return -1;
+}
+
 constexpr HostCalls RealCalls{
     .Openat = [](int drawer, const char* name, int flags,
                  unsigned mode) { return ::openat(drawer, name, flags, mode); },
@@ -246,6 +262,7 @@ constexpr HostCalls RealCalls{
     .Poll = [](struct pollfd* descriptors, unsigned long count,
                int timeout) { return ::poll(descriptors, count, timeout); },
     .Pipe = [](int* ends) { return ::pipe2(ends, O_CLOEXEC); },
+    .OpenTerminal = RealOpenTerminal,
     .Spawn = RealSpawn,
     .OpenProcess = [](int process) { return static_cast<int>(::syscall(SYS_pidfd_open, process, 0)); },
     .ReapChild = [](int process, int* status) { return ::waitpid(process, status, WNOHANG); },

@@ -87,6 +87,8 @@ struct HostCalls {
     int (*Poll)(struct pollfd* descriptors, unsigned long count, int timeoutMilliseconds);
     // Both ends close on exec.
     int (*Pipe)(int* ends);
+    // The side of a new terminal that a window shows; the host's name of the other side goes to name.
+    int (*OpenTerminal)(std::string& name);
     // The process id of the child; -1 with errno, also for what exec refuses.
     int (*Spawn)(const SpawnOrder& order);
     // A descriptor that becomes readable when the process ends.

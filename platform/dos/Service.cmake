@@ -1,7 +1,7 @@
 # Volumes, paths, locks, files: everything of dos that asks the host.
 solvane_module(dos SOURCES
-    Aliases.cpp Assigns.cpp Changes.cpp Children.cpp CommandSearch.cpp CommandStreams.cpp Copy.cpp
-    CopyContents.cpp CopyMetadata.cpp CopyTree.cpp DeleteTree.cpp DeviceWalk.cpp DiskEvents.cpp
+    Aliases.cpp Assigns.cpp Changes.cpp Children.cpp CommandSearch.cpp CommandStreams.cpp Console.cpp
+    ConsoleSpec.cpp Copy.cpp CopyContents.cpp CopyMetadata.cpp CopyTree.cpp DeleteTree.cpp DeviceWalk.cpp DiskEvents.cpp
     DiskVolumes.cpp Examine.cpp Files.cpp Handlers.cpp HostCalls.cpp HostChanges.cpp HostCopy.cpp
     HostDirectory.cpp HostFd.cpp HostFiles.cpp HostHandler.cpp HostLister.cpp HostPaths.cpp HostRename.cpp
     HostStreams.cpp HostTree.cpp HostWalk.cpp HostWriting.cpp Info.cpp Limits.cpp LinkText.cpp Listing.cpp

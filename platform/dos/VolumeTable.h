@@ -27,7 +27,7 @@ using VolumeRef = std::shared_ptr<const Volume>;
 // lies on one that stands for the host's root.
 [[nodiscard]] VolumeRef VolumeOfHostPath(std::string_view hostPath);
 
-// Does a volume carry this device name? NIL: and PROGDIR: count.
+// Does a volume carry this device name? NIL:, CON: and PROGDIR: count.
 [[nodiscard]] bool IsDeviceName(std::string_view name);
 // Can the name stand before a colon?
 [[nodiscard]] bool IsDeviceText(std::string_view name) noexcept;

@@ -1,0 +1,13 @@
+// The program behind a "CON:" window: a terminal's text, a line to type in, and no more life than the
+// commands that use it.
+#pragma once
+
+namespace console {
+
+// Shows the terminal that is standard input. The arguments are left, top, width, height (each may be empty),
+// title, and options in one word ("AUTO WAIT INACTIVE NOCLOSE"). One "R" goes to standard output when the
+// display is there; otherwise the reason goes to standard error and the result is 20. Ends when nobody has
+// the terminal open any more, with WAIT when the window is closed.
+int RunConsole(int argc, char** argv);
+
+} // namespace console
