@@ -267,7 +267,8 @@ bool IsDeviceName(std::string_view name) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
     RefreshDisks(state);
-    return HasDevice(state, name) || SameName(name, "NIL") || SameName(name, "CON") || SameName(name, "PROGDIR");
+    return HasDevice(state, name) || SameName(name, "NIL") || SameName(name, "CON") ||
+           SameName(name, "PROGDIR");
 }
 
 VolumeRef VolumeOfHostPath(std::string_view hostPath) {
@@ -333,7 +334,8 @@ bool AddVolume(VolumeInfo info) {
         DescribeFileSystem(info, *row);
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    if (HasDevice(state, info.Device) || SameName(info.Device, "NIL") || SameName(info.Device, "CON") || SameName(info.Device, "PROGDIR"))
+    if (HasDevice(state, info.Device) || SameName(info.Device, "NIL") || SameName(info.Device, "CON") ||
+        SameName(info.Device, "PROGDIR"))
         return Fail(ErrorObjectExists);
     state.Fixed.push_back(std::make_shared<const Volume>(Volume{std::move(info), real, slow}));
     state.SeenMounts.reset();
