@@ -1,5 +1,6 @@
 #include "frame/EntryPoint.h"
 
+#include "automation/Windows.h"
 #include "frame/Libraries.h"
 #include "frame/MyProgram.h"
 #include "frame/Ports.h"
@@ -12,6 +13,7 @@
 #include "platform/dos/Volumes.h"
 #include "platform/exec/PublicPorts.h"
 #include "platform/intuition/Application.h"
+#include "platform/workbench/Workbench.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -45,6 +47,11 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
                                      intuition::DisplayProblem() + "\n");
         return false;
     }
+    workbench::SetHooks({.OpenDrawer = [](const std::string& drawer) {
+        OpenNewSolvaneWindow(drawer);
+        return true;
+    }});
+    workbench::AddWBRunCommand();
     return true;
 }
 
