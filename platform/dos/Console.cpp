@@ -185,6 +185,7 @@ const Handler ConsoleHandler{
     .WriteWhole = nullptr,
     .Delete = nullptr,
     .Rename = nullptr,
+    .Copy = nullptr,
     .MakeSoftLink = nullptr,
     .MakeHardLink = nullptr,
     .Change = nullptr,
