@@ -62,6 +62,16 @@ class ShowingADrawer(Scenario):
             self.assertIn("found", self.show(path), path)
 
 
+class Languages(Scenario):
+    def test_the_language_is_the_users_or_the_one_asked_for_and_english_without_a_catalog(self):
+        home = str(self.home)
+        rows = ((("LANGUAGE=Dutch",), "de_DE.UTF-8", "geselecteerd"), ((), "de_DE.UTF-8", "ausgewählt"),
+                ((), "el_GR.UTF-8", "επιλεγμένα"), (("LANGUAGE=english",), "es_ES.UTF-8", "Selected"),
+                ((), "fi_FI.UTF-8", "Selected"))
+        for arguments, locale, shown in rows:
+            self.assertIn(shown, self.show(home, *arguments, LC_ALL=locale), locale)
+
+
 class FirstStart(Scenario):
     def test_preferences_are_written_at_the_first_start_only(self):
         self.show(str(self.home))
