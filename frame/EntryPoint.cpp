@@ -36,6 +36,14 @@ void PrintStartFailure(const application::StartMessage& start, std::string_view 
     }
 }
 
+// Asks in the user's language whether a program may be started.
+workbench::LaunchAnswer AskToStart(const std::string& path) {
+    const int answer =
+        SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Question,
+                        FormatMessage(MSG_IS_PROGRAM, path), SAK_LocaleString(MSG_START_CANCEL_GAD));
+    return answer == 1 ? workbench::LaunchAnswer::Start : workbench::LaunchAnswer::Refuse;
+}
+
 bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& places,
                   const application::StartMessage& start) {
     if (!dos::SetUpSystem({places.SystemSkeleton, places.ProgramDrawer})) {
@@ -47,10 +55,11 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
                                      intuition::DisplayProblem() + "\n");
         return false;
     }
-    workbench::SetHooks({.OpenDrawer = [](const std::string& drawer) {
+    const auto openDrawer = [](const std::string& drawer) {
         OpenNewSolvaneWindow(drawer);
         return true;
-    }});
+    };
+    workbench::SetHooks({.OpenDrawer = openDrawer, .MayStart = AskToStart});
     workbench::AddWBRunCommand();
     return true;
 }
