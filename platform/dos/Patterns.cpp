@@ -2,6 +2,7 @@
 
 #include "platform/dos/Errors.h"
 #include "platform/dos/PatternLanes.h"
+#include "platform/dos/PatternTable.h"
 #include "platform/dos/PatternTree.h"
 #include "platform/utility/Text.h"
 
@@ -31,6 +32,7 @@ struct BitProgram {
 
 struct Pattern::Program : PatternTree {
     std::optional<BitProgram> Bits;
+    std::optional<PatternTable> Table; // of a tree with Negation, where one can be made
 };
 
 // Builds the tree of a pattern. The steps give NoNode when the pattern is bad.
@@ -452,6 +454,8 @@ Pattern PatternParser::Compile() && {
     static_cast<PatternTree&>(*program) = std::move(Tree);
     if (program->Negations == 0 && program->Sets.size() < WordBits)
         program->Bits = BitCompiler(*program).Compile();
+    else if (program->Negations > 0)
+        program->Table = MakePatternTable(*program);
     Pattern pattern;
     pattern.Code = std::move(program);
     return pattern;
@@ -470,6 +474,9 @@ bool Pattern::Matches(std::string_view text) const {
         return false;
     if (Code->Bits)
         return RunBits(*Code, *Code->Bits, text) != Code->Inverted;
+    if (Code->Table)
+        if (const auto matches = MatchByTable(*Code, *Code->Table, text))
+            return *matches != Code->Inverted;
     if (!LanesAreAffordable(*Code, text.size())) {
         SetIoErr(ErrorBufferOverflow);
         return false;
