@@ -241,6 +241,7 @@ void ListContents(OpenedDrawer& drawer) {
     if (!ContentList || !LinksList) {
         return;
     }
+    const WithoutRequesters quiet; // the drawer is there; its entries ask for nothing
     DrawerScan scan{drawer.Lock, {}, TypeBatch(drawer.Lock)};
     const dos::ExamineData* object = dos::ExamineDir(drawer.Objects);
     while (object && AddEntry(scan, *object)) {

@@ -122,6 +122,7 @@ int EntryPoint(int argc, char** argv) {
     ProgramName = places.ProgramName;
     if (OpenPlatform(argc, argv, places, start)) {
         AnswerRequestersOfSnapshot();
+        const MissingVolumeRequests missingVolumes;
         SetupLocale();
         if (OpenLibrariesClasses()) {
             RunInstance(start);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <thread>
 
 namespace solvane {
 
@@ -25,6 +26,12 @@ std::vector<std::string> SplitGadgets(std::string_view gadgets) {
         }
         gadgets.remove_prefix(bar + 1);
     }
+}
+
+bool AskForVolume(std::string_view volume) {
+    const WithoutRequesters quiet; // drawing the question may meet the same path
+    const std::string text = "Please insert volume " + std::string(volume) + " in any drive";
+    return SAK_EasyRequest(nullptr, RequesterTitle, RequesterImage::Question, text, "_Retry|_Cancel") == 1;
 }
 
 } // namespace
@@ -64,6 +71,16 @@ void DisableRequesters() {
 
 void EnableRequesters() {
     dos::SetRequesters(true);
+}
+
+MissingVolumeRequests::MissingVolumeRequests() {
+    dos::SetVolumeRequest([asker = std::this_thread::get_id()](std::string_view volume) {
+        return std::this_thread::get_id() == asker && AskForVolume(volume);
+    });
+}
+
+MissingVolumeRequests::~MissingVolumeRequests() {
+    dos::SetVolumeRequest({});
 }
 
 void SAK_BlockWindow(intuition::Window* window, int depth) {

@@ -60,6 +60,16 @@ int SAK_IOError(intuition::Window* window, std::string_view title, std::string_v
 void DisableRequesters();
 void EnableRequesters();
 
+// From now on a path on a volume that is not there has the user of the calling thread asked for it, until
+// the object is gone; other threads, and paths met while a question is up, go without.
+class MissingVolumeRequests {
+public:
+    MissingVolumeRequests();
+    MissingVolumeRequests(const MissingVolumeRequests&) = delete;
+    MissingVolumeRequests& operator=(const MissingVolumeRequests&) = delete;
+    ~MissingVolumeRequests();
+};
+
 // No such requester for the life of the object; what was in force before comes back.
 class WithoutRequesters {
 public:

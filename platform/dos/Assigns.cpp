@@ -175,6 +175,20 @@ void ResetAssigns() {
     state.SeenMounts.reset();
 }
 
+void RenameInAssigns(std::string_view volume, std::string_view name) {
+    AssignState& state = State();
+    const std::lock_guard hold(state.Guard);
+    const auto rename = [&](std::string& path) {
+        const std::size_t colon = path.find(':');
+        if (colon != std::string::npos && SameName(std::string_view(path).substr(0, colon), volume))
+            path.replace(0, colon, name);
+    };
+    for (AssignRow& row : state.Rows)
+        for (AssignTarget& target : row.Targets)
+            rename(target.Path);
+    rename(state.ProgramDrawer);
+}
+
 std::vector<AssignInfo> Assigns() {
     std::vector<AssignRow> rows;
     {

@@ -32,7 +32,7 @@ namespace dos {
 // when the name is taken, 209 where the file system has no links.
 [[nodiscard]] bool MakeLink(std::string_view name, std::string_view target);
 // A further name for a file: 212 for what is no file, 215 on another disk. It has the attributes of
-// the file but no sidecar.
+// the file and a copy of its sidecar.
 [[nodiscard]] bool MakeLink(std::string_view name, const FileLock& target);
 
 // The next three follow a soft link. They write to the sidecar of an object that has one and for

@@ -53,6 +53,37 @@ struct DiskWatch {
     [[nodiscard]] bool Goes();
 };
 
+namespace {
+
+struct RunningWatches {
+    std::mutex Guard;
+    std::vector<DiskWatch*> All;
+};
+
+RunningWatches& Watches() {
+    static RunningWatches watches;
+    return watches;
+}
+
+void Wake(const DiskWatch& watch) {
+    const std::uint64_t one = 1;
+    Host().Write(watch.Waker.Get(), &one, sizeof(one));
+}
+
+// Takes the calls of Wake back; true when there was one.
+bool WasWoken(const DiskWatch& watch, short events) {
+    std::uint64_t count = 0;
+    return (events & POLLIN) != 0 && Host().Read(watch.Waker.Get(), &count, sizeof(count)) > 0;
+}
+
+} // namespace
+
+void TellDiskWatches() {
+    const std::lock_guard hold(Watches().Guard);
+    for (const DiskWatch* watch : Watches().All)
+        Wake(*watch);
+}
+
 bool DiskWatch::Goes() {
     const std::lock_guard hold(Guard);
     return IsActive;
@@ -79,7 +110,8 @@ void DiskWatch::Serve() {
                                       isPending ? static_cast<int>(std::max<long>(left, 0)) : -1);
         if (ready < 0 && errno != EINTR)
             return;
-        if (ready > 0 && (sources[0].revents & (POLLPRI | POLLERR)) != 0) {
+        const bool isWoken = ready > 0 && WasWoken(*this, sources[1].revents);
+        if (isWoken || (ready > 0 && (sources[0].revents & (POLLPRI | POLLERR)) != 0)) {
             const auto now = Clock::now();
             first = isPending ? first : now;
             due = std::min(now + QuietTime, first + LongestBurst);
@@ -121,6 +153,8 @@ bool DiskNotification::Start(exec::Task* task, int signal) {
         return false;
     }
     Running = std::move(watch);
+    const std::lock_guard hold(Watches().Guard);
+    Watches().All.push_back(Running.get());
     return true;
 }
 
@@ -131,8 +165,11 @@ void DiskNotification::End() {
         const std::lock_guard hold(Running->Guard);
         Running->IsActive = false;
     }
-    const std::uint64_t one = 1;
-    Host().Write(Running->Waker.Get(), &one, sizeof(one));
+    {
+        const std::lock_guard hold(Watches().Guard);
+        std::erase(Watches().All, Running.get());
+    }
+    Wake(*Running);
     Running->Thread.join();
     Running.reset();
 }

@@ -1,6 +1,6 @@
 // Word of disks that come and go: one signal per burst of changes, as Intuition's disk events are.
-// What has changed is for Volumes() to tell; labels and media that change inside a mount are not
-// seen.
+// What has changed is for Volumes() to tell; media that change inside a mount are not seen, and a new
+// name only where Relabel gave it.
 #pragma once
 
 #include "platform/exec/Tasks.h"
@@ -10,6 +10,9 @@
 namespace dos {
 
 struct DiskWatch;
+
+// Has all running watches of this process look whether the volumes have changed.
+void TellDiskWatches();
 
 class DiskNotification {
 public:

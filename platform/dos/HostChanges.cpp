@@ -114,6 +114,23 @@ bool SoftLinkNow(const HostLock& from, const std::string& rest, const SoftTarget
     return true;
 }
 
+// Bits and comment of a file that keeps them in a sidecar go with its further name.
+bool CopySidecar(const HostLock& target, const Spot& spot) {
+    Spot from;
+    from.Object = DuplicateFd(target.Object);
+    from.Facts = target.Facts;
+    from.On = target.On;
+    SidecarFile sidecar;
+    SidecarFile old;
+    const int drawer = spot.Drawer.Get();
+    if (!from.Object || !CompleteSpot(from) || !FindSidecar(from.Drawer.Get(), from.Name, sidecar) ||
+        !FindSidecar(drawer, spot.Name, old))
+        return false;
+    if (sidecar.State == SidecarState::Ours && sidecar.Facts.Date && old.State != SidecarState::Foreign)
+        return WriteSidecar(drawer, spot.Name, old, sidecar.Facts);
+    return BeginSidecar(drawer, spot.Name, old, spot.On->Info.Metadata);
+}
+
 bool HardLinkNow(const HostLock& from, const std::string& rest, const HostLock& target, WalkMode& mode) {
     Spot spot;
     if (!IsFileMode(target.Facts.Mode))
@@ -122,8 +139,14 @@ bool HardLinkNow(const HostLock& from, const std::string& rest, const HostLock& 
         return false;
     if (Host().LinkObject(target.Object.Get(), spot.Drawer.Get(), spot.Name.c_str()) != 0)
         return Refuse(errno == EPERM ? ENOTSUP : errno, Operation::Write);
-    NoteCreated(spot.Drawer.Get(), spot.Name);
-    return true;
+    if (CopySidecar(target, spot)) {
+        NoteCreated(spot.Drawer.Get(), spot.Name);
+        return true;
+    }
+    const int error = errno;
+    if (Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), 0) != 0)
+        Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), 0);
+    return Refuse(error, Operation::Write);
 }
 
 bool ChangeNow(const HostLock& from, const std::string& rest, const MetadataChange& change, WalkMode& mode) {
@@ -143,6 +166,9 @@ bool ChangeNow(const HostLock& from, const std::string& rest, const MetadataChan
 }
 
 bool InfoNow(const HostLock& lock, InfoData& info) {
+    const VolumeRef volume = PresentRecord(lock.On);
+    info.Unit = volume->Info.Unit;
+    info.DosType = volume->Info.DosType;
     struct statvfs raw {};
     if (Host().Fstatvfs(lock.Object.Get(), &raw) != 0)
         return Refuse(errno, Operation::Lookup);

@@ -5,6 +5,7 @@
 #include "platform/dos/SidecarFiles.h"
 
 #include <cerrno>
+#include <fcntl.h>
 
 namespace dos {
 
@@ -21,9 +22,7 @@ bool WriteOnce(const HostLock& from, const std::string& rest, std::string_view b
     if (!FindSidecar(spot.Drawer.Get(), spot.Name, sidecar) ||
         !ReplaceBytes(spot.Drawer.Get(), spot.Name, old, bytes, Flush::Now))
         return Refuse(errno, Operation::Write);
-    if (!spot.Object)
-        NoteCreated(spot.Drawer.Get(), spot.Name);
-    return RefreshSidecar(spot.Drawer.Get(), spot.Name, sidecar) || Refuse(errno, Operation::Write);
+    return FinishSidecar(spot, sidecar) || Refuse(errno, Operation::Write);
 }
 
 bool WriteNow(const HostLock& from, const std::string& rest, std::string_view bytes, WalkMode& mode) {
@@ -42,13 +41,27 @@ bool CreateNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
     }
     if (!mode.Commit())
         return Refuse(ENOMEDIUM, Operation::Write);
-    if (Host().Mkdirat(spot.Drawer.Get(), spot.Name.c_str(), 0777) != 0)
+    SidecarFile sidecar;
+    if (!FindSidecar(spot.Drawer.Get(), spot.Name, sidecar) ||
+        Host().Mkdirat(spot.Drawer.Get(), spot.Name.c_str(), 0777) != 0)
         return Refuse(errno, Operation::Write);
-    NoteCreated(spot.Drawer.Get(), spot.Name);
-    return true;
+    if (FinishSidecar(spot, sidecar))
+        return true;
+    const int error = errno;
+    if (Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), AT_REMOVEDIR) == 0)
+        NoteRemoved(spot.Drawer.Get(), spot.Name);
+    return Refuse(error, Operation::Write);
 }
 
 } // namespace
+
+bool FinishSidecar(const Spot& spot, const SidecarFile& sidecar) {
+    const int drawer = spot.Drawer.Get();
+    if (spot.Object)
+        return RefreshSidecar(drawer, spot.Name, sidecar);
+    NoteCreated(drawer, spot.Name);
+    return BeginSidecar(drawer, spot.Name, sidecar, spot.On->Info.Metadata);
+}
 
 bool CreateHostDrawer(const LockRef& start, std::string_view rest) {
     const HostLockRef from = AsHostLock(start);

@@ -20,4 +20,9 @@ struct Spot;
 // drawer and name. False with IoErr.
 [[nodiscard]] bool IsReplaceable(Spot& spot);
 
+struct SidecarFile;
+// What an entry that was written or made where the spot is still needs: its sidecar, which was looked
+// for before. False with errno.
+[[nodiscard]] bool FinishSidecar(const Spot& spot, const SidecarFile& sidecar);
+
 } // namespace dos

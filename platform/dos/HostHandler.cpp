@@ -99,8 +99,8 @@ std::string NameOf(const LockBody& body, NameForm form) {
         SetIoErr(ErrorFromErrno(errno, Operation::Lookup));
         return {};
     }
-    const VolumeRef on = LiesUnder(path, lock.On->RealRoot) ? lock.On : VolumeOfHostPath(path);
-    const std::string& name = form == NameForm::Device ? on->Info.Device : on->Info.Volume;
+    const VolumeRef on = LiesUnder(path, lock.On->RealRoot) ? PresentRecord(lock.On) : VolumeOfHostPath(path);
+    const std::string name = form == NameForm::Device ? on->Info.Device : PathNameOf(on);
     return name + ":" + PathBelow(on->RealRoot, path);
 }
 
@@ -113,7 +113,7 @@ bool ExamineNow(const HostLock& lock, ExamineData& object) {
         return false;
     }
     if (IsRoot(lock, path)) {
-        object.Name = lock.On->Info.Volume;
+        object.Name = PresentRecord(lock.On)->Info.Volume;
     } else {
         ApplySidecar(AT_FDCWD, path, record);
         object.Name = ShownNameAt(std::string(DrawerOf(path)), LeafOf(path));

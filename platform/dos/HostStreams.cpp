@@ -108,9 +108,7 @@ bool CloseNow(OpenFile& open) {
         return Refuse(errno, Operation::Write);
     if (isOld)
         SyncDrawer(target.Drawer.Get());
-    else
-        NoteCreated(target.Drawer.Get(), target.Name);
-    return RefreshSidecar(target.Drawer.Get(), target.Name, sidecar) || Refuse(errno, Operation::Write);
+    return FinishSidecar(target, sidecar) || Refuse(errno, Operation::Write);
 }
 
 std::int64_t ReadNow(int file, std::span<std::byte> buffer) {
@@ -256,11 +254,26 @@ std::int64_t HostStream::SetSize(std::int64_t offset, SeekFrom from) {
 
 using StreamRef = std::unique_ptr<Stream>;
 
+// The host's modes speak when the file is opened; a sidecar it does not know.
+bool IsReadable(const Spot& spot) {
+    const std::string path = HostPathOf(spot.Object.Get());
+    SidecarFile sidecar;
+    if (path.empty()) // removed, and its sidecar with it
+        return true;
+    if (!FindSidecar(AT_FDCWD, path, sidecar))
+        return Refuse(errno, Operation::Read);
+    const bool isProtected =
+        sidecar.State == SidecarState::Ours && (*sidecar.Facts.Protection & ProtectRead) != 0;
+    return !isProtected || RefuseProtected(ErrorReadProtected);
+}
+
 StreamRef OpenExisting(Spot&& spot) {
     if (!IsFileMode(spot.Facts.Mode)) {
         SetIoErr(ErrorObjectWrongType);
         return nullptr;
     }
+    if (!IsReadable(spot))
+        return nullptr;
     auto file = std::make_shared<OpenFile>();
     // By its descriptor it is the very object that was looked at, whatever has its name now.
     file->Source = HostFd(Host().Openat(AT_FDCWD, DescriptorPath(spot.Object.Get()).c_str(),

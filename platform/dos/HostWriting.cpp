@@ -299,4 +299,17 @@ bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view
     return true;
 }
 
+bool ReplaceHostText(const std::string& hostPath, std::string_view text) {
+    const HostFd old(Host().Openat(AT_FDCWD, hostPath.c_str(), O_PATH | O_CLOEXEC, 0));
+    if (!old && errno != ENOENT)
+        return false;
+    const std::string path = old ? HostPathOf(old.Get()) : hostPath;
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos)
+        return false;
+    const HostFd drawer(
+        Host().Openat(AT_FDCWD, path.substr(0, slash + 1).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+    return drawer && ReplaceBytes(drawer.Get(), path.substr(slash + 1), old.Get(), text);
+}
+
 } // namespace dos

@@ -21,6 +21,8 @@ struct InfoData {
     // Free is what is left of Blocks for this user: what the host keeps back counts as used.
     std::uint64_t BlocksUsed = 0;
     std::uint64_t BytesPerBlock = 0;
+    std::uint32_t Unit = 0;    // of the Exec device
+    std::uint32_t DosType = 0; // for DosTypeText
 };
 
 // The disk on which the object lies. Nothing with IoErr: 226 when it does not answer.

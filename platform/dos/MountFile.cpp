@@ -63,6 +63,7 @@ public:
 
     void ReadVolume(const toml::table& table);
     void ReadAssign(const toml::table& table);
+    void ReadLabel(const toml::table& table);
     void ReadRoot(const toml::table& root);
 
 private:
@@ -207,6 +208,17 @@ void MountFileReader::ReadAssign(const toml::table& table) {
         File.Assigns.push_back(std::move(row));
 }
 
+void MountFileReader::ReadLabel(const toml::table& table) {
+    VolumeLabel label;
+    if (!HasOnly(table, {"volume", "name"}) || !ReadName(table, "volume", label.Volume) ||
+        !ReadName(table, "name", label.Name))
+        return;
+    if (label.Volume.empty() || label.Name.empty())
+        Complain(table, "a label needs the name of a volume and another name for it");
+    else
+        File.Labels.push_back(std::move(label));
+}
+
 template <typename Reader>
 void MountFileReader::ReadEach(const toml::table& root, std::string_view key, Reader read) {
     const toml::node* node = root.get(key);
@@ -231,9 +243,10 @@ void MountFileReader::ReadEach(const toml::table& root, std::string_view key, Re
 }
 
 void MountFileReader::ReadRoot(const toml::table& root) {
-    static_cast<void>(HasOnly(root, {"volume", "assign"})); // what is known still counts
+    static_cast<void>(HasOnly(root, {"volume", "assign", "label"})); // what is known still counts
     ReadEach(root, "volume", [&](const toml::table& table) { ReadVolume(table); });
     ReadEach(root, "assign", [&](const toml::table& table) { ReadAssign(table); });
+    ReadEach(root, "label", [&](const toml::table& table) { ReadLabel(table); });
 }
 
 std::string FreeDevice() {
@@ -265,7 +278,77 @@ void Assign(MountFileAssign row) {
         AddSetUpProblem(ProblemAt(row.Line, "assign " + Quote(row.Info.Name) + ": " + Fault(IoErr())));
 }
 
+// Lines and columns of the library as a place in the text; columns count characters.
+std::size_t PlaceOf(std::string_view text, const toml::source_position& position) {
+    std::size_t at = 0;
+    for (toml::source_index line = 1; line < position.line; ++line)
+        at = std::min(text.find('\n', at), text.size() - 1) + 1;
+    for (toml::source_index column = 1; column < position.column && at < text.size(); ++column)
+        at += utility::Decode(text, at).Length;
+    return at;
+}
+
+std::string_view WithoutColon(std::string_view name) {
+    return name.ends_with(':') ? name.substr(0, name.size() - 1) : name;
+}
+
+// The name node of the table of an array in which key is a name.
+const toml::node* FindNameNode(const toml::table& root, std::string_view array, std::string_view key,
+                               std::string_view name) {
+    const toml::node* node = root.get(array);
+    const toml::array* rows = node ? node->as_array() : nullptr;
+    for (std::size_t i = 0; rows && i < rows->size(); ++i) {
+        const toml::table* table = rows->get(i)->as_table();
+        const toml::node* value = table ? table->get(key) : nullptr;
+        const auto text = value ? value->value_exact<std::string>() : std::nullopt;
+        if (text && utility::Stricmp(WithoutColon(*text), name) == 0)
+            return table->get("name");
+    }
+    return nullptr;
+}
+
+std::string AsTomlText(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char c : text)
+        quoted.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+    return quoted + '"';
+}
+
+bool ReplaceValue(std::string& text, const toml::node& value, std::string_view name) {
+    const std::size_t begin = PlaceOf(text, value.source().begin);
+    const std::size_t end = PlaceOf(text, value.source().end);
+    if (end < begin + 2 || (text[begin] != '"' && text[begin] != '\'') || text[end - 1] != text[begin])
+        return false;
+    text.replace(begin, end - begin, AsTomlText(name));
+    return true;
+}
+
 } // namespace
+
+std::optional<RelabelledText> RelabelInMountFile(std::string_view text, std::string_view current,
+                                                 std::string_view own, std::string_view name) {
+    const toml::parse_result before = toml::parse(text);
+    if (!before)
+        return {};
+    RelabelledText changed{std::string(text)};
+    const toml::node* declared = FindNameNode(before.table(), "volume", "name", current);
+    const toml::node* label = FindNameNode(before.table(), "label", "volume", own);
+    changed.IsDeclared = declared != nullptr;
+    if (declared || label) {
+        if (!ReplaceValue(changed.Text, declared ? *declared : *label, name))
+            return {};
+    } else {
+        changed.Text += text.empty() ? "" : text.ends_with('\n') ? "\n" : "\n\n";
+        changed.Text += "[[label]]\nvolume = " + AsTomlText(own) + "\nname = " + AsTomlText(name) + "\n";
+    }
+    // Whatever is odd about the file: what was meant must be what it says now.
+    const toml::parse_result after = toml::parse(changed.Text);
+    const toml::node* told = !after     ? nullptr
+                             : declared ? FindNameNode(after.table(), "volume", "name", name)
+                                        : FindNameNode(after.table(), "label", "volume", own);
+    const auto value = told ? told->value_exact<std::string>() : std::nullopt;
+    return value == name ? std::optional(std::move(changed)) : std::nullopt;
+}
 
 MountFile ParseMountFile(std::string_view text, const std::string& homeDrawer) {
     MountFile file;
@@ -294,6 +377,11 @@ void ReadMountFile(const std::string& hostPath, const std::string& homeDrawer) {
         Mount(std::move(row));
     for (MountFileAssign& row : file.Assigns)
         Assign(std::move(row));
+}
+
+void ReadVolumeLabels(const std::string& hostPath) {
+    const std::optional<std::string> text = ReadHostText(hostPath, LargestMountFile);
+    SetVolumeLabels(text ? ParseMountFile(*text, {}).Labels : std::vector<VolumeLabel>(), hostPath);
 }
 
 } // namespace dos

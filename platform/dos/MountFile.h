@@ -12,11 +12,16 @@
 //   paths = ["Work:Games", "/srv/games"]   # in order; host paths too. path = "..." for one
 //   bind = "path"                          # looked up at every use; "late", the default, at the first
 //
+//   [[label]]
+//   volume = "Home"          # what a volume of the system or a disk is called by itself
+//   name = "My things"       # what it is called instead; Relabel writes these
+//
 // Private to platform/dos.
 #pragma once
 
-#include "platform/dos/Volumes.h"
+#include "platform/dos/VolumeTable.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -40,10 +45,22 @@ struct MountFileAssign {
 struct MountFile {
     std::vector<MountFileVolume> Volumes;
     std::vector<MountFileAssign> Assigns;
+    std::vector<VolumeLabel> Labels;
     std::vector<std::string> Problems; // one for each entry left out, for a person
 };
 
 // Looks at nothing but the text; "~" stands for the home drawer.
 [[nodiscard]] MountFile ParseMountFile(std::string_view text, const std::string& homeDrawer);
+
+// The text with another name for a volume; all else in it stays byte for byte.
+struct RelabelledText {
+    std::string Text;
+    bool IsDeclared = false; // by a [[volume]], whose name it is now; else a [[label]] tells it
+};
+// current is what the volume is called, own what it or its disk says by itself. Nothing when the text
+// is broken or cannot be changed in one place.
+[[nodiscard]] std::optional<RelabelledText> RelabelInMountFile(std::string_view text,
+                                                               std::string_view current, std::string_view own,
+                                                               std::string_view name);
 
 } // namespace dos

@@ -8,8 +8,8 @@ namespace dos {
 namespace {
 
 constexpr std::size_t MostLetters = 64;
-constexpr std::size_t MostStates = 1024;
-constexpr std::size_t MostSteps = 40000; // of making a table; some milliseconds
+constexpr std::size_t MostStates = 512;
+constexpr std::size_t MostSteps = 20000; // of making a table; some milliseconds
 
 using Term = std::uint32_t; // an expression, by its number; equal ones have the same
 using Terms = std::vector<Term>;

@@ -83,4 +83,14 @@ bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidec
     return WriteSidecar(drawer, owner, sidecar, facts);
 }
 
+bool BeginSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar, MetadataRule rule) {
+    const bool isWanted = rule == MetadataRule::Uaem && !owner.ends_with(SidecarSuffix);
+    if (sidecar.State != SidecarState::None || !isWanted)
+        return RefreshSidecar(drawer, owner, sidecar);
+    SidecarFile first;
+    first.State = SidecarState::Ours;
+    first.Facts.Protection = 0;
+    return RefreshSidecar(drawer, owner, first);
+}
+
 } // namespace dos

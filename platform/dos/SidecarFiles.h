@@ -5,6 +5,7 @@
 #include "platform/dos/HostFd.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/Sidecar.h"
+#include "platform/dos/Volumes.h"
 
 #include <cstdint>
 #include <string>
@@ -39,5 +40,10 @@ struct SidecarFile {
 // After new contents: the date of the file goes into its sidecar, which was looked for before, and
 // the archive bit is cleared. False with errno; true when there is none.
 [[nodiscard]] bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar);
+
+// The same for an entry that was just made; where the volume keeps a sidecar for all it gets one, with
+// the bits of a new object ("----rwed").
+[[nodiscard]] bool BeginSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar,
+                                MetadataRule rule);
 
 } // namespace dos

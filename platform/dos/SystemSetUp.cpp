@@ -35,12 +35,13 @@ struct AssignDefault {
 };
 
 // ENVARC:, APPDIR: and the user's drawers depend on the host and are made apart.
-constexpr std::array<AssignDefault, 11> StandardAssigns = {{
-    {"SYS", "Workbench:"},
+constexpr std::array<AssignDefault, 12> StandardAssigns = {{
+    {"SYS", "DH0:"}, // the volume may be called otherwise
     {"C", "SYS:C"},
     {"S", "SYS:S"},
     {"L", "SYS:L"},
     {"LIBS", "SYS:Libs"},
+    {"LOCALE", "SYS:Locale"},
     {"DEVS", "SYS:Devs"},
     {"FONTS", "SYS:Fonts"},
     {"REXX", "SYS:S"},
@@ -49,8 +50,8 @@ constexpr std::array<AssignDefault, 11> StandardAssigns = {{
     {"CLIPS", "RAM:Clipboards"},
 }};
 
-constexpr std::array<std::string_view, 10> SystemNames = {"C",     "Devs",  "Fonts", "L",      "Libs",
-                                                          "Prefs", "Rexxc", "S",     "System", "Utilities"};
+constexpr std::array<std::string_view, 11> SystemNames = {
+    "C", "Devs", "Fonts", "L", "Libs", "Locale", "Prefs", "Rexxc", "S", "System", "Utilities"};
 constexpr std::array<std::string_view, 3> RamNames = {"Env", "T", "Clipboards"};
 
 struct UserDrawer {
@@ -132,6 +133,7 @@ bool MakeSystemDrawer(const std::string& skeleton, const std::string& drawer) {
 
 bool Add(VolumeInfo volume) {
     const std::string root = volume.HostRoot;
+    volume.Volume = LabelOf(volume.Volume);
     return AddVolume(std::move(volume)) || Fail("The drawer " + root + " cannot be used", IoErr());
 }
 
@@ -222,9 +224,11 @@ bool SetUpSystem(const SystemDrawers& drawers) {
     const UserDrawers user = FindUserDrawers();
     if (user.Home.empty() || user.Home == "/.")
         return Fail("This user has no home drawer", ErrorObjectNotFound);
+    const std::string mountFile = user.Configuration + "/solvane/mounts.toml";
+    ReadVolumeLabels(mountFile);
     if (!MakeVolumes(drawers, user) || !MakeAssigns(drawers, user))
         return false;
-    ReadMountFile(user.Configuration + "/solvane/mounts.toml", user.Home);
+    ReadMountFile(mountFile, user.Home);
     return true;
 }
 

@@ -27,6 +27,23 @@ using VolumeRef = std::shared_ptr<const Volume>;
 // lies on one that stands for the host's root.
 [[nodiscard]] VolumeRef VolumeOfHostPath(std::string_view hostPath);
 
+// The record of a volume as it is now: it may have another name than when it was found.
+[[nodiscard]] VolumeRef PresentRecord(const VolumeRef& volume);
+
+// What a volume of the system or a disk is called instead of what it says by itself.
+struct VolumeLabel {
+    std::string Volume;
+    std::string Name;
+};
+// The labels for disks and for MakeVolumes from now on, and the host path of the mounts.toml that
+// keeps them.
+void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFile);
+// The label of a volume; its own name where it has none.
+[[nodiscard]] std::string LabelOf(const std::string& ownName);
+
+// Gives the paths of all assigns that begin with the name of a volume its new name.
+void RenameInAssigns(std::string_view volume, std::string_view name);
+
 // Does a volume carry this device name? NIL:, CON: and PROGDIR: count.
 [[nodiscard]] bool IsDeviceName(std::string_view name);
 // Can the name stand before a colon?
@@ -59,5 +76,7 @@ void ResetVolumeTable();
 // Adds the volumes and assigns of a mounts.toml; no such file is no problem. What is wrong in it
 // goes to AddSetUpProblem, entry by entry.
 void ReadMountFile(const std::string& hostPath, const std::string& homeDrawer);
+// Takes the labels of a mounts.toml, before there are volumes; its problems are ReadMountFile's.
+void ReadVolumeLabels(const std::string& hostPath);
 
 } // namespace dos

@@ -1,8 +1,11 @@
 #include "platform/dos/Volumes.h"
 
+#include "platform/dos/DiskEvents.h"
 #include "platform/dos/DiskVolumes.h"
 #include "platform/dos/Errors.h"
+#include "platform/dos/HostWriting.h"
 #include "platform/dos/Limits.h"
+#include "platform/dos/MountFile.h"
 #include "platform/dos/MountInfo.h"
 #include "platform/dos/VolumeTable.h"
 #include "platform/utility/Text.h"
@@ -39,6 +42,8 @@ struct Table {
     std::vector<MountedDisk> Disks; // mounted by the host, made from SeenMounts
     std::vector<PastDisk> Past;     // the last of them at the end
     MountRows SeenMounts;
+    std::vector<VolumeLabel> Labels;
+    std::string MountFile; // host path; keeps the labels
     std::string Problem;
     std::size_t MoreProblems = 0; // that Problem has no room for
 };
@@ -131,6 +136,13 @@ void GiveDevice(const TableState& state, VolumeInfo& info) {
     }
 }
 
+const std::string& LabelIn(const TableState& state, const std::string& ownName) {
+    for (const VolumeLabel& label : state.Labels)
+        if (SameName(label.Volume, ownName))
+            return label.Name;
+    return ownName;
+}
+
 // Paths begin with volume names, so no two disks share one and none is called like something else.
 void GiveVolume(const TableState& state, VolumeInfo& info) {
     if (SameName(info.Volume, info.Device) || !IsTaken(state, info.Volume))
@@ -153,6 +165,7 @@ void GiveNames(const TableState& state, VolumeInfo& info) {
         return;
     }
     GiveDevice(state, info);
+    info.Volume = LabelIn(state, info.Volume);
     GiveVolume(state, info);
 }
 
@@ -239,6 +252,73 @@ void TakeDeeper(const VolumeRef& volume, std::string_view hostPath, VolumeRef& b
 bool Fail(long error) {
     SetIoErr(error);
     return false;
+}
+
+// A volume that is to be called otherwise.
+struct Renaming {
+    VolumeRef Before;
+    std::string Own; // what the disk or the system calls it
+    std::string MountFile;
+};
+
+// The name by which a volume of the system is known to its label.
+std::string OwnNameIn(const TableState& state, const std::string& name) {
+    for (const VolumeLabel& label : state.Labels)
+        if (SameName(label.Name, name))
+            return label.Volume;
+    return name;
+}
+
+// False with IoErr when there is no such volume or it cannot have the name.
+bool FindRenaming(std::string_view name, std::string_view newName, Renaming& found) {
+    found.Before = FindVolume(name);
+    if (!found.Before)
+        return Fail(ErrorDeviceNotMounted);
+    if (!IsDeviceText(newName) || FitVolumeName(newName) != newName)
+        return Fail(ErrorInvalidComponentName);
+    if (found.Before->Info.WriteProtected)
+        return Fail(ErrorDiskWriteProtected);
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    if (!SameName(found.Before->Info.Volume, newName) && IsTaken(state, newName))
+        return Fail(ErrorObjectExists);
+    found.MountFile = state.MountFile;
+    found.Own = OwnNameIn(state, found.Before->Info.Volume);
+    for (const MountedDisk& disk : state.Disks)
+        if (disk.Ref == found.Before)
+            found.Own = disk.Label;
+    return true;
+}
+
+// Remembers the name in the mount file; false with IoErr.
+bool KeepName(const Renaming& renaming, std::string_view name, bool& isDeclared) {
+    if (renaming.MountFile.empty())
+        return Fail(ErrorActionNotKnown);
+    const auto text = ReadHostText(renaming.MountFile, LargestMountFile);
+    if (!text && errno != ENOENT)
+        return Fail(ErrorFromErrno(errno, Operation::Read));
+    const auto changed =
+        RelabelInMountFile(text.value_or(""), renaming.Before->Info.Volume, renaming.Own, name);
+    if (!changed)
+        return Fail(ErrorObjectWrongType);
+    isDeclared = changed->IsDeclared;
+    return ReplaceHostText(renaming.MountFile, changed->Text) ||
+           Fail(ErrorFromErrno(errno, Operation::Write));
+}
+
+void PutLabel(TableState& state, const std::string& own, std::string_view name) {
+    std::erase_if(state.Labels, [&](const VolumeLabel& label) { return SameName(label.Volume, own); });
+    state.Labels.push_back({own, std::string(name)});
+}
+
+void PutName(TableState& state, const Renaming& renaming, std::string_view name) {
+    Volume changed = *renaming.Before;
+    changed.Info.Volume = name;
+    const auto now = std::make_shared<const Volume>(std::move(changed));
+    std::ranges::replace(state.Fixed, renaming.Before, now);
+    for (MountedDisk& disk : state.Disks)
+        if (disk.Ref == renaming.Before)
+            disk.Ref = now;
 }
 
 } // namespace
@@ -339,6 +419,48 @@ bool AddVolume(VolumeInfo info) {
         return Fail(ErrorObjectExists);
     state.Fixed.push_back(std::make_shared<const Volume>(Volume{std::move(info), real, slow}));
     state.SeenMounts.reset();
+    return true;
+}
+
+VolumeRef PresentRecord(const VolumeRef& volume) {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    RefreshDisks(state);
+    for (const VolumeRef& now : AllVolumes(state))
+        if (now->Info.Device == volume->Info.Device && now->RealRoot == volume->RealRoot)
+            return now;
+    return volume;
+}
+
+void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFile) {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    state.Labels = std::move(labels);
+    state.MountFile = mountFile;
+}
+
+std::string LabelOf(const std::string& ownName) {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    return LabelIn(state, ownName);
+}
+
+bool Relabel(std::string_view volume, std::string_view name) {
+    if (volume.ends_with(':'))
+        volume.remove_suffix(1);
+    Renaming renaming;
+    bool isDeclared = false;
+    if (!FindRenaming(volume, name, renaming) || !KeepName(renaming, name, isDeclared))
+        return false;
+    {
+        TableState& state = State();
+        const std::lock_guard hold(state.Guard);
+        PutName(state, renaming, name);
+        if (!isDeclared)
+            PutLabel(state, renaming.Own, name);
+    }
+    RenameInAssigns(renaming.Before->Info.Volume, name);
+    TellDiskWatches();
     return true;
 }
 

@@ -78,6 +78,14 @@ enum class AssignEnd { Last, First };
 // is taken, 210 bad name, 205 no such drawer.
 [[nodiscard]] bool AddVolume(VolumeInfo volume);
 
+// Gives a volume another name, with or without a colon behind the old one; device names stay. The
+// new name is written to mounts.toml: into its own declaration, or as a label for what is not declared
+// there; what a disk carries itself stays as it is. Those who wait for disk events are told. False with
+// IoErr: 218 no such volume, 203 another thing is called so, 210 empty, too long or with what cannot be
+// part of a name, 214 a disk that cannot be written, 209 there is no mounts.toml to keep it, 212 that one
+// is broken.
+[[nodiscard]] bool Relabel(std::string_view volume, std::string_view name);
+
 // "DOS\07", "NTFS": three characters and an escape where the last byte is none.
 [[nodiscard]] std::string DosTypeText(std::uint32_t dosType);
 

@@ -1,5 +1,6 @@
 #include "platform/icon/Icon.h"
 
+#include "platform/dos/Changes.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "platform/dos/Files.h"
@@ -56,6 +57,10 @@ bool PutDiskObject(std::string_view name, const DiskObject& object) {
         return false;
     }
     return dos::WriteWhole(ObjectName(name) + ".info", *file);
+}
+
+bool DeleteDiskObject(std::string_view name) {
+    return dos::Delete(ObjectName(name) + ".info");
 }
 
 bool PutIconPosition(std::string_view name, std::int32_t x, std::int32_t y) {

@@ -87,6 +87,9 @@ struct DiskObject {
 // Writes the icon of the object name to name + ".info"; a file that is there stays whole until the new
 // one is. False with IoErr: 212 when WriteDiskObject refuses.
 [[nodiscard]] bool PutDiskObject(std::string_view name, const DiskObject& object);
+// Removes the icon of the object name, which itself stays. False with IoErr: 205 when there is none, 222
+// when it is protected.
+[[nodiscard]] bool DeleteDiskObject(std::string_view name);
 // Moves the icon of the object name and changes nothing else of it; NoIconPosition sets it free. False
 // with IoErr.
 [[nodiscard]] bool PutIconPosition(std::string_view name, std::int32_t x, std::int32_t y);

@@ -18,8 +18,9 @@ constexpr std::string_view Places[] = {"PROGDIR:Catalogs/", "LOCALE:Catalogs/"};
 
 // Names of the same language: the one that languages have here first, then how Amigas call their
 // drawers. Empty entries fill a row up.
-constexpr std::array<std::string_view, 3> LanguageNames[] = {
-    {"czech", "česky", "cesky"},
+constexpr std::array<std::string_view, 4> LanguageNames[] = {
+    {"croatian", "hrvatski"},
+    {"czech", "česky", "čeština", "cesky"},
     {"danish", "dansk"},
     {"dutch", "nederlands"},
     {"finnish", "suomi"},
@@ -28,7 +29,7 @@ constexpr std::array<std::string_view, 3> LanguageNames[] = {
     {"greek", "hellenic"},
     {"hungarian", "magyar"},
     {"italian", "italiano"},
-    {"norwegian", "norsk"},
+    {"norwegian", "norsk", "bokmål"},
     {"polish", "polski"},
     {"portuguese", "português", "portugues"},
     {"spanish", "español", "espanol"},
@@ -140,7 +141,7 @@ std::optional<std::string_view> Catalog::Find(std::int32_t id) const noexcept {
 OpenedCatalog OpenCatalog(const CatalogWish& wish) {
     std::vector<std::string> languages = wish.Languages;
     if (languages.empty())
-        languages.push_back(LanguageName());
+        languages = PreferredLanguages();
     long reason = 0;
     OpenedCatalog result = OpenFor(wish, languages, reason);
     dos::SetIoErr(reason);

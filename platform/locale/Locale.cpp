@@ -8,6 +8,7 @@
 #include <QLocale>
 #include <QString>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <deque>
@@ -63,26 +64,44 @@ QLocale CategoryLocale(const char* category) {
     return LocaleFromName(CategoryName(category));
 }
 
-// LANGUAGE is a list of wishes that counts where messages are not in the C locale.
-QLocale MessageLocale() {
-    const std::string_view wishes = Variable("LANGUAGE");
-    const QLocale messages = CategoryLocale("LC_MESSAGES");
-    if (wishes.empty() || messages.language() == QLocale::C)
-        return messages;
-    return LocaleFromName(wishes.substr(0, wishes.find(':')));
-}
-
-std::string LanguageFileName(QLocale::Language language) {
+// The English name of a language in small letters, as drawers of catalogs have it; empty for a name
+// that the host's locale data do not know.
+std::string LanguageOf(std::string_view localeName) {
+    const QLocale::Language language = LocaleFromName(localeName).language();
     switch (language) {
     case QLocale::C:
     case QLocale::AnyLanguage:
-        return "english.language";
+        return localeName.starts_with("C") || localeName.starts_with("POSIX") ? "english" : "";
     case QLocale::NorwegianBokmal:
     case QLocale::NorwegianNynorsk:
-        return "norwegian.language";
+        return "norwegian";
     default:
-        return Utf8(QLocale::languageToString(language).toLower()) + ".language";
+        return Utf8(QLocale::languageToString(language).toLower());
     }
+}
+
+void AddLanguage(std::vector<std::string>& languages, std::string language) {
+    if (!language.empty() && languages.size() < MaxLanguages &&
+        std::ranges::find(languages, language) == languages.end())
+        languages.push_back(std::move(language));
+}
+
+// LANGUAGE is a list of wishes that counts where messages are not in the C locale; the language of the
+// messages stands behind them.
+std::vector<std::string> ReadLanguages() {
+    const std::string messages = LanguageOf(CategoryName("LC_MESSAGES"));
+    const bool isPlain = CategoryLocale("LC_MESSAGES").language() == QLocale::C;
+    std::string_view wishes = isPlain ? std::string_view() : Variable("LANGUAGE");
+    std::vector<std::string> languages;
+    while (!wishes.empty()) {
+        const std::size_t end = std::min(wishes.find(':'), wishes.size());
+        AddLanguage(languages, LanguageOf(wishes.substr(0, end)));
+        wishes.remove_prefix(std::min(end + 1, wishes.size()));
+    }
+    AddLanguage(languages, messages);
+    if (languages.empty())
+        languages.emplace_back("english");
+    return languages;
 }
 
 qsizetype FirstLength(const QString& text) {
@@ -153,7 +172,7 @@ std::unique_ptr<Reading> ReadLocale() {
     LoadFormats(times, reading->Data);
     reading->Data.GroupSeparator = Utf8(numbers.groupSeparator());
     reading->Data.DecimalPoint = Utf8(numbers.decimalPoint());
-    reading->Data.LanguageName = LanguageFileName(MessageLocale().language());
+    reading->Data.Languages = ReadLanguages();
     reading->Characters = CategoryLocale("LC_CTYPE");
     return reading;
 }
@@ -221,7 +240,11 @@ std::string DecimalPoint() {
 }
 
 std::string LanguageName() {
-    return CurrentData().LanguageName;
+    return CurrentData().Languages.front() + ".language";
+}
+
+std::vector<std::string> PreferredLanguages() {
+    return CurrentData().Languages;
 }
 
 std::string ToUpper(std::string_view text) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace locale {
 
@@ -33,6 +34,11 @@ inline constexpr std::size_t MaxDateText = 34;
 
 // "german.language"; "english.language" for the C locale and for languages without a catalog name.
 [[nodiscard]] std::string LanguageName();
+
+inline constexpr std::size_t MaxLanguages = 10;
+// The languages that the user wants, the best first: English names in small letters, "german". Never
+// empty.
+[[nodiscard]] std::vector<std::string> PreferredLanguages();
 
 // The whole text in one case by the rules of the user's language; its length in bytes may change.
 // Invalid bytes stay.

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace locale {
 
@@ -24,7 +25,7 @@ struct LocaleData {
     std::array<NameForms, 2> DayHalves; // AM, PM
     std::string DateTimeFormat, ShortDateTimeFormat;
     std::string GroupSeparator, DecimalPoint;
-    std::string LanguageName;
+    std::vector<std::string> Languages; // "german"; the best first, never empty
 };
 
 // The data in use; they stay valid and unchanged for the life of the process.

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace solvane {
@@ -56,6 +57,26 @@ TEST_F(Requesters, TellTheDosError) {
     EXPECT_EQ(Shown.at(0).Text,
               "Error loading prefs file.\n\nDOS error message:\n" + dos::Fault(dos::ErrorObjectNotFound));
     EXPECT_EQ(Shown.at(0).Image, RequesterImage::Error);
+}
+
+TEST_F(Requesters, MissingVolumeIsAskedForUntilItIsThereOrTheUserGivesUp) {
+    {
+        const MissingVolumeRequests missing;
+        intuition::SetRequestHandler([this](const intuition::EasyRequestSpec& spec) {
+            Shown.push_back(spec);
+            return Shown.size() == 1 ? 1 : 0;
+        });
+        EXPECT_FALSE(dos::Lock("Stick:a"));
+        EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
+        ASSERT_EQ(Shown.size(), 2U); // looked again after the first answer
+        EXPECT_EQ(Shown[0].Text, "Please insert volume Stick in any drive");
+        EXPECT_EQ(Shown[0].Gadgets, (std::vector<std::string>{"_Retry", "_Cancel"}));
+        const WithoutRequesters quiet;
+        EXPECT_FALSE(dos::Lock("Stick:a"));
+        std::jthread([] { EXPECT_FALSE(dos::Lock("Stick:a")); });
+    }
+    EXPECT_FALSE(dos::Lock("Stick:a"));
+    EXPECT_EQ(Shown.size(), 2U);
 }
 
 TEST_F(Requesters, SystemRequestersComeBackAsTheyWere) {

@@ -128,6 +128,28 @@ TEST_F(DiskEventsTest, DiskThatComesOrGoesSendsASignal) {
     EXPECT_EQ(Find("Amiga:file"), "error 218");
 }
 
+TEST_F(DiskEventsTest, RelabelledDiskIsToldAndKeepsItsNameWhenItComesBack) {
+    dos::SetVolumeLabels({}, Tree.Path("mounts.toml"));
+    Mount(Disk);
+    ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
+    ASSERT_TRUE(dos::SetAssign("Games", dos::AssignKind::Late, {"Amiga:"}));
+    ASSERT_TRUE(dos::Relabel("amiga:", "Old disk"));
+    EXPECT_EQ(exec::Wait(Mask()), Mask());
+    EXPECT_EQ(Tree.Read("mounts.toml"), "[[label]]\nvolume = \"Amiga\"\nname = \"Old disk\"\n");
+    EXPECT_EQ(Find("Games:file"), "Old disk:file");
+    Mount("");
+    EXPECT_EQ(Find("Old disk:"), "error 218");
+    Mount(Disk);
+    EXPECT_EQ(LastVolume(), "Old disk");
+    dos::ResetVolumeTable(); // as at the next start
+    dos::ReadVolumeLabels(Tree.Path("mounts.toml"));
+    EXPECT_EQ(LastVolume(), "Old disk");
+    std::string readOnly = Disk;
+    Mount(readOnly.replace(readOnly.find(" rw"), 3, " ro"));
+    EXPECT_FALSE(dos::Relabel("Old disk", "x"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskWriteProtected);
+}
+
 TEST_F(DiskEventsTest, BurstIsOneSignalAndMountsOfTheSystemAreNone) {
     ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
     Mount("9 1 0:9 / /proc rw - proc proc rw\n");
@@ -235,21 +257,24 @@ bool CanMount() {
 void MeetARealDisk() {
     REQUIRE(::unshare(CLONE_NEWNS) == 0);
     REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
+    std::string point = "/tmp/solvane-test-XXXXXX"; // a name that no other disk has
+    REQUIRE(::mkdtemp(point.data()) != nullptr);
+    const std::string name = point.substr(5);
     const int signal = exec::AllocSignal();
     const exec::SignalMask mask = exec::SignalMask{1} << signal;
     dos::DiskNotification watch;
     REQUIRE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
     REQUIRE(watch.Start(exec::FindTask(), signal));
-    REQUIRE(::mount("solvane", "/mnt", "tmpfs", 0, nullptr) == 0);
+    REQUIRE(::mount("solvane", point.c_str(), "tmpfs", 0, nullptr) == 0);
     REQUIRE(exec::Wait(mask) == mask);
-    REQUIRE(dos::Volumes().back().Volume == "mnt" && dos::Volumes().back().FileSystem.starts_with("tmpfs "));
-    REQUIRE(::mkdir("/mnt/Games", 0777) == 0);
-    REQUIRE(dos::SetAssign("G", dos::AssignKind::Directory, {"mnt:Games"}));
-    REQUIRE(Find("G:") == "mnt:Games");
-    REQUIRE(::umount2("/mnt", 0) == 0); // nothing of ours holds it
+    REQUIRE(dos::Volumes().back().Volume == name && dos::Volumes().back().FileSystem.starts_with("tmpfs "));
+    REQUIRE(::mkdir((point + "/Games").c_str(), 0777) == 0);
+    REQUIRE(dos::SetAssign("G", dos::AssignKind::Directory, {name + ":Games"}));
+    REQUIRE(Find("G:") == name + ":Games");
+    REQUIRE(::umount2(point.c_str(), 0) == 0); // nothing of ours holds it
     REQUIRE(exec::Wait(mask) == mask);
-    REQUIRE(dos::Volumes().back().Volume == "Host");
-    REQUIRE(Find("mnt:") == "error 218" && Find("G:") == "error 205");
+    REQUIRE(Find(name + ":") == "error 218" && Find("G:") == "error 205");
+    ::rmdir(point.c_str());
     ::_exit(0);
 }
 
@@ -257,14 +282,17 @@ void MeetARealDisk() {
 void LoseARealDisk() {
     REQUIRE(::unshare(CLONE_NEWNS) == 0);
     REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
+    std::string point = "/tmp/solvane-test-XXXXXX"; // a name that no other disk has
+    REQUIRE(::mkdtemp(point.data()) != nullptr);
+    const std::string name = point.substr(5);
     REQUIRE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
-    REQUIRE(::mount("solvane", "/mnt", "tmpfs", 0, nullptr) == 0);
-    REQUIRE(dos::WriteWhole("mnt:file", "text"));
-    const dos::FileLock root = dos::Lock("mnt:");
-    const dos::FileLock file = dos::Lock("mnt:file");
+    REQUIRE(::mount("solvane", point.c_str(), "tmpfs", 0, nullptr) == 0);
+    REQUIRE(dos::WriteWhole(name + ":file", "text"));
+    const dos::FileLock root = dos::Lock(name + ":");
+    const dos::FileLock file = dos::Lock(name + ":file");
     const auto refuses = [](bool result) { return !result && dos::IoErr() == dos::ErrorDeviceNotMounted; };
     REQUIRE(!refuses(dos::ExamineObject(file).has_value()));
-    REQUIRE(::umount2("/mnt", MNT_DETACH) == 0);
+    REQUIRE(::umount2(point.c_str(), MNT_DETACH) == 0);
     REQUIRE(refuses(dos::ExamineObject(file).has_value()));
     REQUIRE(refuses(!dos::NameFromLock(file).empty()));
     REQUIRE(refuses(static_cast<bool>(dos::ParentDir(file))));
@@ -273,8 +301,9 @@ void LoseARealDisk() {
     dos::CurrentDir(root);
     REQUIRE(refuses(static_cast<bool>(dos::Lock("file"))));
     REQUIRE(refuses(dos::WriteWhole("file", "new")));
-    REQUIRE(refuses(dos::Rename("file", "Host:mnt/moved")));
+    REQUIRE(refuses(dos::Rename("file", "Host:tmp/" + name + "/moved")));
     REQUIRE(refuses(dos::Delete("file")));
+    ::rmdir(point.c_str());
     ::_exit(0);
 }
 

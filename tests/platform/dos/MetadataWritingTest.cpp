@@ -7,6 +7,8 @@
 
 #include <array>
 #include <cerrno>
+#include <filesystem>
+#include <span>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -144,6 +146,53 @@ TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
     EXPECT_FALSE(dos::SetComment("Amiga:taken", "note"));
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
     EXPECT_EQ(Tree.Read("amiga/taken.uaem"), "my own text");
+}
+
+TEST_F(MetadataWritingTest, ObjectsMadeOnUaemVolumesHaveASidecarThatStaysWithThem) {
+    Tree.Drawer("amiga");
+    ASSERT_TRUE(dos::WriteWhole("Amiga:whole", "text"));
+    dos::FileHandle file = dos::Open("Amiga:opened", dos::OpenMode::New);
+    ASSERT_TRUE(dos::Close(file));
+    ASSERT_TRUE(dos::CreateDir("Amiga:drawer"));
+    ASSERT_TRUE(dos::SetProtection("Amiga:whole", 0x40));
+    ASSERT_TRUE(dos::MakeLink("Amiga:drawer/second", dos::Lock("Amiga:whole")));
+    ASSERT_TRUE(dos::MakeLink("Amiga:soft", "whole"));
+    const auto letters = [&](const std::string& name) {
+        return Tree.Read("amiga/" + name + ".uaem").substr(0, 9);
+    };
+    EXPECT_EQ(letters("whole"), "-s--rwed ");
+    EXPECT_EQ(letters("opened"), "----rwed ");
+    EXPECT_EQ(letters("drawer"), "----rwed ");
+    EXPECT_EQ(letters("drawer/second"), "-s--rwed ");
+    EXPECT_FALSE(Tree.Exists("amiga/soft.uaem"));
+    EXPECT_EQ(NamesIn("Amiga:"), (std::vector<std::string>{"drawer", "opened", "soft", "whole"}));
+    ASSERT_TRUE(dos::Rename("Amiga:drawer/second", "Amiga:third"));
+    ASSERT_TRUE(dos::Rename("Amiga:drawer", "Amiga:place"));
+    EXPECT_EQ(letters("third"), "-s--rwed ");
+    EXPECT_EQ(letters("place"), "----rwed ");
+    for (const std::string name : {"third", "place", "whole", "opened", "soft"})
+        EXPECT_TRUE(dos::Delete("Amiga:" + name)) << name << dos::IoErr();
+    EXPECT_TRUE(std::filesystem::is_empty(Tree.Path("amiga")));
+}
+
+TEST_F(MetadataWritingTest, ProtectionThatOnlyASidecarTellsIsObeyed) {
+    Tree.Write("file", "text");
+    const struct {
+        std::string_view Letters;
+        long Read, Write, Replace, Delete; // 0: done
+    } cases[] = {{"-----wed", 224, 224, 0, 0}, {"----r-ed", 0, 223, 223, 0}, {"----rwe-", 0, 0, 222, 222}};
+    const auto error = [](bool done) { return done ? 0 : dos::IoErr(); };
+    for (const auto& row : cases) {
+        Tree.Write("file", "text");
+        Tree.Write("file.uaem", std::string(row.Letters) + " 2001-02-03 04:05:06.08 \n");
+        EXPECT_EQ(error(dos::ReadWhole("Test:file", 9).has_value()), row.Read) << row.Letters;
+        dos::FileHandle file = dos::Open("Test:file", dos::OpenMode::ReadWrite);
+        EXPECT_EQ(error(file && dos::Write(file, std::as_bytes(std::span("x", 1))) == 1), row.Write)
+            << row.Letters;
+        file = {};
+        EXPECT_EQ(error(dos::WriteWhole("Test:file", "new")), row.Replace) << row.Letters;
+        EXPECT_EQ(error(dos::Delete("Test:file")), row.Delete) << row.Letters;
+    }
 }
 
 TEST_F(MetadataWritingTest, ClearedCommentDoesNotComeBackFromTheAttribute) {

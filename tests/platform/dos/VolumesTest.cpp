@@ -1,5 +1,6 @@
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/Info.h"
 #include "platform/dos/MediumInfo.h"
 #include "platform/dos/MountFile.h"
 #include "platform/dos/Variables.h"
@@ -64,6 +65,7 @@ TEST_F(VolumesTest, FirstStartMakesTheWholeSystem) {
         EXPECT_EQ(Find(path), found) << path;
     EXPECT_EQ(dos::FromHostPath(home + "/data/solvane/Workbench/C"), "Workbench:C");
     EXPECT_EQ(dos::DevNameFromLock(dos::Lock("SYS:"), dos::DevName::DeviceOnly), "DH0");
+    EXPECT_EQ(dos::Info("SYS:")->DosType, dos::Volumes().front().DosType);
     std::filesystem::create_directory(home + "/Documents");
     EXPECT_EQ(Find("Documents:"), "Home:Documents");
     EXPECT_TRUE(dos::WriteWhole("S:Startup", "changed")); // the user's own, though installed read-only
@@ -131,6 +133,54 @@ TEST_F(VolumesTest, MountsOfTheUserAreAddedAndSlipsAreTold) {
     for (const std::string_view part : {"line 9: volume \"Gone\"", "\"Home\"", "\"loose\"", "\"a/b\"",
                                         "at least one path", "unknown key \"colour\""})
         EXPECT_NE(problem.find(part), std::string::npos) << part << " in\n" << problem;
+}
+
+TEST_F(VolumesTest, RelabelledVolumesAreCalledSoFromThenOn) {
+    const std::string file = "home/config/solvane/mounts.toml";
+    Tree.Drawer("home/Amiga");
+    Tree.Write("dotfiles", "# \u00E4 mine\r\n[[volume]] # ä\npath = \"~/Amiga\"\nname = 'Wörk:' # its name");
+    Tree.Drawer("home/config/solvane");
+    Tree.Link(file, Tree.Path("dotfiles"));
+    ASSERT_TRUE(Begin()) << dos::SetUpProblem();
+    const dos::FileLock lock = dos::Lock("Home:Amiga");
+    ASSERT_TRUE(dos::Relabel("wörk:", "My \"Work\\"));
+    ASSERT_TRUE(dos::Relabel("DH1", "Things"));
+    ASSERT_TRUE(dos::Relabel("Things", "Stuff"));
+    ASSERT_TRUE(dos::Relabel("Workbench:", "System"));
+    EXPECT_EQ(Tree.Read("dotfiles"),
+              "# \u00E4 mine\r\n[[volume]] # ä\npath = \"~/Amiga\"\nname = \"My \\\"Work\\\\\" # its name\n\n"
+              "[[label]]\nvolume = \"Home\"\nname = \"Stuff\"\n\n"
+              "[[label]]\nvolume = \"Workbench\"\nname = \"System\"\n");
+    for (int start = 0; start < 2; ++start) {
+        EXPECT_EQ(Find("DH3:"), "My \"Work\\:");
+        EXPECT_EQ(Find("Home:"), "error 218");
+        EXPECT_EQ(Find("ENVARC:"), "Stuff:config/solvane/Env-Archive");
+        EXPECT_EQ(Find("C:"), "System:C");
+        EXPECT_EQ(dos::NameFromLock(lock), "Stuff:Amiga"); // made before it was called so
+        dos::ResetVolumeTable();
+        ASSERT_TRUE(Begin()) << dos::SetUpProblem();
+    }
+    const std::tuple<std::string, std::string, long> refused[] = {
+        {"Nowhere", "x", dos::ErrorDeviceNotMounted},
+        {"SYS", "x", dos::ErrorDeviceNotMounted},
+        {"DH1", "", dos::ErrorInvalidComponentName},
+        {"DH1", "a:b", dos::ErrorInvalidComponentName},
+        {"DH1", "a/b", dos::ErrorInvalidComponentName},
+        {"DH1", " a\n", dos::ErrorInvalidComponentName},
+        {"DH1", std::string(101, 'a'), dos::ErrorInvalidComponentName},
+        {"DH1", "ram disk", dos::ErrorObjectExists},
+        {"DH1", "DH0", dos::ErrorObjectExists},
+        {"DH1", "Sys", dos::ErrorObjectExists},
+        {"DH1", "nil", dos::ErrorObjectExists}};
+    for (const auto& [volume, name, error] : refused) {
+        EXPECT_FALSE(dos::Relabel(volume, name)) << volume << " to " << name;
+        EXPECT_EQ(dos::IoErr(), error) << volume << " to " << name;
+    }
+    Tree.Write("dotfiles", "label = 7\n"); // no place for another label
+    EXPECT_FALSE(dos::Relabel("DH1", "x"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
+    EXPECT_EQ(Find("Stuff:"), "Stuff:");
+    EXPECT_EQ(Tree.Read("dotfiles"), "label = 7\n");
 }
 
 TEST_F(VolumesTest, BrokenMountFileLeavesTheRestAtWork) {

@@ -1,4 +1,5 @@
 // The icon service over files that stand in a table: this program links its own files of dos.
+#include "platform/dos/Changes.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "platform/dos/Files.h"
@@ -36,6 +37,10 @@ std::optional<std::string> ReadWhole(std::string_view path, std::size_t limit) {
 bool WriteWhole(std::string_view path, std::string_view bytes) {
     Files.insert_or_assign(std::string(path), std::string(bytes));
     return true;
+}
+
+bool Delete(std::string_view path) {
+    return Files.erase(std::string(path)) > 0;
 }
 
 std::optional<ExamineData> ExamineObject(std::string_view path) {
@@ -134,6 +139,14 @@ TEST(GetDiskObjectTest, DefaultIconsFallBackToTheirTypeAndToBuiltInOnes) {
         ASSERT_TRUE(picture) << type;
         EXPECT_NE(picture->Pixels, icon::GetIconPicture(object, icon::IconState::Selected)->Pixels) << type;
     }
+}
+
+TEST(GetDiskObjectTest, DeletingAnIconLeavesItsObject) {
+    Files = {{"Work:a", ""}, {"Work:a.info", ""}, {"Work:Disk.info", ""}, {"Work:Disk", ""}};
+    EXPECT_TRUE(icon::DeleteDiskObject("Work:a"));
+    EXPECT_TRUE(icon::DeleteDiskObject("Work:"));
+    EXPECT_FALSE(icon::DeleteDiskObject("Work:b"));
+    EXPECT_EQ(Files, (decltype(Files){{"Work:a", ""}, {"Work:Disk", ""}}));
 }
 
 } // namespace

@@ -143,9 +143,11 @@ TEST(LocaleTest, EachCategoryHasItsOwnVariable) {
     EXPECT_EQ(locale::DecimalPoint(), ",");
     EXPECT_EQ(locale::FormatDate("%A", EarlyDate), "mercredi");
     EXPECT_EQ(locale::LanguageName(), "italian.language");
-    const ScopedVariable first("LANGUAGE", "nl:de");
+    const ScopedVariable first("LANGUAGE", "tlh:nl:de_AT:nl::en");
     locale::Reset();
     EXPECT_EQ(locale::LanguageName(), "dutch.language");
+    EXPECT_EQ(locale::PreferredLanguages(),
+              (std::vector<std::string>{"dutch", "german", "english", "italian"}));
     const ScopedVariable over("LC_ALL", "C.UTF-8");
     locale::Reset();
     EXPECT_EQ(locale::GroupSeparator(), ",");
