@@ -257,7 +257,7 @@ bool CanMount() {
 void MeetARealDisk() {
     REQUIRE(::unshare(CLONE_NEWNS) == 0);
     REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
-    std::string point = "/tmp/solvane-test-XXXXXX"; // a name that no other disk has
+    std::string point = "/mnt/solvane-test-XXXXXX"; // a name that no other disk has
     REQUIRE(::mkdtemp(point.data()) != nullptr);
     const std::string name = point.substr(5);
     const int signal = exec::AllocSignal();
@@ -282,7 +282,7 @@ void MeetARealDisk() {
 void LoseARealDisk() {
     REQUIRE(::unshare(CLONE_NEWNS) == 0);
     REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
-    std::string point = "/tmp/solvane-test-XXXXXX"; // a name that no other disk has
+    std::string point = "/mnt/solvane-test-XXXXXX"; // a name that no other disk has
     REQUIRE(::mkdtemp(point.data()) != nullptr);
     const std::string name = point.substr(5);
     REQUIRE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
@@ -301,7 +301,7 @@ void LoseARealDisk() {
     dos::CurrentDir(root);
     REQUIRE(refuses(static_cast<bool>(dos::Lock("file"))));
     REQUIRE(refuses(dos::WriteWhole("file", "new")));
-    REQUIRE(refuses(dos::Rename("file", "Host:tmp/" + name + "/moved")));
+    REQUIRE(refuses(dos::Rename("file", "Host:mnt/" + name + "/moved")));
     REQUIRE(refuses(dos::Delete("file")));
     ::rmdir(point.c_str());
     ::_exit(0);
