@@ -309,7 +309,7 @@ bool ReplaceHostText(const std::string& hostPath, std::string_view text) {
         return false;
     const HostFd drawer(
         Host().Openat(AT_FDCWD, path.substr(0, slash + 1).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
-    return drawer && ReplaceBytes(drawer.Get(), path.substr(slash + 1), old.Get(), text);
+    return drawer && ReplaceBytes(drawer.Get(), path.substr(slash + 1), old.Get(), text, Flush::Now);
 }
 
 } // namespace dos

@@ -72,13 +72,9 @@ enum class Flush { Now, Later }; // when the disk itself has what was written
 // nothing. False with errno, EEXIST where there was nothing and is something by now.
 [[nodiscard]] bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes,
                                 Flush flush);
+
 // Gives a file of the host these contents, as ReplaceBytes does; a link to it stays one. False with
 // errno.
 [[nodiscard]] bool ReplaceHostText(const std::string& hostPath, std::string_view text);
-
-// Puts bytes under a name: whole and on the disk, or not at all. old is what has the name now,
-// NoDescriptor for nothing. False with errno, EEXIST where there was nothing and is something by
-// now.
-[[nodiscard]] bool ReplaceBytes(int drawer, const std::string& name, int old, std::string_view bytes);
 
 } // namespace dos
