@@ -18,6 +18,10 @@ void Gadget::SetDisabled(bool disabled) {
     Host->Widget->setDisabled(disabled);
 }
 
+void Gadget::SetShown(bool shown) {
+    Host->Widget->setVisible(shown);
+}
+
 void Gadget::SetHint(std::string_view hint) {
     QWidget& widget = *Host->Widget;
     widget.setToolTip(HintText(hint));

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] std::uint16_t Id() const { return GadgetId; }
 
     void SetDisabled(bool disabled);
+    // Takes the gadget out of its layout, which closes up, and back; it is the same gadget all the time.
+    void SetShown(bool shown);
     // Shown when the pointer rests on the gadget; also what a screen reader calls a gadget without text.
     // Plain text, lines separated by newlines.
     void SetHint(std::string_view hint);

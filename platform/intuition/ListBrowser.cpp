@@ -140,6 +140,10 @@ void ListBrowser::SetImageHeight(int height) {
     ViewOf(*this).SetImageHeight(height);
 }
 
+void ListBrowser::SetRowLines(int lines) {
+    ViewOf(*this).SetRowLines(lines);
+}
+
 void ListBrowser::SetStripes(bool on) {
     ViewOf(*this).SetStripes(on);
 }

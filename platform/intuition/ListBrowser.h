@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ inline constexpr std::size_t NoRow = static_cast<std::size_t>(-1);
 // invalid UTF-8 shown as marks.
 struct CellLook {
     std::string_view Text; // valid until the next call of the source
+    // Lines under the text, each shown as one line whatever is in it; as long valid as the text. Colour and
+    // style are the text's alone.
+    std::span<const std::string> More = {};
     ImageId Image = ImageId::None;
     std::optional<Rgb> Colour; // none: the desktop's text colour
     bool Bold = false, Italic = false, Underline = false;
@@ -114,6 +118,8 @@ public:
 
     // Rows are at least as high as the font needs, and as an image of this height needs.
     void SetImageHeight(int height);
+    // Rows are at least as high as so many lines of text need; 1 at first.
+    void SetRowLines(int lines);
     void SetStripes(bool on);
     void SetVerticalSeparators(bool on);
 };

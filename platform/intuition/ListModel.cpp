@@ -84,9 +84,12 @@ QString ListModel::SpokenRow(std::size_t row) const {
     const QString name = DisplayText(Source->Name(row));
     QString spoken = name;
     for (std::size_t column = 0; column < Titles.size(); ++column) {
-        const QString text = DisplayText(Source->Cell(row, column).Text);
+        const CellLook cell = Source->Cell(row, column);
+        const QString text = DisplayText(cell.Text);
         if (!text.isEmpty() && text != name)
             spoken += QStringLiteral(", ") + text;
+        for (const std::string& more : cell.More)
+            spoken += QStringLiteral(", ") + DisplayText(more);
     }
     return spoken;
 }

@@ -56,6 +56,7 @@ int DrawImage(QPainter& painter, const QRect& area, const CellLook& cell, QPalet
     const QRect place = Placed(size, area, cell.Text.empty() ? Qt::AlignHCenter : Qt::AlignLeft);
     if (group == QPalette::Disabled)
         painter.setOpacity(0.5);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawPixmap(place, picture);
     painter.setOpacity(1);
     return size.width();
@@ -97,7 +98,9 @@ const QFont& ListPainter::FontOf(const CellLook& cell) const {
 
 int ListPainter::NeededWidth(const CellLook& cell) const {
     const int image = SizeOfImage(cell.Image).Width;
-    const int text = QFontMetrics(FontOf(cell)).horizontalAdvance(DisplayText(cell.Text));
+    int text = QFontMetrics(FontOf(cell)).horizontalAdvance(DisplayText(cell.Text));
+    for (const std::string& more : cell.More)
+        text = std::max(text, Plain.horizontalAdvance(DisplayText(more)));
     return 2 * CellInset + image + text + (image > 0 && text > 0 ? ImageGap : 0) + 1;
 }
 
@@ -123,17 +126,28 @@ void ListPainter::DrawCell(QPainter& painter, const QRect& area, const CellLook&
         inside.setLeft(inside.left() + taken + ImageGap);
     if (cell.Text.empty() || inside.width() <= 0)
         return;
-    const QFont& font = FontOf(cell);
-    const QFontMetrics metrics(font);
-    const QString shown = metrics.elidedText(DisplayText(cell.Text), Qt::ElideRight, inside.width());
-    const int room =
-        inside.width() - (align == Align::Left ? inside.width() : metrics.horizontalAdvance(shown));
-    const int shift = align == Align::Centre ? room / 2 : room;
-    painter.setFont(font);
+    const int line = TextHeight();
+    const auto lines = static_cast<int>(1 + cell.More.size());
+    QRect place(inside.left(), inside.top() + (inside.height() - lines * line) / 2, inside.width(), line);
     painter.setPen(cell.Colour && !state.Selected ? ReadableOn(colours.Background, ColourOf(*cell.Colour))
                                                   : colours.Text);
-    painter.drawText(inside.left() + shift,
-                     inside.top() + (inside.height() - metrics.height()) / 2 + metrics.ascent(), shown);
+    DrawLine(painter, place, cell.Text, FontOf(cell), align);
+    painter.setPen(colours.Text);
+    for (const std::string& more : cell.More) {
+        place.translate(0, line);
+        DrawLine(painter, place, more, Fonts[0], align);
+    }
+}
+
+void ListPainter::DrawLine(QPainter& painter, const QRect& area, std::string_view text, const QFont& font,
+                           Align align) const {
+    const QFontMetrics metrics(font);
+    const QString shown = metrics.elidedText(DisplayText(text), Qt::ElideRight, area.width());
+    const int room = align == Align::Left ? 0 : area.width() - metrics.horizontalAdvance(shown);
+    const int shift = align == Align::Centre ? room / 2 : room;
+    painter.setFont(font);
+    painter.drawText(area.left() + shift,
+                     area.top() + (area.height() - metrics.height()) / 2 + metrics.ascent(), shown);
 }
 
 } // namespace intuition

@@ -45,6 +45,8 @@ public:
                   const RowColours& colours, const RowState& state) const;
 
 private:
+    void DrawLine(QPainter& painter, const QRect& area, std::string_view text, const QFont& font,
+                  Align align) const;
     [[nodiscard]] const QFont& FontOf(const CellLook& cell) const;
 
     std::array<QFont, 8> Fonts; // by bold 1, italic 2, underline 4

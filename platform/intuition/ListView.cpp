@@ -64,7 +64,7 @@ void ListView::Attach(const ListSource* source) {
 }
 
 int ListView::RowHeight() const {
-    return std::max(Painter.TextHeight() + RowPadding, ImageHeight + ImagePadding);
+    return std::max(RowLines * Painter.TextHeight() + RowPadding, ImageHeight + ImagePadding);
 }
 
 // What a double click on a column's edge makes it: as wide as the visible rows need.
@@ -158,6 +158,11 @@ void ListView::SpeakSelection() {
 
 void ListView::SetImageHeight(int height) {
     ImageHeight = std::max(height, 0);
+    Remeasure();
+}
+
+void ListView::SetRowLines(int lines) {
+    RowLines = std::max(lines, 1);
     Remeasure();
 }
 

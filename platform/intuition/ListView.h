@@ -79,6 +79,7 @@ public:
     void SetSelectionKind(ListSelection kind) { Kind = kind; }
 
     void SetImageHeight(int height);
+    void SetRowLines(int lines);
     void SetStripes(bool on);
     void SetSeparators(bool on);
 
@@ -132,6 +133,7 @@ private:
     bool SpokenIsOld = false; // the toolkit's record of the selection waits to be brought up to date
     bool Stripes = true, Separators = false;
     int ImageHeight = 0;
+    int RowLines = 1;
     std::string Typed; // type-ahead of a list with own keys
     QElapsedTimer SinceTyped;
 };

@@ -1,4 +1,5 @@
 #include "platform/intuition/Button.h"
+#include "platform/intuition/Chooser.h"
 #include "platform/intuition/Images.h"
 #include "platform/intuition/Label.h"
 #include "platform/intuition/Layout.h"
@@ -6,6 +7,7 @@
 #include "tests/platform/intuition/Stage.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QImage>
 #include <QLineEdit>
 #include <QSplitter>
@@ -145,6 +147,23 @@ TEST_F(GadgetsTest, OnlyCommandsAndFunctionKeysLeaveAStringGadget) {
     QTest::keyClick(&stage.Widget(), Qt::Key_T, Qt::ControlModifier);
     QTest::keyClick(&stage.Widget(), Qt::Key_F5);
     EXPECT_EQ(EventsOf(stage.Frame).size(), 2U);
+}
+
+TEST_F(GadgetsTest, ChooserTellsOfPicksAndOfNothingElse) {
+    Shown<Chooser> stage(std::make_unique<Chooser>(43, std::vector<std::string>{"a & b", "c", "d"}, "hint"));
+    auto& box = static_cast<QComboBox&>(stage.Widget());
+    EXPECT_EQ(box.itemText(0).toStdString(), "a & b");
+    stage.Content.SetSelected(2);
+    EXPECT_EQ(stage.Content.Selected(), 2);
+    EXPECT_TRUE(EventsOf(stage.Frame).empty());
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_Up);
+    const auto events = EventsOf(stage.Frame);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].Id, 43);
+    EXPECT_EQ(events[0].Code, 1);
+    stage.Content.SetSelected(7);
+    EXPECT_EQ(stage.Content.Selected(), -1);
 }
 
 TEST_F(GadgetsTest, ImagesAreSharedByPathAndFreedWithTheLastUse) {
