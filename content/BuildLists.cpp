@@ -2,9 +2,13 @@
 
 #include "content/ColumnInfo.h"
 #include "content/ContentRows.h"
+#include "content/RowLabels.h"
+#include "content/Selection.h"
+#include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "prefs/LoadSavePrefs.h"
 #include "sak/FilenameSupport.h"
 
 #include <memory>
@@ -13,14 +17,20 @@ namespace solvane {
 
 namespace {
 
-constexpr int SmallIconHeight = 16; // layout units
+constexpr std::size_t StylesOfDrawers = 7, StylesElsewhere = 4;
 
 std::unique_ptr<ContentRows> Rows; // what the list browser draws from while rows are on show
+
+// The filmstrip may leave out what it has no picture of.
+bool IsInStrip(const ContentNode& node) {
+    return ViewStyleInForce() != ViewFilmstrip || Prefs.FilmstripOnlyDrawersAndImages == 0 ||
+           IsDrawerKind(node.ObjectKind) || node.DatatypeGroupValue == GroupPicture;
+}
 
 void CollectRows() {
     lblist2.reserve(SAK_GenericListCount(*ContentList) + 1);
     for (ContentNode& node : *ContentList) {
-        if (HasRow(node)) {
+        if (HasRow(node) && IsInStrip(node)) {
             lblist2.push_back({&node, static_cast<std::uint32_t>(node.ObjectKind)});
         } else {
             node.Selected = 0;
@@ -37,20 +47,29 @@ void AddEmptyRow() {
     }
 }
 
+int RowLines(std::int32_t style) {
+    if (style == ViewTiles) {
+        return LinesOf(RowLabel::Tiles);
+    }
+    return style == ViewContent ? LinesOf(RowLabel::Content) : 1;
+}
+
 void ShowRows() {
-    if (ColumnsInForce() != ShownColumns(Prefs.ContentViewStyle)) {
+    if (!ColumnsAreInForce()) {
         SetColumnInfo();
     }
+    SetViewStyle(KeepRows::Yes);
     if (Objects.ContentList == nullptr) {
         return;
     }
-    Rows = std::make_unique<ContentRows>(ColumnsInForce());
-    Objects.ContentList->SetImageHeight(SmallIconHeight);
-    Objects.ContentList->SetVerticalSeparators(true);
+    const std::int32_t style = ViewStyleInForce();
+    Rows = std::make_unique<ContentRows>(ColumnsInForce(), style, Objects.ContentList);
+    Objects.ContentList->SetImageHeight(PictureHeight(style));
+    Objects.ContentList->SetRowLines(RowLines(style));
+    Objects.ContentList->SetVerticalSeparators(style == ViewList || IsDetailsStyle(style));
     Objects.ContentList->Attach(Rows.get());
     Objects.ContentList->SetTop(LBTop);
-    const bool details = IsDetailsStyle(Prefs.ContentViewStyle);
-    SetSortColumnArrow(details ? Prefs.ContentDetailsCISortColumn : 1);
+    SetSortColumnArrow(IsDetailsStyle(style) ? Prefs.ContentDetailsCISortColumn : 1);
 }
 
 } // namespace
@@ -70,14 +89,44 @@ void BuildContentList() {
     if (!ContentList) {
         return;
     }
-    if (Prefs.ContentViewStyle != ViewIcons) {
+    CheckLocations();
+    const std::int32_t style = ViewStyleInForce();
+    if (style != ViewIcons) {
         CollectRows();
+    }
+    if (style != ViewIcons && style != ViewFilmstrip) {
         AddEmptyRow();
     }
     ShowRows();
 }
 
-void SetViewStyle() {}
+void SetViewStyle(KeepRows keep) {
+    const bool drawer = LBLocation == LocationKind::Drawer || LBLocation == LocationKind::None;
+    ShowViewStyle(drawer ? StylesOfDrawers : StylesElsewhere, ViewStyleInForce());
+    if (keep == KeepRows::No) {
+        FreeContentRows();
+        BuildContentList();
+    }
+}
+
+void ChangeViewStyle() {
+    std::int32_t& stored = StylePreferenceOf(LBLocation);
+    const std::size_t offered = LBLocation == LocationKind::Drawer ? StylesOfDrawers : StylesElsewhere;
+    const bool isOffered = ChooserSelected >= 0 && static_cast<std::size_t>(ChooserSelected) < offered;
+    if (!isOffered || ChooserSelected == stored) {
+        SetViewStyle(KeepRows::Yes);
+        return;
+    }
+    CollectPrefs();
+    stored = ChooserSelected;
+    SavePrefs(0);
+    BlockMainWindow(1);
+    NoteTopRow();
+    SelectContentListItems();
+    SetViewStyle(KeepRows::No);
+    HighlightContentListItems();
+    BlockMainWindow(0);
+}
 
 void FreeContentRows() {
     if (Objects.ContentList != nullptr) {

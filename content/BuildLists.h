@@ -12,12 +12,17 @@ namespace solvane {
 
 // Rebuilds the rows from the records, in the order of ContentList, and shows them from LBTop on with nothing
 // selected. With no entry to show there is one empty row (ActuallyZero) and TotalNodes is 0. An entry without
-// a row loses its selected flag, so that no command on the selection touches what cannot be seen. Styles
-// other than List and Details are shown as Details; style 7 has no rows.
+// a row loses its selected flag, so that no command on the selection touches what cannot be seen. The
+// filmstrip has no empty row, style 7 no rows at all.
 void BuildContentList();
 
-// Brings menus and choosers in line with the view style; there are none yet.
-void SetViewStyle();
+// Brings choosers in line with the view style in force, and builds the rows anew unless they are kept.
+enum class KeepRows { No, Yes };
+void SetViewStyle(KeepRows keep);
+
+// Takes ChooserSelected as the new style of the location on show, into its preference, and builds the rows
+// anew in the order that they have, place and selection kept. A path with a style of its own keeps that.
+void ChangeViewStyle();
 
 // Drops the rows and whatever the list browser draws from.
 void FreeContentRows();

@@ -1,5 +1,6 @@
 #include "content/ColumnInfo.h"
 
+#include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -41,12 +42,30 @@ constexpr std::array<ColumnDefault, DetailsColumnCount - 1> Defaults = {{
 constexpr std::array<std::int32_t, 6> ComputerWidths = {IconColumnWidth, 250, 80, 80, 120, 150};
 constexpr std::array<std::int32_t, 8> ArchiveWidths = {IconColumnWidth, 250, 100, 100, 50, 120, 65, 100};
 
-constexpr int CellMargins = 14;                  // layout units on both sides of a cell's text
-constexpr int ArrowWidth = 16;                   // layout units beside a title for the arrow of the sort
-constexpr std::uint32_t SampleDate = 1538337599; // 30 September 2026, 19:59:59
+constexpr int LeastColumn = 20, WidestColumn = 4000; // layout units
+constexpr int PictureMargins = 10;                   // layout units on both sides of a large picture
+constexpr int CellMargins = 14;                      // layout units on both sides of a cell's text
+constexpr int ArrowWidth = 16;                       // layout units beside a title for the arrow of the sort
+constexpr std::uint32_t SampleDate = 1538337599;     // 30 September 2026, 19:59:59
 
 std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
 std::vector<int> WidthsOnScreen;            // theirs, as last set or taken over
+std::int32_t StyleOnScreen = ViewDetails;   // the style that they were set for
+int IconWidthOnScreen = 0;
+
+int IconWidthOf(std::int32_t style) {
+    switch (style) {
+    case ViewTiles:
+        return TilesIconSide() + PictureMargins;
+    case ViewContent:
+        return std::clamp(Prefs.Content_0Width, IconColumnWidth, WidestColumn);
+    case ViewThumbnail:
+    case ViewThumbnailDetails:
+        return ThumbnailBox().Width + PictureMargins;
+    default:
+        return IconColumnWidth;
+    }
+}
 
 bool IsShown(DetailsColumn column) {
     return std::any_of(ShowDetailsColumnsList->begin(), ShowDetailsColumnsList->end(),
@@ -140,15 +159,28 @@ int WidthOf(DetailsColumn column) {
     return std::max(usual, std::max(SAK_StrLenPixels(SampleText(column)), title) + CellMargins);
 }
 
-intuition::Column MakeColumn(DetailsColumn column, bool details) {
-    if (column == DetailsColumn::Icon) {
-        return {.Title = "", .Width = IconColumnWidth, .Sortable = false, .Draggable = false};
-    }
+intuition::Column MakeDetailsColumn(DetailsColumn column) {
     return {.Title = std::string(TitleOf(column)),
             .Width = WidthOf(column),
-            .Draggable = details,
-            .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left,
-            .Stretch = !details};
+            .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left};
+}
+
+intuition::Column MakeColumn(DetailsColumn column, std::int32_t style) {
+    if (column == DetailsColumn::Icon) {
+        return {.Title = "", .Width = IconWidthOf(style), .Sortable = false, .Draggable = false};
+    }
+    if (IsDetailsStyle(style)) {
+        return MakeDetailsColumn(column);
+    }
+    if (style == ViewContent) {
+        const bool first = column == DetailsColumn::Name;
+        return {.Title = first ? std::string(TitleOf(column)) : std::string(),
+                .Width = std::clamp(first ? Prefs.Content_1Width : Prefs.Content_2Width, LeastColumn,
+                                    WidestColumn),
+                .Sortable = first,
+                .Draggable = false};
+    }
+    return {.Title = std::string(TitleOf(column)), .Draggable = false, .Stretch = true};
 }
 
 // Keeps the width of a column that the user has sized; one that stands as it was set goes on following its
@@ -176,6 +208,14 @@ void TakeOrder(const std::vector<DetailsColumn>& order) {
         }
     }
     static_cast<void>(SAK_ReorderGenericList(*ShowDetailsColumnsList, nodes));
+}
+
+// The picture's column has always its width.
+void TakeContentWidths(const std::vector<int>& widths) {
+    if (widths.size() > 2) {
+        Prefs.Content_1Width = widths[1];
+        Prefs.Content_2Width = widths[2];
+    }
 }
 
 void RestoreWhenEmpty(const std::unique_ptr<GenericList<ColumnInfoNode>>& columns,
@@ -227,8 +267,11 @@ bool IsDetailsStyle(std::int32_t style) {
 
 std::vector<DetailsColumn> ShownColumns(std::int32_t style) {
     std::vector<DetailsColumn> columns = {DetailsColumn::Icon};
-    if (style == ViewList || !ShowDetailsColumnsList) {
+    if (!IsDetailsStyle(style) || !ShowDetailsColumnsList) {
         columns.push_back(DetailsColumn::Name);
+        if (style == ViewContent) {
+            columns.push_back(DetailsColumn::Date);
+        }
         return columns;
     }
     for (const ColumnInfoNode& node : *ShowDetailsColumnsList) {
@@ -240,18 +283,25 @@ std::vector<DetailsColumn> ShownColumns(std::int32_t style) {
 }
 
 void SetColumnInfo() {
-    ColumnsOnScreen = ShownColumns(Prefs.ContentViewStyle);
+    StyleOnScreen = ViewStyleInForce();
+    IconWidthOnScreen = IconWidthOf(StyleOnScreen);
+    ColumnsOnScreen = ShownColumns(StyleOnScreen);
     WidthsOnScreen.clear();
     if (Objects.ContentList == nullptr || !ShowDetailsColumnsList) {
         return;
     }
-    const bool details = Prefs.ContentViewStyle != ViewList;
     std::vector<intuition::Column> columns;
     for (const DetailsColumn column : ColumnsOnScreen) {
-        columns.push_back(MakeColumn(column, details));
+        columns.push_back(MakeColumn(column, StyleOnScreen));
     }
     Objects.ContentList->SetColumns(std::move(columns));
     WidthsOnScreen = Objects.ContentList->ColumnWidths();
+}
+
+bool ColumnsAreInForce() {
+    const std::int32_t style = ViewStyleInForce();
+    return IsDetailsStyle(style) == IsDetailsStyle(StyleOnScreen) && ColumnsOnScreen == ShownColumns(style) &&
+           IconWidthOnScreen == IconWidthOf(style);
 }
 
 const std::vector<DetailsColumn>& ColumnsInForce() {
@@ -259,7 +309,13 @@ const std::vector<DetailsColumn>& ColumnsInForce() {
 }
 
 void GetColumnInfoWidths() {
-    if (Objects.ContentList == nullptr || Prefs.ContentViewStyle == ViewList || Prefs.AutoFitColumns != 0) {
+    if (Objects.ContentList == nullptr || Prefs.AutoFitColumns != 0) {
+        return;
+    }
+    if (StyleOnScreen == ViewContent) {
+        TakeContentWidths(Objects.ContentList->ColumnWidths());
+    }
+    if (!IsDetailsStyle(StyleOnScreen)) {
         return;
     }
     const std::vector<int> widths = Objects.ContentList->ColumnWidths();

@@ -1,9 +1,12 @@
 #include "content/ContentRows.h"
 
+#include "content/ColumnInfo.h"
+#include "content/RowLabels.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 
 #include <charconv>
+#include <span>
 
 namespace solvane {
 
@@ -59,8 +62,9 @@ std::string_view CellText(const ContentNode& node, DetailsColumn column) {
     }
 }
 
-ContentRows::ContentRows(std::vector<DetailsColumn> columns)
+ContentRows::ContentRows(std::vector<DetailsColumn> columns, std::int32_t style, intuition::ListBrowser* list)
     : Columns(std::move(columns)),
+      Style(style),
       Drawers{OwnColour(Prefs.DrawersColor, DefaultText), Prefs.DrawersBold != 0, Prefs.DrawersItalic != 0,
               Prefs.DrawersUnderline != 0},
       Files{OwnColour(Prefs.FilesColor, DefaultText), Prefs.FilesBold != 0, Prefs.FilesItalic != 0,
@@ -69,13 +73,7 @@ ContentRows::ContentRows(std::vector<DetailsColumn> columns)
             Prefs.LinksUnderline != 0},
       Stripes{OwnColour(Prefs.Background1Color, DefaultStripe1),
               OwnColour(Prefs.Background2Color, DefaultStripe2)},
-      DrawerImage(intuition::ObtainImage("PROGDIR:Images/TBImages/list_drawer.png")),
-      FileImage(intuition::ObtainImage("PROGDIR:Images/TBImages/list_file.png")) {}
-
-ContentRows::~ContentRows() {
-    intuition::ReleaseImage(DrawerImage);
-    intuition::ReleaseImage(FileImage);
-}
+      Pictures(style, list) {}
 
 std::size_t ContentRows::RowCount() const {
     return lblist2.size();
@@ -88,23 +86,43 @@ const ContentRows::KindLook& ContentRows::LookOf(const ContentNode& node) const 
     return IsDrawerKind(node.ObjectKind) ? Drawers : Files;
 }
 
+// The name, with its label where the style has one.
+intuition::CellLook ContentRows::NameCell(std::size_t row, const ContentNode& node) const {
+    const KindLook& look = LookOf(node);
+    const auto& background = Stripes[row % 2];
+    Label.clear();
+    if (Style == ViewTiles || Style == ViewContent) {
+        Label = FormLabel(Style == ViewTiles ? RowLabel::Tiles : RowLabel::Content, node);
+    }
+    return {.Text = node.EntryName,
+            .More = Label,
+            .Colour = !look.Colour && background ? ReadableOn(*background) : look.Colour,
+            .Bold = look.Bold,
+            .Italic = look.Italic,
+            .Underline = look.Underline};
+}
+
 intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const {
     const ContentNode* node = lblist2[row].Record;
     if (node == nullptr || column >= Columns.size()) {
         return {};
     }
+    intuition::CellLook cell;
     if (Columns[column] == DetailsColumn::Icon) {
-        intuition::CellLook icon;
-        icon.Image = IsDrawerKind(node->ObjectKind) ? DrawerImage : FileImage;
-        return icon;
+        cell.Image = Pictures.Of(row, *node);
+        return cell;
     }
-    const KindLook& look = LookOf(*node);
-    const auto& background = Stripes[row % 2];
-    return {.Text = CellText(*node, Columns[column]),
-            .Colour = !look.Colour && background ? ReadableOn(*background) : look.Colour,
-            .Bold = look.Bold,
-            .Italic = look.Italic,
-            .Underline = look.Underline};
+    cell = NameCell(row, *node);
+    if (IsDetailsStyle(Style)) {
+        cell.Text = CellText(*node, Columns[column]);
+    } else if (Columns[column] != DetailsColumn::Name) {
+        Label = FormLabel(RowLabel::Figures, *node);
+        const auto& background = Stripes[row % 2];
+        cell = {.Text = Label.front(),
+                .More = std::span(Label).subspan(1),
+                .Colour = background ? std::optional(ReadableOn(*background)) : std::nullopt};
+    }
+    return cell;
 }
 
 intuition::RowLook ContentRows::Row(std::size_t row) const {

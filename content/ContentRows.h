@@ -2,10 +2,14 @@
 // comes from the record at the moment of drawing; none is copied.
 #pragma once
 
+#include "content/RowPictures.h"
 #include "content/SortKeys.h"
 #include "model/ContentNode.h"
 #include "platform/intuition/ListBrowser.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -22,11 +26,10 @@ namespace solvane {
 // The rows of lblist2 in the columns given. Looks are taken from the preferences when the object is made.
 class ContentRows : public intuition::ListSource {
 public:
-    // columns: what each cell of a row shows, from the first on.
-    explicit ContentRows(std::vector<DetailsColumn> columns);
-    ~ContentRows() override;
-    ContentRows(const ContentRows&) = delete;
-    ContentRows& operator=(const ContentRows&) = delete;
+    // columns: what each cell of a row shows, from the first on; as ShownColumns has them for that style.
+    // list: the one that draws them; without it no picture is looked up.
+    ContentRows(std::vector<DetailsColumn> columns, std::int32_t style,
+                intuition::ListBrowser* list = nullptr);
 
     [[nodiscard]] std::size_t RowCount() const override;
     [[nodiscard]] intuition::CellLook Cell(std::size_t row, std::size_t column) const override;
@@ -40,11 +43,15 @@ private:
         bool Bold = false, Italic = false, Underline = false;
     };
     [[nodiscard]] const KindLook& LookOf(const ContentNode& node) const;
+    [[nodiscard]] intuition::CellLook NameCell(std::size_t row, const ContentNode& node) const;
 
     std::vector<DetailsColumn> Columns;
+    std::int32_t Style;
     KindLook Drawers, Files, Links;
     std::optional<intuition::Rgb> Stripes[2]; // background of the first and every other row
-    intuition::ImageId DrawerImage, FileImage;
+    // Drawing fetches pictures and forms labels, which changes nothing that a caller could see.
+    mutable RowPictures Pictures;
+    mutable std::vector<std::string> Label; // of the last cell
 };
 
 } // namespace solvane

@@ -1,13 +1,16 @@
-// The Details pane beside the Content list. There is no pane yet: what stands here keeps the status bar,
-// which is filled at the same occasions.
+// What the Details pane and the status bar tell: about the place on show, or about what is selected in it.
 #pragma once
 
 namespace solvane {
 
-// After a scan or reload: the figures of the location on show.
+// A place has been entered: its name, count and bytes, of a volume also how full it is. The status bar stays.
+void DetailsPane1();
+
+// After a scan or reload: the figures of the place, without those of its volume, and the status bar.
 void DetailsPane2();
 
-// After a change of the selection.
+// After a change of the selection: one entry with its data, several with their number, none as DetailsPane2.
+// The status bar follows.
 void DetailsPane3();
 
 } // namespace solvane

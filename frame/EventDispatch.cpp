@@ -1,5 +1,6 @@
 #include "frame/EventDispatch.h"
 
+#include "content/BuildLists.h"
 #include "content/Drawers.h"
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
@@ -32,6 +33,10 @@ void ServeGadget(const WindowEvent& event) {
     case GadgetPath:
         CurrentPath = Objects.Path->Text();
         HandlePathGadget();
+        break;
+    case GadgetViewStyle:
+        ChooserSelected = event.Code;
+        ChangeViewStyle();
         break;
     case GadgetContentList:
         HandleContentListBrowser("");

@@ -1,6 +1,5 @@
 #include "frame/StartLocation.h"
 
-#include "content/DetailsPane.h"
 #include "content/Drawers.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
@@ -80,9 +79,6 @@ void ShowStartPlace() {
     }
     SetPreviewPaneNone();
     PopulateContent2(start.Name, start.Path);
-    if (LBLocation == LocationKind::Drawer) {
-        DetailsPane2();
-    }
     SetMenuState();
     SetToolbarState();
 }

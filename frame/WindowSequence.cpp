@@ -50,7 +50,7 @@ bool OpenWindow() {
     BlockMainWindow(1);
     AttachMenuStrip();
     UpdateAllSpeedBars();
-    SetViewStyle();
+    SetViewStyle(KeepRows::Yes);
     RefreshFilmstrip();
     return true;
 }

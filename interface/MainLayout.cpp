@@ -1,5 +1,7 @@
 #include "interface/MainLayout.h"
 
+#include "interface/DetailsGadgets.h"
+#include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/exec/Tasks.h"
@@ -9,14 +11,18 @@
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace solvane {
 
 std::unique_ptr<intuition::Window> MainWindow;
 MainObjects Objects;
+std::int32_t ChooserSelected = 0;
 Text<128> StatusBarBuffer1;
 Text<128> StatusBarBuffer2;
 
@@ -24,6 +30,7 @@ namespace {
 
 constexpr std::chrono::milliseconds RepaintInterval(30);
 constexpr std::size_t LongestPath = 1023;
+constexpr std::int32_t LeastPane = 5; // per cent
 
 template <class Kind>
 Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int weight = 0) {
@@ -37,6 +44,19 @@ intuition::Button* AddImageButton(intuition::Layout& layout, GadgetId id, std::s
     return AddGadget(layout, std::make_unique<intuition::Button>(id, intuition::ObtainImage(image), hint));
 }
 
+// By value of the style; the icon view has no name of its own.
+constexpr std::array StyleNames = {MSG_STYLE_LIST,     MSG_STYLE_DETAILS,   MSG_STYLE_TILES,
+                                   MSG_STYLE_CONTENT,  MSG_STYLE_THUMBNAIL, MSG_STYLE_THUMBNAIL_DETAILS,
+                                   MSG_STYLE_FILMSTRIP};
+
+std::vector<std::string> StyleLabels(std::size_t offered) {
+    std::vector<std::string> labels;
+    for (std::size_t style = 0; style < std::min(offered, StyleNames.size()); ++style) {
+        labels.emplace_back(SAK_LocaleString(StyleNames[style]));
+    }
+    return labels;
+}
+
 // The row of navigation gadgets.
 std::unique_ptr<intuition::Layout> CreatePathGroup() {
     auto row = std::make_unique<intuition::Layout>(
@@ -48,7 +68,32 @@ std::unique_ptr<intuition::Layout> CreatePathGroup() {
     Objects.Path = AddGadget(
         *row, std::make_unique<intuition::StringGadget>(GadgetPath, CurrentPath.View(), LongestPath), 1);
     Objects.Path->SetHint(SAK_LocaleString(MSG_HINT_PATH));
+    Objects.ViewStyle =
+        AddGadget(*row, std::make_unique<intuition::Chooser>(GadgetViewStyle, StyleLabels(StyleNames.size()),
+                                                             SAK_LocaleString(MSG_HINT_VIEW_STYLE)));
     return row;
+}
+
+std::unique_ptr<intuition::ListBrowser> CreateContentPane() {
+    auto list = std::make_unique<intuition::ListBrowser>(GadgetContentList, intuition::ListKeys::Own);
+    list->SetStripes(true);
+    Objects.ContentList = list.get();
+    return list;
+}
+
+// The panes between the bars, as far as there are any.
+void AddPanes(intuition::Layout& root) {
+    if (Prefs.DetailsPane == 0) {
+        root.Add(CreateContentPane(), 1);
+        return;
+    }
+    auto panes = std::make_unique<intuition::Layout>(
+        intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Bars = true});
+    Objects.Panes = panes.get();
+    const int height = std::clamp(Prefs.DetailsHeight, LeastPane, 100 - LeastPane);
+    panes->Add(CreateContentPane(), 100 - height);
+    panes->Add(CreateDetailsPaneGroup(), height);
+    root.Add(std::move(panes), 1);
 }
 
 std::unique_ptr<intuition::Layout> CreateStatusBarGroup() {
@@ -75,9 +120,7 @@ bool CreateMainLayout() {
     auto root = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Spacing = 4, .Margin = 4});
     root->Add(CreatePathGroup());
-    Objects.ContentList = AddGadget(
-        *root, std::make_unique<intuition::ListBrowser>(GadgetContentList, intuition::ListKeys::Own), 1);
-    Objects.ContentList->SetStripes(true);
+    AddPanes(*root);
     if (Prefs.StatusBar != 0) {
         root->Add(CreateStatusBarGroup());
     }
@@ -92,6 +135,7 @@ bool CreateMainLayout() {
 
 void NullAllGadgets() {
     Objects = MainObjects();
+    ForgetDetailsGadgets();
 }
 
 void DetachAllLists() {
@@ -108,6 +152,23 @@ void CloseWindowObject() {
     NullAllGadgets();
     MainWindow->Close();
     MainWindow.reset();
+}
+
+std::int32_t GetDetailsHeight() {
+    if (Objects.Panes == nullptr) {
+        return Prefs.DetailsHeight;
+    }
+    return Objects.Panes->Weights().back();
+}
+
+void ShowViewStyle(std::size_t offered, std::int32_t style) {
+    if (Objects.ViewStyle == nullptr) {
+        return;
+    }
+    if (Objects.ViewStyle->Count() != std::min(offered, StyleNames.size())) {
+        Objects.ViewStyle->SetLabels(StyleLabels(offered));
+    }
+    Objects.ViewStyle->SetSelected(style);
 }
 
 void ChangeLayout() {}

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "platform/intuition/Button.h"
+#include "platform/intuition/Chooser.h"
 #include "platform/intuition/Label.h"
+#include "platform/intuition/Layout.h"
 #include "platform/intuition/ListBrowser.h"
 #include "platform/intuition/StringGadget.h"
 #include "platform/intuition/Window.h"
@@ -20,6 +22,7 @@ enum GadgetId : std::uint16_t {
     GadgetParent = 36,
     GadgetReload = 37,
     GadgetPath = 38,
+    GadgetViewStyle = 43,
     GadgetContentList = 49,
 };
 
@@ -28,6 +31,8 @@ struct MainObjects {
     intuition::Button* Parent = nullptr;
     intuition::Button* Reload = nullptr;
     intuition::StringGadget* Path = nullptr;
+    intuition::Chooser* ViewStyle = nullptr;
+    intuition::Layout* Panes = nullptr; // the Content list over the Details pane; null without the pane
     intuition::ListBrowser* ContentList = nullptr;
     intuition::Label* StatusLeft = nullptr;
     intuition::Label* StatusRight = nullptr;
@@ -36,8 +41,9 @@ struct MainObjects {
 // --- State ---
 
 extern std::unique_ptr<intuition::Window>
-    MainWindow;             // null while closed; written by CreateMainLayout and CloseWindowObject
-extern MainObjects Objects; // written by CreateMainLayout and NullAllGadgets
+    MainWindow;                      // null while closed; written by CreateMainLayout and CloseWindowObject
+extern MainObjects Objects;          // written by CreateMainLayout and NullAllGadgets
+extern std::int32_t ChooserSelected; // the choice that a chooser or its menu last made; by the loop
 extern Text<128> StatusBarBuffer1, StatusBarBuffer2; // what the status bar shows, left and right
 
 // Builds the layout and the (still closed) MainWindow around it. False when it cannot be made.
@@ -51,6 +57,13 @@ void DetachAllLists();
 
 // Closes the window and drops it with its gadgets; nothing while it is closed.
 void CloseWindowObject();
+
+// The weight of the Details pane in per cent: as the user has dragged it, or as it is set while there is
+// none.
+[[nodiscard]] std::int32_t GetDetailsHeight();
+
+// Offers that many of the view styles, from List on, and shows that one as chosen; nothing without a window.
+void ShowViewStyle(std::size_t offered, std::int32_t style);
 
 // Brings the layout in line with ChooserSelected; there is one layout so far.
 void ChangeLayout();

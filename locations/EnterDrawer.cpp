@@ -92,6 +92,7 @@ void PopulateContent2(std::string_view name, std::string_view path) {
         return;
     }
     AddHistoryNode(called, target, LocationKind::Drawer);
+    DetailsPane1();
     ShowContentStatus();
 }
 
@@ -106,6 +107,7 @@ bool ScanDrawerOther() {
     if (!ShowDrawer(path)) {
         return false;
     }
+    DetailsPane1();
     ShowEnteredPathStatus();
     CheckLastCharPath();
     AddHistoryNode(NameOfPath(CurrentPath), CurrentPath, LocationKind::Drawer);
@@ -126,7 +128,8 @@ void GoToParent() {
         return;
     }
     AddHistoryNode(NameOfPath(parent), parent, LocationKind::Drawer);
-    DetailsPane2();
+    DetailsPane1();
+    ShowContentStatus();
     SetMenuState();
     SetToolbarState();
 }

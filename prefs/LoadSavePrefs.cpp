@@ -219,6 +219,7 @@ void CollectPrefs() {
     if (!MainWindow || !MainWindow->IsOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
         return;
     }
+    Prefs.DetailsHeight = GetDetailsHeight();
     if (AtPreferences == 0 && Prefs.AutosaveWindowPosition != 0) {
         const intuition::Box box = MainWindow->Geometry();
         Prefs.WindowX = box.Left;

@@ -1,8 +1,11 @@
 #include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/ContentRows.h"
+#include "content/RowLabels.h"
 #include "content/Status.h"
+#include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
+#include "model/PrefsLists.h"
 #include "tests/content/DrawerTest.h"
 
 #include <gmock/gmock.h>
@@ -46,7 +49,7 @@ TEST_F(RowsTest, CellsAreReadFromTheRecord) {
     File("file", "12345");
     SoftLink("link", "file");
     ASSERT_TRUE(Scan());
-    const ContentRows rows({Icon, Name, Size, Type, Filenote});
+    const ContentRows rows({Icon, Name, Size, Type, Filenote}, ViewDetails);
     ASSERT_EQ(rows.RowCount(), 2U);
     EXPECT_THAT(Cells(rows, 0, 5), ElementsAre("", "file", "5 B", "File", ""));
     EXPECT_THAT(Cells(rows, 1, 5), ElementsAre("", "link", "", "Soft link", Path("file")));
@@ -56,9 +59,88 @@ TEST_F(RowsTest, CellsAreReadFromTheRecord) {
     EXPECT_EQ(rows.Cell(0, 5).Text, "") << "there is no such column";
 }
 
+TEST_F(RowsTest, LabelsTellWhatAnEntryIs) {
+    File("song", "12345");
+    Drawer("d");
+    ASSERT_TRUE(Scan());
+    ContentNode& song = *FindContentNode("song", AnyKind);
+    ContentNode& drawer = *FindContentNode("d", AnyKind);
+    song.DateText = drawer.DateText = "now";
+    song.DatatypeName = "MP3";
+    song.DatatypeGroupValue = GroupSound;
+    song.VersionText = "1.0";
+    song.Tags = std::make_unique<AudioTags>();
+    song.Tags->TagTime = "3:21";
+    song.ProtectionText = "----rw-d";
+    const struct {
+        RowLabel Label;
+        const ContentNode& Node;
+        std::vector<std::string> Lines;
+    } rows[] = {
+        {RowLabel::Tiles, drawer, {"Drawer", "now", Path("d") + " "}},
+        {RowLabel::Tiles, song, {"MP3     3:21", "now     5 B     ----rw-d", Path("song") + " "}},
+        {RowLabel::Content, drawer, {}},
+        {RowLabel::Content, song, {"Type: MP3     3:21"}},
+        {RowLabel::Figures, drawer, {"Date: now"}},
+        {RowLabel::Figures, song, {"Date: now", "Size: 5 B"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(FormLabel(row.Label, row.Node), row.Lines) << row.Node.EntryName.View();
+    }
+    const ContentRows content(ShownColumns(ViewContent), ViewContent);
+    EXPECT_EQ(content.Cell(1, 1).Text, "song");
+    EXPECT_EQ(content.Cell(1, 1).More.size(), 1U);
+    EXPECT_EQ(content.Cell(1, 2).Text, "Date: now");
+    EXPECT_EQ(content.Cell(1, 2).More.back(), "Size: 5 B");
+}
+
+TEST_F(RowsTest, StyleBoundToAPathLeavesThePreferenceAlone) {
+    File("games/b", "1");
+    File("games/a", "22");
+    LocationsList = SAK_CreateGenericList<LocationsNode>();
+    for (const auto& [path, style] : {std::pair("GAMES", ViewThumbnail), std::pair("games", ViewList)}) {
+        LocationsNode* bound =
+            SAK_AddGenericListNode(*LocationsList, SAK_CreateGenericListNode<LocationsNode>());
+        bound->Path = path;
+        bound->ViewStyle = style;
+    }
+    Prefs.ContentDetailsCISortColumn = 2;
+    ASSERT_TRUE(Scan("games"));
+    EXPECT_EQ(ViewStyleInForce(), ViewThumbnail) << "the first that fits counts";
+    EXPECT_THAT(Rows(), ElementsAre("a", "b")) << "no Details view: by name";
+    EXPECT_EQ(Prefs.ContentViewStyle, ViewDetails);
+    ASSERT_TRUE(Scan());
+    EXPECT_EQ(ViewStyleInForce(), ViewDetails);
+    LocationsList.reset();
+    CheckLocations();
+}
+
+TEST_F(RowsTest, FilmstripMayShowDrawersAndPicturesOnly) {
+    File("file");
+    File("picture");
+    Drawer("drawer");
+    Prefs.ContentViewStyle = ViewFilmstrip;
+    ASSERT_TRUE(Scan());
+    EXPECT_EQ(Rows().size(), 3U);
+    FindContentNode("picture", AnyKind)->DatatypeGroupValue = GroupPicture;
+    Prefs.FilmstripOnlyDrawersAndImages = 1;
+    BuildContentList();
+    EXPECT_THAT(Rows(), ElementsAre("drawer", "picture"));
+    ASSERT_TRUE(Scan("drawer"));
+    EXPECT_TRUE(Rows().empty()) << "the strip needs no empty row";
+}
+
+TEST_F(RowsTest, UnknownSizesOfPicturesAreCorrected) {
+    Prefs.ThumbnailSize = 9;
+    EXPECT_EQ(ThumbnailBox(), (IconBox{64, 64}));
+    EXPECT_EQ(Prefs.ThumbnailSize, 1);
+    Prefs.TilesIconSize = 100;
+    EXPECT_EQ(TilesIconSide(), 64);
+}
+
 TEST_F(RowsTest, EmptyRowShowsNothingAndCannotBeSelected) {
     ASSERT_TRUE(Scan());
-    const ContentRows rows({DetailsColumn::Icon, DetailsColumn::Name});
+    const ContentRows rows({DetailsColumn::Icon, DetailsColumn::Name}, ViewList);
     ASSERT_EQ(rows.RowCount(), 1U);
     EXPECT_EQ(rows.Cell(0, 1).Text, "");
     EXPECT_EQ(rows.Cell(0, 0).Image, intuition::ImageId::None);
@@ -70,7 +152,7 @@ TEST_F(RowsTest, DefaultColoursLeaveTheDesktopsOwn) {
     Drawer("b");
     SoftLink("c", "a");
     ASSERT_TRUE(Scan());
-    const ContentRows rows({DetailsColumn::Name});
+    const ContentRows rows({DetailsColumn::Name}, ViewDetails);
     for (std::size_t row = 0; row < 3; ++row) {
         EXPECT_FALSE(rows.Cell(row, 0).Colour) << row;
         EXPECT_FALSE(rows.Row(row).Background) << row;
@@ -87,7 +169,7 @@ TEST_F(RowsTest, OwnColoursAreUsedAsGivenAndStayReadable) {
     Prefs.Background1Color = "101010";
     Prefs.Background2Color = "F0F0F0";
     ASSERT_TRUE(Scan());
-    const ContentRows rows({DetailsColumn::Name});
+    const ContentRows rows({DetailsColumn::Name}, ViewDetails);
     const auto is = [](const std::optional<Rgb>& colour, int red, int green, int blue) {
         return colour && colour->Red == red && colour->Green == green && colour->Blue == blue;
     };

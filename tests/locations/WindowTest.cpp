@@ -1,8 +1,10 @@
 #include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
+#include "content/DetailsPane.h"
 #include "content/Drawers.h"
 #include "content/Selection.h"
 #include "content/ShownList.h"
+#include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
 #include "locations/Navigation.h"
 #include "platform/exec/Tasks.h"
@@ -126,6 +128,63 @@ TEST_F(WindowTest, SizingOneColumnLeavesTheWidthsOfTheOthersAlone) {
     SetColumnInfo();
     EXPECT_EQ(Objects.ContentList->ColumnWidths()[Name], 333);
     EXPECT_EQ(Objects.ContentList->ColumnWidths()[Date], UsualDate);
+}
+
+TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {
+    ManyFiles();
+    ASSERT_TRUE(Scan("many"));
+    Objects.ContentList->SetTop(120);
+    Objects.ContentList->Select(RowOf("300"), true);
+    for (const std::int32_t style : {ViewTiles, ViewContent, ViewThumbnail, ViewThumbnailDetails,
+                                     ViewFilmstrip, ViewList, ViewDetails}) {
+        ChooserSelected = style;
+        ChangeViewStyle();
+        EXPECT_EQ(Prefs.ContentViewStyle, style);
+        EXPECT_EQ(Objects.ViewStyle->Selected(), style);
+        EXPECT_EQ(Objects.ContentList->Top(), 120U) << style;
+        EXPECT_THAT(SelectedNames(), ElementsAre("300")) << style;
+    }
+    ChooserSelected = ViewIcons;
+    ChangeViewStyle();
+    EXPECT_EQ(Prefs.ContentViewStyle, ViewDetails) << "the icon view is not on offer";
+}
+
+TEST_F(WindowTest, ContentStyleKeepsItsOwnWidths) {
+    Prefs.ContentViewStyle = ViewContent;
+    SetColumnInfo();
+    Objects.ContentList->SetColumns({{"", 40}, {"Name", 111}, {"", 222}});
+    GetColumnInfoWidths();
+    EXPECT_EQ(Prefs.Content_1Width, 111);
+    EXPECT_EQ(Prefs.Content_2Width, 222);
+    EXPECT_EQ(
+        FindNode(*ShowDetailsColumnsList, [](const ColumnInfoNode& node) { return node.ColumnNumber == 1; })
+            ->Width,
+        250);
+}
+
+TEST_F(WindowTest, DetailsPaneTellsOfPlaceEntryAndSelection) {
+    File("d/a", "123");
+    Drawer("d/b");
+    PopulateContent2("d", Path("d"));
+    EXPECT_EQ(Details1Buffer.View(), "d");
+    EXPECT_EQ(Details2Buffer.View(), "Drawer");
+    EXPECT_EQ(Details7Buffer.View(), "2 items");
+    EXPECT_EQ(Details8Buffer.View(), "3 B");
+    Objects.ContentList->Select(RowOf("a"), true);
+    SelectContentListItems();
+    DetailsPane3();
+    EXPECT_EQ(Details1Buffer.View(), "a");
+    EXPECT_EQ(Details4Buffer.View(), "3 B");
+    Objects.ContentList->SelectAll();
+    SelectContentListItems();
+    DetailsPane3();
+    EXPECT_EQ(Details1Buffer.View(), "2 items selected");
+    GoToParent();
+    EXPECT_EQ(Details1Buffer.View(), Volume);
+    EXPECT_TRUE(Details2Buffer.View().starts_with("Free: ")) << Details2Buffer.View();
+    EXPECT_TRUE(Details5Buffer.View().starts_with("Total: "));
+    DetailsPane2();
+    EXPECT_TRUE(Details5Buffer.Empty()) << "only entering a volume asks how full it is";
 }
 
 TEST_F(WindowTest, RowsAreFoundByNameKindAndSelection) {

@@ -1,0 +1,44 @@
+// Which picture a row shows, by view style and kind of entry.
+#pragma once
+
+#include "model/ContentNode.h"
+#include "platform/intuition/WishedImages.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace solvane {
+
+// True for the styles whose rows show a large picture.
+[[nodiscard]] bool HasLargePictures(std::int32_t style);
+
+// Layout units that a picture of that style may be high.
+[[nodiscard]] int PictureHeight(std::int32_t style);
+
+// Where the icon of an entry may come from: its own, the one of its type, the one of its kind.
+[[nodiscard]] std::vector<intuition::ImageStep> IconSteps(const ContentNode& node);
+
+// The pictures of the rows in one style. Icons and thumbnails are looked up when a row is first drawn, and
+// never on the drawing task.
+class RowPictures {
+public:
+    // Without a list nothing is looked up. The list must live longer.
+    RowPictures(std::int32_t style, intuition::ListBrowser* list);
+    ~RowPictures();
+    RowPictures(const RowPictures&) = delete;
+    RowPictures& operator=(const RowPictures&) = delete;
+
+    // What to draw now in that row. It is not to be released.
+    [[nodiscard]] intuition::ImageId Of(std::size_t row, const ContentNode& node);
+
+private:
+    [[nodiscard]] intuition::ImageId UsualOf(const ContentNode& node) const;
+    [[nodiscard]] intuition::ImageWish WishOf(const ContentNode& node) const;
+
+    std::int32_t Style;
+    intuition::ImageId Drawer, File, DrawerLink, FileLink;
+    std::unique_ptr<intuition::WishedImages> Wished; // null without a list
+};
+
+} // namespace solvane

@@ -1,0 +1,41 @@
+// The gadgets of the Details pane: a picture, nine texts in three columns, a gauge. They show what content/
+// and locations/ put into the buffers.
+#pragma once
+
+#include "platform/intuition/Images.h"
+#include "platform/intuition/Layout.h"
+#include "sak/Text.h"
+
+#include <memory>
+#include <string_view>
+
+namespace solvane {
+
+inline constexpr int DetailsColumns = 3; // of three texts each
+
+// --- State: what the texts are to show; written by whoever fills the pane ---
+
+extern Text<128> Details1Buffer, Details2Buffer, Details3Buffer; // first column
+extern Text<128> Details4Buffer, Details5Buffer, Details6Buffer;
+extern Text<128> Details7Buffer, Details8Buffer, Details9Buffer;
+
+// --- Functions ---
+
+// Makes the pane for the window that is being built, showing the buffers.
+[[nodiscard]] std::unique_ptr<intuition::Layout> CreateDetailsPaneGroup();
+// The gadgets are gone with their window.
+void ForgetDetailsGadgets();
+
+void ClearDetailsBuffers();
+// Shows the buffers of a column, 0 to 2; nothing without a Details pane.
+void SetDetailsGadBuffer(int column);
+void SetDetailsGadBufferAll();
+
+// How full the place on show is, in per cent; -1 for a place of which that cannot be said.
+void SetFuelGaugeImage(int percent);
+
+// The picture beside the texts, in layout units at most DetailsPictureSide high and wide; takes over one use.
+inline constexpr int DetailsPictureSide = 64;
+void SetDetailsPicture(intuition::ImageId picture);
+
+} // namespace solvane
