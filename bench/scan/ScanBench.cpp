@@ -2,15 +2,20 @@
 //   solvane_scan DRAWER [options of the benchmark library]
 // Time per entry is the counter "entries"; the scans' own memory is "bytes/entry".
 #include "bench/scan/WalkLimits.h"
+#include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/Drawers.h"
 #include "content/SortKeys.h"
+#include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/dos/Volumes.h"
+#include "platform/exec/Tasks.h"
+#include "platform/intuition/Application.h"
 #include "sak/Memory.h"
 
 #include <algorithm>
+#include <array>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <filesystem>
@@ -123,6 +128,27 @@ void LimitSort(benchmark::State& state) {
     }
 }
 
+// From the choice of another style to its first paint, on a display without a screen.
+void SwitchStyle(benchmark::State& state) {
+    static std::string name = "solvane_scan";
+    static std::array<char*, 2> arguments = {name.data(), nullptr};
+    if (!intuition::OpenDisplay(1, arguments.data()) || !CreateMainLayout() || !MainWindow->Open()) {
+        state.SkipWithError("cannot open a window");
+        return;
+    }
+    BuildContentList();
+    for ([[maybe_unused]] auto round : state) {
+        ChooserSelected =
+            Prefs.ContentViewStyle == ViewDetails ? static_cast<std::int32_t>(state.range(0)) : ViewDetails;
+        ChangeViewStyle();
+        Objects.ContentList->RefreshRow(0);
+        static_cast<void>(exec::CheckSignal(0));
+    }
+    FreeContentRows();
+    CloseWindowObject();
+    intuition::CloseDisplay();
+}
+
 void Register() {
     const auto add = [](const char* name, void (*run)(benchmark::State&)) {
         return benchmark::RegisterBenchmark(name, run)
@@ -134,6 +160,7 @@ void Register() {
     add("LimitWalkAndRead", LimitWalkAndRead);
     add("ScanWithoutTyping", Scan)->Arg(2);
     add("ScanWithTyping", Scan)->Arg(0);
+    add("SwitchStyle", SwitchStyle)->ArgName("style")->DenseRange(ViewTiles, ViewThumbnailDetails);
     add("LimitSort", LimitSort)->ArgName("column")->DenseRange(1, DetailsColumnCount - 1);
     add("Sort", Sort)
         ->ArgNames({"column", "arrival", "descending"})
