@@ -181,6 +181,7 @@ void CloseMainWindow() {
 void CloseMainWindowUpdate() {
     SetPreviewPaneNone();
     SAK_StopNotify();
+    FreeContentRows(); // their pictures are loaded for the list that goes now
     CloseWindowObject();
     WindowClosed = 1;
 }

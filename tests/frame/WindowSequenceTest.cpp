@@ -1,6 +1,7 @@
 // Opening, rebuilding and leaving the main window, with a window that no screen shows.
 #include "frame/WindowSequence.h"
 
+#include "content/BuildLists.h"
 #include "frame/ArgumentParser.h"
 #include "frame/MainLoop.h"
 #include "frame/Ports.h"
@@ -37,6 +38,7 @@ protected:
         DefaultPubScreenID.Clear();
     }
     ~WindowSequenceTest() override {
+        FreeContentRows();
         CloseWindowObject();
         ScrNotPort.reset();
         CommandLineTabsList.reset();
@@ -84,6 +86,7 @@ TEST_F(WindowSequenceTest, ARebuildKeepsThePlaceTheScrollPositionAndTheColumns) 
 
     CloseForRebuild();
     EXPECT_EQ(MainWindow, nullptr);
+    EXPECT_TRUE(Rows().empty()) << "rows lean on the list that is gone";
     EXPECT_EQ(Objects.ContentList, nullptr);
     ASSERT_EQ(RunSequence(), Station::WaitLoop);
 
