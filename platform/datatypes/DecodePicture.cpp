@@ -114,6 +114,9 @@ DecodedPicture DecodeByReader(Bytes file, const PictureBox& box) {
     reader.setAutoTransform(true);
     if (!reader.canRead())
         return Refused(PictureFault::Unknown);
+    // The reader of drawings reads all of one to tell its size, and with it what it names.
+    if (reader.format().startsWith("svg") && !IsSafePicture(file, "svg", 0))
+        return Refused(PictureFault::Broken);
     const QSize stored = reader.size();
     const auto pixels = static_cast<std::uint64_t>(std::max(stored.width(), 0)) *
                         static_cast<std::uint64_t>(std::max(stored.height(), 0));

@@ -1,0 +1,208 @@
+#include "platform/datatypes/DecodePicture.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <zlib.h>
+
+namespace {
+
+using datatypes::AsBytes;
+using datatypes::DecodedPicture;
+using datatypes::DecodePicture;
+using datatypes::Picture;
+using datatypes::PictureFault;
+
+std::string Sample(const std::string& name) {
+    std::ifstream file(std::string(SOLVANE_TEST_DATA) + "/pictures/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::uint32_t At(const Picture& picture, std::uint32_t x, std::uint32_t y) {
+    return picture.Pixels.at(std::size_t{y} * picture.Width + x);
+}
+
+// Digests of pictures that were looked at and found to be what they should; the pixels are what two other
+// decoders give, where HAM ones may differ a little between decoders.
+struct Reference {
+    std::string File;
+    std::uint32_t Width, Height;
+    std::array<std::uint32_t, 3> Pixels; // first, middle, last; 0xAARRGGBB
+    std::uint32_t Digest;
+};
+void PrintTo(const Reference& reference, std::ostream* out) {
+    *out << reference.File;
+}
+
+class References : public testing::TestWithParam<Reference> {};
+
+TEST_P(References, DecodeToTheirPixels) {
+    const std::string file = Sample(GetParam().File);
+    const DecodedPicture decoded = DecodePicture(AsBytes(file));
+    ASSERT_TRUE(decoded.Shown);
+    const Picture& picture = *decoded.Shown;
+    ASSERT_EQ(picture.Width, GetParam().Width);
+    ASSERT_EQ(picture.Height, GetParam().Height);
+    EXPECT_EQ(At(picture, 0, 0), GetParam().Pixels[0]);
+    EXPECT_EQ(At(picture, picture.Width / 2, picture.Height / 2), GetParam().Pixels[1]);
+    EXPECT_EQ(At(picture, picture.Width - 1, picture.Height - 1), GetParam().Pixels[2]);
+    const auto digest = crc32(0, reinterpret_cast<const Bytef*>(picture.Pixels.data()),
+                              static_cast<uInt>(picture.Pixels.size() * 4));
+    EXPECT_EQ(digest, GetParam().Digest);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ilbm, References,
+    testing::Values(
+        Reference{"gen_24bit_96x64.iff", 96, 64, {0xFF7F4000, 0xFFBC7E40, 0xFF00407F}, 0xE1E7F7DD},
+        Reference{"deep24_31x31.ilbm", 31, 31, {0xFFF8ECF8, 0xFFB0A0A0, 0xFF706060}, 0x2D15E1F2},
+        Reference{"small-24bit.iff", 10, 10, {0xFF76FE71, 0xFF010001, 0xFF010001}, 0xF6CB29D6},
+        Reference{"gen_ehb_64x32.iff", 64, 32, {0xFF00FF00, 0xFF443B00, 0xFF7F007F}, 0x012AB69A},
+        Reference{"gen_ham6_96x64.iff", 96, 64, {0xFF444444, 0xFFBB7744, 0xFF004477}, 0x354C351C},
+        Reference{"gen_ham8_96x64.iff", 96, 64, {0xFF4D4D4D, 0xFFBA7D41, 0xFF00417D}, 0x88202A21},
+        Reference{"gen_p1_96x64.iff", 96, 64, {0xFF37343F, 0xFFB79F7F, 0xFF37343F}, 0xBF3AA9AC},
+        Reference{"gen_p2_maskplane_21x13.iff", 21, 13, {0, 0, 0}, 0x963936AF},
+        Reference{"gen_p4_hires_lace_96x64.iff", 96, 64, {0xFF7A4A13, 0xFFAC6E31, 0xFF0C4573}, 0xD75E49CA},
+        Reference{"gen_p8_uncompressed_96x64.iff", 96, 64, {0xFF7F4000, 0xFFBA7C3F, 0xFF00407F}, 0x146B5029},
+        Reference{"gradient.iff", 320, 200, {0xFFCCCCCC, 0xFFEEBB00, 0xFFEEBB00}, 0x9D0B4102},
+        Reference{"p8_131x31.iff", 131, 31, {0xFFFFEFEF, 0xFFFFEFEF, 0xFF736363}, 0x33C4C3C1},
+        // Drawn for pixels twice as high as wide, with a transparent colour.
+        Reference{"p3_71x28_brush.iff", 71, 56, {0xFF110000, 0xFFFFEEEE, 0}, 0xBB09BD84}),
+    [](const auto& row) {
+        std::string name = row.param.File;
+        std::erase_if(name,
+                      [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) == 0; });
+        return name;
+    });
+
+std::string Chunk(const std::string& id, const std::string& data) {
+    const auto size = static_cast<std::uint32_t>(data.size());
+    std::string chunk = id;
+    for (const unsigned shift : {24U, 16U, 8U, 0U})
+        chunk += static_cast<char>(size >> shift & 0xFF);
+    return chunk + data + std::string(size & 1, '\0');
+}
+std::string Header(int width, int height, int planes, int masking, int packing) {
+    const auto word = [](int value) {
+        return std::string{static_cast<char>(value >> 8), static_cast<char>(value)};
+    };
+    return word(width) + word(height) + std::string(4, '\0') +
+           std::string{static_cast<char>(planes), static_cast<char>(masking), static_cast<char>(packing),
+                       '\0'} +
+           word(0) + std::string{10, 11} + std::string(4, '\0');
+}
+std::string Ilbm(const std::string& type, const std::string& header, const std::string& rest) {
+    return "FORM" + std::string(4, '\0') + type + Chunk("BMHD", header) + rest;
+}
+
+TEST(DecodePicture, ChunkyPicturesRunsOverRowsAndLowNibblesAreUnderstood) {
+    // 3 wide, so rows are padded to 4; one run goes over both rows. All colours have four bits.
+    const std::string colours = Chunk("CMAP", {'\0', '\0', '\0', '\xF0', '\x80', '\x10'});
+    const std::string file = Ilbm("PBM ", Header(3, 2, 8, 0, 1), colours + Chunk("BODY", {'\xF9', '\x01'}));
+    const DecodedPicture decoded = DecodePicture(AsBytes(file));
+    ASSERT_TRUE(decoded.Shown);
+    EXPECT_EQ(decoded.Shown->Pixels, std::vector<std::uint32_t>(6, 0xFFFF8811));
+}
+
+TEST(DecodePicture, RowsBehindTheEndOfTheDataStayTransparent) {
+    const std::string file = Ilbm("ILBM", Header(8, 2, 1, 0, 0), Chunk("BODY", {'\xFF', '\0'}));
+    const DecodedPicture decoded = DecodePicture(AsBytes(file));
+    ASSERT_TRUE(decoded.Shown);
+    EXPECT_EQ(At(*decoded.Shown, 0, 0), 0xFFFFFFFF);
+    EXPECT_EQ(At(*decoded.Shown, 0, 1), 0U);
+}
+
+std::string PngHeader(std::uint32_t side) {
+    std::string ihdr = "IHDR";
+    for (int i = 0; i < 2; ++i)
+        for (const unsigned shift : {24U, 16U, 8U, 0U})
+            ihdr += static_cast<char>(side >> shift & 0xFF);
+    ihdr += std::string{8, 2, 0, 0, 0};
+    const auto sum = static_cast<std::uint32_t>(
+        crc32(0, reinterpret_cast<const Bytef*>(ihdr.data()), static_cast<uInt>(ihdr.size())));
+    std::string file("\x89PNG\r\n\x1A\n\0\0\0\x0D", 12);
+    file += ihdr;
+    for (const unsigned shift : {24U, 16U, 8U, 0U})
+        file += static_cast<char>(sum >> shift & 0xFF);
+    return file;
+}
+
+// Each element draws the one before it twice.
+std::string UseBomb(int levels) {
+    std::string file =
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><g id="a0"><path d="M0 0h9"/></g>)";
+    for (int level = 1; level <= levels; ++level) {
+        const std::string use = "<use href=\"#a" + std::to_string(level - 1) + "\"/>";
+        file += "<g id=\"a" + std::to_string(level) + "\">" + use + use + "</g>";
+    }
+    return file + "</svg>";
+}
+
+// A progressive picture of that many empty scans.
+std::string ScanBomb(int scans) {
+    const std::string frame("\xFF\xC2\0\x0B\x08\x40\0\x40\0\x01\x01\x11\0", 13);
+    std::string file = "\xFF\xD8" + frame;
+    for (int scan = 0; scan < scans; ++scan)
+        file += std::string("\xFF\xDA\0\x08\x01\x01\0\0\0\0", 10);
+    return file + "\xFF\xD9";
+}
+
+TEST(DecodePicture, RefusesWhatIsBrokenOrUnsafe) {
+    const std::string body = Chunk("BODY", std::string(8, '\0'));
+    const std::array<std::pair<const char*, std::string>, 13> files = {{
+        {"no data", Sample("missing-body-chunk.iff")},
+        {"colours that hide the data", Sample("incorrect-cmap-size.iff")},
+        {"huge IFF", Ilbm("ILBM", Header(65535, 65535, 8, 0, 1), body)},
+        {"no width", Ilbm("ILBM", Header(0, 8, 1, 0, 0), body)},
+        {"no planes", Ilbm("ILBM", Header(8, 8, 0, 0, 0), body)},
+        {"255 planes", Ilbm("ILBM", Header(8, 8, 255, 0, 0), body)},
+        {"unknown packing", Ilbm("ILBM", Header(8, 8, 1, 0, 2), body)},
+        {"data before the header", "FORM" + std::string(4, '\0') + "ILBM" + body},
+        {"huge PNG", PngHeader(65535)},
+        {"PNG without data", PngHeader(16)},
+        {"drawing that swells", UseBomb(40)},
+        {"drawing that names files",
+         R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><image href="/etc/a.png"/></svg>)"},
+        {"scans without end", ScanBomb(2000)},
+    }};
+    for (const auto& [what, file] : files) {
+        const DecodedPicture decoded = DecodePicture(AsBytes(file), {64, 64});
+        EXPECT_FALSE(decoded.Shown) << what;
+        EXPECT_EQ(decoded.Fault, PictureFault::Broken) << what;
+    }
+    EXPECT_TRUE(DecodePicture(AsBytes(UseBomb(5))).Shown) << "drawings that use others are fine";
+    EXPECT_EQ(DecodePicture(AsBytes("a text")).Fault, PictureFault::Unknown);
+}
+
+TEST(DecodePicture, FitsTheBoxUprightAndNeverGrows) {
+    const std::string turned = Sample("gen_orient_6.jpg");
+    const DecodedPicture full = DecodePicture(AsBytes(turned));
+    ASSERT_TRUE(full.Shown);
+    EXPECT_EQ(full.Shown->Width, full.FullWidth);
+    const DecodedPicture small = DecodePicture(AsBytes(turned), {20, 20});
+    ASSERT_TRUE(small.Shown);
+    EXPECT_EQ(std::max(small.Shown->Width, small.Shown->Height), 20U);
+    EXPECT_EQ(small.Shown->Width > small.Shown->Height, full.FullWidth > full.FullHeight);
+    EXPECT_EQ(small.FullWidth, full.FullWidth);
+    const DecodedPicture boxed = DecodePicture(AsBytes(turned), {4000, 4000});
+    ASSERT_TRUE(boxed.Shown);
+    EXPECT_EQ(boxed.Shown->Width, full.FullWidth);
+}
+
+TEST(DecodePicture, PngFilesComeBackWithTransparencyAndTexts) {
+    const Picture picture{2, 1, {0x80102030, 0xFF405060}};
+    const std::string file =
+        datatypes::EncodePng(picture, {{"Thumb::URI", "file:///%C3%A4"}, {"Software", "Solvane"}});
+    const auto read = datatypes::DecodePng(AsBytes(file));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->Shown.Pixels, picture.Pixels);
+    EXPECT_EQ(read->Texts.size(), 2U);
+    EXPECT_NE(
+        std::ranges::find(read->Texts, datatypes::PictureTexts::value_type("Thumb::URI", "file:///%C3%A4")),
+        read->Texts.end());
+}
+
+} // namespace
