@@ -40,14 +40,21 @@ QImage Squared(const QImage& picture, int size) {
     return image;
 }
 
+// Nothing in the theme is larger than its largest size: pictures beyond it are that one, grown.
 QImage LoadFromTheme(const QString& theme, const QString& category, const QString& name, int size) {
+    QImage largest;
     for (const int stored : ThemeSizes) {
         const QString path = QStringLiteral("%1/%2/%3/%4.png").arg(theme, category).arg(stored).arg(name);
-        if (stored >= size && QFile::exists(path)) {
-            return Squared(QImage(path), size);
+        if (QFile::exists(path) && (stored >= size || size > ThemeSizes.back())) {
+            largest = QImage(path);
+            if (stored >= size) {
+                return Squared(largest, size);
+            }
         }
     }
-    return {};
+    return largest.isNull()
+               ? largest
+               : Squared(largest.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation), size);
 }
 
 quint32 Checksum(const QByteArray& bytes) {

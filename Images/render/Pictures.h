@@ -16,8 +16,8 @@ struct Sources {
 enum class State { Plain, Selected, Ghosted };
 
 // The picture that source names at size pixels: "category/name" is the theme's, a bare name is our
-// own. The theme's own drawing for the size is taken, else the next bigger one scaled down. Null
-// when there is none.
+// own. The theme's own drawing for the size is taken, else the next bigger one scaled down; beyond the
+// theme's largest size that one, grown. Null when there is none.
 QImage LoadPicture(const Sources& sources, const QString& source, int size);
 
 // The picture with our drawing badge in its lower right quarter. Null when the badge is missing.
