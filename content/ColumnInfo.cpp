@@ -338,9 +338,10 @@ void SetSortColumnArrow(std::int32_t column) {
     const auto at =
         std::find(ColumnsOnScreen.begin(), ColumnsOnScreen.end(), static_cast<DetailsColumn>(column));
     const bool there = column != 0 && at != ColumnsOnScreen.end();
-    Objects.ContentList->SetSortColumn(there ? static_cast<std::size_t>(at - ColumnsOnScreen.begin())
-                                             : intuition::NoRow,
-                                       Prefs.ContentSortDirection == 0);
+    const std::int16_t direction =
+        LBLocation == LocationKind::Workbench ? Prefs.WorkbenchSortDirection : Prefs.ContentSortDirection;
+    Objects.ContentList->SetSortColumn(
+        there ? static_cast<std::size_t>(at - ColumnsOnScreen.begin()) : intuition::NoRow, direction == 0);
 }
 
 } // namespace solvane
