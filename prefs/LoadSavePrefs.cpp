@@ -55,6 +55,7 @@ void TellLoadingFailed() {
 }
 
 // Keeps the bytes of a document that cannot be understood in a file beside it; copies of earlier ones stay.
+// False with IoErr.
 bool KeepCopy(const std::string& document) {
     for (int copy = 1; copy <= MostCopies; ++copy) {
         const std::string name =
@@ -67,23 +68,33 @@ bool KeepCopy(const std::string& document) {
             return dos::WriteWhole(name, document);
         }
     }
+    dos::SetIoErr(dos::ErrorObjectExists);
     return false;
 }
 
+// The reason is in IoErr. The user must hear of it: what he sets from now on is not kept.
 void LetDocumentStand() {
+    SAK_IOErr = dos::IoErr();
     StandingDocument = ProgramPrefsFile;
     QuitNoSave = 1;
+    TellLoadingFailed();
+}
+
+// A document that was mended meanwhile is saved at the end again.
+void ForgetStandingDocument() {
+    if (!StandingDocument.Empty()) {
+        StandingDocument.Clear();
+        QuitNoSave = 0;
+    }
 }
 
 // The document, or an empty dictionary for one that is missing, cannot be read or cannot be understood.
 Dictionary ReadDocument() {
-    StandingDocument.Clear();
+    ForgetStandingDocument();
     const auto document = dos::ReadWhole(ProgramPrefsFile.View(), LargestDocument);
     if (!document) {
         if (!IsMissing(dos::IoErr())) {
-            SAK_IOErr = dos::IoErr();
             LetDocumentStand();
-            TellLoadingFailed();
         }
         return {};
     }

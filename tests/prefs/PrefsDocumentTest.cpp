@@ -182,6 +182,11 @@ TEST_F(PrefsDocument, WhatCannotBeReadIsNeverReplaced) {
     EXPECT_THAT(Requests, ElementsAre("Error loading prefs file.", "Error saving prefs file."));
     ProgramPrefsFile = "ENVARC:Solvane/Other.xml";
     EXPECT_TRUE(SavePrefs(1)) << "another document may be written";
+    ProgramPrefsFile = DefaultPrefsFile;
+    std::filesystem::remove(Tree.Path(Document));
+    EXPECT_TRUE(LoadPrefs());
+    EXPECT_EQ(QuitNoSave, 0) << "nothing stands in the way any more";
+    EXPECT_TRUE(SavePrefs(1));
 }
 
 TEST_F(PrefsDocument, AFullDiskLeavesTheOldDocument) {
