@@ -113,13 +113,30 @@ void SortKeys(benchmark::State& state, std::vector<Key> keys) {
     CountEntries(state, keys.size());
 }
 
+std::uint64_t NumberOf(const ContentNode& node, DetailsColumn column) {
+    switch (column) {
+    case DetailsColumn::Size:
+        return node.EntrySize;
+    case DetailsColumn::Date:
+        return node.DateSeconds;
+    case DetailsColumn::Time:
+        return TagsOf(node).TagTimeSeconds;
+    case DetailsColumn::BitRate:
+        return TagsOf(node).TagBitRate;
+    case DetailsColumn::SampleRate:
+        return TagsOf(node).TagSampleRate;
+    default:
+        return static_cast<std::uint64_t>(node.VersionNumber + 1); // -1 for drawers
+    }
+}
+
 void LimitSort(benchmark::State& state) {
     const auto column = static_cast<DetailsColumn>(state.range(0));
     std::vector<std::string> texts;
     std::vector<std::uint64_t> numbers;
     for (const ContentNode& node : *ContentList) {
         texts.emplace_back(TextKey(node, column));
-        numbers.push_back(column == DetailsColumn::Size ? node.EntrySize : node.DateSeconds);
+        numbers.push_back(NumberOf(node, column));
     }
     if (IsNumberColumn(column)) {
         SortKeys(state, std::move(numbers));
