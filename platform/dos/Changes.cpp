@@ -3,6 +3,8 @@
 #include "platform/dos/DeviceWalk.h"
 #include "platform/dos/HostPaths.h"
 
+#include <algorithm>
+
 namespace dos {
 
 namespace {
@@ -20,6 +22,12 @@ bool Change(std::string_view path, const MetadataChange& change) {
     });
 }
 
+bool RenameAt(const DeviceWalk& source, const LockRef& place, std::string_view rest) {
+    if (source.Owner().Rename)
+        return source.Owner().Rename(source.Start(), source.Rest(), place, rest);
+    return RefuseBy(ErrorActionNotKnown);
+}
+
 } // namespace
 
 bool Delete(std::string_view path) {
@@ -31,13 +39,17 @@ bool Delete(std::string_view path) {
 }
 
 bool Rename(std::string_view from, std::string_view to) {
-    return AtEachPlaceToChange(from, [to](const DeviceWalk& source) {
+    const std::size_t colon = std::min(to.find(':'), to.size());
+    return AtEachPlaceToChange(from, [to, colon](const DeviceWalk& source) {
+        // Within an assign an object stays below the drawer in which it was found, where that can be.
+        if (to.size() <= LongestPath && source.IsOfAssign(to.substr(0, colon))) {
+            const bool done = RenameAt(source, source.Start(), to.substr(colon + 1));
+            if (done || IoErr() != ErrorObjectNotFound)
+                return done;
+        }
         return AtEachPlaceToChange(to, [&source](const DeviceWalk& target) {
-            if (&source.Owner() != &target.Owner())
-                return RefuseBy(ErrorRenameAcrossDevices);
-            if (source.Owner().Rename)
-                return source.Owner().Rename(source.Start(), source.Rest(), target.Start(), target.Rest());
-            return RefuseBy(ErrorActionNotKnown);
+            return &source.Owner() == &target.Owner() ? RenameAt(source, target.Start(), target.Rest())
+                                                      : RefuseBy(ErrorRenameAcrossDevices);
         });
     });
 }

@@ -108,7 +108,6 @@ TreeResult TreeDeleter::Run(const Spot& spot) {
     while (HasNews && (Poll(), true));
     Queue.reset();
     Talk.Poll();
-    NoteRemoved(spot.Drawer.Get(), spot.Name);
     return Talk.Result();
 }
 

@@ -1,6 +1,7 @@
 #include "platform/dos/DeviceWalk.h"
 
 #include "platform/dos/VolumeRequest.h"
+#include "platform/utility/Text.h"
 
 namespace dos {
 
@@ -49,11 +50,16 @@ bool DeviceWalk::Next() {
     return false;
 }
 
+bool DeviceWalk::IsOfAssign(std::string_view name) const {
+    return Targets && utility::Stricmp(Device, name) == 0;
+}
+
 bool DeviceWalk::Begin() {
     if (Device.empty())
         return BeginAtCurrent(HasColon);
     while (!BeginAtDevice()) {
-        if (IoErr() != ErrorDeviceNotMounted || !RequestVolume(Device))
+        // Of an assign the disk of the target has been asked for.
+        if (Targets || IoErr() != ErrorDeviceNotMounted || !RequestVolume(Device))
             return false;
     }
     return true;
@@ -88,7 +94,7 @@ bool DeviceWalk::NextTarget() {
     while (NextIndex < Targets->size()) {
         const AssignTarget& target = (*Targets)[NextIndex++];
         const FileLock lock = target.Bound ? target.Bound : LockTarget(target.Path);
-        if (!lock && IoErr() == ErrorTooManyLevels)
+        if (!lock && IoErr() != ErrorObjectNotFound)
             return false;
         if (!lock)
             continue;

@@ -20,12 +20,15 @@ public:
     explicit DeviceWalk(std::string_view path);
 
     // Goes to the first place, then to the next. False with IoErr: 232 behind the last one, 218
-    // when nobody knows the device. Targets that are not there are passed over.
+    // when nobody knows the device. A target that is not there
+    // (205) is passed over, any other error of one ends the walk.
     [[nodiscard]] bool Next();
 
     [[nodiscard]] const LockRef& Start() const noexcept { return Place; }
     [[nodiscard]] const Handler& Owner() const noexcept { return *Place->Owner; }
     [[nodiscard]] std::string_view Rest() const noexcept { return RestText; }
+    // Is it one of the places of an assign of that name?
+    [[nodiscard]] bool IsOfAssign(std::string_view name) const;
 
 private:
     bool Begin();
@@ -57,10 +60,8 @@ auto AtEachPlace(std::string_view path, Deed deed) {
         if (error != ErrorObjectNotFound)
             return result;
     }
-    if (error != 0)
-        SetIoErr(error);
-    else if (IoErr() == ErrorNoMoreEntries) // an assign none of whose targets is there
-        SetIoErr(ErrorObjectNotFound);
+    if (IoErr() == ErrorNoMoreEntries)                      // else a target ended the walk
+        SetIoErr(error != 0 ? error : ErrorObjectNotFound); // 0: none of the targets is there
     return result;
 }
 

@@ -7,7 +7,9 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace dos {
 
@@ -47,15 +49,17 @@ bool DeleteNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
     if (!mode.Commit())
         return Refuse(ENOMEDIUM, Operation::Delete);
     const int drawer = spot.Drawer.Get();
+    const OwnChange change(drawer);
     if (!RemoveEntry(drawer, spot))
         return Refuse(ErrorOfRemoval(errno, IsDrawerMode(spot.Facts.Mode)), Operation::Delete);
-    NoteRemoved(drawer, spot.Name);
+    change.End(spot.Name, {});
     if (stored.Sidecar.State != SidecarState::Ours)
         return true;
     const std::string sidecar = SidecarNameOf(spot.Name);
+    const OwnChange further(drawer);
     if (Host().Unlinkat(drawer, sidecar.c_str(), 0) != 0 && errno != ENOENT)
         return Refuse(errno, Operation::Delete);
-    NoteRemoved(drawer, sidecar);
+    further.End(sidecar, {});
     return true;
 }
 
@@ -108,9 +112,10 @@ bool SoftLinkNow(const HostLock& from, const std::string& rest, const SoftTarget
         if (!mode.WantsLimit.empty())
             return false; // to be done anew where it may wait, so nothing is made yet
     }
+    const OwnChange change(spot.Drawer.Get());
     if (Host().Symlinkat(text.c_str(), spot.Drawer.Get(), spot.Name.c_str()) != 0)
         return Refuse(errno == EPERM ? ENOTSUP : errno, Operation::Write);
-    NoteCreated(spot.Drawer.Get(), spot.Name);
+    change.End({}, spot.Name);
     return true;
 }
 
@@ -131,21 +136,33 @@ bool CopySidecar(const HostLock& target, const Spot& spot) {
     return BeginSidecar(drawer, spot.Name, old, spot.On->Info.Metadata);
 }
 
+// The host says the same of a disk without hard links and of a file to which this user may have none.
+int ErrorOfLink(int object, int hostError) {
+    struct statx about {};
+    if (hostError != EPERM || Host().Statx(object, "", AT_EMPTY_PATH, STATX_UID, &about) != 0)
+        return hostError;
+    constexpr std::uint64_t Fixed = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
+    const bool isForbidden = about.stx_uid != ::geteuid() || (about.stx_attributes & Fixed) != 0;
+    return isForbidden ? EPERM : ENOTSUP;
+}
+
 bool HardLinkNow(const HostLock& from, const std::string& rest, const HostLock& target, WalkMode& mode) {
     Spot spot;
     if (!IsFileMode(target.Facts.Mode))
         return Fails(ErrorObjectWrongType);
     if (!FindPlace(from, rest, mode, spot))
         return false;
+    const OwnChange change(spot.Drawer.Get());
     if (Host().LinkObject(target.Object.Get(), spot.Drawer.Get(), spot.Name.c_str()) != 0)
-        return Refuse(errno == EPERM ? ENOTSUP : errno, Operation::Write);
-    if (CopySidecar(target, spot)) {
-        NoteCreated(spot.Drawer.Get(), spot.Name);
+        return Refuse(ErrorOfLink(target.Object.Get(), errno), Operation::Write);
+    change.End({}, spot.Name);
+    if (CopySidecar(target, spot))
         return true;
-    }
     const int error = errno;
-    if (Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), 0) != 0)
-        Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), 0);
+    const OwnChange back(spot.Drawer.Get());
+    if (Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), 0) == 0 ||
+        Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), 0) == 0)
+        back.End(spot.Name, {});
     return Refuse(error, Operation::Write);
 }
 

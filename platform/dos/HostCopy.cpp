@@ -117,10 +117,13 @@ std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target) {
     SidecarFile ofTarget;
     const int from = source.Drawer.Get();
     const int to = target.Drawer.Get();
-    if (!FindSidecar(from, source.Name, ofSource) || !FindSidecar(to, target.Name, ofTarget) ||
-        Host().Renameat2(from, source.Name.c_str(), to, target.Name.c_str(), 0) != 0)
+    if (!FindSidecar(from, source.Name, ofSource) || !FindSidecar(to, target.Name, ofTarget))
         return {};
-    NoteRemoved(from, source.Name);
+    const OwnChange out(from);
+    const OwnChange in(to);
+    if (Host().Renameat2(from, source.Name.c_str(), to, target.Name.c_str(), 0) != 0)
+        return {};
+    EndMove(out, source.Name, in, target.Name);
     const std::string old = SidecarNameOf(source.Name);
     const std::string name = SidecarNameOf(target.Name);
     CopyResult result{CopyEnd::Done, 0};

@@ -11,6 +11,8 @@ namespace dos {
 
 namespace {
 
+constexpr int MostTries = 10; // while another process makes and removes the file
+
 bool WriteOnce(const HostLock& from, const std::string& rest, std::string_view bytes, WalkMode& mode) {
     Spot spot;
     if (!FindSpot(from, rest, LastLink::Follow, mode, spot) || (spot.Object && !IsReplaceable(spot)))
@@ -27,8 +29,10 @@ bool WriteOnce(const HostLock& from, const std::string& rest, std::string_view b
 
 bool WriteNow(const HostLock& from, const std::string& rest, std::string_view bytes, WalkMode& mode) {
     // A file that somebody made meanwhile is replaced with all that an old one passes on.
-    return WriteOnce(from, rest, bytes, mode) ||
-           (IoErr() == ErrorObjectExists && WriteOnce(from, rest, bytes, mode));
+    bool done = WriteOnce(from, rest, bytes, mode);
+    for (int i = 1; i < MostTries && !done && IoErr() == ErrorObjectExists; ++i)
+        done = WriteOnce(from, rest, bytes, mode);
+    return done;
 }
 
 bool CreateNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
@@ -42,14 +46,19 @@ bool CreateNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
     if (!mode.Commit())
         return Refuse(ENOMEDIUM, Operation::Write);
     SidecarFile sidecar;
-    if (!FindSidecar(spot.Drawer.Get(), spot.Name, sidecar) ||
-        Host().Mkdirat(spot.Drawer.Get(), spot.Name.c_str(), 0777) != 0)
+    const int drawer = spot.Drawer.Get();
+    if (!FindSidecar(drawer, spot.Name, sidecar))
         return Refuse(errno, Operation::Write);
+    const OwnChange change(drawer);
+    if (Host().Mkdirat(drawer, spot.Name.c_str(), 0777) != 0)
+        return Refuse(errno, Operation::Write);
+    change.End({}, spot.Name);
     if (FinishSidecar(spot, sidecar))
         return true;
     const int error = errno;
-    if (Host().Unlinkat(spot.Drawer.Get(), spot.Name.c_str(), AT_REMOVEDIR) == 0)
-        NoteRemoved(spot.Drawer.Get(), spot.Name);
+    const OwnChange back(drawer);
+    if (Host().Unlinkat(drawer, spot.Name.c_str(), AT_REMOVEDIR) == 0)
+        back.End(spot.Name, {});
     return Refuse(error, Operation::Write);
 }
 
@@ -59,7 +68,6 @@ bool FinishSidecar(const Spot& spot, const SidecarFile& sidecar) {
     const int drawer = spot.Drawer.Get();
     if (spot.Object)
         return RefreshSidecar(drawer, spot.Name, sidecar);
-    NoteCreated(drawer, spot.Name);
     return BeginSidecar(drawer, spot.Name, sidecar, spot.On->Info.Metadata);
 }
 

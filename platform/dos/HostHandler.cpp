@@ -42,6 +42,11 @@ LockRef Locate(const LockRef& start, std::string_view rest, LastLink last) {
     });
 }
 
+// Why the host gives no path: one that lies too deep is no matter of a name.
+long ErrorOfPath(int hostError) {
+    return hostError == ENAMETOOLONG ? ErrorLineTooLong : ErrorFromErrno(hostError, Operation::Lookup);
+}
+
 // Splits at the last slash; the parent of "/a" is "/".
 std::string_view DrawerOf(std::string_view hostPath) {
     const std::size_t slash = hostPath.rfind('/');
@@ -96,7 +101,7 @@ std::string NameOf(const LockBody& body, NameForm form) {
         return {};
     const std::string path = HostPathOf(lock.Object.Get());
     if (path.empty()) {
-        SetIoErr(ErrorFromErrno(errno, Operation::Lookup));
+        SetIoErr(ErrorOfPath(errno));
         return {};
     }
     const VolumeRef on = LiesUnder(path, lock.On->RealRoot) ? PresentRecord(lock.On) : VolumeOfHostPath(path);
@@ -106,10 +111,11 @@ std::string NameOf(const LockBody& body, NameForm form) {
 
 bool ExamineNow(const HostLock& lock, ExamineData& object) {
     const std::string path = HostPathOf(lock.Object.Get());
+    const int pathError = errno;
     ObjectRecord record;
     ExamineEntry(lock.Object.Get(), "", DT_UNKNOWN, Attributes::Asked, record);
     if (path.empty() || record.IsGone) {
-        SetIoErr(ErrorObjectNotFound);
+        SetIoErr(path.empty() ? ErrorOfPath(pathError) : ErrorObjectNotFound);
         return false;
     }
     if (IsRoot(lock, path)) {

@@ -1,5 +1,6 @@
 #include "platform/dos/Aliases.h"
 #include "platform/dos/HostChanges.h"
+#include "platform/dos/HostCopy.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
 #include "platform/dos/MountInfo.h"
@@ -73,23 +74,16 @@ Aim FindAim(const Spot& source, const Spot& target, std::string_view typed, std:
     return Aim::Refused;
 }
 
-bool IsIntoItself(const Spot& source, const Spot& target) {
-    return IsDrawerMode(source.Facts.Mode) &&
-           LiesUnder(HostPathOf(target.Drawer.Get()), HostPathOf(source.Object.Get()));
-}
-
-void NoteMoved(const Spot& source, const Spot& target, const std::string& from, const std::string& to) {
-    NoteRemoved(source.Drawer.Get(), from);
-    NoteCreated(target.Drawer.Get(), to);
+// False with errno where the host does not tell.
+bool IsIntoItself(const Spot& source, const Spot& target, bool& isWithin) {
+    isWithin = false;
+    return !IsDrawerMode(source.Facts.Mode) || LiesWithin(target.Drawer.Get(), source.Facts.Id, isWithin);
 }
 
 bool MoveSidecar(const Spot& source, const Spot& target, const std::string& name) {
     const std::string from = SidecarNameOf(source.Name);
     const std::string to = SidecarNameOf(name);
-    if (!RenameEntry(source.Drawer.Get(), from, target.Drawer.Get(), to, S_IFREG))
-        return false;
-    NoteMoved(source, target, from, to);
-    return true;
+    return RenameEntry(source.Drawer.Get(), from, target.Drawer.Get(), to, S_IFREG);
 }
 
 bool Move(const Spot& source, const Spot& target, const std::string& name) {
@@ -100,15 +94,12 @@ bool Move(const Spot& source, const Spot& target, const std::string& name) {
         return Refuse(errno, Operation::Rename);
     if (!RenameEntry(from, source.Name, to, name, source.Facts.Mode))
         return Refuse(errno, Operation::Rename);
-    if (sidecar.State != SidecarState::Ours || MoveSidecar(source, target, name)) {
-        NoteMoved(source, target, source.Name, name);
+    if (sidecar.State != SidecarState::Ours || MoveSidecar(source, target, name))
         return true;
-    }
     const int error = errno;
     // The two belong together; the old name is still free.
-    if (!RenameEntry(to, name, from, source.Name, source.Facts.Mode) &&
-        !RenameEntry(to, name, from, source.Name, source.Facts.Mode))
-        NoteMoved(source, target, source.Name, name);
+    if (!RenameEntry(to, name, from, source.Name, source.Facts.Mode))
+        static_cast<void>(RenameEntry(to, name, from, source.Name, source.Facts.Mode));
     return Refuse(error, Operation::Rename);
 }
 
@@ -130,7 +121,10 @@ bool RenameNow(const HostLock& from, const std::string& rest, const HostLock& to
     case Aim::Move:
         break;
     }
-    if (IsIntoItself(source, target))
+    bool isWithin = false;
+    if (!IsIntoItself(source, target, isWithin))
+        return Refuse(errno, Operation::Rename);
+    if (isWithin)
         return Fails(ErrorObjectInUse);
     return mode.Commit() ? Move(source, target, name) : Refuse(ENOMEDIUM, Operation::Rename);
 }

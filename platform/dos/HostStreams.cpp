@@ -1,10 +1,11 @@
+#include "platform/dos/CopyContents.h"
 #include "platform/dos/HostFiles.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
-#include "platform/dos/NameIndex.h"
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace dos {
 namespace {
 
 constexpr std::size_t LargestQuestion = 1u << 18; // bytes read at once from a disk that may hang
-constexpr std::size_t CopyStep = 1u << 17;        // bytes
+constexpr std::uint64_t BlockUnit = 512;          // bytes, of statx
 
 // Everything of an open file; shared with a question that hangs.
 struct OpenFile {
@@ -25,21 +26,16 @@ struct OpenFile {
     [[nodiscard]] int Current() const { return Fresh ? Fresh->File() : Source.Get(); }
 };
 
+// False with errno, EBUSY when somebody changes the file meanwhile.
 bool CopyAll(int from, int to) {
-    if (Host().Clone(from, to) == 0)
-        return true;
-    if (Host().Lseek(from, 0, SEEK_SET) < 0)
+    struct statx about {};
+    if (Host().Statx(from, "", AT_EMPTY_PATH, STATX_SIZE | STATX_BLOCKS, &about) != 0 ||
+        Host().Lseek(from, 0, SEEK_SET) < 0)
         return false;
-    std::string buffer(CopyStep, '\0');
-    while (true) {
-        const long got = Host().Read(from, buffer.data(), buffer.size());
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return got == 0;
-        if (!WriteAll(to, std::string_view(buffer).substr(0, static_cast<std::size_t>(got))))
-            return false;
-    }
+    const ContentsEnd end = ContentsCopier({}).Run(from, to, about.stx_size, about.stx_blocks * BlockUnit);
+    if (end == ContentsEnd::Changed)
+        errno = EBUSY;
+    return end == ContentsEnd::Done;
 }
 
 bool RefuseProtected(long error) {

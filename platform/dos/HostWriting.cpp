@@ -2,6 +2,7 @@
 
 #include "platform/dos/HostDirectory.h"
 #include "platform/dos/Metadata.h"
+#include "platform/dos/NameIndex.h"
 #include "platform/dos/TemporaryNames.h"
 #include "platform/utility/Text.h"
 
@@ -152,9 +153,13 @@ bool Refuse(int hostError, Operation operation) {
 }
 
 bool CompleteSpot(Spot& spot) {
+    // A root is a drawer. Anything else is what its name led to, even if another has the name by now.
+    if (spot.Drawer && !IsDrawerMode(spot.Facts.Mode))
+        return true;
     const std::string path = HostPathOf(spot.Object.Get());
+    // Roots do not lie so deep that the host has no path for them.
     if (path.empty())
-        return false;
+        return spot.Drawer && errno == ENAMETOOLONG;
     if (path == "/" || path == spot.On->RealRoot) {
         errno = EBUSY;
         return false;
@@ -192,9 +197,11 @@ Temporary::~Temporary() {
     if (Name.empty())
         return;
     const int error = errno;
+    const OwnChange change(Drawer);
     // A second try: a signal or a short trouble of the disk must not leave the file behind.
     if (Host().Unlinkat(Drawer, Name.c_str(), 0) != 0 && errno != ENOENT)
         Host().Unlinkat(Drawer, Name.c_str(), 0);
+    change.End(Name, {});
     errno = error;
 }
 
@@ -204,20 +211,28 @@ bool Temporary::Make(int drawer, unsigned mode, unsigned modeWhileNamed) {
     Open = HostFd(Host().Openat(drawer, ".", O_RDWR | O_TMPFILE | O_CLOEXEC, mode));
     for (int i = 0; i < MostTemporaryNames && !Open; ++i) {
         std::string name = NextTemporaryName();
+        const OwnChange change(drawer);
         Open = HostFd(Host().Openat(drawer, name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                                     modeWhileNamed));
-        if (Open)
+        if (Open) {
+            change.End({}, name);
             Name = std::move(name);
-        else if (errno != EEXIST)
+        } else if (errno != EEXIST) {
             break;
+        }
     }
     return static_cast<bool>(Open);
 }
 
 bool Temporary::TakePlace(const std::string& name, Existing existing) {
     const bool replaces = existing == Existing::Replaced;
-    if (Name.empty() && !replaces)
-        return Host().LinkObject(Open.Get(), Drawer, name.c_str()) == 0;
+    const OwnChange change(Drawer);
+    if (Name.empty() && !replaces) {
+        const bool done = Host().LinkObject(Open.Get(), Drawer, name.c_str()) == 0;
+        if (done)
+            change.End({}, name);
+        return done;
+    }
     if (Name.empty()) {
         std::string between = NextTemporaryName();
         if (Host().LinkObject(Open.Get(), Drawer, between.c_str()) != 0)
@@ -226,8 +241,10 @@ bool Temporary::TakePlace(const std::string& name, Existing existing) {
     }
     const bool done = replaces ? Host().Renameat2(Drawer, Name.c_str(), Drawer, name.c_str(), 0) == 0
                                : RenameKeeping(Drawer, Name, Drawer, name, S_IFREG);
-    if (done)
+    if (done) {
+        change.End(Name, name);
         Name.clear();
+    }
     return done;
 }
 
@@ -272,13 +289,17 @@ void SyncDrawer(int drawer) {
 
 bool RenameEntry(int fromDrawer, const std::string& from, int toDrawer, const std::string& to,
                  unsigned mode) {
-    if (RenameKeeping(fromDrawer, from, toDrawer, to, mode))
-        return true;
+    const OwnChange out(fromDrawer);
+    const OwnChange in(toDrawer);
+    bool done = RenameKeeping(fromDrawer, from, toDrawer, to, mode);
     const int error = errno;
-    if (error == EEXIST && IsOneFoldedEntry(fromDrawer, from, toDrawer, to))
-        return RenameAround(fromDrawer, from, to, mode);
-    errno = error;
-    return false;
+    if (!done && error == EEXIST && IsOneFoldedEntry(fromDrawer, from, toDrawer, to))
+        done = RenameAround(fromDrawer, from, to, mode);
+    else
+        errno = error;
+    if (done)
+        EndMove(out, from, in, to);
+    return done;
 }
 
 bool IsWellClosed(int file) {

@@ -24,20 +24,11 @@ constexpr std::int64_t FineTick = 20'000'000;      // nanoseconds
 constexpr std::int64_t CoarseTick = 2'100'000'000; // nanoseconds
 // Own changes are believed for so long before the drawer is read again.
 constexpr std::int64_t LongestTrust = 2'000'000'000; // nanoseconds
-constexpr std::int64_t JustNow = 100'000'000;        // nanoseconds
-
-struct Stamp {
-    ObjectId Id;
-    std::int64_t Modified = 0; // nanoseconds since 1970
-    std::int64_t Changed = 0;
-    bool operator==(const Stamp&) const = default;
-};
 
 struct Contents {
-    Stamp State;
-    std::int64_t ReadAt = 0;    // nanoseconds since 1970
-    std::int64_t CheckedAt = 0; // when the drawer's times were last found unchanged
-    bool IsPatched = false;     // changes of our own were written in since
+    DrawerStamp State;
+    std::int64_t ReadAt = 0; // nanoseconds since 1970
+    bool IsPatched = false;  // changes of our own were written in since
     AliasTable Aliases;
     bool HasFolded = false;
     std::unordered_map<std::string, std::string> Folded; // real name by folded one
@@ -66,7 +57,7 @@ std::int64_t Nanoseconds(const struct statx_timestamp& time) {
     return time.tv_sec * 1'000'000'000 + time.tv_nsec;
 }
 
-bool StampOf(int drawer, Stamp& stamp) {
+bool StampOf(int drawer, DrawerStamp& stamp) {
     struct statx raw {};
     if (Host().Statx(drawer, "", AT_EMPTY_PATH, STATX_INO | STATX_MTIME | STATX_CTIME, &raw) != 0)
         return false;
@@ -76,7 +67,7 @@ bool StampOf(int drawer, Stamp& stamp) {
     return true;
 }
 
-bool IsTrusted(const Contents& contents, const Stamp& now, NameMatch match) {
+bool IsTrusted(const Contents& contents, const DrawerStamp& now, NameMatch match) {
     if (contents.State != now || (match == NameMatch::Folded && !contents.HasFolded))
         return false;
     if (contents.IsPatched)
@@ -104,7 +95,7 @@ bool RemoveFolded(Contents& contents, std::string_view name) {
 }
 
 bool ReadContents(int drawer, NameMatch match, Contents& contents) {
-    contents.ReadAt = contents.CheckedAt = Now();
+    contents.ReadAt = Now();
     std::vector<std::string> needing;
     std::vector<std::string> suspects; // real names that an alias could collide with
     const bool complete = ForEachName(drawer, [&](std::string_view name) {
@@ -123,7 +114,7 @@ bool ReadContents(int drawer, NameMatch match, Contents& contents) {
 }
 
 // What is remembered of a drawer in this state; null when it must be read. The guard is held.
-ContentsRef Recall(IndexState& state, const Stamp& now, NameMatch match) {
+ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match) {
     const auto entry = std::ranges::find_if(
         state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
     if (entry == state.Drawers.end())
@@ -132,7 +123,6 @@ ContentsRef Recall(IndexState& state, const Stamp& now, NameMatch match) {
         state.Drawers.erase(entry);
         return nullptr;
     }
-    (*entry)->CheckedAt = Now();
     state.Drawers.splice(state.Drawers.begin(), state.Drawers, entry);
     return state.Drawers.front();
 }
@@ -168,42 +158,22 @@ std::optional<std::string> FindFoldedAlias(const AliasTable& aliases, std::strin
     return {};
 }
 
-enum class OwnChange { Created, Removed };
+// Rare: the aliases of the whole drawer are weighed anew.
+bool TouchesAliases(std::string_view hostName) {
+    return NeedsAlias(hostName) || LooksLikeAlias(hostName);
+}
 
-bool Patch(Contents& contents, std::string_view hostName, OwnChange change) {
-    // Rare: the aliases of the whole drawer are weighed anew; or the drawer was not looked at just
-    // before, so that somebody else's change could go unseen.
-    if (NeedsAlias(hostName) || LooksLikeAlias(hostName) || Now() - contents.CheckedAt > JustNow)
+// False when only a new reading can tell what is in the drawer.
+bool Patch(Contents& contents, std::string_view gone, std::string_view made) {
+    if (TouchesAliases(gone) || TouchesAliases(made))
         return false;
     if (!contents.HasFolded)
         return true;
-    if (change == OwnChange::Removed)
-        return RemoveFolded(contents, hostName);
-    AddFolded(contents, hostName);
+    if (!gone.empty() && !RemoveFolded(contents, gone))
+        return false;
+    if (!made.empty())
+        AddFolded(contents, made);
     return true;
-}
-
-void NoteChange(int drawer, std::string_view hostName, OwnChange change) {
-    IndexState& state = State();
-    {
-        const std::lock_guard hold(state.Guard);
-        if (state.Drawers.empty())
-            return;
-    }
-    Stamp now;
-    if (!StampOf(drawer, now))
-        return; // its next stamp is not the one remembered
-    const std::lock_guard hold(state.Guard);
-    const auto entry = std::ranges::find_if(
-        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
-    if (entry == state.Drawers.end())
-        return;
-    if (!Patch(**entry, hostName, change)) {
-        state.Drawers.erase(entry);
-        return;
-    }
-    (*entry)->State = now;
-    (*entry)->IsPatched = true;
 }
 
 } // namespace
@@ -238,12 +208,41 @@ std::string ShownName(int drawer, std::string_view hostName) {
     return MakeAlias(hostName, 0);
 }
 
-void NoteCreated(int drawer, std::string_view hostName) {
-    NoteChange(drawer, hostName, OwnChange::Created);
+OwnChange::OwnChange(int drawer) : Drawer(drawer) {
+    IndexState& state = State();
+    {
+        const std::lock_guard hold(state.Guard);
+        if (state.Drawers.empty())
+            return;
+    }
+    IsRemembered = StampOf(drawer, Before);
 }
 
-void NoteRemoved(int drawer, std::string_view hostName) {
-    NoteChange(drawer, hostName, OwnChange::Removed);
+void EndMove(const OwnChange& out, std::string_view from, const OwnChange& in, std::string_view to) {
+    if (out.Before.Id == in.Before.Id)
+        return in.End(from, to);
+    out.End(from, {});
+    in.End({}, to);
+}
+
+void OwnChange::End(std::string_view gone, std::string_view made) const {
+    DrawerStamp now;
+    if (!IsRemembered || !StampOf(Drawer, now))
+        return; // its next stamp is not one remembered
+    IndexState& state = State();
+    const std::lock_guard hold(state.Guard);
+    const auto entry = std::ranges::find_if(
+        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
+    if (entry == state.Drawers.end())
+        return;
+    Contents& contents = **entry;
+    const NameMatch match = contents.HasFolded ? NameMatch::Folded : NameMatch::AliasOnly;
+    if (!IsTrusted(contents, Before, match) || !Patch(contents, gone, made)) {
+        state.Drawers.erase(entry);
+        return;
+    }
+    contents.State = now;
+    contents.IsPatched = true;
 }
 
 } // namespace dos

@@ -4,8 +4,9 @@
 #pragma once
 
 #include "platform/dos/Aliases.h"
+#include "platform/dos/HostFd.h"
 
-#include <memory>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,14 @@
 namespace dos {
 
 enum class NameMatch { AliasOnly, Folded };
+
+// A drawer and its times, which tell of any change to its entries.
+struct DrawerStamp {
+    ObjectId Id;
+    std::int64_t Modified = 0; // nanoseconds since 1970
+    std::int64_t Changed = 0;
+    bool operator==(const DrawerStamp&) const = default;
+};
 
 // The real name of the entry of drawer (a descriptor, O_PATH will do) that name means; nothing when
 // there is none or the drawer cannot be read. Of names that differ in case only the first in byte
@@ -22,8 +31,25 @@ enum class NameMatch { AliasOnly, Folded };
 // The name under which an entry is shown: its alias where it needs one.
 [[nodiscard]] std::string ShownName(int drawer, std::string_view hostName);
 
-// Tell that this process has just made or removed an entry, so that what is remembered stays true.
-void NoteCreated(int drawer, std::string_view hostName);
-void NoteRemoved(int drawer, std::string_view hostName);
+// A change of this process to the entries of a drawer. Made just before it, ended just after it: what
+// is remembered of the drawer goes on to be true when nobody else has changed the drawer before,
+// and is forgotten else.
+class OwnChange {
+public:
+    explicit OwnChange(int drawer);
+    // The names that went and came; empty for none.
+    void End(std::string_view gone, std::string_view made) const;
+
+    // The drawer of a move may be both.
+    friend void EndMove(const OwnChange& out, std::string_view from, const OwnChange& in,
+                        std::string_view to);
+
+private:
+    int Drawer;
+    bool IsRemembered = false;
+    DrawerStamp Before;
+};
+
+void EndMove(const OwnChange& out, std::string_view from, const OwnChange& in, std::string_view to);
 
 } // namespace dos

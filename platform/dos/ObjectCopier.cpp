@@ -54,11 +54,6 @@ HostFd OpenPlain(int drawer, const std::string& name) {
     return HostFd(Host().Openat(drawer, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
 }
 
-void NoteMade(const CopyPlace& place) {
-    if (!place.IsNew && place.Old == NoDescriptor)
-        NoteCreated(place.Drawer, place.Name);
-}
-
 // A link under a temporary name first, where one is to be replaced.
 bool PutLink(const std::string& text, const CopyPlace& place) {
     if (place.Old == NoDescriptor)
@@ -118,7 +113,6 @@ CopyResult ObjectCopier::CopyFile(const CopySource& source, const CopyPlace& pla
         return result;
     if (!file.TakePlace(place.Name, replaces ? Existing::Replaced : Existing::Kept))
         return Fails(CopyEnd::TargetRefused, Operation::Write);
-    NoteMade(place);
     result.Lost |= KeepSidecar(source, place, file.File());
     if (Options.Moves)
         SyncDrawer(place.Drawer);
@@ -130,11 +124,12 @@ CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& pla
     const std::string text = ReadLinkText(source.Object, "");
     if (text.empty() || !StatusOf(source.Object, about))
         return Fails(CopyEnd::SourceRefused, Operation::Read);
+    const OwnChange change(place.Drawer);
     if (!PutLink(text, place)) {
         errno = errno == EPERM ? ENOTSUP : errno;
         return Fails(CopyEnd::TargetRefused, Operation::Write);
     }
-    NoteMade(place);
+    change.End({}, place.Name);
     CopyResult result{CopyEnd::Done, 0};
     if (Options.Date)
         result.Lost = KeepTimesOfLink(place.Drawer, place.Name, about);
@@ -144,6 +139,7 @@ CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& pla
 }
 
 CopyResult ObjectCopier::MakeDrawer(const CopyPlace& place, HostFd& made) {
+    const OwnChange change(place.Drawer);
     if (Host().Mkdirat(place.Drawer, place.Name.c_str(), Options.Protection ? 0700 : 0777) != 0)
         return Fails(CopyEnd::TargetRefused, Operation::Write);
     made = HostFd(
@@ -153,7 +149,7 @@ CopyResult ObjectCopier::MakeDrawer(const CopyPlace& place, HostFd& made) {
         Host().Unlinkat(place.Drawer, place.Name.c_str(), AT_REMOVEDIR);
         return failure;
     }
-    NoteMade(place);
+    change.End({}, place.Name);
     if (place.HandsDownAccess && Options.Protection)
         DropAccessHandedDown(made.Get());
     return {CopyEnd::Done, 0};

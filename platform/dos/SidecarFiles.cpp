@@ -2,7 +2,6 @@
 
 #include "platform/dos/Dates.h"
 #include "platform/dos/Examine.h"
-#include "platform/dos/NameIndex.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -63,11 +62,7 @@ bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old, co
                   Flush flush) {
     const std::string name = SidecarNameOf(owner);
     const int before = old.Object ? old.Object.Get() : NoDescriptor;
-    if (!ReplaceBytes(drawer, name, before, FormatSidecar(facts), flush))
-        return false;
-    if (!old.Object)
-        NoteCreated(drawer, name);
-    return true;
+    return ReplaceBytes(drawer, name, before, FormatSidecar(facts), flush);
 }
 
 bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar) {

@@ -21,6 +21,7 @@ public:
     [[nodiscard]] std::size_t Left() const { return Bytes.size() - At; }
 
     [[nodiscard]] std::uint8_t Peek() const { return std::to_integer<std::uint8_t>(Bytes[At]); }
+    void Fail() { HasFailed = true; }
     void Skip(std::size_t count) { Take(count); }
     std::uint8_t Byte() { return static_cast<std::uint8_t>(Number(1)); }
     std::uint16_t Word() { return static_cast<std::uint16_t>(Number(2)); }

@@ -1,5 +1,7 @@
 #include "platform/icon/ClassicParts.h"
 
+#include "platform/icon/Icon.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -14,6 +16,8 @@ void SkipText(ByteReader& reader) {
 
 void SkipToolTypes(ByteReader& reader) {
     const std::uint32_t slots = reader.Long() / 4; // one more than there are texts
+    if (slots > MaxToolTypes + 1)
+        reader.Fail();
     for (std::uint32_t i = 1; i < slots && !reader.Failed(); ++i)
         SkipText(reader);
 }

@@ -28,6 +28,8 @@ std::optional<DiskObject> ParseDiskObject(std::span<const std::byte> file) {
 }
 
 std::optional<std::string> WriteDiskObject(const DiskObject& object) {
+    if (object.ToolTypes.size() + object.ImageToolTypes.size() > MaxToolTypes)
+        return std::nullopt; // could not be read again
     if (!object.File)
         return WriteClassicIcon(NewClassicIcon(IconType::Project), object);
     return IsPng(*object.File) ? WritePngIcon(*object.File, object) : WriteClassicIcon(*object.File, object);

@@ -17,6 +17,7 @@ namespace icon {
 inline constexpr std::int32_t NoIconPosition = INT32_MIN;
 inline constexpr std::int32_t MinStackSize = 4096;                        // bytes; less in a file means this
 inline constexpr std::size_t MaxIconFile = std::size_t{16} * 1024 * 1024; // bytes; larger files are no icons
+inline constexpr std::size_t MaxToolTypes = 32768; // with image lines; a file with more is no icon
 
 enum class IconType : std::uint8_t {
     None = 0, // a PNG icon that does not say: the kind of the object decides
@@ -73,8 +74,8 @@ struct DiskObject {
 // never a file becomes a classic icon without a picture.
 // Texts: classic files are ISO 8859-1, PNG ones take that and, for a text it cannot hold, UTF-8.
 // Nothing is ever replaced by question marks: the result is nothing when a changed text has a
-// character that the file cannot hold (see FitsIcon), when a new object has no type, or when the file
-// is a broken PNG that has no place for the change.
+// character that the file cannot hold (see FitsIcon), when there are too many tool types, a new object has no
+// type, or when the file is a broken PNG that has no place for the change.
 [[nodiscard]] std::optional<std::string> WriteDiskObject(const DiskObject& object);
 // Whether a text that a user typed can stand in the object's file: no NUL, valid UTF-8, and in a
 // classic file nothing beyond ISO 8859-1.

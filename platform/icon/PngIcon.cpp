@@ -93,8 +93,10 @@ void SetDrawerView(const std::vector<PngItem>& items, DiskObject& object) {
         DrawerOf(object).ViewModes = static_cast<std::uint16_t>(std::min(modes->Number, 5U));
 }
 
-void ReadIconChunk(std::string_view chunk, DiskObject& object) {
+bool ReadIconChunk(std::string_view chunk, DiskObject& object) {
     const PngItems items = SplitPngItems(chunk);
+    if (items.Items.size() > MaxPngItems)
+        return false;
     for (const PngItem& item : items.Items) {
         if (IsTextTag(item.Tag))
             SetText(item, object);
@@ -102,6 +104,7 @@ void ReadIconChunk(std::string_view chunk, DiskObject& object) {
             SetNumber(item, object);
     }
     SetDrawerView(items.Items, object);
+    return object.ToolTypes.size() <= MaxToolTypes;
 }
 
 } // namespace
@@ -118,7 +121,8 @@ std::optional<DiskObject> ParsePngIcon(std::string_view file) {
     PngChunkReader reader(file);
     while (const auto chunk = reader.Next()) {
         if (chunk->Id == IconChunk) {
-            ReadIconChunk(chunk->Data, object);
+            if (!ReadIconChunk(chunk->Data, object))
+                return std::nullopt;
             break;
         }
     }

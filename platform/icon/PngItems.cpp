@@ -29,7 +29,7 @@ PngItems SplitPngItems(std::string_view chunk) {
     PngItems items;
     ByteReader reader(chunk);
     std::size_t start = 0;
-    while (reader.Left() >= 4) {
+    while (reader.Left() >= 4 && items.Items.size() <= MaxPngItems) {
         PngItem item{};
         item.Tag = static_cast<IconTag>(reader.Long());
         if (IsTextTag(item.Tag))

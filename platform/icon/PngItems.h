@@ -1,6 +1,7 @@
 // The items in the icon chunk of a PNG icon: numbers and texts under tags. Private to platform/icon.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -49,6 +50,7 @@ struct PngItems {
     std::string_view Rest;
 };
 
+inline constexpr std::size_t MaxPngItems = 65536; // reading ends behind one more
 [[nodiscard]] PngItems SplitPngItems(std::string_view chunk);
 
 [[nodiscard]] std::string NumberItem(IconTag tag, std::uint32_t number);

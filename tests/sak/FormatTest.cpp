@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <string>
 
 namespace solvane {
 namespace {
@@ -53,7 +54,8 @@ INSTANTIATE_TEST_SUITE_P(Formats, BrokenCatalogFormat,
                                          "%1$s %s", "%s %2$lu",                           // mixed forms
                                          "%", "%s %", "%l", "%-08", "%1$", "%.", "%s %5", // cut short
                                          "%999999999s", "%.999999999s", "%*s", "%1$*2$s", // sizes
-                                         "%f", "%p", "%S", "%\xC3\xA4"));
+                                         "%f", "%p", "%S", "%\xC3\xA4"),
+                         [](const auto& info) { return "Format" + std::to_string(info.index); });
 
 TEST(Format, OwnFormatsKeepWhatCannotBeServed) {
     EXPECT_EQ(FormatText("%s and %s"), "%s and %s");

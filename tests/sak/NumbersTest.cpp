@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <string>
 
 // The tests run in the C locale, whose decimal point is ".".
 namespace solvane {
@@ -12,6 +13,10 @@ struct UnitCase {
     std::string_view Text;
     std::uint64_t SortKey;
 };
+
+std::string NameOf(const testing::TestParamInfo<UnitCase>& info) {
+    return "Bytes" + std::to_string(info.param.Bytes);
+}
 
 class ByteCounts : public testing::TestWithParam<UnitCase> {};
 
@@ -35,7 +40,8 @@ INSTANTIATE_TEST_SUITE_P(
                     UnitCase{Tera, "1.00 TB", 10000000},
                     // Above, the low 32 bits are left out of the rounding: 2^40 + 2^32 - 1 is 1.00 still.
                     UnitCase{Tera + (Tera / 200), "1.00 TB", 10000000},
-                    UnitCase{std::numeric_limits<std::uint64_t>::max(), "16777216.00 TB", 16777216}));
+                    UnitCase{std::numeric_limits<std::uint64_t>::max(), "16777216.00 TB", 16777216}),
+    NameOf);
 
 TEST(Numbers, SortKeysOfForeignTextsAreHarmless) {
     EXPECT_EQ(UnitToSortBytes(""), 0U);

@@ -1,3 +1,4 @@
+#include "platform/dos/Changes.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <filesystem>
@@ -88,6 +89,23 @@ TEST_F(AssignsTest, RefusalsLeaveTheAssignAsItWas) {
     EXPECT_TRUE(refused(dos::AddToAssign("", "Test:a", dos::AssignEnd::Last), 210));
     EXPECT_EQ(Targets("N"), Texts{"Test:a"});
     EXPECT_EQ(Targets("Path"), Texts{"Test:a"});
+}
+
+TEST_F(AssignsTest, OnlyATargetThatIsNotThereIsPassedOver) {
+    ASSERT_TRUE(dos::SetAssign("N", dos::AssignKind::Late, {"Test:none", "Gone:a", "Test:b"}));
+    EXPECT_EQ(Find("N:two"), "error 218");
+    ASSERT_TRUE(dos::SetAssign("N", dos::AssignKind::Late, {"Test:none", "Test:b"}));
+    EXPECT_EQ(Find("N:two"), "Test:b/two");
+    EXPECT_EQ(Find("N:three"), "error 205");
+}
+
+TEST_F(AssignsTest, RenamedObjectStaysInItsDrawer) {
+    ASSERT_TRUE(dos::SetAssign("N", dos::AssignKind::Directory, {"Test:a", "Test:b"}));
+    Tree.Drawer("a/only");
+    EXPECT_TRUE(dos::Rename("N:two", "n:three"));
+    EXPECT_EQ(Find("N:three"), "Test:b/three");
+    EXPECT_TRUE(dos::Rename("N:three", "N:only/three")); // there is no such drawer in b
+    EXPECT_EQ(Find("N:only/three"), "Test:a/only/three");
 }
 
 TEST_F(AssignsTest, AssignStandsBeforeAVolumeOfItsName) {

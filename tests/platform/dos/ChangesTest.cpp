@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace {
 
@@ -142,6 +143,70 @@ TEST_F(ChangesTest, HardLinksAreFurtherNamesOfFiles) {
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
     EXPECT_FALSE(dos::MakeLink("Test:third", dos::Lock("Host:proc/version")));
     EXPECT_EQ(dos::IoErr(), dos::ErrorRenameAcrossDevices);
+}
+
+TEST_F(ChangesTest, HardLinkThatIsForbiddenIsToldFromOneThatCannotBe) {
+    Tree.Write("file", "");
+    const dos::FileLock lock = dos::Lock("Test:file");
+    Calls().LinkObject = [](int, int, const char*) {
+        errno = EPERM;
+        return -1;
+    };
+    EXPECT_FALSE(dos::MakeLink("Test:link", lock));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    Calls().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* result) {
+        const int done = dos::RealHost().Statx(drawer, name, flags, mask, result);
+        result->stx_uid = ::geteuid() + 1;
+        return done;
+    };
+    EXPECT_FALSE(dos::MakeLink("Test:link", lock));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorWriteProtected);
+}
+
+TEST_F(ChangesTest, HolesStayWhenAnOldFileIsChanged) {
+    Tree.Write("file", "begin");
+    std::filesystem::resize_file(Tree.Path("file"), 64u << 20);
+    Calls().Clone = [](int, int) {
+        errno = ENOTSUP;
+        return -1;
+    };
+    dos::FileHandle file = dos::Open("Test:file", dos::OpenMode::Old);
+    EXPECT_EQ(dos::Write(file, Bytes("B")), 1);
+    ASSERT_TRUE(dos::Close(file));
+    struct stat about {};
+    ASSERT_EQ(::stat(Tree.Path("file").c_str(), &about), 0);
+    EXPECT_EQ(about.st_size, 64 << 20);
+    EXPECT_LT(about.st_blocks, 1024);
+}
+
+// The host has no path for what lies so deep; only from drawer to drawer it is reached.
+TEST_F(ChangesTest, ObjectsBeyondTheLongestHostPathAreMadeAndDeletedAgain) {
+    const std::string name(120, 'd');
+    std::vector<dos::FileLock> way{dos::Lock("Test:")};
+    for (int i = 0; i < 40; ++i) {
+        dos::CurrentDir(way.back());
+        ASSERT_TRUE(dos::CreateDir(name)) << i;
+        way.push_back(dos::Lock(name));
+        ASSERT_TRUE(way.back()) << i;
+    }
+    dos::CurrentDir(way.back());
+    EXPECT_TRUE(dos::WriteWhole("file", "old"));
+    EXPECT_TRUE(dos::WriteWhole("file", "new"));
+    EXPECT_TRUE(dos::CreateDir("drawer"));
+    EXPECT_TRUE(dos::Rename("drawer", "moved"));
+    EXPECT_TRUE(dos::Rename("file", "moved/file"));
+    EXPECT_EQ(dos::ReadWhole("moved/file", 10), "new");
+    EXPECT_EQ(dos::NameFromLock(way.back()), "");
+    EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
+    EXPECT_FALSE(dos::ExamineObject("moved/file"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
+    EXPECT_TRUE(dos::Delete("moved/file"));
+    EXPECT_TRUE(dos::Delete("moved"));
+    while (way.size() > 1) {
+        way.pop_back();
+        dos::CurrentDir(way.back());
+        EXPECT_TRUE(dos::Delete(name)) << way.size();
+    }
 }
 
 TEST_F(ChangesTest, WrittenFilesAppearWhenTheyAreClosed) {

@@ -218,8 +218,8 @@ TEST_F(DiskEventsTest, AssignsOnADiskLeadToItAgainWhenItIsBack) {
     const auto held = dos::FindAssign("Games");
     EXPECT_FALSE(held->front().Bound); // the host could not let the disk go
     Mount("");
-    EXPECT_EQ(Find("Games:file"), "error 205");
-    EXPECT_EQ(Find("Later:file"), "error 205");
+    EXPECT_EQ(Find("Games:file"), "error 218");
+    EXPECT_EQ(Find("Later:file"), "error 218");
     Mount(Disk);
     EXPECT_EQ(Find("Games:file"), "Amiga:file");
     EXPECT_EQ(Find("Later:file"), "Amiga:file");
@@ -273,7 +273,7 @@ void MeetARealDisk() {
     REQUIRE(Find("G:") == name + ":Games");
     REQUIRE(::umount2(point.c_str(), 0) == 0); // nothing of ours holds it
     REQUIRE(exec::Wait(mask) == mask);
-    REQUIRE(Find(name + ":") == "error 218" && Find("G:") == "error 205");
+    REQUIRE(Find(name + ":") == "error 218" && Find("G:") == "error 218");
     ::rmdir(point.c_str());
     ::_exit(0);
 }

@@ -158,6 +158,18 @@ TEST_F(FilesTest, FileThatCameMeanwhilePassesOnWhatItHas) {
     EXPECT_EQ(Tree.Read("file.uaem"), "");
 }
 
+TEST_F(FilesTest, FileThatAnotherReplacesMeanwhileIsReplacedAllTheSame) {
+    Tree.Write("file", "old");
+    Newcomer = Tree.Path("file");
+    Calls().Openat2 = [](int drawer, const char* name, int flags, std::uint64_t resolve) {
+        const int found = dos::RealHost().Openat2(drawer, name, flags, resolve);
+        std::filesystem::remove(Newcomer);
+        return found;
+    };
+    EXPECT_TRUE(dos::WriteWhole("Test:file", "new"));
+    EXPECT_EQ(Tree.Read("file"), "new");
+}
+
 TEST_F(FilesTest, ReplacedFileStaysWithItsGroupOnDisksOfAllKinds) {
     Tree.Write("file", "old");
     ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0600), 0);

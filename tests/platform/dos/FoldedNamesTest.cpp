@@ -80,6 +80,28 @@ TEST_F(FoldedNamesTest, OwnAdditionsDoNotMakeEveryMissAWalk) {
     EXPECT_LE(Walks, 100);
 }
 
+TEST_F(FoldedNamesTest, ReplacingFilesDoesNotMakeEveryMissAWalk) {
+    Tree.Write("Big/File", "");
+    Age("Big");
+    CountWalks();
+    for (int i = 0; i < 100; ++i) {
+        EXPECT_TRUE(dos::WriteWhole("Test:Big/FILE", "new"));
+        EXPECT_FALSE(dos::Lock("Test:Big/none"));
+    }
+    EXPECT_LE(Walks, 50); // two for each time that the drawer is read anew, which happens after a while
+}
+
+TEST_F(FoldedNamesTest, ChangeOfAnotherDuringAnOwnOneIsSeen) {
+    Tree.Drawer("Drawer");
+    Age("Drawer");
+    EXPECT_FALSE(dos::Lock("Test:Drawer/other")); // now remembered
+    dos::FileHandle file = dos::Open("Test:Drawer/own", dos::OpenMode::New);
+    Tree.Write("Drawer/OTHER", "");
+    ASSERT_TRUE(dos::Close(file));
+    EXPECT_TRUE(dos::Lock("Test:Drawer/other"));
+    EXPECT_FALSE(dos::CreateDir("Test:Drawer/other"));
+}
+
 TEST_F(FoldedNamesTest, ChangesOfOthersAreSeenAtOnce) {
     Tree.Drawer("Drawer");
     for (int i = 0; i < 20; ++i) {

@@ -133,6 +133,20 @@ TEST(IconTest, HostileSizesAreRefused) {
     EXPECT_FALSE(Parse(huge.insert(78, image)));
 }
 
+TEST(IconTest, MoreToolTypesThanAnyIconHasAreRefused) {
+    std::vector<std::string> lines(icon::MaxToolTypes, "A");
+    std::optional<DiskObject> object = Parse(ProjectIcon(lines));
+    ASSERT_TRUE(object);
+    EXPECT_EQ(object->ToolTypes.size(), lines.size());
+    lines.emplace_back("B");
+    EXPECT_FALSE(Parse(ProjectIcon(lines)));
+    object->ToolTypes.emplace_back("B");
+    EXPECT_FALSE(icon::WriteDiskObject(*object));
+    object = Parse(Sample("png_icon_with_icon_chunk"));
+    object->ToolTypes.assign(icon::MaxToolTypes, "A");
+    EXPECT_TRUE(Parse(icon::WriteDiskObject(*object).value_or("")));
+}
+
 TEST(IconTest, AnImageFlagWithoutAnImageDoesNotHideTheTexts) {
     std::string file = ProjectIcon({"A=1"});
     file[0x11] = 6; // both image flags, no pointers

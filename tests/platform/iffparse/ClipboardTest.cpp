@@ -110,6 +110,29 @@ TEST_F(ClipboardTest, ManyTasksAppendWithoutLoss) {
     EXPECT_EQ(Tree.Read("ram/Clipboards/42"), std::string(60, '+'));
 }
 
+TEST_F(ClipboardTest, AReaderComesInBetweenABusyWriterAndSeesWholeUnits) {
+    constexpr std::size_t Size = 100'001;
+    ASSERT_TRUE(OpenClipboard(Unit)->Write(std::string(Size, 'x')));
+    const Channel writes;
+    Process writer([&writes] {
+        for (int turn = 0;; ++turn) {
+            const auto clip = OpenClipboard(Unit);
+            if (!clip || !clip->Write(std::string(Size, static_cast<char>('a' + turn % 26))))
+                return 1;
+            if (turn == 0)
+                writes.Send();
+        }
+    });
+    writes.Receive();
+    for (int i = 0; i < 100; ++i) {
+        const auto clip = OpenClipboard(Unit, 60000);
+        ASSERT_TRUE(clip) << i;
+        const std::string bytes = clip->Read().value_or("");
+        EXPECT_EQ(bytes, std::string(Size, bytes.empty() ? '?' : bytes.front())) << i;
+    }
+    writer.Kill();
+}
+
 TEST_F(ClipboardTest, WhatCannotBeOpenedOrWrittenTellsWhy) {
     EXPECT_FALSE(OpenClipboard(256));
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
