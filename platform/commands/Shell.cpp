@@ -116,6 +116,10 @@ private:
         }
         if (!line.ErrorOutput)
             return true;
+        if (line.ErrorOutput == line.Output) { // one file, in the order of the writes
+            Where.ErrorOutput = Where.Output;
+            return true;
+        }
         Errors = OpenFor(*line.ErrorOutput, dos::OpenMode::New, line.ErrorAppend);
         if (Errors)
             Where.ErrorOutput = OutputTo(Errors);

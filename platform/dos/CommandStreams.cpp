@@ -95,6 +95,13 @@ bool IsSet(const SystemStream& stream) {
     return stream.Own || stream.Handle || stream.Sink || !stream.Name.empty();
 }
 
+bool IsSameFile(const SystemStream& a, const SystemStream& b) {
+    const auto isNamed = [](const SystemStream& stream) {
+        return !stream.Own && !stream.Handle && !stream.Sink && !stream.Name.empty();
+    };
+    return isNamed(a) && isNamed(b) && a.Name == b.Name;
+}
+
 std::string NameOf(const SystemStream& stream) {
     return stream.Own || stream.Handle || stream.Sink ? "stream" : stream.Name;
 }
@@ -206,7 +213,8 @@ bool StreamPlumber::Connect(const SystemStream& input, const SystemStream& outpu
     order.Output = ConnectOutput(output, STDOUT_FILENO, order);
     if (!order.Output)
         return false;
-    if (!errorOutput) {
+    // Opened a second time, one would take the place of what the other has written.
+    if (!errorOutput || IsSameFile(*errorOutput, output)) {
         order.ErrorOutput = DuplicateFd(order.Output);
         return order.ErrorOutput || !FailHost(errno, Operation::Write).Get();
     }

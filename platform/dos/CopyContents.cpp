@@ -96,6 +96,10 @@ ContentsEnd ContentsCopier::CopyUnsized(int from, int to) {
     if (SeekTo(from, 0, SEEK_SET) < 0)
         return ContentsEnd::ReadFailed;
     const ContentsEnd end = CopyBlocks(from, to, 0, LargestUnsized);
+    if (end == ContentsEnd::Done) { // there may be more
+        errno = EFBIG;
+        return ContentsEnd::ReadFailed;
+    }
     return end == ContentsEnd::Changed ? ContentsEnd::Done : end;
 }
 

@@ -110,6 +110,15 @@ unsigned AttributeCopier::Run(int from, int to, const CopyOptions& options) {
     return lost;
 }
 
+unsigned AttributeCopier::KeepComment(int old, int to) {
+    Value.resize(LargestAttribute);
+    const long length = Host().Getxattr(old, "", CommentAttribute, Value.data(), Value.size());
+    if (length < 0)
+        return errno == ENODATA || errno == ENOTSUP || errno == ENOSYS ? 0 : LostComment;
+    const auto size = static_cast<std::size_t>(length);
+    return Host().Fsetxattr(to, CommentAttribute, Value.data(), size) == 0 ? 0 : LostComment;
+}
+
 unsigned AttributeCopier::CopyOne(int from, int to, const char* name) {
     Value.resize(LargestAttribute);
     const long length = Host().Fgetxattr(from, name, Value.data(), Value.size());

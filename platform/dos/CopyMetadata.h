@@ -16,6 +16,8 @@ namespace dos {
 class AttributeCopier {
 public:
     [[nodiscard]] unsigned Run(int from, int to, const CopyOptions& options);
+    // Takes over the comment of what is replaced.
+    [[nodiscard]] unsigned KeepComment(int old, int to);
 
 private:
     unsigned CopyOne(int from, int to, const char* name);

@@ -41,6 +41,15 @@ struct Node {
     std::vector<TreeEntry> Drawers;
     std::size_t NextDrawer = 0;
     std::atomic<int> Users{1}; // the walk and the jobs
+
+    Node() = default;
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    // One after another: a tree can be deeper than calls within each other can go.
+    ~Node() {
+        while (Parent && Parent.use_count() == 1)
+            Parent = std::shared_ptr<Node>(std::move(Parent->Parent));
+    }
 };
 using NodeRef = std::shared_ptr<Node>;
 
@@ -276,15 +285,19 @@ bool TreeCopier::OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node)
             name = reply.NewName;
             continue;
         }
-        node.Open.To = reply.Answer == ConflictAnswer::Replace && isDrawer
-                           ? OpenTreeDrawer(in->Open.To->Get(), name)
-                           : nullptr;
-        node.ToId = facts.Id;
-        if (!node.Open.To)
+        if (reply.Answer != ConflictAnswer::Replace || !isDrawer) {
             Tally.Skip(ErrorObjectExists);
-        else
+            return false;
+        }
+        node.Open.To = OpenTreeDrawer(in->Open.To->Get(), name);
+        node.ToId = facts.Id;
+        if (node.Open.To) {
             node.HandsDownAccess = HandsDownAccess(node.Open.To->Get());
-        return node.Open.To != nullptr;
+            return true;
+        }
+        const long error = ErrorFromErrno(errno, Operation::Write);
+        if (!AskTrouble({in, in->Open, entry, CopyEnd::TargetRefused, error}, TreeStep::MakeDrawer, isForced))
+            return false;
     }
     return false;
 }
@@ -323,9 +336,10 @@ void TreeCopier::List(const NodeRef& node) {
         const long error = ErrorFromErrno(errno, Operation::Read);
         contents = TreeContents();
         if (!AskTrouble({node, node->Open, {"", TreeKind::Drawer}, CopyEnd::SourceRefused, error},
-                        TreeStep::Examine, isForced) ||
-            Host().Lseek(node->Open.From->Get(), 0, SEEK_SET) < 0)
+                        TreeStep::Examine, isForced))
             return;
+        if (Host().Lseek(node->Open.From->Get(), 0, SEEK_SET) < 0)
+            return Tally.Skip(error);
     }
     if (node->ToOn->Info.Names == NameRule::Fold) {
         std::unordered_set<std::string> folded;

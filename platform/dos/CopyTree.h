@@ -48,7 +48,7 @@ enum class ConflictAnswer {
 
 struct ConflictReply {
     ConflictAnswer Answer = ConflictAnswer::Skip;
-    std::string NewName{}; // one name
+    std::string NewName{}; // one name; what is none skips
 };
 
 struct TreeProgress {

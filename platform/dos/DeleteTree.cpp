@@ -32,6 +32,15 @@ struct Node {
     std::size_t Children = 0;        // drawers in it that were entered and are not done with
     std::atomic<int> Users{1};       // the walk, the jobs, the problems
     std::atomic<bool> IsKept{false}; // something in it stays
+
+    Node() = default;
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    // One after another: a tree can be deeper than calls within each other can go.
+    ~Node() {
+        while (Parent && Parent.use_count() == 1)
+            Parent = std::shared_ptr<Node>(std::move(Parent->Parent));
+    }
 };
 using NodeRef = std::shared_ptr<Node>;
 
@@ -172,10 +181,16 @@ void TreeDeleter::Enter(const NodeRef& in, const TreeEntry& entry) {
 
 void TreeDeleter::List(const NodeRef& node) {
     TreeContents contents;
-    if (!ReadTreeDrawer(node->Open->Get(), Temporaries::Listed, contents)) {
-        Tally.Skip(ErrorFromErrno(errno, Operation::Read));
+    bool isForced = false;
+    while (!ReadTreeDrawer(node->Open->Get(), Temporaries::Listed, contents)) {
+        const long error = ErrorFromErrno(errno, Operation::Read);
+        contents = TreeContents();
         node->IsKept = true;
-        return;
+        if (!AskTrouble(*node, PathOf(*node, ""), true, TreeStep::Examine, error, isForced))
+            return;
+        if (Host().Lseek(node->Open->Get(), 0, SEEK_SET) < 0)
+            return Tally.Skip(error);
+        node->IsKept = false;
     }
     node->Drawers = std::move(contents.Drawers);
     PushJobs(node, std::move(contents.Others));
@@ -313,8 +328,12 @@ void TreeDeleter::RemoveDrawer(Node& node) {
             return;
         }
     }
-    if (node.Entry.HasSidecar)
-        Host().Unlinkat(parent.Open->Get(), SidecarNameOf(node.Entry.Name).c_str(), 0);
+    if (node.Entry.HasSidecar &&
+        Host().Unlinkat(parent.Open->Get(), SidecarNameOf(node.Entry.Name).c_str(), 0) != 0 &&
+        errno != ENOENT) {
+        Tally.Skip(ErrorFromErrno(errno, Operation::Delete));
+        parent.IsKept = true;
+    }
     Done(node, "", true);
 }
 

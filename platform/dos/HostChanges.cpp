@@ -37,11 +37,13 @@ bool RemoveEntry(int drawer, const Spot& spot) {
     return Host().Unlinkat(drawer, spot.Name.c_str(), flags) == 0;
 }
 
-bool DeleteNow(const HostLock& from, const std::string& rest, WalkMode& mode) {
+bool DeleteNow(const HostLock& from, const std::string& rest, const ObjectId* only, WalkMode& mode) {
     Spot spot;
     StoredMetadata stored;
     if (!FindEntry(from, rest, LastLink::Keep, mode, spot))
         return false;
+    if (only && spot.Facts.Id != *only)
+        return Fails(ErrorObjectNotFound);
     if (!ReadStored(spot, stored))
         return Refuse(errno, Operation::Delete);
     if ((stored.Bits & ProtectDelete) != 0)
@@ -202,8 +204,16 @@ bool InfoNow(const HostLock& lock, InfoData& info) {
 
 bool DeleteHostEntry(const LockRef& start, std::string_view rest) {
     const HostLockRef from = AsHostLock(start);
-    return OnHost<bool>(
-        from, [from, rest = std::string(rest)](WalkMode& mode) { return DeleteNow(*from, rest, mode); });
+    return OnHost<bool>(from, [from, rest = std::string(rest)](WalkMode& mode) {
+        return DeleteNow(*from, rest, nullptr, mode);
+    });
+}
+
+bool DeleteHostObject(const LockRef& start, std::string_view rest, const ObjectId& object) {
+    const HostLockRef from = AsHostLock(start);
+    return OnHost<bool>(from, [from, rest = std::string(rest), object](WalkMode& mode) {
+        return DeleteNow(*from, rest, &object, mode);
+    });
 }
 
 bool MakeHostSoftLink(const LockRef& start, std::string_view rest, const SoftTarget& target) {

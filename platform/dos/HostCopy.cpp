@@ -268,8 +268,9 @@ CopyResult CopyHostEntry(const LockRef& start, std::string_view rest, const Lock
     const bool mayHang = !plan->Source.SlowMount.empty() || !plan->Target.SlowMount.empty();
     CopyResult result =
         mayHang ? CopyRelayed(plan, options, progress) : CopyPlanned(*plan, options, progress);
-    // What was moved by one step is no longer there under its old name.
-    if (result && options.Moves && !DeleteHostEntry(start, rest) && IoErr() != ErrorObjectNotFound)
+    // What was moved by one step is no longer there; the old name can lead to another object by now.
+    if (result && options.Moves && !DeleteHostObject(start, rest, plan->Source.Facts.Id) &&
+        IoErr() != ErrorObjectNotFound)
         result.End = CopyEnd::SourceKept;
     return result;
 }

@@ -86,6 +86,8 @@ CopyResult ObjectCopier::FillFile(const CopySource& source, const CopyPlace& pla
     if (!result)
         return result;
     result.Lost = Attributes.Run(source.Object, file, Options);
+    if (place.Old != NoDescriptor && Options.Protection && !Options.Comment)
+        result.Lost |= Attributes.KeepComment(place.Old, file);
     struct statx made {};
     if (!StatusOf(file, made))
         return Fails(CopyEnd::ContentsFailed, Operation::Write);

@@ -1,5 +1,6 @@
 #include "platform/dos/ProgramArguments.h"
 
+#include "platform/dos/CommandLine.h"
 #include "platform/dos/ReadArgs.h"
 
 #include <cstdlib>
@@ -26,12 +27,16 @@ std::string JoinWords(std::span<const std::string> words) {
 }
 
 std::string ProgramArguments(int argc, char** argv) {
+    const std::vector<std::string> words =
+        argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
     if (const char* typed = std::getenv(CommandLineVariable)) {
         std::string line = typed;
         ::unsetenv(CommandLineVariable);
-        return line;
+        // A script of the host hands on the line that was typed for itself.
+        if (SplitWords(line) == words)
+            return line;
     }
-    return JoinWords(argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>());
+    return JoinWords(words);
 }
 
 } // namespace dos

@@ -12,8 +12,8 @@ namespace dos {
 inline constexpr const char* CommandLineVariable = "SOLVANE_COMMAND_LINE";
 
 // The arguments of this process, for the start of main: those that System left in the environment,
-// from where they are removed so that no child takes them for its own, or else the words behind the
-// first of argv as one line.
+// from where they are removed so that no child takes them for its own, or else (also where those were
+// meant for another process) the words behind the first of argv as one line.
 [[nodiscard]] std::string ProgramArguments(int argc, char** argv);
 
 // Words of the host as one line. A word stays bare, so that it can be a keyword, when ReadArgs

@@ -176,7 +176,9 @@ SystemStream Launch::Input() const {
 }
 
 SystemStream Launch::Output() const {
-    return Command.Output ? SystemStream{.Name = *Command.Output, .Append = Command.Append} : Options.Output;
+    // What is read and written at once is not emptied before.
+    const bool keeps = Command.Append || Command.OneStream;
+    return Command.Output ? SystemStream{.Name = *Command.Output, .Append = keeps} : Options.Output;
 }
 
 std::optional<SystemStream> Launch::ErrorOutput() const {
@@ -266,9 +268,8 @@ long Launch::RunAside(SystemJob* job) {
 }
 
 long Launch::DoCommand(SystemJob* job) {
-    if (Command.Command.empty())
-        return 0;
-    if (utility::Stricmp(Command.Command, "Run") == 0) {
+    SystemJob ignored;
+    while (utility::Stricmp(Command.Command, "Run") == 0) {
         std::optional<ParsedCommand> behind = BehindRun(Command.Arguments);
         if (!behind)
             return Refuse(Command.Command, CodeError);
@@ -276,9 +277,10 @@ long Launch::DoCommand(SystemJob* job) {
         Command.Arguments = std::move(behind->Arguments);
         InBackground = true;
         Handles = job ? Handles : Ownership::Lent;
-        SystemJob ignored;
-        return DoCommand(job ? job : &ignored);
+        job = job ? job : &ignored;
     }
+    if (Command.Command.empty())
+        return 0;
     if (const BuiltIn own = FindBuiltIn(Command.Command)) {
         const BuiltInResult result = own(Command.Arguments);
         const long error = IoErr();

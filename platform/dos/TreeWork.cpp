@@ -14,6 +14,12 @@ constexpr std::size_t MostWaiting = 32;  // jobs
 constexpr std::size_t LargestShare = 16; // entries
 constexpr auto PollInterval = std::chrono::milliseconds(20);
 
+// Nothing that leads out of the drawer.
+bool IsOneName(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
+}
+
 } // namespace
 
 void TreeTally::Skip(long error) {
@@ -111,6 +117,8 @@ ConflictReply TreeTalk::Ask(const TreeConflict& conflict) {
     ConflictReply reply = Control.Conflict ? Control.Conflict(conflict) : ConflictReply();
     if (reply.Answer == ConflictAnswer::Abort)
         Tally.IsStopped = true;
+    if (reply.Answer == ConflictAnswer::Rename && !IsOneName(reply.NewName))
+        reply.Answer = ConflictAnswer::Skip;
     return reply;
 }
 

@@ -1,3 +1,4 @@
+#include "platform/dos/Copy.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
@@ -45,6 +46,14 @@ TEST_F(FoldedNamesTest, NameThatDiffersInCaseOnlyExistsAlready) {
     EXPECT_TRUE(dos::WriteWhole("Test:drawer/FILE", "new"));
     EXPECT_EQ(Tree.Read("Drawer/File"), "new");
     EXPECT_EQ(List("Test:Drawer").size(), 1u);
+}
+
+TEST_F(FoldedNamesTest, AMoveLeavesTheTwinOfItsSource) {
+    for (const char* name : {"Note", "NOTE", "old"})
+        Tree.Write(name, name);
+    ASSERT_TRUE(dos::Copy("Test:Note", "Test:old", {.Replaces = true, .Moves = true})) << dos::IoErr();
+    EXPECT_EQ(Tree.Read("old"), "Note");
+    EXPECT_EQ(Tree.Read("NOTE"), "NOTE");
 }
 
 TEST_F(FoldedNamesTest, AliasesFoldToo) {

@@ -24,11 +24,19 @@ TEST(ProgramArgumentsTest, WordsOfTheHostComeBackFromReadArgsAsTheyWere) {
 TEST(ProgramArgumentsTest, TheTypedLineIsTakenAsItStandsAndOnlyOnce) {
     const ScopedVariable line(dos::CommandLineVariable, "\"TO\" \"a*\"b\" LFORMAT=\"%n\"");
     std::string name = "List";
-    std::string word = "other";
+    std::string to = "TO", file = "a\"b", format = "LFORMAT=%n";
+    std::array<char*, 5> words = {name.data(), to.data(), file.data(), format.data(), nullptr};
+    EXPECT_EQ(dos::ProgramArguments(4, words.data()), "\"TO\" \"a*\"b\" LFORMAT=\"%n\"");
+    EXPECT_EQ(dos::ProgramArguments(2, words.data()), "TO");
+    EXPECT_EQ(dos::ProgramArguments(0, words.data() + 4), "");
+}
+
+TEST(ProgramArgumentsTest, ALineThatWasTypedForAnotherProgramIsNotTaken) {
+    const ScopedVariable line(dos::CommandLineVariable, "#?");
+    std::string name = "Delete";
+    std::string word = "onlythis";
     std::array<char*, 3> words = {name.data(), word.data(), nullptr};
-    EXPECT_EQ(dos::ProgramArguments(2, words.data()), "\"TO\" \"a*\"b\" LFORMAT=\"%n\"");
-    EXPECT_EQ(dos::ProgramArguments(2, words.data()), "other");
-    EXPECT_EQ(dos::ProgramArguments(0, words.data() + 2), "");
+    EXPECT_EQ(dos::ProgramArguments(2, words.data()), "onlythis");
 }
 
 } // namespace
