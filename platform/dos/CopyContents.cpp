@@ -32,11 +32,12 @@ std::int64_t ReadSome(int file, char* buffer, std::size_t size) {
     return got;
 }
 
-// Fills the buffer as far as the file goes.
-std::int64_t ReadUpTo(int file, char* buffer, std::size_t size) {
+// Reads a file that should have so many bytes; the buffer has room for one more, which tells whether
+// it has grown.
+std::int64_t ReadWhole(int file, char* buffer, std::size_t size) {
     std::size_t have = 0;
-    while (have < size) {
-        const std::int64_t got = ReadSome(file, buffer + have, size - have);
+    while (have < std::max<std::size_t>(size, 1)) {
+        const std::int64_t got = ReadSome(file, buffer + have, size + 1 - have);
         if (got < 0)
             return -1;
         if (got == 0)
@@ -78,8 +79,7 @@ ContentsEnd ContentsCopier::Run(int from, int to, std::uint64_t size, std::uint6
 
 ContentsEnd ContentsCopier::CopySmall(int from, int to, std::uint64_t size) {
     Buffer.resize(LargestSmall);
-    // A byte more than there should be tells whether the file has grown.
-    const std::int64_t got = ReadUpTo(from, Buffer.data(), static_cast<std::size_t>(size) + 1);
+    const std::int64_t got = ReadWhole(from, Buffer.data(), static_cast<std::size_t>(size));
     if (got < 0)
         return ContentsEnd::ReadFailed;
     if (static_cast<std::uint64_t>(got) != size)

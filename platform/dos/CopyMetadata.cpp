@@ -4,6 +4,7 @@
 #include "platform/dos/Metadata.h"
 #include "platform/dos/MetadataWriting.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -15,12 +16,25 @@ namespace dos {
 
 namespace {
 
+constexpr std::size_t UsualAttribute = 512;     // bytes; the host sets aside as much as it is offered
 constexpr std::size_t LargestAttribute = 65536; // bytes of a value or of all names
 constexpr unsigned PermissionBits = 07777;
 constexpr unsigned PrivilegeBits = S_ISUID | S_ISGID;
 constexpr std::int64_t LargestTimeError = 2; // seconds, what FAT rounds to
 constexpr const char* AccessList = "system.posix_acl_access";
 constexpr const char* DefaultAccessList = "system.posix_acl_default";
+
+// Asks with little room first, then with all that can be needed.
+template <typename Question>
+long Ask(std::string& answer, const Question& question) {
+    answer.resize(std::max(answer.size(), UsualAttribute));
+    long length = question(answer.data(), UsualAttribute);
+    if (length < 0 && errno == ERANGE) {
+        answer.resize(LargestAttribute);
+        length = question(answer.data(), LargestAttribute);
+    }
+    return length;
+}
 
 bool IsAccessList(std::string_view name) {
     return name == AccessList || name == DefaultAccessList;
@@ -51,30 +65,24 @@ std::array<timespec, 2> TimesOf(const struct statx& source) {
     return {TimeOf(source.stx_atime), TimeOf(source.stx_mtime)};
 }
 
-// Owner and group where the host lets us; privileges that belonged to another's are dropped.
-unsigned KeepMode(int to, const struct statx& copy, const struct statx& source) {
-    unsigned mode = source.stx_mode & PermissionBits;
-    bool isNew = (copy.stx_mode & PermissionBits) != mode;
-    if (source.stx_uid != copy.stx_uid || source.stx_gid != copy.stx_gid) {
-        isNew = true;
-        if (Host().Fchown(to, source.stx_uid, source.stx_gid) != 0)
-            mode &= ~PrivilegeBits;
-    }
-    return !isNew || Host().Fchmod(to, mode) == 0 ? 0 : LostProtection;
+bool HasOwnerModesOf(const struct statx& copy, const struct statx& source) {
+    return ((copy.stx_mode ^ source.stx_mode) & S_IRWXU) == 0;
 }
 
-// Some disks take what they do not keep.
-unsigned LostSilently(int to, const struct statx& source, const CopyOptions& options) {
+// Owner and group where the host lets us; privileges that belonged to another's are dropped. Some
+// disks take what they do not keep.
+unsigned KeepMode(int to, const struct statx& copy, const struct statx& source) {
+    unsigned mode = source.stx_mode & PermissionBits;
+    const bool isOthers = source.stx_uid != copy.stx_uid || source.stx_gid != copy.stx_gid;
+    if (!isOthers && (copy.stx_mode & PermissionBits) == mode)
+        return 0;
+    if (isOthers && Host().Fchown(to, source.stx_uid, source.stx_gid) != 0)
+        mode &= ~PrivilegeBits;
+    if (Host().Fchmod(to, mode) != 0)
+        return LostProtection;
     struct statx now {};
-    if (Host().Statx(to, "", AT_EMPTY_PATH, STATX_MODE | STATX_MTIME, &now) != 0)
-        return 0; // nothing was refused before
-    unsigned lost = 0;
-    constexpr unsigned OwnerModes = 0700;
-    if (options.Protection && (now.stx_mode & OwnerModes) != (source.stx_mode & OwnerModes))
-        lost |= LostProtection;
-    if (options.Date && std::abs(now.stx_mtime.tv_sec - source.stx_mtime.tv_sec) > LargestTimeError)
-        lost |= LostDate;
-    return lost;
+    const bool isKnown = Host().Statx(to, "", AT_EMPTY_PATH, STATX_MODE, &now) == 0;
+    return isKnown && !HasOwnerModesOf(now, source) ? LostProtection : 0;
 }
 
 unsigned AllKept(const CopyOptions& options) {
@@ -96,8 +104,8 @@ bool SetDateOfFile(const Spot& copy, SidecarFacts& facts) {
 } // namespace
 
 unsigned AttributeCopier::Run(int from, int to, const CopyOptions& options) {
-    Names.resize(LargestAttribute);
-    const long size = Host().Flistxattr(from, Names.data(), Names.size());
+    const long size =
+        Ask(Names, [from](char* into, std::size_t room) { return Host().Flistxattr(from, into, room); });
     if (size < 0)
         return errno == ENOTSUP || errno == ENOSYS ? 0 : LostAttributes;
     unsigned lost = 0;
@@ -120,8 +128,9 @@ unsigned AttributeCopier::KeepComment(int old, int to) {
 }
 
 unsigned AttributeCopier::CopyOne(int from, int to, const char* name) {
-    Value.resize(LargestAttribute);
-    const long length = Host().Fgetxattr(from, name, Value.data(), Value.size());
+    const long length = Ask(Value, [from, name](char* into, std::size_t room) {
+        return Host().Fgetxattr(from, name, into, room);
+    });
     if (length < 0)
         return errno == ENODATA ? 0 : LossOf(name);
     return Host().Fsetxattr(to, name, Value.data(), static_cast<std::size_t>(length)) == 0 ? 0 : LossOf(name);
@@ -137,12 +146,17 @@ void DropAccessHandedDown(int object) {
     Host().RemoveAttribute(object, DefaultAccessList);
 }
 
+bool KeepTimes(int to, const struct statx& source) {
+    return Host().SetTimes(to, "", TimesOf(source).data()) == 0;
+}
+
 unsigned KeepStatus(int to, const struct statx& copy, const struct statx& source,
                     const CopyOptions& options) {
     unsigned lost = options.Protection ? KeepMode(to, copy, source) : 0;
-    if (options.Date && Host().SetTimes(to, "", TimesOf(source).data()) != 0)
+    // Some disks take a time that they do not keep.
+    if (options.Date && std::abs(copy.stx_mtime.tv_sec - source.stx_mtime.tv_sec) > LargestTimeError)
         lost |= LostDate;
-    return lost | LostSilently(to, source, options);
+    return lost;
 }
 
 unsigned KeepTimesOfLink(int drawer, const std::string& name, const struct statx& source) {

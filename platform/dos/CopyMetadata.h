@@ -31,8 +31,10 @@ private:
 // Takes from a new object what its drawer has handed down; a copy has the lists of its source.
 void DropAccessHandedDown(int object);
 
-// Gives an open copy owner, modes and times of the source, as the options say. copy tells what is
-// known of it now.
+// Gives an open copy the times of its source.
+[[nodiscard]] bool KeepTimes(int to, const struct statx& source);
+// Gives an open copy owner and modes of the source, as the options say. copy tells what it is since it
+// has got its times; what did not stay of these is told too.
 [[nodiscard]] unsigned KeepStatus(int to, const struct statx& copy, const struct statx& source,
                                   const CopyOptions& options);
 // The times of a soft link, which are all that it has.

@@ -77,6 +77,15 @@ long RealGetxattr(int drawer, const char* name, const char* attribute, void* buf
     return result >= 0 || errno != ENOSYS ? result : GetByPath(drawer, name, attribute, buffer, size);
 }
 
+// Older hosts let only the administrator name an object by its descriptor alone.
+int RealLinkObject(int object, int drawer, const char* name) {
+    if (::linkat(object, "", drawer, name, AT_EMPTY_PATH) == 0)
+        return 0;
+    if (errno != ENOENT && errno != EPERM && errno != EINVAL)
+        return -1;
+    return ::linkat(AT_FDCWD, ProcPath(object, "").c_str(), drawer, name, AT_SYMLINK_FOLLOW);
+}
+
 int RealOpenat2(int drawer, const char* name, int flags, std::uint64_t resolve) {
     open_how how{};
     how.flags = static_cast<std::uint64_t>(flags);
@@ -245,10 +254,7 @@ constexpr HostCalls RealCalls{
     .Mkdirat = [](int drawer, const char* name, unsigned mode) { return ::mkdirat(drawer, name, mode); },
     .Symlinkat = [](const char* target, int drawer,
                     const char* name) { return ::symlinkat(target, drawer, name); },
-    .LinkObject =
-        [](int object, int drawer, const char* name) {
-            return ::linkat(AT_FDCWD, ProcPath(object, "").c_str(), drawer, name, AT_SYMLINK_FOLLOW);
-        },
+    .LinkObject = RealLinkObject,
     .Unlinkat = [](int drawer, const char* name, int flags) { return ::unlinkat(drawer, name, flags); },
     .Renameat2 = [](int fromDrawer, const char* from, int toDrawer, const char* to,
                     unsigned flags) { return ::renameat2(fromDrawer, from, toDrawer, to, flags); },

@@ -26,13 +26,15 @@ HostFd OpenForListing(int drawer) {
 }
 
 long NameBlock::Fill(int openDrawer) {
-    if (!Bytes)
-        Bytes = std::make_unique_for_overwrite<std::byte[]>(BlockSize);
+    // Most drawers fill little of it: the room stays with the thread, the block keeps what was read.
+    thread_local const auto room = std::make_unique_for_overwrite<std::byte[]>(BlockSize);
     Found.clear();
-    const long got = Host().Getdents(openDrawer, Bytes.get(), BlockSize);
+    const long got = Host().Getdents(openDrawer, room.get(), BlockSize);
     if (got <= 0)
         return got;
     const auto size = static_cast<std::size_t>(got);
+    Bytes = std::make_unique_for_overwrite<std::byte[]>(size);
+    std::memcpy(Bytes.get(), room.get(), size);
     for (std::size_t at = 0; at + NameOffset < size;) {
         std::uint16_t length = 0;
         std::memcpy(&length, Bytes.get() + at + LengthOffset, sizeof(length));

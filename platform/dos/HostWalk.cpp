@@ -2,6 +2,7 @@
 #include "platform/dos/MountInfo.h"
 #include "platform/dos/NameIndex.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
@@ -296,12 +297,27 @@ HostLockRef MakeLock(VolumeRef on, HostFd object, const ObjectFacts& facts, std:
     return std::make_shared<const HostLock>(std::move(on), std::move(object), facts, std::move(slow));
 }
 
+// Do all disks on the way answer? A way without links is as its text says.
+bool AnswersAllTheWay(const HostLock& start, const std::string& rest) {
+    const std::string from = HostPathOf(start.Object.Get());
+    if (from.empty() || !start.SlowMount.empty())
+        return false;
+    const std::string path = (from == "/" ? "" : from) + "/" + rest;
+    const MountRows rows = Mounts();
+    return std::ranges::none_of(*rows,
+                                [&](const MountRow& row) { return row.Slow && LiesUnder(path, row.Point); });
+}
+
 // The whole path in one call; nothing when that cannot give the answer.
 HostLockRef FindAtOnce(const HostLock& start, const std::string& rest, LastLink last) {
     const int flags = O_PATH | O_CLOEXEC | (last == LastLink::Keep ? O_NOFOLLOW : 0);
-    HostFd object(
-        Host().Openat2(start.Object.Get(), rest.c_str(), flags,
-                       RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV));
+    const auto open = [&](std::uint64_t rules) {
+        return HostFd(Host().Openat2(start.Object.Get(), rest.c_str(), flags,
+                                     RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS | rules));
+    };
+    HostFd object = open(RESOLVE_NO_XDEV);
+    if (!object && errno == EXDEV && AnswersAllTheWay(start, rest))
+        object = open(0);
     ObjectFacts facts;
     if (!object || !FactsOf(object.Get(), facts))
         return nullptr;

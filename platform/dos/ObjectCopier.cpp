@@ -88,6 +88,8 @@ CopyResult ObjectCopier::FillFile(const CopySource& source, const CopyPlace& pla
     result.Lost = Attributes.Run(source.Object, file, Options);
     if (place.Old != NoDescriptor && Options.Protection && !Options.Comment)
         result.Lost |= Attributes.KeepComment(place.Old, file);
+    if (Options.Date && !KeepTimes(file, about))
+        result.Lost |= LostDate;
     struct statx made {};
     if (!StatusOf(file, made))
         return Fails(CopyEnd::ContentsFailed, Operation::Write);
@@ -161,7 +163,11 @@ unsigned ObjectCopier::FinishDrawer(const CopySource& source, int made) {
     struct statx about {};
     struct statx now {};
     unsigned lost = Attributes.Run(source.Object, made, Options);
-    if (!StatusOf(source.Object, about) || !StatusOf(made, now))
+    if (!StatusOf(source.Object, about))
+        return lost | LostProtection | LostDate;
+    if (Options.Date && !KeepTimes(made, about))
+        lost |= LostDate;
+    if (!StatusOf(made, now))
         return lost | LostProtection | LostDate;
     return lost | KeepStatus(made, now, about, Options);
 }

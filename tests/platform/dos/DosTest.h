@@ -6,6 +6,7 @@
 #include "platform/dos/Examine.h"
 #include "platform/dos/HostCalls.h"
 #include "platform/dos/Locks.h"
+#include "platform/dos/MediumInfo.h"
 #include "platform/dos/VolumeTable.h"
 #include "platform/dos/Volumes.h"
 #include "tests/support/TempTree.h"
@@ -20,6 +21,8 @@
 class DosTest : public testing::Test {
 protected:
     explicit DosTest(dos::NameRule names = dos::NameRule::Exact) {
+        // Whoever counts calls does not want those about the machine's own disks.
+        dos::Places().Blocks = dos::Places().Labels = Tree.Path("none");
         EXPECT_TRUE(
             dos::AddVolume({.Device = "TD0", .Volume = "Test", .HostRoot = Tree.Root(), .Names = names}));
         EXPECT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
@@ -28,6 +31,7 @@ protected:
         dos::CurrentDir(dos::FileLock());
         if (HasReplaced)
             dos::Host() = dos::RealHost();
+        dos::Places() = {};
         dos::ResetVolumeTable();
     }
 
