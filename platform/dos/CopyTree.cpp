@@ -313,7 +313,7 @@ bool TreeCopier::MakeCopy(const NodeRef& in, const TreeEntry& entry, const std::
                           .On = in->ToOn,
                           .Name = name,
                           .HandsDownAccess = in->HandsDownAccess,
-                          .IsNew = in->IsNew,
+                          .IsNew = in->IsNew && !in->IsInOrder,
                           .MayHaveSidecar = !in->IsNew};
     HostFd made;
     ObjectFacts facts;

@@ -93,6 +93,7 @@ TEST_F(CopyTreeTest, WhatCannotBeCopiedIsToldAndTheRestGoesOn) {
         Tree.Write(name, name);
     ::mkfifo(Tree.Path("from/a/pipe").c_str(), 0600);
     ::mknod(Tree.Path("from/device").c_str(), S_IFCHR | 0600, 0);
+    ASSERT_EQ(::mknod(Tree.Path("from/a/socket").c_str(), S_IFSOCK | 0600, 0), 0);
     Calls().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
         if (std::string_view(name) == "closed") {
             errno = EACCES;
@@ -103,12 +104,37 @@ TEST_F(CopyTreeTest, WhatCannotBeCopiedIsToldAndTheRestGoesOn) {
     const dos::TreeResult result =
         dos::CopyTree("Test:from", "Test:to", {}, Answering(dos::TroubleAnswer::Skip));
     EXPECT_FALSE(result);
-    Errors wanted{{"a/pipe", 212}, {"closed", 224}};
+    Errors wanted{{"a/pipe", 212}, {"a/socket", 212}, {"closed", 224}};
     if (Tree.Exists("from/device"))
         wanted["device"] = 212;
     EXPECT_EQ(Troubles, wanted);
     EXPECT_EQ(result.Skipped, wanted.size());
     EXPECT_EQ(Tree.Read("to/a/file") + Tree.Read("to/z"), "from/a/filefrom/z");
+}
+
+// Twins become one where names are folded, and neither is lost unasked; bits go into files where the
+// volume wants them there.
+TEST_F(CopyTreeTest, VolumesOfOtherKindsTakeATree) {
+    Tree.Drawer("kept");
+    ASSERT_TRUE(dos::AddVolume({.Device = "TD1",
+                                .Volume = "Kept",
+                                .HostRoot = Tree.Path("kept"),
+                                .Names = dos::NameRule::Fold,
+                                .Metadata = dos::MetadataRule::Uaem}));
+    for (const char* name : {"from/a/File", "from/a/FILE", "from/b/one", "from/B/two"})
+        Tree.Write(name, name);
+    ASSERT_TRUE(dos::SetProtection("Test:from/b/one", 0x42));
+    dos::TreeControl control;
+    control.Conflict = [](const dos::TreeConflict&) -> dos::ConflictReply {
+        return {dos::ConflictAnswer::Rename, "twin"};
+    };
+    const dos::TreeResult result = dos::CopyTree("Test:from", "Kept:to", {}, control);
+    ASSERT_TRUE(result) << result.FirstError;
+    EXPECT_EQ(NamesIn("Kept:to/a").size(), 2u);
+    EXPECT_TRUE(Tree.Exists("kept/to/a/twin"));
+    EXPECT_EQ(*dos::ReadWhole("Kept:to/b/one", 100) + *dos::ReadWhole("Kept:to/b/two", 100),
+              "from/b/onefrom/B/two");
+    EXPECT_EQ(dos::ExamineObject("Kept:to/B/one")->Protection & 0xFF, 0x42u);
 }
 
 TEST_F(CopyTreeTest, ConflictsAreAskedAndAnswered) {
