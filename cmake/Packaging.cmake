@@ -13,13 +13,15 @@ install(FILES ${CMAKE_BINARY_DIR}/install/solvane DESTINATION ${SOLVANE_INSTALL_
 install(DIRECTORY ${SOLVANE_SHARE}/ DESTINATION ${SOLVANE_INSTALL_SHARE}
     REGEX "/share/solvane/(solvane|Tools|C)$" EXCLUDE)
 
-# The drawer commands: one program, and a link to it for each name.
-install(TARGETS amiga RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+# The drawer commands: one program and a link to it for each name, and WBRun. They find share beside their bin.
+install(TARGETS amiga wbrun RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/install/C)
 file(RELATIVE_PATH program /${SOLVANE_INSTALL_SHARE}/C /${CMAKE_INSTALL_BINDIR}/amiga)
 foreach(command IN LISTS SOLVANE_COMMANDS)
     file(CREATE_LINK ${program} ${CMAKE_BINARY_DIR}/install/C/${command} SYMBOLIC)
 endforeach()
+file(RELATIVE_PATH program /${SOLVANE_INSTALL_SHARE}/C /${CMAKE_INSTALL_BINDIR}/wbrun)
+file(CREATE_LINK ${program} ${CMAKE_BINARY_DIR}/install/C/WBRun SYMBOLIC)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/install/C DESTINATION ${SOLVANE_INSTALL_SHARE})
 
 # Programs do not stand under share: the Tools drawer holds links.

@@ -22,6 +22,9 @@ struct Context {
     std::function<bool(std::string_view bytes)> ErrorOutput;
     // The next line of the input without its end, nothing at the end. Not set: there is no input.
     std::function<std::optional<std::string>()> Input;
+    // Puts a question to a person and gives the line of the answer, nothing at the end of the input and after
+    // a break. Not set: nobody is there.
+    std::function<std::optional<std::string>(std::string_view question)> Ask{};
     // Whether the command is to break off. Not set: never.
     std::function<bool()> Stop;
     // Waits that long, or until Stop; not set: waits are over at once.

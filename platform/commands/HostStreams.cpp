@@ -88,6 +88,14 @@ std::optional<std::string> ReadHostLine() {
     return line;
 }
 
+// On the terminal, also where the output goes elsewhere.
+std::optional<std::string> AskOnTerminal(std::string_view question) {
+    Writer terminal(STDERR_FILENO, false);
+    if (!StandardOutput().Flush() || !terminal.Put(question) || !terminal.Flush())
+        return {};
+    return ReadHostLine();
+}
+
 } // namespace
 
 Context HostContext() {
@@ -100,6 +108,8 @@ Context HostContext() {
     context.IsTerminal = ::isatty(STDOUT_FILENO) == 1;
     if (::isatty(STDIN_FILENO) != 1)
         context.Input = ReadHostLine;
+    else if (::isatty(STDERR_FILENO) == 1)
+        context.Ask = AskOnTerminal;
     return context;
 }
 

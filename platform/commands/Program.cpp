@@ -38,11 +38,11 @@ bool SetUp(Context& context, const application::ProgramPlaces& places, const std
     return true;
 }
 
-int Run(Context& context, int argc, char** argv) {
+int Run(Context& context, int argc, char** argv, const Command* only) {
     const application::ProgramPlaces places = application::FindProgram(argc > 0 ? argv[0] : nullptr);
     const application::StartMessage start = application::ReadStartMessage(argc, argv);
     const std::string words = dos::ProgramArguments(argc, argv);
-    const Command* command = FindCommand(places.ProgramName);
+    const Command* command = only != nullptr ? only : FindCommand(places.ProgramName);
     context.Name = places.ProgramName;
     if (!SetUp(context, places, start.CurrentDirectory))
         return ReturnFail;
@@ -59,10 +59,10 @@ int Run(Context& context, int argc, char** argv) {
 
 } // namespace
 
-int RunProgram(int argc, char** argv) {
+int RunProgram(int argc, char** argv, const Command* only) {
     application::SecureStandardStreams();
     Context context = HostContext();
-    const int code = Run(context, argc, argv);
+    const int code = Run(context, argc, argv, only);
     return FlushHost(context) ? code : std::max(code, ReturnFail);
 }
 
