@@ -105,8 +105,11 @@ Machine DescribeMachine() {
 }
 
 std::string SnapshotFile() {
-    const char* file = std::getenv("SOLVANE_SNAPSHOT");
-    return file != nullptr ? file : "";
+    constexpr const char* variable = "SOLVANE_SNAPSHOT";
+    const char* value = std::getenv(variable);
+    std::string file = value != nullptr ? value : "";
+    ::unsetenv(variable);
+    return file;
 }
 
 } // namespace application

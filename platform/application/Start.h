@@ -45,7 +45,8 @@ struct Machine {
 };
 [[nodiscard]] Machine DescribeMachine();
 
-// The file that the environment asks a picture of the window for ("SOLVANE_SNAPSHOT"); mostly empty.
+// The file that the environment asks a picture of the window for ("SOLVANE_SNAPSHOT"); mostly empty. The wish
+// is taken out of the environment, so that no program started from here is under it. Called once.
 [[nodiscard]] std::string SnapshotFile();
 
 } // namespace application

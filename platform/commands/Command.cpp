@@ -35,6 +35,7 @@ constexpr Command Table[] = {
     {"MakeDir", "NAME/M/A", "Makes drawers", RunMakeDir},
     {"MakeLink", "FROM/A,TO/A,HARD/S,SOFT/S", "Makes a link, a soft one without HARD", RunMakeLink},
     {"Protect", "FILE/A,FLAGS/A,ADD/S,SUB/S,ALL/S,QUIET/S", "Sets protection bits", RunProtect},
+    {"Relabel", "DRIVE/A,NAME/A", "Gives a volume another name", RunRelabel},
     {"Rename", "FROM/A/M,TO=AS/A,QUIET/S", "Renames and moves within a disk", RunRename},
     {"Search", "FROM/M,SEARCH/A,ALL/S,NONUM/S,QUIET/S,QUICK/S,FILE/S,PATTERN/S,CASE/S",
      "Looks for a text in files", RunSearch},

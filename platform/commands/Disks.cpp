@@ -1,4 +1,4 @@
-// Assign and Info: the names that stand before a colon, and how full the disks behind them are.
+// Assign, Relabel and Info: the names that stand before a colon, and how full the disks behind them are.
 #include "platform/commands/Runs.h"
 #include "platform/commands/Walk.h"
 #include "platform/dos/Errors.h"
@@ -192,6 +192,11 @@ int RunAssign(Context& context, const dos::ArgResults& arguments) {
         return ReturnOk;
     ComplainWith(context, *given, "holds until this program ends; mounts.toml keeps assigns for good");
     return ReturnWarn;
+}
+
+int RunRelabel(Context& context, const dos::ArgResults& arguments) {
+    const std::string volume = *arguments.Text("DRIVE");
+    return dos::Relabel(volume, *arguments.Text("NAME")) ? ReturnOk : Complain(context, volume);
 }
 
 int RunInfo(Context& context, const dos::ArgResults& arguments) {

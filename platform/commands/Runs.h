@@ -21,6 +21,7 @@ int RunList(Context& context, const dos::ArgResults& arguments);
 int RunMakeDir(Context& context, const dos::ArgResults& arguments);
 int RunMakeLink(Context& context, const dos::ArgResults& arguments);
 int RunProtect(Context& context, const dos::ArgResults& arguments);
+int RunRelabel(Context& context, const dos::ArgResults& arguments);
 int RunRename(Context& context, const dos::ArgResults& arguments);
 int RunSearch(Context& context, const dos::ArgResults& arguments);
 int RunSetDate(Context& context, const dos::ArgResults& arguments);

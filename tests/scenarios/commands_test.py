@@ -4,6 +4,7 @@ Implemented in platform/commands (the commands, the program amiga) and platform/
 """
 import os
 import pathlib
+import pty
 import shutil
 import signal
 import subprocess
@@ -170,7 +171,51 @@ class Sidecars(Commands):
         self.assertEqual(list(self.home.glob("gen_*")), [])
 
 
+    def test_lines_of_another_writer_are_read_and_stay_theirs(self):
+        for name in ("file2%3c", "file6.t"):
+            (self.home / name).touch()
+            shutil.copy(SAMPLES / (name + ".uaem"), self.home)
+        text = self.run_line('List Home: PAT file#? LFORMAT "%n %a %d %t %c"').decode()
+        self.assertEqual(text.splitlines(), ["file2%3c ----rwed 15-Mar-24 19:01:13 comment on file2",
+                                             "file6.t ----rwed 12-Aug-24 13:20:25 "])
+        self.run_line("MakeDir Home:f")
+        self.run_line("Rename Home:file#? Home:f QUIET")
+        for name in ("file2%3c.uaem", "file6.t.uaem"):
+            self.assertEqual((self.home / "f" / name).read_bytes(), (SAMPLES / name).read_bytes())
+
+
 class Program(Commands):
+    def test_a_program_is_started_after_the_answer_of_a_terminal_only(self):
+        program = self.home / "Prog"
+        program.write_text('#!/bin/sh\necho ran >"$HOME/ran.new" && mv "$HOME/ran.new" "$HOME/ran"\n')
+        program.chmod(0o755)
+        text = self.run_line("WBRun Home:Prog", code=10)
+        self.assertEqual(text, b"WBRun: Home:Prog: not started\n")
+        for answer, code in ((b"n\n", 10), (b"\x03", 20), (b"y\n", 0)):
+            self.assertFalse((self.home / "ran").exists(), answer)
+            self.assertEqual(self.answer_on_a_terminal("WBRun Home:Prog", answer), code)
+        self.wait_until((self.home / "ran").exists, "the program")
+
+    def answer_on_a_terminal(self, line, answer):
+        """The code of a line that asks once."""
+        child, terminal = pty.fork()
+        if child == 0:
+            os.execve(AMIGA, [AMIGA, line], self.environment())
+        try:
+            text = b""
+            while not text.endswith(b"(y/N) "):
+                text += os.read(terminal, 1000)
+            os.write(terminal, answer)
+            return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+        finally:
+            os.close(terminal)
+
+    def test_a_volume_keeps_its_new_name(self):
+        self.run_line("Relabel Home: Things")
+        self.assertEqual(self.run_line("Echo x TO Things:made"), b"")
+        self.assertEqual((self.home / "made").read_text(), "x\n")
+        self.assertIn(b"Relabel: Home:: device", self.run_line("Relabel Home: Other", code=10))
+
     def test_control_c_breaks(self):
         process = subprocess.Popen([AMIGA, "Wait 5 MIN"], env=self.environment(), stdout=subprocess.PIPE)
         self.running.append(process)

@@ -10,7 +10,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <future>
+#include <semaphore>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -126,6 +128,23 @@ TEST_F(SystemTest, AChildBeginsFresh) {
     std::signal(SIGPIPE, oldHandler);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ::close(leak);
+}
+
+// The command goes on only after an event of the window was handled.
+TEST_F(SystemTest, TheWindowOfTheTaskLivesOnMeanwhile) {
+    Script("C/Ask", "touch asked; until [ -e answered ]; do sleep 0.01; done");
+    std::counting_semaphore<> woken(0);
+    exec::SetEventPump({.Run =
+                            [&](bool wait) {
+                                while (!Tree.Exists("asked"))
+                                    std::this_thread::yield();
+                                Tree.Write("answered", "");
+                                if (wait)
+                                    woken.acquire();
+                            },
+                        .Wake = [&woken] { woken.release(); }});
+    EXPECT_EQ(Run("ask"), "=0");
+    exec::SetEventPump({});
 }
 
 TEST_F(SystemTest, OutputHasNoEndOrAnEarlyOne) {

@@ -82,6 +82,15 @@ TEST_F(VolumesTest, LaterStartsKeepWhatTheUserHasMade) {
     EXPECT_FALSE(Tree.Exists("home/data/solvane/Workbench/S/Startup"));
 }
 
+TEST_F(VolumesTest, CommandsOfTheUserComeBeforeThoseThatAreInstalled) {
+    Tree.Write("program/C/List", "");
+    Tree.Write("program/C/Copy", "");
+    ASSERT_TRUE(Begin());
+    Tree.Write("home/data/solvane/Workbench/C/List", "");
+    EXPECT_EQ(Find("C:List"), "Workbench:C/List");
+    EXPECT_EQ(Find("C:Copy"), "Host:" + Tree.Path("program/C/Copy").substr(1));
+}
+
 TEST_F(VolumesTest, StartThatFailsLeavesNothingHalfMade) {
     dos::Host().Write = [](int, const void*, std::size_t) -> long {
         errno = ENOSPC;

@@ -1,0 +1,56 @@
+#include "automation/Windows.h"
+
+#include "model/Program.h"
+#include "platform/application/Start.h"
+#include "tests/platform/dos/DosTest.h"
+#include "tests/platform/utility/ScopedVariable.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+namespace solvane {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+using testing::StartsWith;
+
+std::vector<std::string> Words;
+std::vector<std::string> Environment;
+
+std::vector<std::string> Copied(char* const* texts) {
+    std::vector<std::string> copies;
+    for (; *texts != nullptr; ++texts)
+        copies.emplace_back(*texts);
+    return copies;
+}
+
+class WindowsTest : public DosTest {};
+
+TEST_F(WindowsTest, AnInstanceIsStartedWithThePathAndWithoutTheWishForAPicture) {
+    Tree.Write("the program", "#!/bin/true\n");
+    ::chmod(Tree.Path("the program").c_str(), 0755);
+    dos::CurrentDir(dos::Lock("Test:"));
+    Calls().Spawn = [](const dos::SpawnOrder& order) {
+        Words = Copied(order.Words);
+        Environment = Copied(order.Environment);
+        errno = EAGAIN;
+        return -1;
+    };
+    const ScopedVariable wish("SOLVANE_SNAPSHOT", "/nowhere/window.png");
+    EXPECT_EQ(application::SnapshotFile(), "/nowhere/window.png");
+    ProgramComplete = "Test:the program";
+    OpenNewSolvaneWindow("Gone:a \"b*c; $HOME`id`");
+    EXPECT_THAT(Words, ElementsAre("the program", "Gone:a \"b*c; $HOME`id`"));
+    EXPECT_THAT(Environment, Not(Contains(StartsWith("SOLVANE_SNAPSHOT="))));
+
+    Words.clear();
+    ProgramComplete.Clear();
+    OpenNewSolvaneWindow("Test:");
+    EXPECT_THAT(Words, ElementsAre()) << "where the program lies is not known";
+}
+
+} // namespace
+} // namespace solvane
