@@ -6,9 +6,12 @@
 #include "platform/dos/CopyTree.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Files.h"
+#include "platform/dos/Locks.h"
 #include "platform/dos/Paths.h"
+#include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace commands {
@@ -108,11 +111,13 @@ private:
     bool CopyFile(const std::string& from, const std::string& text, const std::string& to, bool followsLink) {
         dos::CopyOptions options = Options;
         options.FollowsLink = followsLink;
+        options.Replaces = !IsCopyOfTwin(to);
         const dos::CopyResult result =
             dos::Copy(from, to, options, [this](std::uint64_t) { return !IsStopped(Where); });
         Lost |= result.Lost;
         if (!result)
             return Trouble(result.End == dos::CopyEnd::TargetRefused ? to : text);
+        Copied.try_emplace(utility::Fold(to), to);
         Tell(text, false);
         return !IsStopped(Where);
     }
@@ -148,6 +153,14 @@ private:
         return true;
     }
 
+    // Where names fold, two sources that differ in case alone have one target; the copy of the first is not
+    // given up for the second.
+    bool IsCopyOfTwin(const std::string& to) {
+        const auto twin = Copied.find(utility::Fold(to));
+        return twin != Copied.end() && twin->second != to &&
+               dos::SameLock(dos::Lock(twin->second), dos::Lock(to));
+    }
+
     // After a failure with IoErr: false when it was a break.
     bool Trouble(const std::string& text) {
         if (dos::IoErr() == dos::ErrorBreak)
@@ -165,6 +178,7 @@ private:
     std::string To;
     dos::CopyOptions Options;
     bool IsAll, IsQuiet;
+    std::map<std::string, std::string> Copied; // paths of copies so far, by their folded forms
     unsigned Lost = 0;
     int Code = ReturnOk;
 };

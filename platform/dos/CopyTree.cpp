@@ -38,6 +38,7 @@ struct Node {
     bool IsNew = false;           // made by this copy
     bool HandsDownAccess = false; // of the copy
     bool IsInOrder = false;       // names that the target cannot tell apart: one after another
+    bool IsBelowTwins = false;    // a drawer above has such names, so that two may become one
     std::vector<TreeEntry> Drawers;
     std::size_t NextDrawer = 0;
     std::atomic<int> Users{1}; // the walk and the jobs
@@ -61,6 +62,17 @@ struct Problem {
     CopyEnd End;
     long Error;
 };
+
+struct IdHash {
+    std::size_t operator()(const ObjectId& id) const noexcept {
+        return std::hash<std::uint64_t>()(id.Inode) ^ (std::hash<std::uint64_t>()(id.Device) << 1);
+    }
+};
+
+// Copied on the caller's thread, each copy remembered.
+bool IsRemembered(const Node& node) {
+    return node.IsInOrder || node.IsBelowTwins;
+}
 
 enum class Look { AsNeeded, Always }; // for what has the name already
 
@@ -97,6 +109,8 @@ private:
     void Solve();
     void SolveOne(const Problem& problem);
     bool AskTrouble(const Problem& problem, TreeStep step, bool& isForced);
+    ConflictReply AskConflict(const Problem& problem, const std::string& name);
+    void Remember(const Node& node, const Sides& open, const std::string& name);
     void Unprotect(const Problem& problem, const std::string& name);
     std::string NameThere(const Node& node, int to, const std::string& name, HostFd& object);
     void Poll();
@@ -107,7 +121,8 @@ private:
     std::array<ObjectCopier, WorkerCount> Copiers;
     std::vector<NodeRef> Way; // from the top to where the walk is
     ObjectId Target;
-    std::mutex Guard; // over the problems
+    std::unordered_set<ObjectId, IdHash> Ours; // copies that a twin could meet; the caller's thread alone
+    std::mutex Guard;                          // over the problems
     std::vector<Problem> Problems;
     std::atomic<bool> HasProblems{false};
     std::unique_ptr<TreeQueue> Queue;
@@ -231,6 +246,7 @@ void TreeCopier::Enter(const NodeRef& in, const TreeEntry& entry) {
     node->Name = entry.Name;
     node->FromOn = in->FromOn;
     node->ToOn = in->ToOn;
+    node->IsBelowTwins = IsRemembered(*in);
     bool isForced = false;
     while (!Tally.IsStopped) {
         node->Open.From = OpenTreeDrawer(in->Open.From->Get(), entry.Name);
@@ -348,7 +364,7 @@ void TreeCopier::List(const NodeRef& node) {
                 node->IsInOrder = !folded.insert(utility::Fold(entry.Name)).second || node->IsInOrder;
     }
     node->Drawers = std::move(contents.Drawers);
-    if (node->IsInOrder)
+    if (IsRemembered(*node))
         CopyEntries(node, node->Open, contents.Others, Worker::Caller);
     else
         PushJobs(node, std::move(contents.Others));
@@ -382,6 +398,7 @@ void TreeCopier::CopyEntry(const NodeRef& node, const Sides& open, const TreeEnt
     const bool replaces = Options.Copy.Replaces && !Talk.AsksConflicts();
     const CopyResult result = TryFully(*node, open, entry, entry.Name, replaces, CopierOf(who));
     if (result) {
+        Remember(*node, open, entry.Name);
         Done(*node, entry.Name, false, result.Lost);
         return;
     }
@@ -443,6 +460,8 @@ CopyResult TreeCopier::Try(const Node& node, const Sides& open, const TreeEntry&
             return Refused(CopyEnd::TargetRefused, ErrorFromErrno(errno, Operation::Write));
         if (facts.Id == there.Facts.Id)
             return Refused(CopyEnd::TargetRefused, ErrorObjectInUse);
+        if (IsRemembered(node) && Ours.contains(there.Facts.Id))
+            return Refused(CopyEnd::TargetRefused, ErrorObjectExists);
         if (!IsLinkMode(there.Facts.Mode) && !IsReplaceable(there))
             return {CopyEnd::TargetRefused, 0};
     }
@@ -483,13 +502,8 @@ void TreeCopier::SolveOne(const Problem& first) {
     bool isForced = false;
     while (!Tally.IsStopped) {
         const bool isConflict = problem.End == CopyEnd::TargetRefused && problem.Error == ErrorObjectExists;
-        if (isConflict && Talk.AsksConflicts()) {
-            HostFd there;
-            ObjectFacts facts;
-            const std::string existing = NameThere(*problem.In, problem.Open.To->Get(), name, there);
-            const bool isDrawer = there && FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
-            const ConflictReply reply =
-                Talk.Ask(TreeConflict{TreePath(*problem.In, problem.Entry.Name), existing, false, isDrawer});
+        if (isConflict && Talk.AsksConflicts() && !replaces) {
+            const ConflictReply reply = AskConflict(problem, name);
             if (reply.Answer == ConflictAnswer::Skip || reply.Answer == ConflictAnswer::Abort) {
                 Tally.Skip(ErrorObjectExists);
                 return;
@@ -504,12 +518,32 @@ void TreeCopier::SolveOne(const Problem& first) {
         const CopyResult result =
             TryFully(*problem.In, problem.Open, problem.Entry, name, replaces, CopierOf(Worker::Caller));
         if (result) {
+            Remember(*problem.In, problem.Open, name);
             Done(*problem.In, problem.Entry.Name, false, result.Lost);
             return;
         }
         problem.End = result.End;
         problem.Error = IoErr();
     }
+}
+
+ConflictReply TreeCopier::AskConflict(const Problem& problem, const std::string& name) {
+    HostFd there;
+    ObjectFacts facts;
+    const std::string existing = NameThere(*problem.In, problem.Open.To->Get(), name, there);
+    const bool isDrawer = there && FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
+    return Talk.Ask(TreeConflict{TreePath(*problem.In, problem.Entry.Name), existing, false, isDrawer});
+}
+
+// What this work made is never replaced by a twin of its source: that would be a source without a copy.
+void TreeCopier::Remember(const Node& node, const Sides& open, const std::string& name) {
+    HostFd made;
+    ObjectFacts facts;
+    if (!IsRemembered(node))
+        return;
+    static_cast<void>(NameThere(node, open.To->Get(), name, made));
+    if (made && FactsOf(made.Get(), facts))
+        Ours.insert(facts.Id);
 }
 
 // True to try again. What was forced once is not forced a second time.

@@ -41,7 +41,7 @@ struct TreeConflict {
 
 enum class ConflictAnswer {
     Skip,    // the source, with all that is in it
-    Replace, // a file by a file; drawers become one
+    Replace, // a file by a file, but never a copy that this work made (trouble 203); drawers become one
     Rename,  // the copy gets NewName
     Abort,
 };

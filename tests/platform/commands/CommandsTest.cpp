@@ -211,6 +211,20 @@ TEST_F(CommandsTest, CopyGoesByWhatItsSourceAndTargetAre) {
     EXPECT_EQ(NamesIn("Test:w/f"), (std::vector<std::string>{"a.c", "b.c", "in", "x"}));
 }
 
+TEST_F(CommandsTest, CopyOfATwinReplacesNoOther) {
+    ASSERT_TRUE(dos::AddVolume(
+        {.Device = "TF1", .Volume = "Folds", .HostRoot = Tree.Path("env"), .Names = dos::NameRule::Fold}));
+    for (const std::string_view name : {"w/a/Twin", "w/a/twin", "env/2/TWIN"})
+        Tree.Write(name, name);
+    for (const std::string_view line :
+         {"Copy a Folds:1 ALL QUIET", "Copy a Folds:2 QUIET", "Copy a/#? Folds:1 QUIET"}) {
+        EXPECT_EQ(Run(line), 10) << line;
+        EXPECT_THAT(Text, testing::HasSubstr("win: object already exists\n")) << line;
+    }
+    Check({{"Copy a w2 QUIET", 0, ""}, {"Copy a w2 QUIET", 0, ""}});
+    EXPECT_EQ(NamesIn("Test:w/w2").size(), 2u);
+}
+
 TEST_F(CommandsTest, DeleteTakesWhatIsNamedAndNothingElse) {
     for (const std::string_view name : {"w/a.c", "w/b.c", "w/#?", "w/d/x", "w/d/in/y", "w/p/z", "env/kept"})
         Tree.Write(name, "");

@@ -135,6 +135,23 @@ TEST_F(CopyTreeTest, VolumesOfOtherKindsTakeATree) {
     EXPECT_EQ(*dos::ReadWhole("Kept:to/b/one", 100) + *dos::ReadWhole("Kept:to/b/two", 100),
               "from/b/onefrom/B/two");
     EXPECT_EQ(dos::ExamineObject("Kept:to/B/one")->Protection & 0xFF, 0x42u);
+
+    // Replacing is for what was there before, not for the copy of a twin.
+    for (const char* name : {"again/File", "again/FILE", "again/d/x", "again/D/X", "kept/2/file"})
+        Tree.Write(name, name);
+    control.Conflict = [](const dos::TreeConflict&) -> dos::ConflictReply {
+        return {dos::ConflictAnswer::Replace};
+    };
+    int troubles = 0;
+    control.Trouble = [&](const dos::TreeTrouble& trouble) {
+        EXPECT_EQ(trouble.Error, 203);
+        ++troubles;
+        return dos::TroubleAnswer::Skip;
+    };
+    EXPECT_EQ(dos::CopyTree("Test:again", "Kept:2", {.Copy = {.Replaces = true}}, control).Skipped, 2u);
+    EXPECT_EQ(troubles, 2);
+    EXPECT_EQ(dos::CopyTree("Test:again", "Kept:3", {.Copy = {.Replaces = true}}).Skipped, 2u);
+    EXPECT_NE(Tree.Read("kept/2/file"), "kept/2/file");
 }
 
 TEST_F(CopyTreeTest, ConflictsAreAskedAndAnswered) {
