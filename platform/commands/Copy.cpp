@@ -85,8 +85,9 @@ private:
         if (!from)
             return Trouble(object.Text);
         const bool isDrawer = object.Data ? object.Data->Type == dos::TypeDrawer : IsDrawer(*from);
+        const std::string_view path = *from;
         const std::string_view name =
-            dos::FilePart(from->ends_with('/') ? from->substr(0, from->size() - 1) : *from);
+            dos::FilePart(path.substr(0, path.size() - (path.ends_with('/') ? 1 : 0)));
         const bool isInto = object.Data || isOneOfMany;
         if (!isDrawer)
             return CopyFile(*from, object.Text, IsDrawer(To) ? JoinText(To, name) : To, !object.Data);

@@ -101,8 +101,9 @@ private:
 };
 KeptWishes Kept;
 
+// Wishes can be made before there is a window system.
 double DensityNow() {
-    return qGuiApp->devicePixelRatio();
+    return qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
 }
 
 std::string KeyOf(const ImageWish& wish, double density) {
