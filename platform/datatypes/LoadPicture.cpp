@@ -58,15 +58,22 @@ bool ReadBytes(int file, std::string& bytes, dos::Progress& progress) {
     return true;
 }
 
-std::optional<std::string> ReadHostFile(const std::string& hostPath, dos::Progress& progress) {
+std::optional<FileFacts> HostFacts(const std::string& hostPath) {
     struct stat facts = {};
-    // A look before the opening: that alone can do something to a device.
     if (stat(hostPath.c_str(), &facts) != 0) {
         (void)Fail(dos::ErrorFromErrno(errno, dos::Operation::Read));
         return std::nullopt;
     }
     if (!CheckRegular(facts))
         return std::nullopt;
+    return FileFacts{facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec, static_cast<std::uint64_t>(facts.st_size)};
+}
+
+std::optional<std::string> ReadHostFile(const std::string& hostPath, dos::Progress& progress) {
+    // A look before the opening: that alone can do something to a device.
+    if (!HostFacts(hostPath))
+        return std::nullopt;
+    struct stat facts = {};
     const OpenFile file(hostPath);
     if (file.Get() < 0 || fstat(file.Get(), &facts) != 0) {
         (void)Fail(dos::ErrorFromErrno(errno, dos::Operation::Read));
@@ -80,17 +87,6 @@ std::optional<std::string> ReadHostFile(const std::string& hostPath, dos::Progre
     }
     std::string bytes(static_cast<std::size_t>(facts.st_size), '\0');
     return ReadBytes(file.Get(), bytes, progress) ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
-std::optional<FileFacts> HostFacts(const std::string& hostPath) {
-    struct stat facts = {};
-    if (stat(hostPath.c_str(), &facts) != 0) {
-        (void)Fail(dos::ErrorFromErrno(errno, dos::Operation::Read));
-        return std::nullopt;
-    }
-    if (!CheckRegular(facts))
-        return std::nullopt;
-    return FileFacts{facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec, static_cast<std::uint64_t>(facts.st_size)};
 }
 
 std::optional<Picture> DrawIconFile(const std::string& bytes, const PictureBox& box) {

@@ -46,11 +46,7 @@ struct Node {
     Node() = default;
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
-    // One after another: a tree can be deeper than calls within each other can go.
-    ~Node() {
-        while (Parent && Parent.use_count() == 1)
-            Parent = std::shared_ptr<Node>(std::move(Parent->Parent));
-    }
+    ~Node() { FreeUpwards(Parent); }
 };
 using NodeRef = std::shared_ptr<Node>;
 

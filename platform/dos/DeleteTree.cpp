@@ -36,11 +36,7 @@ struct Node {
     Node() = default;
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
-    // One after another: a tree can be deeper than calls within each other can go.
-    ~Node() {
-        while (Parent && Parent.use_count() == 1)
-            Parent = std::shared_ptr<Node>(std::move(Parent->Parent));
-    }
+    ~Node() { FreeUpwards(Parent); }
 };
 using NodeRef = std::shared_ptr<Node>;
 
@@ -75,8 +71,7 @@ private:
 
     void Poll();
     void SolveOne(const Problem& problem);
-    bool AskTrouble(const Node& node, const std::string& path, bool isDrawer, TreeStep step, long error,
-                    bool& isForced);
+    bool AskTrouble(const std::string& path, bool isDrawer, TreeStep step, long error, bool& isForced);
     std::string PathOf(const Node& node, const std::string& name) const {
         return node.Parent ? TreePath(node, name) : std::string();
     }
@@ -167,7 +162,7 @@ void TreeDeleter::Enter(const NodeRef& in, const TreeEntry& entry) {
         if (error != ErrorDeleteProtected && error != ErrorObjectInUse &&
             Host().Unlinkat(in->Open->Get(), entry.Name.c_str(), AT_REMOVEDIR) == 0)
             return Done(*node, "", true);
-        if (!AskTrouble(*in, PathOf(*in, entry.Name), true, TreeStep::Examine, error, isForced)) {
+        if (!AskTrouble(PathOf(*in, entry.Name), true, TreeStep::Examine, error, isForced)) {
             in->IsKept = true;
             return;
         }
@@ -186,7 +181,7 @@ void TreeDeleter::List(const NodeRef& node) {
         const long error = ErrorFromErrno(errno, Operation::Read);
         contents = TreeContents();
         node->IsKept = true;
-        if (!AskTrouble(*node, PathOf(*node, ""), true, TreeStep::Examine, error, isForced))
+        if (!AskTrouble(PathOf(*node, ""), true, TreeStep::Examine, error, isForced))
             return;
         if (Host().Lseek(node->Open->Get(), 0, SEEK_SET) < 0)
             return Tally.Skip(error);
@@ -323,7 +318,7 @@ void TreeDeleter::RemoveDrawer(Node& node) {
     while (Host().Unlinkat(parent.Open->Get(), node.Entry.Name.c_str(), AT_REMOVEDIR) != 0 &&
            errno != ENOENT) {
         const long error = ErrorFromErrno(errno == EEXIST ? ENOTEMPTY : errno, Operation::Delete);
-        if (Tally.IsStopped || !AskTrouble(node, PathOf(node, ""), true, TreeStep::Delete, error, isForced)) {
+        if (Tally.IsStopped || !AskTrouble(PathOf(node, ""), true, TreeStep::Delete, error, isForced)) {
             parent.IsKept = true;
             return;
         }
@@ -364,7 +359,7 @@ void TreeDeleter::SolveOne(const Problem& problem) {
     long error = problem.Error;
     while (error != 0) {
         if (Tally.IsStopped ||
-            !AskTrouble(node, PathOf(node, problem.Entry.Name), false, TreeStep::Delete, error, isForced)) {
+            !AskTrouble(PathOf(node, problem.Entry.Name), false, TreeStep::Delete, error, isForced)) {
             node.IsKept = true;
             return;
         }
@@ -373,7 +368,7 @@ void TreeDeleter::SolveOne(const Problem& problem) {
 }
 
 // True to try again. What was forced once is not forced a second time.
-bool TreeDeleter::AskTrouble(const Node&, const std::string& path, bool isDrawer, TreeStep step, long error,
+bool TreeDeleter::AskTrouble(const std::string& path, bool isDrawer, TreeStep step, long error,
                              bool& isForced) {
     const TroubleAnswer answer = Talk.Ask(TreeTrouble{path, step, error, CopyEnd::SourceRefused, isDrawer});
     if (answer == TroubleAnswer::Retry)

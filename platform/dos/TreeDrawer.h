@@ -3,6 +3,7 @@
 
 #include "platform/dos/TreeWork.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,14 @@ enum class Temporaries { LeftOut, Listed };
 [[nodiscard]] SharedFd OpenTreeDrawer(int in, const std::string& name);
 // Opens the parent of a drawer again; empty with errno when that is another one by now.
 [[nodiscard]] SharedFd OpenParent(int drawer, const ObjectId& parent);
+
+// Lets go of a drawer and those above it that nobody else holds, one after another: a tree can be
+// deeper than calls within each other can go.
+template <typename Node>
+void FreeUpwards(std::shared_ptr<Node>& parent) {
+    while (parent && parent.use_count() == 1)
+        parent = std::shared_ptr<Node>(std::move(parent->Parent));
+}
 
 // The path of an entry below the top, for people.
 template <typename Node>
