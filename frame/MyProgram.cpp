@@ -42,7 +42,8 @@ void DescribeMachine() {
     gmit_Extensions = machine.Extensions;
 }
 
-// What a first start shows; a list that a document of another name has filled stays.
+// What a first start shows. Only the default document tells of a first start, and the one in use may have
+// another name: what that has filled is the user's and stays.
 bool FillEmptyLists() {
     if (SAK_GenericListCount(*ToolbarList) == 0 && !RestoreDefaultToolbar()) {
         return false;
@@ -50,10 +51,7 @@ bool FillEmptyLists() {
     if (SAK_GenericListCount(*MasterFavoritesList) == 0 && !RestoreDefaultFavorites()) {
         return false;
     }
-    if (SAK_GenericListCount(*ShowDetailsColumnsList) == 0) {
-        RestoreDefaultColumnInfos();
-    }
-    return true;
+    return CreateColumnInfoAll();
 }
 
 // Reads the document; where there is none this is the first start of the program for this user.

@@ -27,6 +27,7 @@ using application::PrefsValue;
 constexpr std::uint32_t IconColumn = 0;
 constexpr std::uint32_t FirstTextColumn = 1; // it and the icon column are always shown
 constexpr std::int32_t IconColumnWidth = 26; // pixels, as those below
+constexpr std::int32_t LastPort = 65535;
 constexpr std::int64_t NarrowestColumn = 8, WidestColumn = 4096;
 
 // --- Fields by position ---
@@ -195,6 +196,14 @@ constexpr std::array FTPSitesPositions = {
 
 // --- What follows from the positions ---
 
+// No path would be part of every path.
+bool FinishLocation(LocationsNode& node) {
+    if (node.ViewStyle < ViewList || node.ViewStyle > ViewFilmstrip) {
+        node.ViewStyle = ViewDetails;
+    }
+    return !node.Path.Empty();
+}
+
 bool FinishBookmark(BookmarksNode& node) {
     node.Key = FormatText("[Bkm]%s", node.Name.View());
     return true;
@@ -211,6 +220,13 @@ bool FinishFavorite(FavoritesNode& node) {
 }
 
 bool FinishSite(FTPSitesNode& node) {
+    const FTPSitesNode usual;
+    if (node.Port < 1 || node.Port > LastPort) {
+        node.Port = usual.Port;
+    }
+    if (node.Timeout < 0) {
+        node.Timeout = usual.Timeout;
+    }
     node.Key = FormatText("[FTP]%s", node.Name.View());
     return true;
 }
@@ -338,7 +354,7 @@ constexpr PrefsList Row(std::string_view key) {
 }
 
 constexpr std::array Table = {
-    Row<OfArrays<LocationsList, LocationsPositions, NothingMore<LocationsNode>>>("Locations"),
+    Row<OfArrays<LocationsList, LocationsPositions, FinishLocation>>("Locations"),
     Row<OfArrays<StartupTabsList, TabsPositions, NothingMore<TabsNode>>>("StartupTabs"),
     Row<OfArrays<MasterBookmarksList, BookmarksPositions, FinishBookmark>>("Bookmarks"),
     Row<OfArrays<MasterFavoritesList, FavoritesPositions, FinishFavorite>>("Favorites"),

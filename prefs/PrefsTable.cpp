@@ -1,5 +1,8 @@
 #include "prefs/PrefsTable.h"
 
+#include "model/Content.h"
+
+#include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstdint>
@@ -14,6 +17,13 @@ namespace {
 using application::Dictionary;
 
 constexpr std::size_t ColourDigits = 6;
+
+// Pixels.
+constexpr std::int32_t NarrowestColumn = 8, WidestColumn = 4096;
+constexpr std::int32_t SmallestWindow = 50, LargestWindow = 16384;
+constexpr std::int32_t FarthestPlace = 32767; // a coordinate of a screen
+constexpr std::int32_t LargestPicture = 16384;
+constexpr std::int32_t SmallestFont = 4, LargestFont = 200;
 
 template <auto Field>
 using FieldType = std::remove_cvref_t<decltype(PrefsRecord().*Field)>;
@@ -34,6 +44,21 @@ void LoadField(const Dictionary& from, std::string_view key, const PrefsRecord& 
     } else {
         into.*Field = from.String(key, (defaults.*Field).View());
     }
+}
+
+// A choice that there is not counts as missing.
+template <auto Field, std::int32_t First, std::int32_t Last>
+void LoadChoice(const Dictionary& from, std::string_view key, const PrefsRecord& defaults,
+                PrefsRecord& into) {
+    const std::int64_t number = from.Number(key, defaults.*Field);
+    into.*Field = number >= First && number <= Last ? static_cast<std::int32_t>(number) : defaults.*Field;
+}
+
+// A measure beyond its limits would make the window or one of its parts unusable.
+template <auto Field, std::int32_t Least, std::int32_t Most>
+void LoadClipped(const Dictionary& from, std::string_view key, const PrefsRecord& defaults,
+                 PrefsRecord& into) {
+    into.*Field = std::clamp(InRange(from.Number(key, defaults.*Field), defaults.*Field), Least, Most);
 }
 
 template <auto Field>
@@ -80,6 +105,16 @@ constexpr PrefsKey Setting(std::string_view key) {
     return {key, LoadField<Field>, SaveField<Field>};
 }
 
+template <auto Field, std::int32_t First, std::int32_t Last>
+constexpr PrefsKey Choice(std::string_view key) {
+    return {key, LoadChoice<Field, First, Last>, SaveField<Field>};
+}
+
+template <auto Field, std::int32_t Least, std::int32_t Most>
+constexpr PrefsKey Clipped(std::string_view key) {
+    return {key, LoadClipped<Field, Least, Most>, SaveField<Field>};
+}
+
 template <auto Field>
 constexpr PrefsKey Colour(std::string_view key) {
     return {key, LoadColour<Field>, SaveField<Field>};
@@ -103,17 +138,22 @@ constexpr PrefsKey Short(std::string_view key) {
 }
 
 #define SETTING(field) Setting<&PrefsRecord::field>(#field)
+#define CHOICE(field, first, last) Choice<&PrefsRecord::field, first, last>(#field)
+#define WEIGHT(field) Clipped<&PrefsRecord::field, 1, 99>(#field)
+#define WIDTH(field) Clipped<&PrefsRecord::field, NarrowestColumn, WidestColumn>(#field)
+#define PLACE(field) Clipped<&PrefsRecord::field, -FarthestPlace, FarthestPlace>(#field)
+#define CLIPPED(field, least, most) Clipped<&PrefsRecord::field, least, most>(#field)
 #define COLOUR(field) Colour<&PrefsRecord::field>(#field)
 #define FIXED(field) Fixed<&PrefsRecord::field>(#field)
 #define FLAG_AS_NUMBER(field) FlagAsNumber<&PrefsRecord::field>(#field)
 #define SHORT(field) Short<&PrefsRecord::field>(#field)
 
 constexpr std::array Table = {
-    SETTING(NavigationWidth),
-    SETTING(ContentHeight),
-    SETTING(ContentWidth),
-    SETTING(ThumbnailPreviewWidth),
-    SETTING(DetailsHeight),
+    WEIGHT(NavigationWidth),
+    WEIGHT(ContentHeight),
+    WEIGHT(ContentWidth),
+    WEIGHT(ThumbnailPreviewWidth),
+    WEIGHT(DetailsHeight),
     SETTING(FavoritesHidden),
     SETTING(ComputerHidden),
     SETTING(FTPSitesHidden),
@@ -124,41 +164,41 @@ constexpr std::array Table = {
     SETTING(SearchSortDirection),
     SETTING(ArchiveSortDirection),
     SETTING(ContentSortDirection),
-    SETTING(ComputerDetailsCISortColumn),
-    SETTING(FTPSitesDetailsCISortColumn),
-    SETTING(ArchiveDetailsCISortColumn),
-    SETTING(ContentDetailsCISortColumn),
+    CHOICE(ComputerDetailsCISortColumn, 1, 5),
+    CHOICE(FTPSitesDetailsCISortColumn, 1, 6),
+    CHOICE(ArchiveDetailsCISortColumn, 1, 7),
+    CHOICE(ContentDetailsCISortColumn, 1, 24),
     FIXED(Bookmarks_0Width),
-    SETTING(Bookmarks_1Width),
-    SETTING(Bookmarks_2Width),
+    WIDTH(Bookmarks_1Width),
+    WIDTH(Bookmarks_2Width),
     FIXED(Favorites_0Width),
-    SETTING(Favorites_1Width),
-    SETTING(Favorites_2Width),
+    WIDTH(Favorites_1Width),
+    WIDTH(Favorites_2Width),
     FIXED(FTPSites_0Width),
-    SETTING(FTPSites_1Width),
-    SETTING(FTPSites_2Width),
-    SETTING(FTPSites_3Width),
+    WIDTH(FTPSites_1Width),
+    WIDTH(FTPSites_2Width),
+    WIDTH(FTPSites_3Width),
     FIXED(FTPSitesRecent_0Width),
-    SETTING(FTPSitesRecent_1Width),
-    SETTING(FTPSitesRecent_2Width),
-    SETTING(FTPSitesRecent_3Width),
-    SETTING(FTPSitesRecent_4Width),
-    SETTING(FTPSitesRecent_5Width),
-    SETTING(FTPSitesRecent_6Width),
+    WIDTH(FTPSitesRecent_1Width),
+    WIDTH(FTPSitesRecent_2Width),
+    WIDTH(FTPSitesRecent_3Width),
+    WIDTH(FTPSitesRecent_4Width),
+    WIDTH(FTPSitesRecent_5Width),
+    WIDTH(FTPSitesRecent_6Width),
     FIXED(FTPSitesFull_0Width),
-    SETTING(FTPSitesFull_1Width),
-    SETTING(FTPSitesFull_2Width),
-    SETTING(FTPSitesFull_3Width),
-    SETTING(FTPSitesFull_4Width),
-    SETTING(FTPSitesFull_5Width),
+    WIDTH(FTPSitesFull_1Width),
+    WIDTH(FTPSitesFull_2Width),
+    WIDTH(FTPSitesFull_3Width),
+    WIDTH(FTPSitesFull_4Width),
+    WIDTH(FTPSitesFull_5Width),
     FIXED(Content_0Width),
-    SETTING(Content_1Width),
-    SETTING(Content_2Width),
+    WIDTH(Content_1Width),
+    WIDTH(Content_2Width),
     SETTING(UseCommodity),
     SETTING(HotKey),
-    SETTING(MiddleButtonAction),
-    SETTING(FourthButtonAction),
-    SETTING(FifthButtonAction),
+    CHOICE(MiddleButtonAction, 0, 5),
+    CHOICE(FourthButtonAction, 0, 5),
+    CHOICE(FifthButtonAction, 0, 5),
     SETTING(PersistentSelect),
     SETTING(PreserveFileDate),
     SETTING(MonitorDrawer),
@@ -174,22 +214,22 @@ constexpr std::array Table = {
     SETTING(EscapeToQuit),
     SETTING(UseInternalInformationSystem),
     SETTING(OpenOnOwnScreen),
-    SETTING(WindowX),
-    SETTING(WindowY),
-    SETTING(WindowWidth),
-    SETTING(WindowHeight),
+    PLACE(WindowX),
+    PLACE(WindowY),
+    CLIPPED(WindowWidth, SmallestWindow, LargestWindow),
+    CLIPPED(WindowHeight, SmallestWindow, LargestWindow),
     SETTING(AutosaveWindowPosition),
     SETTING(StartIconified),
     FLAG_AS_NUMBER(IconifyAppIcon),
     FLAG_AS_NUMBER(IconifyAppMenu),
     FLAG_AS_NUMBER(IconifyAppDocky),
-    SETTING(Icon_X),
-    SETTING(Icon_Y),
-    SETTING(MenuImageSize),
-    SETTING(ToolbarImageSize),
-    SETTING(ShowVolumeLabelAs),
-    SETTING(SortDevices),
-    SETTING(DrawersOrder),
+    PLACE(Icon_X),
+    PLACE(Icon_Y),
+    CHOICE(MenuImageSize, 0, 1),
+    CHOICE(ToolbarImageSize, 0, 1),
+    CHOICE(ShowVolumeLabelAs, 0, 3),
+    CHOICE(SortDevices, 0, 1),
+    CHOICE(DrawersOrder, 0, 2),
     SETTING(ShowEmptyDevices),
     SETTING(BookmarksBar),
     SETTING(Toolbar),
@@ -199,43 +239,43 @@ constexpr std::array Table = {
     SETTING(ThumbnailPane),
     SETTING(DetailsPane),
     SETTING(StatusBar),
-    SETTING(DateFormat),
+    CHOICE(DateFormat, 0, 2),
     SETTING(CustomDateFormat),
     SETTING(TilesIconSize),
     SETTING(ThumbnailSize),
-    SETTING(FilmstripStyle),
-    SETTING(FilmstripEffect),
-    SETTING(FilmstripPosOfCurrent),
+    CHOICE(FilmstripStyle, 0, 1),
+    CHOICE(FilmstripEffect, 0, 1),
+    CHOICE(FilmstripPosOfCurrent, 0, 1),
     SHORT(FilmstripOnlyDrawersAndImages),
     SHORT(FilmstripNoUpscale),
     SETTING(ChangeAllTabs),
-    SETTING(BookmarksViewStyle),
-    SETTING(FavoritesViewStyle),
-    SETTING(WorkbenchViewStyle),
-    SETTING(ComputerViewStyle),
-    SETTING(AssignsViewStyle),
-    SETTING(FTPSitesViewStyle),
-    SETTING(ArchiveViewStyle),
-    SETTING(ContentViewStyle),
+    CHOICE(BookmarksViewStyle, ViewList, ViewContent),
+    CHOICE(FavoritesViewStyle, ViewList, ViewContent),
+    CHOICE(WorkbenchViewStyle, ViewList, ViewContent),
+    CHOICE(ComputerViewStyle, ViewList, ViewContent),
+    CHOICE(AssignsViewStyle, ViewList, ViewContent),
+    CHOICE(FTPSitesViewStyle, ViewList, ViewContent),
+    CHOICE(ArchiveViewStyle, ViewList, ViewContent),
+    CHOICE(ContentViewStyle, ViewList, ViewFilmstrip),
     SETTING(ProcessInfoFiles),
     SETTING(ShowHiddenEntries),
     SETTING(ShowActualIcons),
     SETTING(EnableWHDLoadSupport),
     SETTING(WHDLoadGamesRootDrawer),
-    SETTING(PreviewStyle),
-    SETTING(TextTabSize),
+    CHOICE(PreviewStyle, 0, 1),
+    CLIPPED(TextTabSize, 1, 64),
     SETTING(UseDefaultFont),
     SETTING(TextFont),
-    SETTING(TextFontSize),
+    CLIPPED(TextFontSize, SmallestFont, LargestFont),
     SETTING(MonoTextFont),
-    SETTING(MonoTextFontSize),
+    CLIPPED(MonoTextFontSize, SmallestFont, LargestFont),
     SETTING(AutoplaySoundFiles),
-    SETTING(SoundVolume),
+    CLIPPED(SoundVolume, 0, 64),
     SETTING(ShowMP3Data),
-    SETTING(CoverArtName),
+    CHOICE(CoverArtName, 0, 1),
     SETTING(CoverArtKeepOriginal),
-    SETTING(CoverArtWidth),
-    SETTING(CoverArtHeight),
+    CLIPPED(CoverArtWidth, 1, LargestPicture),
+    CLIPPED(CoverArtHeight, 1, LargestPicture),
     SETTING(ShowImageDetails),
     COLOUR(ImageBackgroundColor),
     COLOUR(ImageDetailsTextColor),
@@ -243,9 +283,9 @@ constexpr std::array Table = {
     SETTING(RotateJPEG),
     SETTING(ShowThumbnail),
     SETTING(ShowAnimLoadingProgress),
-    SETTING(DetermineDatatype),
-    SETTING(WhenScanningADrawer),
-    SETTING(DefaultOpenAt),
+    CHOICE(DetermineDatatype, 0, 2),
+    CHOICE(WhenScanningADrawer, 0, 1),
+    CHOICE(DefaultOpenAt, 2, 13),
     SETTING(DefaultOpenAtName),
     SETTING(DefaultOpenAtPath),
     COLOUR(DevicesColor),
@@ -277,7 +317,7 @@ constexpr std::array Table = {
     SETTING(ShowFavorites),
     SETTING(SearchResultsNewTab),
     SETTING(DuplicateFileResultsNewTab),
-    SETTING(DuplicateFileHashType),
+    CHOICE(DuplicateFileHashType, 0, 4),
     SETTING(ArchiveManager),
     SETTING(LhAAddOptions),
     SETTING(DefaultExtractPath),
@@ -310,17 +350,22 @@ constexpr std::array Table = {
     SETTING(ShowAminetFull),
     SETTING(ShowUserSites),
     SETTING(DownloadPath),
-    SETTING(OutputWindowX),
-    SETTING(OutputWindowY),
-    SETTING(OutputWindowWidth),
-    SETTING(OutputWindowHeight),
+    PLACE(OutputWindowX),
+    PLACE(OutputWindowY),
+    CLIPPED(OutputWindowWidth, SmallestWindow, LargestWindow),
+    CLIPPED(OutputWindowHeight, SmallestWindow, LargestWindow),
     SETTING(CloseOutputWindow),
     SETTING(CheckForUpdates),
-    SETTING(UpdateFrequency),
+    CHOICE(UpdateFrequency, 0, 2),
     SETTING(PreferredLanguage),
 };
 
 #undef SETTING
+#undef CHOICE
+#undef WEIGHT
+#undef WIDTH
+#undef PLACE
+#undef CLIPPED
 #undef COLOUR
 #undef FIXED
 #undef FLAG_AS_NUMBER

@@ -9,7 +9,8 @@
 
 namespace solvane {
 
-// One setting. A key that is missing, or of another kind, gives the field the value it has in defaults.
+// One setting. A key that is missing or of another kind, and a choice that there is not, give the field the
+// value it has in defaults; a measure is brought within its limits.
 struct PrefsKey {
     std::string_view Key;
     void (*Load)(const application::Dictionary& from, std::string_view key, const PrefsRecord& defaults,

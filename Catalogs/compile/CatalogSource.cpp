@@ -12,6 +12,7 @@ namespace catalogs {
 namespace {
 
 constexpr std::string_view Digits = "0123456789";
+constexpr std::string_view Flags = "-+^<>"; // before the letter of a conversion
 
 // Hands out the lines of a source and keeps where it is.
 class Lines {
@@ -131,9 +132,9 @@ void CheckLength(const DescribedText& described, std::string_view text, Lines& l
     }
 }
 
-// The kind of each argument that a format asks for, by position: "s", "u" (any length letters) and so on,
-// with
-// "{f}" tags, which stand for themselves, behind them in their order.
+// The kind of each argument that a format asks for, by position: "s", "u" (any length letters), "-a" (a
+// date's code with its flag) and so on, with "{f}" tags, which stand for themselves, behind them in their
+// order.
 std::vector<std::string> ArgumentsOf(std::string_view format) {
     std::map<std::size_t, std::string> kinds;
     std::vector<std::string> tags;
@@ -155,9 +156,12 @@ std::vector<std::string> ArgumentsOf(std::string_view format) {
         } else {
             ++next;
         }
+        const std::size_t flags = std::min(rest.find_first_not_of(Flags), rest.size());
+        kinds[position] += rest.substr(0, flags);
+        rest.remove_prefix(flags);
         const std::size_t letter = rest.find_first_not_of("0123456789.lh");
         kinds[position] += letter == std::string_view::npos ? std::string() : std::string(1, rest[letter]);
-        at = format.size() - rest.size() + std::min(letter, rest.size() - 1);
+        at = format.size() - rest.size() + std::min(letter, rest.size() - (rest.empty() ? 0 : 1));
     }
     std::vector<std::string> all;
     for (const auto& [position, kind] : kinds) {

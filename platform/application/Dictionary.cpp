@@ -22,7 +22,22 @@ PrefsArray ReadArray(const pugi::xml_node& node, int depth) {
     return array;
 }
 
+// All text of an element: comments and sections may split it.
+std::string TextOf(const pugi::xml_node& node) {
+    std::string text;
+    for (const pugi::xml_node& part : node.children()) {
+        text += part.value();
+    }
+    return text;
+}
+
 std::optional<PrefsValue> ReadInteger(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) {
+        return std::nullopt;
+    }
+    text = text.substr(first, text.find_last_not_of(blanks) + 1 - first);
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size()) {
@@ -34,13 +49,13 @@ std::optional<PrefsValue> ReadInteger(std::string_view text) {
 std::optional<PrefsValue> ReadValue(const pugi::xml_node& node, int depth) {
     const std::string_view kind = node.name();
     if (kind == "integer") {
-        return ReadInteger(node.child_value());
+        return ReadInteger(TextOf(node));
     }
     if (kind == "true" || kind == "false") {
         return PrefsValue{kind == "true"};
     }
     if (kind == "string") {
-        return PrefsValue{std::string(node.child_value())};
+        return PrefsValue{TextOf(node)};
     }
     if (kind == "array") {
         return PrefsValue{ReadArray(node, depth)};
@@ -101,7 +116,7 @@ std::optional<Dictionary> Dictionary::FromXml(std::string_view document) {
             valueNode = valueNode.next_sibling();
         }
         if (auto value = ReadValue(valueNode, 0)) {
-            dictionary.Set(key.child_value(), *std::move(value));
+            dictionary.Set(TextOf(key), *std::move(value));
         }
     }
     return dictionary;

@@ -1,6 +1,8 @@
 #include "prefs/PrefsTable.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <limits>
 #include <map>
 #include <set>
 #include <string>
@@ -31,15 +33,18 @@ std::string TextThrough(const PrefsKey& key, const PrefsValue& stored) {
     return std::string(Through(key, stored).String(key.Key, "(none)"));
 }
 
+// Whatever a document says, what the record makes of it is a value that it keeps.
 void CheckNumber(const PrefsKey& key, std::int64_t usual) {
-    const bool isFixed = key.Key.ends_with("_0Width");
-    const std::int64_t taken = NumberThrough(key, {std::int64_t{5}});
-    EXPECT_TRUE(isFixed ? taken == usual : taken == 5 || taken == 1) << taken;
-    for (const bool flag : {false, true}) {
-        EXPECT_EQ(NumberThrough(key, {flag}), isFixed ? usual : flag);
+    constexpr std::int64_t lowest = std::numeric_limits<std::int32_t>::min();
+    for (const std::int64_t stored :
+         {lowest, std::int64_t{-1}, std::int64_t{0}, std::int64_t{5}, -lowest - 1}) {
+        const std::int64_t taken = NumberThrough(key, {stored});
+        EXPECT_EQ(NumberThrough(key, {taken}), taken) << stored;
     }
+    EXPECT_EQ(NumberThrough(key, {usual}), usual);
+    EXPECT_EQ(NumberThrough(key, {true}), NumberThrough(key, {std::int64_t{1}}));
     const std::int64_t beyond = NumberThrough(key, {std::int64_t{1} << 40U});
-    EXPECT_TRUE(beyond == usual || (taken == 1 && beyond == 1)) << beyond;
+    EXPECT_TRUE(beyond == usual || beyond == 1) << beyond;
     EXPECT_EQ(NumberThrough(key, {std::string("9")}), usual) << "of another kind";
 }
 
@@ -47,8 +52,8 @@ void CheckColour(const PrefsKey& key, std::string_view usual) {
     for (const char* taken : {"GGGGGG", "ff8800"}) {
         EXPECT_EQ(TextThrough(key, {std::string(taken)}), taken);
     }
-    for (const char* refused : {"12345", "1234567", ""}) {
-        EXPECT_EQ(TextThrough(key, {std::string(refused)}), usual) << refused;
+    for (const std::size_t length : {0U, 1U, 5U, 7U, 9U, 10U, 11U, 5000U}) {
+        EXPECT_EQ(TextThrough(key, {std::string(length, 'A')}), usual) << length;
     }
 }
 
@@ -83,6 +88,26 @@ TEST(PrefsTable, EveryKeyLoadsWhatItHasSavedWithinItsLimitAndElseItsDefault) {
         }
     }
     EXPECT_EQ(seen.size(), 209U);
+}
+
+TEST(PrefsTable, NumbersThatWouldBreakTheWindowAreNotTaken) {
+    const struct {
+        std::string_view Key;
+        std::int64_t Stored, Taken;
+    } rows[] = {
+        {"ContentViewStyle", 6, 6},  {"ContentViewStyle", 7, 1},  {"AssignsViewStyle", 4, 1},
+        {"DrawersOrder", 3, 0},      {"PreviewStyle", -1, 0},     {"ContentDetailsCISortColumn", 24, 24},
+        {"SoundVolume", 65, 64},     {"DetailsHeight", 0, 1},     {"ContentDetailsCISortColumn", 25, 1},
+        {"WindowWidth", -5, 50},     {"WindowX", -40000, -32767}, {"FTPSites_3Width", 1 << 20, 4096},
+        {"Content_0Width", 99, 40},  {"ThumbnailSize", 9, 9},     {"ShowVolumeLabelAs", 4, 0},
+        {"TilesIconSize", 100, 100}, {"MonoTextFontSize", 0, 4},  {"NavigationWidth", 250, 99},
+    };
+    for (const auto& row : rows) {
+        const auto keys = PrefsKeys();
+        const auto key = std::ranges::find(keys, row.Key, &PrefsKey::Key);
+        ASSERT_NE(key, keys.end()) << row.Key;
+        EXPECT_EQ(NumberThrough(*key, {row.Stored}), row.Taken) << row.Key << ' ' << row.Stored;
+    }
 }
 
 } // namespace

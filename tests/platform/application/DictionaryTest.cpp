@@ -44,6 +44,18 @@ TEST(Dictionary, AKeyOfAnotherKindGivesTheFallback) {
     EXPECT_EQ(read->Array("s"), nullptr);
 }
 
+TEST(Dictionary, TextIsReadWhateverItIsSplitBy) {
+    const auto read = Dictionary::FromXml(
+        Document("<key>n</key><integer>\n\t-1<!-- x -->2 </integer><key>s</key>"
+                 "<string>a<!-- x --> b<![CDATA[<c>]]>d&amp;</string><key>no</key><integer> </integer>"
+                 "<key>two</key><integer>1 2</integer>"));
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(read->Number("n", 7), -12);
+    EXPECT_EQ(read->String("s", ""), "a b<c>d&");
+    EXPECT_EQ(read->Number("no", 7), 7);
+    EXPECT_EQ(read->Number("two", 7), 7);
+}
+
 TEST(Dictionary, WhatIsNoPropertyListIsRefused) {
     for (const char* bad : {"", "hello", "<plist>", "<plist></plist>", "<dict></dict>", "\xFF\xFE\x01"}) {
         EXPECT_FALSE(Dictionary::FromXml(bad).has_value()) << bad;
