@@ -2,6 +2,7 @@
 // No behaviour beyond defaults and find walkers; content/ fills the records and draws from them.
 #pragma once
 
+#include "model/LocationKind.h"
 #include "sak/GenericLists.h"
 #include "sak/Text.h"
 
@@ -57,11 +58,14 @@ struct AudioTags {
     Text<20> TagMode, TagCodec;
 };
 
-// One entry of ContentList.
+// One entry of ContentList: an object of a drawer. In the lists of places (bookmarks, favorites, devices,
+// assigns, sites) it is one place: EntryName is what its row shows, EntryPath where it leads, and
+// EntryDisplayName the key by which the place is found again ("[Fav]Work:Games").
 struct ContentNode : ListNode {
     std::uint16_t Selected = 0;      // copied from the list browser before a rebuild
     std::uint16_t DuplicateBand = 0; // band of a row in the Duplicate File Finder's results
     EntryKind ObjectKind = EntryKind::Drawer;
+    LocationKind Place = LocationKind::Drawer; // what a bookmark or favorite leads to
     Text<128> EntryName;
     Text<1024> EntryPath;        // full path; for a link that of its target
     Text<1024> EntryDisplayName; // key that ties the entry to its row
