@@ -65,7 +65,7 @@ struct ContentNode : ListNode {
     std::uint16_t Selected = 0;      // copied from the list browser before a rebuild
     std::uint16_t DuplicateBand = 0; // band of a row in the Duplicate File Finder's results
     EntryKind ObjectKind = EntryKind::Drawer;
-    LocationKind Place = LocationKind::Drawer; // what a bookmark or favorite leads to
+    LocationKind LeadsTo = LocationKind::Drawer; // of a bookmark or favorite
     Text<128> EntryName;
     Text<1024> EntryPath;        // full path; for a link that of its target
     Text<1024> EntryDisplayName; // key that ties the entry to its row
