@@ -8,6 +8,7 @@
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/WorkingSet.h"
 #include "prefs/LoadSavePrefs.h"
 #include "sak/FilenameSupport.h"
 
@@ -18,8 +19,6 @@ namespace solvane {
 namespace {
 
 constexpr std::size_t StylesOfDrawers = 7, StylesElsewhere = 4;
-
-std::unique_ptr<ContentRows> Rows; // what the list browser draws from while rows are on show
 
 // The filmstrip may leave out what it has no picture of.
 bool IsInStrip(const ContentNode& node) {
@@ -63,11 +62,13 @@ void ShowRows() {
         return;
     }
     const std::int32_t style = ViewStyleInForce();
-    Rows = std::make_unique<ContentRows>(ColumnsInForce(), style, Objects.ContentList);
+    if (!ActiveSet.RowSource) {
+        ActiveSet.RowSource = std::make_unique<ContentRows>(ColumnsInForce(), style, Objects.ContentList);
+    }
     Objects.ContentList->SetImageHeight(PictureHeight(style));
     Objects.ContentList->SetRowLines(RowLines(style));
     Objects.ContentList->SetVerticalSeparators(style == ViewList || IsDetailsStyle(style));
-    Objects.ContentList->Attach(Rows.get());
+    Objects.ContentList->Attach(ActiveSet.RowSource.get());
     Objects.ContentList->SetTop(LBTop);
     SetSortColumnArrow(IsDetailsStyle(style) ? Prefs.ContentDetailsCISortColumn : 1);
 }
@@ -97,6 +98,11 @@ void BuildContentList() {
     if (style != ViewIcons && style != ViewFilmstrip) {
         AddEmptyRow();
     }
+    ShowRows();
+}
+
+void BuildContentList_Tabs() {
+    CheckLocations();
     ShowRows();
 }
 
@@ -132,7 +138,7 @@ void FreeContentRows() {
     if (Objects.ContentList != nullptr) {
         Objects.ContentList->Detach();
     }
-    Rows.reset();
+    ActiveSet.RowSource.reset();
     lblist2.clear();
 }
 

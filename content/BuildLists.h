@@ -16,6 +16,10 @@ namespace solvane {
 // filmstrip has no empty row, style 7 no rows at all.
 void BuildContentList();
 
+// Shows the rows that the tab has kept, of whatever location: nothing is read or looked up again. Nothing is
+// selected then.
+void BuildContentList_Tabs();
+
 // Brings choosers in line with the view style in force, and builds the rows anew unless they are kept.
 enum class KeepRows { No, Yes };
 void SetViewStyle(KeepRows keep);

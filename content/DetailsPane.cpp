@@ -3,6 +3,7 @@
 #include "content/RowPictures.h"
 #include "content/Status.h"
 #include "interface/DetailsGadgets.h"
+#include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/dos/Info.h"
@@ -153,6 +154,11 @@ void DetailsPane3() {
     }
     SetDetailsGadBufferAll();
     ShowContentStatus();
+}
+
+void DetailsPaneSwitchedTabs() {
+    ShowKeptDetails();
+    SetStatusBar(Text<128>(StatusBarBuffer1), Text<128>(StatusBarBuffer2));
 }
 
 } // namespace solvane

@@ -13,4 +13,7 @@ void DetailsPane2();
 // The status bar follows.
 void DetailsPane3();
 
+// Shows what the pane and the status bar told when the tab on show was left; no disk is asked.
+void DetailsPaneSwitchedTabs();
+
 } // namespace solvane

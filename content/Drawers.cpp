@@ -11,6 +11,7 @@
 #include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/WorkingSet.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "platform/exec/Tasks.h"
@@ -27,8 +28,6 @@
 namespace solvane {
 
 namespace {
-
-Text<1024> PathOnShow; // the drawer that ContentList was read from
 
 // True when one of the drawers that CurrentPath stands for is there; otherwise the user has been told.
 bool DrawerIsThere() {
@@ -76,27 +75,22 @@ void NoteGamesDrawer() {
     AtWHDLoadGamesRootDrawer = inGames ? 1 : 0;
 }
 
-void WatchDrawer(const Text<1024>& path) {
-    if (Prefs.MonitorDrawer != 0 && !path.Empty()) {
-        SAK_ChangeNotify(path);
-    } else {
-        SAK_StopNotify();
-    }
-}
-
 // Opens the drawers that CurrentPath stands for and watches it from before that on, so that no change falls
 // between. Empty after a requester; the drawer on show is then watched as before.
 std::vector<OpenedDrawer> OpenForShow() {
     if (!DrawerIsThere()) {
         return {};
     }
-    const std::uint16_t wasWatching = SAK_NotifyStarted;
+    const bool wasWatching = SAK_NotifyStarted != 0;
     const exec::SignalMask pending = exec::SetSignal(0, 0) & SAK_NotifySignal;
-    WatchDrawer(CurrentPath);
+    KeptNotify before = Prefs.MonitorDrawer != 0 ? SAK_ExchangeNotify(CurrentPath) : SAK_KeepNotify();
     std::vector<OpenedDrawer> drawers = OpenDrawers(CurrentPath);
     if (drawers.empty()) {
         const long reason = dos::IoErr();
-        WatchDrawer(wasWatching != 0 ? PathOnShow : Text<1024>());
+        if (!wasWatching) {
+            SAK_StopNotify();
+        }
+        SAK_ResumeNotify(std::move(before));
         static_cast<void>(exec::SetSignal(pending, pending));
         dos::SetIoErr(reason);
         TellCannotRead();
@@ -112,7 +106,7 @@ void ReadDrawers(std::vector<OpenedDrawer> drawers) {
     LBLocation = LocationKind::Drawer;
     CheckLocations();
     SortContentList(Prefs.ContentSortDirection);
-    PathOnShow = CurrentPath;
+    ActiveSet.PathRead = CurrentPath;
 }
 
 void ReloadOnShow() {
@@ -140,7 +134,7 @@ bool ScanDrawer() {
     NoteFtpMount();
     BlockMainWindow(1);
     SetPreviewPaneNone();
-    const bool sameDrawer = DoReload != 0 && PathOnShow.SameBytes(CurrentPath);
+    const bool sameDrawer = DoReload != 0 && ActiveSet.PathRead.SameBytes(CurrentPath);
     const KeptSelection selection = sameDrawer ? NoteSelection() : KeptSelection();
     ReadDrawers(std::move(drawers));
     if (DoReload == 0) {
@@ -175,7 +169,7 @@ void FreeContentList(int clearRecords) {
     if (ContentList) {
         SAK_ClearGenericList(*ContentList);
     }
-    PathOnShow.Clear();
+    ActiveSet.PathRead.Clear();
 }
 
 void CheckLastCharPath() {

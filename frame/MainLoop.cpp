@@ -101,7 +101,9 @@ Station ServeNothing() {
 }
 
 Station ServeDrawerNotification() {
-    DrawerChanged();
+    if (SAK_NotifyHasChanged()) {
+        DrawerChanged();
+    } // else a tab that is not on show has noted it
     return Station::WaitLoop;
 }
 

@@ -1,5 +1,6 @@
 #include "interface/DetailsGadgets.h"
 
+#include "model/WorkingSet.h"
 #include "platform/intuition/FuelGauge.h"
 #include "platform/intuition/ImageGadget.h"
 #include "platform/intuition/Label.h"
@@ -11,9 +12,12 @@
 
 namespace solvane {
 
-Text<128> Details1Buffer, Details2Buffer, Details3Buffer;
-Text<128> Details4Buffer, Details5Buffer, Details6Buffer;
-Text<128> Details7Buffer, Details8Buffer, Details9Buffer;
+Text<128>&Details1Buffer = ActiveSet.Details[0], &Details2Buffer = ActiveSet.Details[1],
+                                                 &Details3Buffer = ActiveSet.Details[2];
+Text<128>&Details4Buffer = ActiveSet.Details[3], &Details5Buffer = ActiveSet.Details[4],
+                                                 &Details6Buffer = ActiveSet.Details[5];
+Text<128>&Details7Buffer = ActiveSet.Details[6], &Details8Buffer = ActiveSet.Details[7];
+Text<128> Details9Buffer;
 
 namespace {
 
@@ -31,6 +35,14 @@ struct DetailsObjects {
     intuition::FuelGauge* Gauge = nullptr;
 };
 DetailsObjects Gadgets;
+
+// The gadget takes a use of its own.
+void ShowPicture() {
+    if (Gadgets.Picture != nullptr) {
+        intuition::RetainImage(ActiveSet.DetailsPicture.Get());
+        Gadgets.Picture->SetImage(ActiveSet.DetailsPicture.Get());
+    }
+}
 
 std::unique_ptr<intuition::Layout> Column(std::size_t column) {
     auto texts = std::make_unique<intuition::Layout>(
@@ -88,7 +100,14 @@ void SetDetailsGadBufferAll() {
     }
 }
 
+void ShowKeptDetails() {
+    SetDetailsGadBufferAll();
+    SetFuelGaugeImage(ActiveSet.GaugeLevel);
+    ShowPicture();
+}
+
 void SetFuelGaugeImage(int percent) {
+    ActiveSet.GaugeLevel = percent;
     if (Gadgets.Gauge != nullptr) {
         Gadgets.Gauge->SetLevel(percent);
         Gadgets.Gauge->SetShown(percent >= 0);
@@ -96,11 +115,8 @@ void SetFuelGaugeImage(int percent) {
 }
 
 void SetDetailsPicture(intuition::ImageId picture) {
-    if (Gadgets.Picture != nullptr) {
-        Gadgets.Picture->SetImage(picture);
-    } else {
-        intuition::ReleaseImage(picture);
-    }
+    ActiveSet.DetailsPicture = intuition::HeldImage(picture);
+    ShowPicture();
 }
 
 } // namespace solvane

@@ -13,11 +13,13 @@ namespace solvane {
 
 inline constexpr int DetailsColumns = 3; // of three texts each
 
-// --- State: what the texts are to show; written by whoever fills the pane ---
+// --- State: what the texts are to show; written by whoever fills the pane. All but the last are the tab's
+// ---
 
-extern Text<128> Details1Buffer, Details2Buffer, Details3Buffer; // first column
-extern Text<128> Details4Buffer, Details5Buffer, Details6Buffer;
-extern Text<128> Details7Buffer, Details8Buffer, Details9Buffer;
+extern Text<128>&Details1Buffer, &Details2Buffer, &Details3Buffer; // first column
+extern Text<128>&Details4Buffer, &Details5Buffer, &Details6Buffer;
+extern Text<128>&Details7Buffer, &Details8Buffer;
+extern Text<128> Details9Buffer;
 
 // --- Functions ---
 
@@ -30,6 +32,9 @@ void ClearDetailsBuffers();
 // Shows the buffers of a column, 0 to 2; nothing without a Details pane.
 void SetDetailsGadBuffer(int column);
 void SetDetailsGadBufferAll();
+
+// Shows all that the tab on show has kept: texts, gauge and picture.
+void ShowKeptDetails();
 
 // How full the place on show is, in per cent; -1 for a place of which that cannot be said.
 void SetFuelGaugeImage(int percent);

@@ -4,6 +4,7 @@
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
+#include "model/WorkingSet.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Layout.h"
 #include "sak/FilenameSupport.h"
@@ -23,8 +24,8 @@ namespace solvane {
 std::unique_ptr<intuition::Window> MainWindow;
 MainObjects Objects;
 std::int32_t ChooserSelected = 0;
-Text<128> StatusBarBuffer1;
-Text<128> StatusBarBuffer2;
+Text<128>& StatusBarBuffer1 = ActiveSet.StatusBar1;
+Text<128>& StatusBarBuffer2 = ActiveSet.StatusBar2;
 
 namespace {
 

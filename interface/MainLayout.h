@@ -44,7 +44,7 @@ extern std::unique_ptr<intuition::Window>
     MainWindow;                      // null while closed; written by CreateMainLayout and CloseWindowObject
 extern MainObjects Objects;          // written by CreateMainLayout and NullAllGadgets
 extern std::int32_t ChooserSelected; // the choice that a chooser or its menu last made; by the loop
-extern Text<128> StatusBarBuffer1, StatusBarBuffer2; // what the status bar shows, left and right
+extern Text<128>&StatusBarBuffer1, &StatusBarBuffer2; // what the status bar shows, left and right
 
 // Builds the layout and the (still closed) MainWindow around it. False when it cannot be made.
 [[nodiscard]] bool CreateMainLayout();

@@ -36,11 +36,11 @@ struct ColumnInfoNode : ListNode {
     std::uint16_t WidthIsOwn = 0; // the user has set it in this session, so that the default one counts too
 };
 
-// --- State ---
+// --- State: what is a reference belongs to the tab on show and is kept with it (WorkingSet) ---
 
-extern std::unique_ptr<GenericList<ContentNode>> ContentList; // entries on show; written by scan and sort
-extern std::unique_ptr<GenericList<LinksNode>> LinksList;     // links among them
-extern std::vector<ListRow> lblist2; // rows in display order; written by BuildContentList
+extern std::unique_ptr<GenericList<ContentNode>>& ContentList; // entries on show; written by scan and sort
+extern std::unique_ptr<GenericList<LinksNode>>& LinksList;     // links among them
+extern std::vector<ListRow>& lblist2; // rows in display order; written by BuildContentList
 // The columns of the Details views, in the user's order; one list for each kind of location.
 extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowComputerColumnsList;
 extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowArchiveColumnsList;
@@ -49,20 +49,20 @@ extern std::unique_ptr<GenericList<ContentNode>> ExamineSingleList; // the one r
 extern ContentNode* ExamineSingleNode;                              // that record, or null
 extern std::unique_ptr<GenericList<DOSNode>> DOSList;               // what DiscoverDrawersFiles found
 
-extern Text<1024> CurrentPath;    // the path on show
-extern Text<1024> PathUndoBuffer; // the path to return to when a typed one fails; written by SetCurrentPath
-extern LocationKind LBLocation;   // written by every routine that shows a location
-extern std::uint32_t LBTop;       // first visible row, kept over a reload
-extern std::uint16_t DoReload;    // the running scan refreshes the same drawer: LBTop stays
-extern std::uint64_t TotalBytes;  // of all plain files in ContentList
-extern std::uint64_t SelectedBytes;
-extern Text<15> TotalBytesBuffer; // the two totals as texts
-extern Text<15> SelectedBytesBuffer;
-extern std::uint32_t TotalNodes;   // rows on show
-extern std::int32_t NumSelected;   // selected rows
-extern std::uint16_t ActuallyZero; // the one row on show stands for an empty drawer
-extern std::uint16_t AtFTPMount;   // CurrentPath lies on an FTP mount: nothing there is opened for its type
-extern std::uint16_t AtWHDLoadGamesRootDrawer;
+extern Text<1024>& CurrentPath;    // the path on show
+extern Text<1024>& PathUndoBuffer; // the path to return to when a typed one fails; written by SetCurrentPath
+extern LocationKind& LBLocation;   // written by every routine that shows a location
+extern std::uint32_t& LBTop;       // first visible row, kept over a reload
+extern std::uint16_t DoReload;     // the running scan refreshes the same drawer: LBTop stays
+extern std::uint64_t& TotalBytes;  // of all plain files in ContentList
+extern std::uint64_t& SelectedBytes;
+extern Text<15>& TotalBytesBuffer; // the two totals as texts
+extern Text<15>& SelectedBytesBuffer;
+extern std::uint32_t& TotalNodes;   // rows on show
+extern std::int32_t& NumSelected;   // selected rows
+extern std::uint16_t& ActuallyZero; // the one row on show stands for an empty drawer
+extern std::uint16_t& AtFTPMount;   // CurrentPath lies on an FTP mount: nothing there is opened for its type
+extern std::uint16_t& AtWHDLoadGamesRootDrawer;
 extern std::uint16_t ColInfo_GetDimensions; // a shown Details column needs this datum; written by ColumnInfo
 extern std::uint16_t ColInfo_GetMP3;
 extern std::uint16_t ColInfo_GetVersion;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/Content.h"
+#include "model/Tabs.h"
 #include "sak/GenericLists.h"
 #include "sak/Text.h"
 
@@ -13,13 +14,6 @@ namespace solvane {
 
 inline constexpr std::uint32_t MaximumInstances = 50;
 inline constexpr std::int32_t NoJump = 999; // JumpToARexxCmd: nothing is waiting
-
-// One tab's saved copy of the working state. CommandLineTabsList uses only what a start or rebuild needs.
-struct TabsNode : ListNode {
-    LocationKind Location = LocationKind::None;
-    Text<1024> Path;
-    std::uint32_t LBTop = 0; // first visible row when the tab is shown again
-};
 
 // An ARexx script that the user can pick.
 struct ARexxNode : ListNode {
@@ -59,8 +53,8 @@ extern std::uint16_t LoadImages;    // bitmaps must be loaded before the next wi
 extern std::uint16_t PathSpecified; // CommandLineTabsList holds locations given by the user
 extern std::uint16_t ReopenTabs;    // CommandLineTabsList holds the tabs of a window that is being rebuilt
 extern std::uint16_t StartIconified;
-extern std::unique_ptr<GenericList<TabsNode>> CommandLineTabsList;
-extern std::unique_ptr<GenericList<TabsNode>> StartupTabsList;
+extern std::unique_ptr<GenericList<TabsNode>> CommandLineTabsList; // places to open, or tabs to reopen
+extern std::unique_ptr<GenericList<TabsNode>> StartupTabsList;     // place and path only
 extern std::uint32_t Offset; // position of the active tab among those to reopen
 extern std::unique_ptr<GenericList<ARexxNode>> ARexxList;
 extern Text<256> ProgramPrefsFile; // the preferences document in use

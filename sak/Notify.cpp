@@ -1,9 +1,6 @@
 #include "sak/Notify.h"
 
-#include "platform/dos/Notify.h"
-
-#include <memory>
-#include <string>
+#include <utility>
 
 namespace solvane {
 
@@ -56,6 +53,38 @@ void SAK_StopNotify() {
         Monitor.Request->End();
         SAK_NotifyStarted = 0;
     }
+}
+
+bool SAK_NotifyHasChanged() {
+    return SAK_NotifyStarted != 0 && Monitor.Request->TakeChange();
+}
+
+KeptNotify SAK_KeepNotify() {
+    KeptNotify kept;
+    if (SAK_NotifyStarted != 0) {
+        kept.Request = std::exchange(Monitor.Request, std::make_unique<dos::Notification>());
+        kept.Path = std::exchange(Monitor.Path, {});
+        kept.Request->SetResting(true);
+        SAK_NotifyStarted = 0;
+    }
+    return kept;
+}
+
+KeptNotify SAK_ExchangeNotify(std::string_view path) {
+    KeptNotify before = Monitor.Path != path ? SAK_KeepNotify() : KeptNotify();
+    SAK_ChangeNotify(path);
+    return before;
+}
+
+void SAK_ResumeNotify(KeptNotify kept) {
+    if (!Monitor.Request || !kept.Request) {
+        return;
+    }
+    SAK_StopNotify();
+    Monitor.Request = std::move(kept.Request);
+    Monitor.Path = std::move(kept.Path);
+    Monitor.Request->SetResting(false);
+    SAK_NotifyStarted = 1;
 }
 
 void SAK_ShutDownNotify() {

@@ -14,6 +14,7 @@
 #include <sys/inotify.h>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace dos {
 
@@ -45,6 +46,8 @@ struct Watch {
     int SelfWatch = NoWatch;   // on the drawer itself
     int DrawerWatch = NoWatch; // on the drawer in which the object lies
     bool IsPolled = false;
+    bool IsResting = false;
+    bool WasSignalled = false; // since the owner last asked
     Clock::time_point NextLook;
 
     bool IsPending = false;  // a burst is under way
@@ -53,6 +56,7 @@ struct Watch {
     Clock::time_point FirstChange;
     Clock::time_point LastChange;
 
+    [[nodiscard]] bool IsLooking() const { return IsPolled && !IsResting; }
     [[nodiscard]] Clock::time_point Due() const {
         return std::min(LastChange + QuietTime, FirstChange + LongestBurst);
     }
@@ -80,6 +84,8 @@ public:
 
     bool Add(const WatchRef& watch);
     void Remove(const WatchRef& watch);
+    bool TakeChange(Watch& watch);
+    void SetResting(Watch& watch, bool resting);
 
 private:
     NotifyService();
@@ -148,6 +154,17 @@ void NotifyService::Remove(const WatchRef& watch) {
     watch->IsActive = false;
     Disarm(*watch);
     std::erase(Watches, watch);
+}
+
+bool NotifyService::TakeChange(Watch& watch) {
+    const std::lock_guard hold(Guard);
+    return std::exchange(watch.WasSignalled, false);
+}
+
+void NotifyService::SetResting(Watch& watch, bool resting) {
+    const std::lock_guard hold(Guard);
+    watch.IsResting = resting;
+    Wake();
 }
 
 int NotifyService::Acquire(const std::string& drawer) {
@@ -247,7 +264,7 @@ int NotifyService::TimeToSleep() {
     for (const WatchRef& watch : Watches) {
         if (watch->IsPending)
             wake = std::min(wake, watch->Due());
-        if (watch->IsPolled)
+        if (watch->IsLooking())
             wake = std::min(wake, watch->NextLook);
     }
     if (wake == Clock::time_point::max())
@@ -260,7 +277,7 @@ WatchRef NotifyService::NextDue() {
     const std::lock_guard hold(Guard);
     const auto now = Clock::now();
     for (const WatchRef& watch : Watches)
-        if ((watch->IsPending && watch->Due() <= now) || (watch->IsPolled && watch->NextLook <= now))
+        if ((watch->IsPending && watch->Due() <= now) || (watch->IsLooking() && watch->NextLook <= now))
             return watch;
     return nullptr;
 }
@@ -285,8 +302,10 @@ void NotifyService::Attend(const WatchRef& watch) {
                   (watch->IsPolled && old != target.Stamp);
         Arm(*watch, std::move(target));
     }
-    if (changed && watch->IsActive)
+    if (changed && watch->IsActive) {
+        watch->WasSignalled = true;
         exec::Signal(watch->Task, watch->Signals);
+    }
 }
 
 void NotifyService::Serve() {
@@ -337,6 +356,15 @@ bool Notification::Start(std::string_view path, exec::Task* task, int signal) {
         return false;
     Running = std::move(watch);
     return true;
+}
+
+bool Notification::TakeChange() {
+    return Running && NotifyService::Get().TakeChange(*Running);
+}
+
+void Notification::SetResting(bool resting) {
+    if (Running)
+        NotifyService::Get().SetResting(*Running, resting);
 }
 
 void Notification::End() {

@@ -24,6 +24,11 @@ public:
     // gives one signal; one that comes back is watched again. False with IoErr for an unknown
     // volume.
     [[nodiscard]] bool Start(std::string_view path, exec::Task* task, int signal);
+    // True when a signal was sent since the last call: several watches may share one.
+    [[nodiscard]] bool TakeChange();
+    // A resting watch goes on noting what the host tells it, but never looks at an object by itself: where
+    // there are no notices it does so when the rest ends.
+    void SetResting(bool resting);
     // After it no signal is sent any more. Harmless when nothing is watched.
     void End();
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace intuition {
 
@@ -29,6 +30,23 @@ void RetainImage(ImageId image);
 
 // Gives one use back; the picture is freed with the last one. None is allowed.
 void ReleaseImage(ImageId image);
+
+// One use of a picture that its owner gives back by going. Takes a use over, or is None.
+class HeldImage {
+public:
+    HeldImage() = default;
+    explicit HeldImage(ImageId image) : Image(image) {}
+    HeldImage(HeldImage&& other) noexcept : Image(std::exchange(other.Image, ImageId::None)) {}
+    HeldImage& operator=(HeldImage&& other) noexcept {
+        std::swap(Image, other.Image);
+        return *this;
+    }
+    ~HeldImage() { ReleaseImage(Image); }
+    [[nodiscard]] ImageId Get() const { return Image; }
+
+private:
+    ImageId Image = ImageId::None;
+};
 
 // Reads the file if that has not happened yet.
 [[nodiscard]] ImageSize SizeOfImage(ImageId image);
