@@ -20,37 +20,14 @@ namespace solvane {
 
 namespace {
 
-struct ColumnDefault {
-    MessageNumber Title;
-    std::int32_t Width; // pixels
-    bool Shown;
-};
-
-// By column number less 1; the icon column is always there.
-constexpr std::array<ColumnDefault, DetailsColumnCount - 1> Defaults = {{
-    {MSG_NAME, 250, true},        {MSG_SIZE, 80, true},           {MSG_DATE, 150, true},
-    {MSG_TYPE, 100, true},        {MSG_PROTECTION, 100, true},    {MSG_FILENOTE, 250, true},
-    {MSG_DIMENSIONS, 100, false}, {MSG_TITLE, 130, false},        {MSG_TIME, 50, false},
-    {MSG_ARTIST, 120, false},     {MSG_ALBUM_ARTIST, 120, false}, {MSG_ALBUM, 120, false},
-    {MSG_TRACK, 50, false},       {MSG_DISC, 50, false},          {MSG_YEAR, 50, false},
-    {MSG_GENRE, 120, false},      {MSG_COMMENT, 120, false},      {MSG_COMPOSER, 120, false},
-    {MSG_BIT_RATE, 60, false},    {MSG_SAMPLE_RATE, 60, false},   {MSG_ENCODER, 120, false},
-    {MSG_MODE, 100, false},       {MSG_CODEC, 100, false},        {MSG_VERSION, 43, false},
-}};
-
-// Icon, name, and what a device or an entry of an archive has; pixels.
-constexpr std::array<std::int32_t, 6> ComputerWidths = {IconColumnWidth, 250, 80, 80, 120, 150};
-constexpr std::array<std::int32_t, 8> ArchiveWidths = {IconColumnWidth, 250, 100, 100, 50, 120, 65, 100};
-
-constexpr int LeastColumn = 20, WidestColumn = 4000; // layout units
-constexpr int PictureMargins = 10;                   // layout units on both sides of a large picture
-constexpr int CellMargins = 14;                      // layout units on both sides of a cell's text
-constexpr int ArrowWidth = 16;                       // layout units beside a title for the arrow of the sort
-constexpr std::uint32_t SampleDate = 1538337599;     // 30 September 2026, 19:59:59
+constexpr int PictureMargins = 10;               // layout units on both sides of a large picture
+constexpr int CellMargins = 14;                  // layout units on both sides of a cell's text
+constexpr int ArrowWidth = 16;                   // layout units beside a title for the arrow of the sort
+constexpr std::uint32_t SampleDate = 1538337599; // 30 September 2026, 19:59:59
+constexpr std::int32_t NameColumn = 1;           // in every set
 
 std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
 std::vector<int> WidthsOnScreen;            // theirs, as last set or taken over
-std::int32_t StyleOnScreen = ViewDetails;   // the style that they were set for
 int IconWidthOnScreen = 0;
 
 int IconWidthOf(std::int32_t style) {
@@ -58,7 +35,7 @@ int IconWidthOf(std::int32_t style) {
     case ViewTiles:
         return TilesIconSide() + PictureMargins;
     case ViewContent:
-        return std::clamp(Prefs.Content_0Width, IconColumnWidth, WidestColumn);
+        return Prefs.Content_0Width;
     case ViewThumbnail:
     case ViewThumbnailDetails:
         return ThumbnailBox().Width + PictureMargins;
@@ -98,37 +75,43 @@ bool AddColumn(GenericList<ColumnInfoNode>& columns, std::uint32_t number, std::
     return true;
 }
 
-bool AddDefaultColumns() {
-    bool done = AddColumn(*ShowDetailsColumnsList, 0, IconColumnWidth, true);
-    for (std::uint32_t number = 1; done && number <= Defaults.size(); ++number) {
-        const ColumnDefault& column = Defaults[number - 1];
-        done = AddColumn(*ShowDetailsColumnsList, number, column.Width, column.Shown);
+// Fills the list of that set as it is at first; nothing where there is no such list.
+bool RestoreColumns(ColumnSet set) {
+    const ColumnSetInfo& info = InfoOf(set);
+    if (!*info.List) {
+        return true;
     }
-    return done;
+    SAK_ClearGenericList(**info.List);
+    return std::ranges::all_of(info.Columns, [&info](const ColumnDefault& column) {
+        return AddColumn(**info.List, SAK_GenericListCount(**info.List), column.Width, column.Shown);
+    });
 }
 
-// Fills a list whose columns are all shown; nothing where there is no such list.
-void RestoreColumns(const std::unique_ptr<GenericList<ColumnInfoNode>>& columns,
-                    std::span<const std::int32_t> widths) {
-    if (!columns) {
-        return;
-    }
-    SAK_ClearGenericList(*columns);
-    for (const std::int32_t width : widths) {
-        if (!AddColumn(*columns, SAK_GenericListCount(*columns), width, true)) {
-            return;
-        }
-    }
+bool RestoreWhenEmpty(ColumnSet set) {
+    const ColumnList& list = *InfoOf(set).List;
+    return !list || SAK_GenericListCount(*list) > 0 || RestoreColumns(set);
 }
+
+constexpr std::array ListedSets = {ColumnSet::ComputerCI, ColumnSet::ArchiveCI, ColumnSet::DetailsCI};
 
 ColumnInfoNode* NodeOf(DetailsColumn column) {
-    return FindNode(*ShowDetailsColumnsList, [column](const ColumnInfoNode& node) {
+    return FindNode(*WhichCIList, [column](const ColumnInfoNode& node) {
         return node.ColumnNumber == static_cast<std::uint32_t>(column);
     });
 }
 
+// Null for a column that the set does not have.
+const ColumnDefault* DefaultOf(DetailsColumn column) {
+    const auto columns = InfoOf(WhichCI).Columns;
+    const auto number = static_cast<std::size_t>(column);
+    return number < columns.size() ? &columns[number] : nullptr;
+}
+
 // The longest text that a column usually shows; empty where there is no usual one.
 std::string SampleText(DetailsColumn column) {
+    if (WhichCI != ColumnSet::DetailsCI) {
+        return {};
+    }
     switch (column) {
     case DetailsColumn::Size:
         return "1023.99 KB";
@@ -143,54 +126,73 @@ std::string SampleText(DetailsColumn column) {
     }
 }
 
-std::string_view TitleOf(DetailsColumn column) {
-    return SAK_LocaleString(Defaults[static_cast<std::size_t>(column) - 1].Title);
+// The width that the user has given the column, 0 when it has its usual one.
+std::int32_t OwnWidth(DetailsColumn column, const ColumnDefault& usual) {
+    std::int32_t width = 0;
+    bool isOwn = false;
+    if (WhichCIList != nullptr) {
+        const ColumnInfoNode* node = NodeOf(column);
+        width = node != nullptr ? node->Width : 0;
+        isOwn = node != nullptr && node->WidthIsOwn != 0;
+    } else if (usual.Stored != nullptr) {
+        width = Prefs.*usual.Stored;
+    }
+    return isOwn || width != usual.Width ? width : 0;
 }
 
 // The width that the user has set, else the default one, wide enough for what stands there in his font and
 // language.
-int WidthOf(DetailsColumn column) {
-    const std::int32_t usual = Defaults[static_cast<std::size_t>(column) - 1].Width;
-    const ColumnInfoNode* node = NodeOf(column);
-    if (node != nullptr && node->Width > 0 && (node->WidthIsOwn != 0 || node->Width != usual)) {
-        return node->Width;
+int WidthOf(DetailsColumn column, const ColumnDefault& usual) {
+    if (const std::int32_t own = OwnWidth(column, usual); own > 0) {
+        return own;
     }
-    const int title = SAK_StrLenPixels(TitleOf(column)) + ArrowWidth;
-    return std::max(usual, std::max(SAK_StrLenPixels(SampleText(column)), title) + CellMargins);
+    const std::string_view titleText = SAK_LocaleString(usual.Title);
+    const int title = titleText.empty() ? 0 : SAK_StrLenPixels(titleText) + ArrowWidth;
+    return std::max(usual.Width, std::max(SAK_StrLenPixels(SampleText(column)), title) + CellMargins);
 }
 
-intuition::Column MakeDetailsColumn(DetailsColumn column) {
-    return {.Title = std::string(TitleOf(column)),
-            .Width = WidthOf(column),
-            .Alignment = column == DetailsColumn::Size ? intuition::Align::Right : intuition::Align::Left};
+intuition::Column MakeColumn(DetailsColumn column) {
+    const ColumnDefault& usual = *DefaultOf(column);
+    const bool isTitled = usual.Title != 0;
+    return {.Title = std::string(SAK_LocaleString(usual.Title)),
+            .Width = WidthOf(column, usual),
+            .Sortable = isTitled,
+            .Draggable = WhichCIList != nullptr && isTitled,
+            .Alignment = usual.Alignment,
+            .Stretch = usual.Width == 0};
 }
 
-intuition::Column MakeColumn(DetailsColumn column, std::int32_t style) {
-    if (column == DetailsColumn::Icon) {
-        return {.Title = "", .Width = IconWidthOf(style), .Sortable = false, .Draggable = false};
+// The columns of a set that is as it is.
+std::vector<intuition::Column> CreateColumnInfoStatic() {
+    std::vector<intuition::Column> columns;
+    for (std::size_t number = 0; number < InfoOf(WhichCI).Columns.size(); ++number) {
+        columns.push_back(MakeColumn(static_cast<DetailsColumn>(number)));
     }
-    if (IsDetailsStyle(style)) {
-        return MakeDetailsColumn(column);
+    return columns;
+}
+
+// The columns that the user sees, in his order.
+std::vector<intuition::Column> CreateColumnInfoDetails() {
+    std::vector<intuition::Column> columns;
+    for (const DetailsColumn column : ColumnsOnScreen) {
+        columns.push_back(MakeColumn(column));
     }
-    if (style == ViewContent) {
-        const bool first = column == DetailsColumn::Name;
-        return {.Title = first ? std::string(TitleOf(column)) : std::string(),
-                .Width = std::clamp(first ? Prefs.Content_1Width : Prefs.Content_2Width, LeastColumn,
-                                    WidestColumn),
-                .Sortable = first,
-                .Draggable = false};
-    }
-    return {.Title = std::string(TitleOf(column)), .Draggable = false, .Stretch = true};
+    return columns;
 }
 
 // Keeps the width of a column that the user has sized; one that stands as it was set goes on following its
 // font.
 void TakeWidth(std::size_t at, int width) {
+    const DetailsColumn column = ColumnsOnScreen[at];
     const bool isAsSet = at < WidthsOnScreen.size() && WidthsOnScreen[at] == width;
-    ColumnInfoNode* node = NodeOf(ColumnsOnScreen[at]);
-    if (node != nullptr && !isAsSet) {
+    if (isAsSet || column == DetailsColumn::Icon) {
+        return;
+    }
+    if (ColumnInfoNode* node = WhichCIList != nullptr ? NodeOf(column) : nullptr) {
         node->Width = width;
         node->WidthIsOwn = 1;
+    } else if (const ColumnDefault* usual = DefaultOf(column); usual != nullptr && usual->Stored != nullptr) {
+        Prefs.*usual->Stored = width;
     }
 }
 
@@ -202,50 +204,55 @@ void TakeOrder(const std::vector<DetailsColumn>& order) {
             nodes.push_back(node);
         }
     }
-    for (ColumnInfoNode& node : *ShowDetailsColumnsList) {
+    for (ColumnInfoNode& node : *WhichCIList) {
         if (std::find(nodes.begin(), nodes.end(), &node) == nodes.end()) {
             nodes.push_back(&node);
         }
     }
-    static_cast<void>(SAK_ReorderGenericList(*ShowDetailsColumnsList, nodes));
+    static_cast<void>(SAK_ReorderGenericList(*WhichCIList, nodes));
 }
 
-// The picture's column has always its width.
-void TakeContentWidths(const std::vector<int>& widths) {
-    if (widths.size() > 2) {
-        Prefs.Content_1Width = widths[1];
-        Prefs.Content_2Width = widths[2];
-    }
-}
-
-void RestoreWhenEmpty(const std::unique_ptr<GenericList<ColumnInfoNode>>& columns,
-                      std::span<const std::int32_t> widths) {
-    if (columns && SAK_GenericListCount(*columns) == 0) {
-        RestoreColumns(columns, widths);
+// By location; no field: always ascending.
+std::int16_t SortDirectionOf(LocationKind location) {
+    switch (location) {
+    case LocationKind::Workbench:
+        return Prefs.WorkbenchSortDirection;
+    case LocationKind::Computer:
+        return Prefs.ComputerSortDirection;
+    case LocationKind::Assigns:
+        return Prefs.AssignsSortDirection;
+    case LocationKind::OS4Depot:
+    case LocationKind::Aminet:
+        return Prefs.FTPSitesSortDirection;
+    case LocationKind::SearchResults:
+        return Prefs.SearchSortDirection;
+    case LocationKind::Archive:
+        return Prefs.ArchiveSortDirection;
+    case LocationKind::Drawer:
+    case LocationKind::None:
+        return Prefs.ContentSortDirection;
+    default:
+        return 0;
     }
 }
 
 } // namespace
 
+ColumnSet WhichCI = ColumnSet::DetailsCI;
+GenericList<ColumnInfoNode>* WhichCIList = nullptr;
+std::size_t NumberOfColumns = 0;
+std::size_t DetailsNameColumnNum = 0;
+
 void RestoreDefaultColumnInfos() {
-    RestoreColumns(ShowComputerColumnsList, ComputerWidths);
-    RestoreColumns(ShowArchiveColumnsList, ArchiveWidths);
-    if (!ShowDetailsColumnsList) {
-        return;
+    for (const ColumnSet set : ListedSets) {
+        static_cast<void>(RestoreColumns(set));
     }
-    SAK_ClearGenericList(*ShowDetailsColumnsList);
-    static_cast<void>(AddDefaultColumns());
 }
 
 bool CreateColumnInfoAll() {
-    if (!ShowDetailsColumnsList) {
+    if (!ShowDetailsColumnsList || !std::ranges::all_of(ListedSets, RestoreWhenEmpty)) {
         return false;
     }
-    if (SAK_GenericListCount(*ShowDetailsColumnsList) == 0 && !AddDefaultColumns()) {
-        return false;
-    }
-    RestoreWhenEmpty(ShowComputerColumnsList, ComputerWidths);
-    RestoreWhenEmpty(ShowArchiveColumnsList, ArchiveWidths);
     NoteNeededFacts();
     return true;
 }
@@ -253,6 +260,8 @@ bool CreateColumnInfoAll() {
 void FreeColumnInfoAll() {
     ColumnsOnScreen.clear();
     WidthsOnScreen.clear();
+    WhichCIList = nullptr;
+    NumberOfColumns = 0;
 }
 
 bool CreateColumnInfoPreview() {
@@ -265,17 +274,17 @@ bool IsDetailsStyle(std::int32_t style) {
     return style == ViewDetails || style == ViewThumbnailDetails;
 }
 
-std::vector<DetailsColumn> ShownColumns(std::int32_t style) {
+std::vector<DetailsColumn> ShownColumns(ColumnSet set) {
+    const ColumnSetInfo& info = InfoOf(set);
     std::vector<DetailsColumn> columns = {DetailsColumn::Icon};
-    if (!IsDetailsStyle(style) || !ShowDetailsColumnsList) {
-        columns.push_back(DetailsColumn::Name);
-        if (style == ViewContent) {
-            columns.push_back(DetailsColumn::Date);
+    if (info.List == nullptr || !*info.List) {
+        for (std::size_t number = 1; number < info.Columns.size(); ++number) {
+            columns.push_back(static_cast<DetailsColumn>(number));
         }
         return columns;
     }
-    for (const ColumnInfoNode& node : *ShowDetailsColumnsList) {
-        if (node.Shown != 0 && node.ColumnNumber > 0 && node.ColumnNumber < DetailsColumnCount) {
+    for (const ColumnInfoNode& node : **info.List) {
+        if (node.Shown != 0 && node.ColumnNumber > 0 && node.ColumnNumber < info.Columns.size()) {
             columns.push_back(static_cast<DetailsColumn>(node.ColumnNumber));
         }
     }
@@ -283,24 +292,27 @@ std::vector<DetailsColumn> ShownColumns(std::int32_t style) {
 }
 
 void SetColumnInfo() {
-    StyleOnScreen = ViewStyleInForce();
-    IconWidthOnScreen = IconWidthOf(StyleOnScreen);
-    ColumnsOnScreen = ShownColumns(StyleOnScreen);
+    const std::int32_t style = ViewStyleInForce();
+    WhichCI = ColumnSetOf(LBLocation, style);
+    WhichCIList = InfoOf(WhichCI).List != nullptr ? InfoOf(WhichCI).List->get() : nullptr;
+    IconWidthOnScreen = IconWidthOf(style);
+    ColumnsOnScreen = ShownColumns(WhichCI);
+    NumberOfColumns = ColumnsOnScreen.size();
+    const auto name = std::ranges::find(ColumnsOnScreen, DetailsColumn{NameColumn});
+    DetailsNameColumnNum = static_cast<std::size_t>(name - ColumnsOnScreen.begin());
     WidthsOnScreen.clear();
-    if (Objects.ContentList == nullptr || !ShowDetailsColumnsList) {
+    if (Objects.ContentList == nullptr) {
         return;
     }
-    std::vector<intuition::Column> columns;
-    for (const DetailsColumn column : ColumnsOnScreen) {
-        columns.push_back(MakeColumn(column, StyleOnScreen));
-    }
+    auto columns = WhichCIList != nullptr ? CreateColumnInfoDetails() : CreateColumnInfoStatic();
+    columns.front().Width = IconWidthOnScreen;
     Objects.ContentList->SetColumns(std::move(columns));
     WidthsOnScreen = Objects.ContentList->ColumnWidths();
 }
 
 bool ColumnsAreInForce() {
     const std::int32_t style = ViewStyleInForce();
-    return IsDetailsStyle(style) == IsDetailsStyle(StyleOnScreen) && ColumnsOnScreen == ShownColumns(style) &&
+    return ColumnSetOf(LBLocation, style) == WhichCI && ColumnsOnScreen == ShownColumns(WhichCI) &&
            IconWidthOnScreen == IconWidthOf(style);
 }
 
@@ -310,12 +322,6 @@ const std::vector<DetailsColumn>& ColumnsInForce() {
 
 void GetColumnInfoWidths() {
     if (Objects.ContentList == nullptr || Prefs.AutoFitColumns != 0) {
-        return;
-    }
-    if (StyleOnScreen == ViewContent) {
-        TakeContentWidths(Objects.ContentList->ColumnWidths());
-    }
-    if (!IsDetailsStyle(StyleOnScreen)) {
         return;
     }
     const std::vector<int> widths = Objects.ContentList->ColumnWidths();
@@ -328,7 +334,9 @@ void GetColumnInfoWidths() {
         TakeWidth(at, widths[at]);
     }
     WidthsOnScreen = widths;
-    TakeOrder(order);
+    if (WhichCIList != nullptr) {
+        TakeOrder(order);
+    }
 }
 
 void SetSortColumnArrow(std::int32_t column) {
@@ -338,10 +346,9 @@ void SetSortColumnArrow(std::int32_t column) {
     const auto at =
         std::find(ColumnsOnScreen.begin(), ColumnsOnScreen.end(), static_cast<DetailsColumn>(column));
     const bool there = column != 0 && at != ColumnsOnScreen.end();
-    const std::int16_t direction =
-        LBLocation == LocationKind::Workbench ? Prefs.WorkbenchSortDirection : Prefs.ContentSortDirection;
-    Objects.ContentList->SetSortColumn(
-        there ? static_cast<std::size_t>(at - ColumnsOnScreen.begin()) : intuition::NoRow, direction == 0);
+    Objects.ContentList->SetSortColumn(there ? static_cast<std::size_t>(at - ColumnsOnScreen.begin())
+                                             : intuition::NoRow,
+                                       SortDirectionOf(LBLocation) == 0);
 }
 
 } // namespace solvane

@@ -1,7 +1,9 @@
-// The columns of the Content list: which ones a Details view shows, how wide, and the arrow of the sort
-// column. The user's choices live in ShowDetailsColumnsList; the list browser's columns are made from it.
+// The columns of the Content list on screen: which ones of its set, how wide, and the arrow of the sort
+// column. The user's choices live in the set's list or in the preferences; the list browser's columns are
+// made from them.
 #pragma once
 
+#include "content/ColumnSets.h"
 #include "content/SortKeys.h"
 
 #include <cstdint>
@@ -9,7 +11,14 @@
 
 namespace solvane {
 
-inline constexpr int IconColumnWidth = 26; // pixels, where the picture is a small one
+// --- State: written by SetColumnInfo ---
+
+extern ColumnSet WhichCI;                        // the set on screen
+extern GenericList<ColumnInfoNode>* WhichCIList; // its list; null where it has none
+extern std::size_t NumberOfColumns;              // on screen, the icon's counted
+extern std::size_t DetailsNameColumnNum;         // index of the name's column in the list browser
+
+// --- Functions ---
 
 // Fills the column lists with all columns in their default order and width, the usual ones shown.
 void RestoreDefaultColumnInfos();
@@ -26,9 +35,9 @@ void FreeColumnInfoPreview();
 // True for the styles that have one column per datum.
 [[nodiscard]] bool IsDetailsStyle(std::int32_t style);
 
-// What each column of the list browser shows in that view style, from the first on. In the Content style the
-// third one is its second label.
-[[nodiscard]] std::vector<DetailsColumn> ShownColumns(std::int32_t style);
+// What each column of the list browser shows in that set, from the first on: the column's number, for an
+// entry of a drawer the datum. In the Content style the third one is its second label.
+[[nodiscard]] std::vector<DetailsColumn> ShownColumns(ColumnSet set);
 
 // Gives the open window's list browser the columns of the style in force; a new window has none.
 void SetColumnInfo();
@@ -39,9 +48,9 @@ void SetColumnInfo();
 // What the columns show that SetColumnInfo has set last, by the list browser's index.
 [[nodiscard]] const std::vector<DetailsColumn>& ColumnsInForce();
 
-// Takes the list browser's present order over into ShowDetailsColumnsList, and the widths of those columns
-// that are not as wide as SetColumnInfo or the last call found them; of the Content style the widths, into
-// its preferences. Nothing while columns fit themselves (Prefs.AutoFitColumns), and in styles of one column.
+// Takes the list browser's present order over into WhichCIList, and the widths of those columns that are not
+// as wide as SetColumnInfo or the last call found them, there or into the preferences. Nothing while columns
+// fit themselves (Prefs.AutoFitColumns).
 void GetColumnInfoWidths();
 
 // Shows the arrow of that Details column and the direction in force; no column shows none.

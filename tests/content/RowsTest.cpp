@@ -6,6 +6,7 @@
 #include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
 #include "model/PrefsLists.h"
+#include "sak/Locale.h"
 #include "tests/content/DrawerTest.h"
 
 #include <gmock/gmock.h>
@@ -31,17 +32,49 @@ protected:
 
 TEST_F(RowsTest, DetailsShowTheUsualColumnsAndListTheNameAlone) {
     using enum DetailsColumn;
-    EXPECT_THAT(ShownColumns(ViewDetails), ElementsAre(Icon, Name, Size, Date, Type, Protection, Filenote));
-    EXPECT_THAT(ShownColumns(ViewList), ElementsAre(Icon, Name));
+    EXPECT_THAT(ShownColumns(ColumnSet::DetailsCI),
+                ElementsAre(Icon, Name, Size, Date, Type, Protection, Filenote));
+    EXPECT_THAT(ShownColumns(ColumnSet::ListCI), ElementsAre(Icon, Name));
     SAK_GetGenericListNode(*ShowDetailsColumnsList, 2)->Shown = 0;
     SAK_GetGenericListNode(*ShowDetailsColumnsList, 7)->Shown = 1;
-    EXPECT_THAT(ShownColumns(ViewDetails),
+    EXPECT_THAT(ShownColumns(ColumnSet::DetailsCI),
                 ElementsAre(Icon, Name, Date, Type, Protection, Filenote, Dimensions));
     ASSERT_TRUE(CreateColumnInfoAll());
     EXPECT_EQ(ColInfo_GetDimensions, 1);
     EXPECT_EQ(ColInfo_GetMP3, 0);
     RestoreDefaultColumnInfos();
-    EXPECT_EQ(ShownColumns(ViewDetails).size(), 7U);
+    EXPECT_EQ(ShownColumns(ColumnSet::DetailsCI).size(), 7U);
+}
+
+TEST_F(RowsTest, EveryListHasItsOwnColumns) {
+    using enum LocationKind;
+    const struct {
+        LocationKind Location;
+        std::int32_t Style;
+        ColumnSet Set;
+        std::size_t Columns;
+        std::string_view LastTitle;
+    } rows[] = {
+        {Drawer, ViewThumbnailDetails, ColumnSet::DetailsCI, 7, "Filenote"},
+        {Workbench, ViewDetails, ColumnSet::DetailsCI, 7, "Filenote"},
+        {Favorites, ViewDetails, ColumnSet::FavoritesCI, 3, "Link target"},
+        {Favorites, ViewTiles, ColumnSet::TilesCI, 2, "Name"},
+        {Assigns, ViewDetails, ColumnSet::ListCI, 2, "Name"},
+        {FTPSites, ViewDetails, ColumnSet::FTPSitesCI, 4, "Remote drawer"},
+        {Aminet, ViewDetails, ColumnSet::FTPSitesRecentCI, 7, "Description"},
+        {Archive, ViewDetails, ColumnSet::ArchiveCI, 8, "Filenote"},
+        {SearchResults, ViewTiles, ColumnSet::SearchCI, 3, "Drawer"},
+        {DuplicateFiles, ViewDetails, ColumnSet::DuplicateCI, 2, "Name"},
+        {Drawer, ViewIcons, ColumnSet::IconsCI, 2, "Name"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(static_cast<int>(row.Set));
+        EXPECT_EQ(ColumnSetOf(row.Location, row.Style), row.Set);
+        const auto columns = ShownColumns(row.Set);
+        ASSERT_EQ(columns.size(), row.Columns);
+        const ColumnDefault& last = InfoOf(row.Set).Columns[static_cast<std::size_t>(columns.back())];
+        EXPECT_EQ(SAK_LocaleString(last.Title), row.LastTitle);
+    }
 }
 
 TEST_F(RowsTest, CellsAreReadFromTheRecord) {
@@ -87,7 +120,7 @@ TEST_F(RowsTest, LabelsTellWhatAnEntryIs) {
     for (const auto& row : rows) {
         EXPECT_EQ(FormLabel(row.Label, row.Node), row.Lines) << row.Node.EntryName.View();
     }
-    const ContentRows content(ShownColumns(ViewContent), ViewContent);
+    const ContentRows content(ShownColumns(ColumnSet::ContentCI), ViewContent);
     EXPECT_EQ(content.Cell(1, 1).Text, "song");
     EXPECT_EQ(content.Cell(1, 1).More.size(), 1U);
     EXPECT_EQ(content.Cell(1, 2).Text, "Date: now");

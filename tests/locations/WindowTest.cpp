@@ -149,13 +149,24 @@ TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {
     EXPECT_EQ(Prefs.ContentViewStyle, ViewDetails) << "the icon view is not on offer";
 }
 
-TEST_F(WindowTest, ContentStyleKeepsItsOwnWidths) {
+TEST_F(WindowTest, WidthsOfListsWithoutAColumnListStandInThePreferences) {
     Prefs.ContentViewStyle = ViewContent;
     SetColumnInfo();
     Objects.ContentList->SetColumns({{"", 40}, {"Name", 111}, {"", 222}});
     GetColumnInfoWidths();
     EXPECT_EQ(Prefs.Content_1Width, 111);
     EXPECT_EQ(Prefs.Content_2Width, 222);
+    LBLocation = LocationKind::FTPSites;
+    Prefs.FTPSites_2Width = 333;
+    SetColumnInfo();
+    EXPECT_EQ(WhichCI, ColumnSet::FTPSitesCI);
+    EXPECT_EQ(NumberOfColumns, 4U);
+    EXPECT_EQ(Objects.ContentList->ColumnWidths()[2], 333);
+    Objects.ContentList->SetColumns({{"", 99}, {"Name", 200}, {"", 44}, {"", 250}});
+    GetColumnInfoWidths();
+    EXPECT_EQ(Prefs.FTPSites_2Width, 44);
+    EXPECT_EQ(Prefs.FTPSites_1Width, 200);
+    EXPECT_EQ(Prefs.FTPSites_0Width, 26);
     EXPECT_EQ(
         FindNode(*ShowDetailsColumnsList, [](const ColumnInfoNode& node) { return node.ColumnNumber == 1; })
             ->Width,
