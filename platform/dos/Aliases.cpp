@@ -1,5 +1,6 @@
 #include "platform/dos/Aliases.h"
 
+#include "platform/dos/NameEscapes.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
@@ -82,13 +83,29 @@ bool LooksLikeAlias(std::string_view name) noexcept {
     return false;
 }
 
-AliasTable MakeAliasTable(std::vector<std::string> hostNames,
-                          const std::function<bool(std::string_view)>& isTaken) {
-    std::ranges::sort(hostNames); // the same answer whatever the order of the drawer
+void AliasFinder::Add(std::string_view hostName) {
+    const bool isEscape = Rule == MetadataRule::Uaem && IsEscape(hostName);
+    const std::string own = isEscape ? UnescapedName(hostName) : std::string();
+    const std::string_view shown = isEscape ? own : hostName;
+    if (NeedsAlias(shown))
+        Needing.emplace_back(hostName);
+    else if (LooksLikeAlias(shown))
+        Suspects.emplace(shown);
+    if (isEscape)
+        Escapes.emplace(hostName);
+    else if (Rule == MetadataRule::Uaem && !NeedsAlias(shown) && NeedsEscape(hostName))
+        Unescaped.emplace_back(hostName);
+}
+
+AliasTable AliasFinder::Table() {
+    if (!Escapes.empty())
+        std::ranges::copy_if(Unescaped, std::back_inserter(Needing),
+                             [&](const std::string& name) { return Escapes.contains(EscapedName(name)); });
+    std::ranges::sort(Needing); // the same answer whatever the order of the drawer
     AliasTable table;
-    for (const std::string& name : hostNames) {
+    for (const std::string& name : Needing) {
         std::string alias = MakeAlias(name, 0);
-        for (unsigned salt = 1; isTaken(alias) || table.RealOf.contains(alias); ++salt)
+        for (unsigned salt = 1; Suspects.contains(alias) || table.RealOf.contains(alias); ++salt)
             alias = MakeAlias(name, salt);
         table.AliasOf.emplace(name, alias);
         table.RealOf.emplace(std::move(alias), name);

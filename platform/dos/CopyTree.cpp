@@ -6,6 +6,7 @@
 #include "platform/dos/HostNames.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/ObjectCopier.h"
 #include "platform/dos/TreeDrawer.h"
@@ -29,7 +30,7 @@ struct Sides {
 
 struct Node {
     std::shared_ptr<Node> Parent;
-    std::string Name; // of the source
+    std::string Name; // of the source, for people
     Sides Open;       // the walk's; empty while its level is closed
     ObjectId FromId;
     ObjectId ToId;
@@ -68,6 +69,32 @@ struct IdHash {
 // Copied on the caller's thread, each copy remembered.
 bool IsRemembered(const Node& node) {
     return node.IsInOrder || node.IsBelowTwins;
+}
+
+// For people: what the entry of a source is called.
+std::string SourceName(const Node& node, const TreeEntry& entry) {
+    return OwnNameOf(node.FromOn->Info.Metadata, entry.Name);
+}
+
+// What the host is to call the copy of an entry. Between volumes of one rule that stays as it is.
+std::string TargetName(const Node& node, const TreeEntry& entry) {
+    const MetadataRule rule = node.ToOn->Info.Metadata;
+    return rule == node.FromOn->Info.Metadata ? entry.Name : HostNameFor(rule, SourceName(node, entry));
+}
+
+// Has the drawer names that the target cannot tell apart?
+bool HasTwins(const Node& node, const TreeContents& contents) {
+    const bool folds = node.ToOn->Info.Names == NameRule::Fold;
+    if (!folds && node.FromOn->Info.Metadata != MetadataRule::Uaem)
+        return false;
+    std::unordered_set<std::string> seen;
+    for (const auto* entries : {&contents.Drawers, &contents.Others})
+        for (const TreeEntry& entry : *entries) {
+            std::string name = SourceName(node, entry);
+            if (!seen.insert(folds ? utility::Fold(name) : std::move(name)).second)
+                return true;
+        }
+    return false;
 }
 
 enum class Look { AsNeeded, Always }; // for what has the name already
@@ -239,7 +266,7 @@ void TreeCopier::Done(const Node& node, const std::string& name, bool isDrawer, 
 void TreeCopier::Enter(const NodeRef& in, const TreeEntry& entry) {
     auto node = std::make_shared<Node>();
     node->Parent = in;
-    node->Name = entry.Name;
+    node->Name = SourceName(*in, entry);
     node->FromOn = in->FromOn;
     node->ToOn = in->ToOn;
     node->IsBelowTwins = IsRemembered(*in);
@@ -269,7 +296,7 @@ void TreeCopier::Enter(const NodeRef& in, const TreeEntry& entry) {
 
 // Makes the copy of a drawer or, where one is there, finds what is to become of both.
 bool TreeCopier::OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node) {
-    std::string name = entry.Name;
+    std::string name = TargetName(*in, entry);
     bool isForced = false;
     while (!Tally.IsStopped) {
         HostFd there;
@@ -290,11 +317,12 @@ bool TreeCopier::OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node)
         const bool isDrawer = FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
         ConflictReply reply{isDrawer ? ConflictAnswer::Replace : ConflictAnswer::Skip};
         if (Talk.AsksConflicts() && !(isDrawer && Options.MergesDrawers))
-            reply = Talk.Ask(TreeConflict{TreePath(*in, entry.Name), name, true, isDrawer});
+            reply = Talk.Ask(TreeConflict{TreePath(*in, SourceName(*in, entry)),
+                                          OwnNameOf(in->ToOn->Info.Metadata, name), true, isDrawer});
         else if (!isDrawer || !Options.MergesDrawers)
             reply.Answer = ConflictAnswer::Skip;
         if (reply.Answer == ConflictAnswer::Rename) {
-            name = reply.NewName;
+            name = HostNameFor(in->ToOn->Info.Metadata, reply.NewName);
             continue;
         }
         if (reply.Answer != ConflictAnswer::Replace || !isDrawer) {
@@ -353,12 +381,7 @@ void TreeCopier::List(const NodeRef& node) {
         if (Host().Lseek(node->Open.From->Get(), 0, SEEK_SET) < 0)
             return Tally.Skip(error);
     }
-    if (node->ToOn->Info.Names == NameRule::Fold) {
-        std::unordered_set<std::string> folded;
-        for (const auto* entries : {&contents.Drawers, &contents.Others})
-            for (const TreeEntry& entry : *entries)
-                node->IsInOrder = !folded.insert(utility::Fold(entry.Name)).second || node->IsInOrder;
-    }
+    node->IsInOrder = HasTwins(*node, contents);
     node->Drawers = std::move(contents.Drawers);
     if (IsRemembered(*node))
         CopyEntries(node, node->Open, contents.Others, Worker::Caller);
@@ -392,10 +415,11 @@ void TreeCopier::CopyEntries(const NodeRef& node, const Sides& open, std::span<c
 
 void TreeCopier::CopyEntry(const NodeRef& node, const Sides& open, const TreeEntry& entry, Worker who) {
     const bool replaces = Options.Copy.Replaces && !Talk.AsksConflicts();
-    const CopyResult result = TryFully(*node, open, entry, entry.Name, replaces, CopierOf(who));
+    const std::string name = TargetName(*node, entry);
+    const CopyResult result = TryFully(*node, open, entry, name, replaces, CopierOf(who));
     if (result) {
-        Remember(*node, open, entry.Name);
-        Done(*node, entry.Name, false, result.Lost);
+        Remember(*node, open, name);
+        Done(*node, SourceName(*node, entry), false, result.Lost);
         return;
     }
     if (result.End == CopyEnd::Cancelled)
@@ -413,9 +437,16 @@ std::string TreeCopier::NameThere(const Node& node, int to, const std::string& n
         object = HostFd(Host().Openat(to, as.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
         return static_cast<bool>(object);
     };
-    if (look(name) || errno != ENOENT || node.ToOn->Info.Names != NameRule::Fold)
+    if (look(name) || errno != ENOENT)
         return name;
-    const auto real = FindRealName(to, name, NameMatch::Folded);
+    // One that was given without an escape is meant too, unless the source has it for itself.
+    const MetadataRule rule = node.ToOn->Info.Metadata;
+    const std::string own = OwnNameOf(rule, name);
+    if (own != name && !node.IsInOrder && !IsEscape(own) && look(own))
+        return own;
+    if (node.ToOn->Info.Names != NameRule::Fold)
+        return name;
+    const auto real = FindRealName(to, own, NameMatch::Folded, rule);
     return real && look(*real) ? *real : name;
 }
 
@@ -493,7 +524,7 @@ void TreeCopier::Solve() {
 // Asks until the entry is copied or given up.
 void TreeCopier::SolveOne(const Problem& first) {
     Problem problem = first;
-    std::string name = problem.Entry.Name;
+    std::string name = TargetName(*problem.In, problem.Entry);
     bool replaces = Options.Copy.Replaces && !Talk.AsksConflicts();
     bool isForced = false;
     while (!Tally.IsStopped) {
@@ -505,7 +536,8 @@ void TreeCopier::SolveOne(const Problem& first) {
                 return;
             }
             replaces = reply.Answer == ConflictAnswer::Replace;
-            name = replaces ? name : reply.NewName;
+            if (!replaces)
+                name = HostNameFor(problem.In->ToOn->Info.Metadata, reply.NewName);
         } else if (!AskTrouble(problem, TreeStep::Copy, isForced)) {
             return;
         } else if (isForced) {
@@ -515,7 +547,7 @@ void TreeCopier::SolveOne(const Problem& first) {
             TryFully(*problem.In, problem.Open, problem.Entry, name, replaces, CopierOf(Worker::Caller));
         if (result) {
             Remember(*problem.In, problem.Open, name);
-            Done(*problem.In, problem.Entry.Name, false, result.Lost);
+            Done(*problem.In, SourceName(*problem.In, problem.Entry), false, result.Lost);
             return;
         }
         problem.End = result.End;
@@ -528,7 +560,8 @@ ConflictReply TreeCopier::AskConflict(const Problem& problem, const std::string&
     ObjectFacts facts;
     const std::string existing = NameThere(*problem.In, problem.Open.To->Get(), name, there);
     const bool isDrawer = there && FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
-    return Talk.Ask(TreeConflict{TreePath(*problem.In, problem.Entry.Name), existing, false, isDrawer});
+    return Talk.Ask(TreeConflict{TreePath(*problem.In, SourceName(*problem.In, problem.Entry)),
+                                 OwnNameOf(problem.In->ToOn->Info.Metadata, existing), false, isDrawer});
 }
 
 // What this work made is never replaced by a twin of its source: that would be a source without a copy.
@@ -545,8 +578,9 @@ void TreeCopier::Remember(const Node& node, const Sides& open, const std::string
 // True to try again. What was forced once is not forced a second time.
 bool TreeCopier::AskTrouble(const Problem& problem, TreeStep step, bool& isForced) {
     const bool isDrawer = problem.Entry.Kind == TreeKind::Drawer;
-    const TroubleAnswer answer = Talk.Ask(
-        TreeTrouble{TreePath(*problem.In, problem.Entry.Name), step, problem.Error, problem.End, isDrawer});
+    const TroubleAnswer answer =
+        Talk.Ask(TreeTrouble{TreePath(*problem.In, SourceName(*problem.In, problem.Entry)), step,
+                             problem.Error, problem.End, isDrawer});
     if (answer == TroubleAnswer::Retry)
         return true;
     if (answer == TroubleAnswer::Force && !isForced) {

@@ -4,6 +4,7 @@
 #include "platform/dos/HostLocks.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/Metadata.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/SidecarFiles.h"
 #include "platform/dos/TreeDrawer.h"
@@ -73,10 +74,11 @@ private:
     void SolveOne(const Problem& problem);
     bool AskTrouble(const std::string& path, bool isDrawer, TreeStep step, long error, bool& isForced);
     std::string PathOf(const Node& node, const std::string& name) const {
-        return node.Parent ? TreePath(node, name) : std::string();
+        return node.Parent ? TreePath(node, OwnNameOf(Names, name)) : std::string();
     }
 
     Protected Rule;
+    MetadataRule Names = MetadataRule::Xattr; // of the volume
     TreeTally Tally;
     TreeTalk Talk;
     std::vector<NodeRef> Way;
@@ -88,6 +90,7 @@ private:
 };
 
 TreeResult TreeDeleter::Run(const Spot& spot) {
+    Names = spot.On->Info.Metadata;
     auto above = std::make_shared<Node>();
     above->Open = std::make_shared<const HostFd>(DuplicateFd(spot.Drawer));
     TreeEntry entry{spot.Name, TreeKind::File, false};
@@ -155,7 +158,7 @@ void TreeDeleter::Enter(const NodeRef& in, const TreeEntry& entry) {
     auto node = std::make_shared<Node>();
     node->Parent = in;
     node->Entry = entry;
-    node->Name = in->Parent ? entry.Name : std::string();
+    node->Name = in->Parent ? OwnNameOf(Names, entry.Name) : std::string();
     bool isForced = false;
     while (const long error = OpenNode(in, entry, *node, isForced)) {
         // One that is empty goes even where it cannot be looked into.

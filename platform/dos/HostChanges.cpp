@@ -2,6 +2,7 @@
 
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/TemporaryNames.h"
 
@@ -74,13 +75,13 @@ bool FindPlace(const HostLock& from, const std::string& rest, WalkMode& mode, Sp
     return mode.Commit() || Refuse(ENOMEDIUM, Operation::Write);
 }
 
-// The name of the object that a path from the drawer of a link leads to, as the host has it: an
-// alias or another case means nothing to it.
+// The name of the object that a path from the drawer of a link leads to, or of one that could be there,
+// as the host has it: an alias or another case means nothing to it.
 std::string RealNameOf(const HostLock& drawer, std::string_view path, std::string_view name, WalkMode& mode) {
     Spot spot;
     if (FindSpot(drawer, path, LastLink::Keep, mode, spot) && spot.Object && !spot.Name.empty())
         return spot.Name;
-    return std::string(name);
+    return HostNameFor(drawer.On->Info.Metadata, name);
 }
 
 // A relative AmigaDOS path as the text of a host link.

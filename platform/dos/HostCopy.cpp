@@ -1,10 +1,10 @@
 #include "platform/dos/HostCopy.h"
 
-#include "platform/dos/Aliases.h"
 #include "platform/dos/HostChanges.h"
 #include "platform/dos/HostDirectory.h"
 #include "platform/dos/HostFiles.h"
 #include "platform/dos/HostWriting.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/ObjectCopier.h"
 #include "platform/dos/Relay.h"
@@ -41,17 +41,16 @@ bool FindSource(const HostLock& from, std::string_view rest, LastLink last, Walk
 
 // An object whose real name does not fit keeps it where the copy is asked for under its alias.
 bool TakeRealName(const Spot& source, Spot& target) {
-    if (!source.Drawer || !NeedsAlias(source.Name))
+    if (!source.Drawer)
         return true;
+    const MetadataRule rule = source.On->Info.Metadata;
+    const std::string own = OwnNameOf(rule, source.Name);
+    const std::string alias = ShownName(source.Drawer.Get(), source.Name, rule);
+    const std::string asked = OwnNameOf(target.On->Info.Metadata, target.Name);
     const bool folds = target.On->Info.Names == NameRule::Fold;
-    const std::string alias = ShownName(source.Drawer.Get(), source.Name);
-    if (folds ? utility::Stricmp(alias, target.Name) != 0 : alias != target.Name)
+    if (alias == own || (folds ? utility::Stricmp(alias, asked) != 0 : alias != asked))
         return true;
-    target.Name = source.Name;
-    if (folds)
-        target.Name = FindRealName(target.Drawer.Get(), source.Name, NameMatch::Folded).value_or(source.Name);
-    target.Object =
-        HostFd(Host().Openat(target.Drawer.Get(), target.Name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+    target.Object = OpenMeant(target.Drawer.Get(), target.On->Info, own, target.Name);
     if (target.Object)
         return FactsOf(target.Object.Get(), target.Facts);
     return errno == ENOENT;

@@ -106,14 +106,15 @@ std::string NameOf(const LockBody& body, NameForm form) {
     }
     const VolumeRef on = LiesUnder(path, lock.On->RealRoot) ? PresentRecord(lock.On) : VolumeOfHostPath(path);
     const std::string name = form == NameForm::Device ? on->Info.Device : PathNameOf(on);
-    return name + ":" + PathBelow(on->RealRoot, path);
+    return name + ":" + PathBelow(on->RealRoot, path, on->Info.Metadata);
 }
 
 bool ExamineNow(const HostLock& lock, ExamineData& object) {
     const std::string path = HostPathOf(lock.Object.Get());
     const int pathError = errno;
     ObjectRecord record;
-    ExamineEntry(lock.Object.Get(), "", DT_UNKNOWN, Attributes::Asked, record);
+    const MetadataRule rule = lock.On->Info.Metadata;
+    ExamineEntry(lock.Object.Get(), "", DT_UNKNOWN, {.Names = rule}, record);
     if (path.empty() || record.IsGone) {
         SetIoErr(path.empty() ? ErrorOfPath(pathError) : ErrorObjectNotFound);
         return false;
@@ -122,7 +123,7 @@ bool ExamineNow(const HostLock& lock, ExamineData& object) {
         object.Name = PresentRecord(lock.On)->Info.Volume;
     } else {
         ApplySidecar(AT_FDCWD, path, record);
-        object.Name = ShownNameAt(std::string(DrawerOf(path)), LeafOf(path));
+        object.Name = ShownNameAt(std::string(DrawerOf(path)), LeafOf(path), rule);
     }
     FillExamineData(std::move(record), object);
     return true;

@@ -148,7 +148,7 @@ bool HostLister::Next(ExamineData& object) {
         if (Current->Records[at].IsGone || Current->Records[at].IsSidecar ||
             Source->IsTemporaryAt(*Current, at))
             continue;
-        object.Name.assign(Source->ShownNameAt(*Current, at));
+        Source->GiveShownName(*Current, at, object.Name);
         FillExamineData(std::move(Current->Records[at]), object);
         return true;
     }
@@ -162,7 +162,7 @@ ListingRef BeginListing(const HostLock& drawer, Progress* progress) {
         SetIoErr(ErrorFromErrno(errno, errno == EACCES ? Operation::Read : Operation::Lookup));
         return nullptr;
     }
-    auto listing = std::make_shared<Listing>(std::move(open));
+    auto listing = std::make_shared<Listing>(std::move(open), drawer.On->Info.Metadata);
     listing->ReadNames(progress);
     return listing;
 }

@@ -10,10 +10,12 @@
 namespace dos {
 
 // The name under which an entry of a host drawer is shown.
-[[nodiscard]] std::string ShownNameAt(const std::string& drawerHostPath, std::string_view hostName);
+[[nodiscard]] std::string ShownNameAt(const std::string& drawerHostPath, std::string_view hostName,
+                                      MetadataRule rule);
 
-// A host path below root as "part/part", aliases where names need them; empty for the root itself.
-[[nodiscard]] std::string PathBelow(std::string_view root, const std::string& hostPath);
+// A host path below a volume's root, as the path spells that, as "part/part" of shown names; empty for
+// the root itself.
+[[nodiscard]] std::string PathBelow(std::string_view root, const std::string& hostPath, MetadataRule rule);
 
 // What stands before the colon in a path to the volume: its name, or its device where another
 // volume of that name would be found first.

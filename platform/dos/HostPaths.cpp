@@ -5,6 +5,7 @@
 #include "platform/dos/HostNames.h"
 #include "platform/dos/LinkText.h"
 #include "platform/dos/MountInfo.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/utility/Text.h"
 
@@ -18,13 +19,6 @@ namespace {
 
 constexpr std::string_view UrlScheme = "file:";
 
-int HexValue(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    const char lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 // Nothing for an escape that is none, or for one that no path can hold.
 std::optional<std::string> DecodeUrl(std::string_view text) {
     std::string out;
@@ -33,8 +27,8 @@ std::optional<std::string> DecodeUrl(std::string_view text) {
             out.push_back(text[i]);
             continue;
         }
-        const int high = i + 2 < text.size() ? HexValue(text[i + 1]) : -1;
-        const int low = i + 2 < text.size() ? HexValue(text[i + 2]) : -1;
+        const int high = i + 2 < text.size() ? HexDigitValue(text[i + 1]) : -1;
+        const int low = i + 2 < text.size() ? HexDigitValue(text[i + 2]) : -1;
         if (high < 0 || low < 0 || high + low == 0)
             return {};
         out.push_back(static_cast<char>(high * 16 + low));
@@ -99,7 +93,7 @@ std::string Straighten(const std::string& hostPath) {
 std::string VolumePathOf(const std::string& hostPath) {
     const std::string path = Straighten(hostPath);
     const VolumeRef volume = VolumeOfHostPath(path);
-    return PathNameOf(volume) + ":" + PathBelow(RootAbove(*volume, path), path);
+    return PathNameOf(volume) + ":" + PathBelow(RootAbove(*volume, path), path, volume->Info.Metadata);
 }
 
 // Does the text begin with a name and a colon, as AmigaDOS paths do?
@@ -110,22 +104,26 @@ bool HasDevice(std::string_view text) {
 
 } // namespace
 
-std::string ShownNameAt(const std::string& drawerHostPath, std::string_view hostName) {
-    if (!NeedsAlias(hostName))
-        return std::string(hostName);
+std::string ShownNameAt(const std::string& drawerHostPath, std::string_view hostName, MetadataRule rule) {
+    std::string name = OwnNameOf(rule, hostName);
+    const bool needsAlias = NeedsAlias(name);
+    if (!needsAlias && (rule != MetadataRule::Uaem || name != hostName || !NeedsEscape(name)))
+        return name;
     if (IsOnSlowMount(drawerHostPath))
-        return MakeAlias(hostName, 0);
+        return needsAlias ? MakeAlias(hostName, 0) : name;
     const HostFd drawer(Host().Openat(AT_FDCWD, drawerHostPath.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
-    return drawer ? ShownName(drawer.Get(), hostName) : MakeAlias(hostName, 0);
+    if (drawer)
+        return ShownName(drawer.Get(), hostName, rule);
+    return needsAlias ? MakeAlias(hostName, 0) : name;
 }
 
-std::string PathBelow(std::string_view root, const std::string& hostPath) {
+std::string PathBelow(std::string_view root, const std::string& hostPath, MetadataRule rule) {
     std::string path;
     std::size_t at = root == "/" ? 1 : root.size() + 1;
     while (at < hostPath.size()) {
         const std::size_t end = std::min(hostPath.find('/', at), hostPath.size());
         const std::string_view name = std::string_view(hostPath).substr(at, end - at);
-        path.append(path.empty() ? "" : "/").append(ShownNameAt(hostPath.substr(0, at), name));
+        path.append(path.empty() ? "" : "/").append(ShownNameAt(hostPath.substr(0, at), name, rule));
         at = end + 1;
     }
     return path;

@@ -1,9 +1,9 @@
-#include "platform/dos/Aliases.h"
 #include "platform/dos/HostChanges.h"
 #include "platform/dos/HostCopy.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
 #include "platform/dos/MountInfo.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/utility/Text.h"
 
@@ -47,8 +47,9 @@ Aim AimAtExisting(const Spot& source, const Spot& target, std::string_view typed
     const bool isItself =
         IsSameObject(source.Object, target.Object) && IsSameObject(source.Drawer, target.Drawer);
     if (isItself && target.Name == source.Name) {
-        name = typed;
-        const bool changesCase = typed != source.Name && utility::Stricmp(typed, source.Name) == 0;
+        const std::string own = OwnNameOf(source.On->Info.Metadata, source.Name);
+        name = HostNameFor(target.On->Info.Metadata, typed);
+        const bool changesCase = typed != own && utility::Stricmp(typed, own) == 0;
         return changesCase ? Aim::Move : Aim::Nothing;
     }
     // Two spellings of one entry on a disk that folds by itself, or two links: the rename tells.
@@ -65,10 +66,13 @@ Aim FindAim(const Spot& source, const Spot& target, std::string_view typed, std:
     if (target.Object)
         return AimAtExisting(source, target, typed, name);
     name = target.Name;
-    if (!NeedsAlias(source.Name) || !IsSameName(target, typed, ShownName(source.Drawer.Get(), source.Name)))
+    const MetadataRule rule = source.On->Info.Metadata;
+    const std::string own = OwnNameOf(rule, source.Name);
+    const std::string shown = ShownName(source.Drawer.Get(), source.Name, rule);
+    if (shown == own || !IsSameName(target, typed, shown))
         return Aim::Move;
-    name = source.Name;
-    if (!IsFolding(target) || !FindRealName(target.Drawer.Get(), name, NameMatch::Folded))
+    // An object that is asked for under its alias keeps its own name.
+    if (!OpenMeant(target.Drawer.Get(), target.On->Info, own, name))
         return Aim::Move;
     SetIoErr(ErrorObjectExists);
     return Aim::Refused;

@@ -1,5 +1,6 @@
 #include "platform/dos/HostLocks.h"
 #include "platform/dos/MountInfo.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 
 #include <algorithm>
@@ -87,6 +88,17 @@ bool IsPlainPath(std::string_view rest) {
     return true;
 }
 
+// Does the host call the objects on the way as the path does?
+bool IsOfHostNames(std::string_view rest, MetadataRule rule) {
+    while (rule == MetadataRule::Uaem && !rest.empty()) {
+        const std::size_t end = std::min(rest.find('/'), rest.size());
+        if (NeedsEscape(rest.substr(0, end)))
+            return false;
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return true;
+}
+
 std::string ParentOfHostPath(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
@@ -116,6 +128,7 @@ private:
     HostFd OpenName(const std::string& name);
     HostFd OpenAcross(const std::string& name, const std::string& hostPath);
     const VolumeRef& CurrentVolume();
+    [[nodiscard]] VolumeRef VolumeHere() const;
 
     HostFd Here;  // empty when the last name is missing
     HostFd Above; // empty where the walk began
@@ -188,17 +201,12 @@ bool Walker::TakeName(const Step& step) {
     if (!IsDrawerMode(Facts.Mode))
         return Fail(ENOTDIR);
     std::string name = step.Name;
-    HostFd next = OpenName(name);
-    if (!next && errno == ENOENT && step.Kind == StepKind::Name) {
-        const NameMatch match =
-            CurrentVolume()->Info.Names == NameRule::Fold ? NameMatch::Folded : NameMatch::AliasOnly;
-        if (const auto real = FindRealName(Here.Get(), name, match)) {
-            name = *real;
-            next = OpenName(name);
-        } else {
-            errno = ENOENT;
-        }
-    }
+    HostFd next;
+    if (step.Kind == StepKind::Name)
+        next = OpenMeant(Here.Get(), VolumeHere()->Info, step.Name, name,
+                         [this](const std::string& as) { return OpenName(as); });
+    else
+        next = OpenName(name);
     ObjectFacts facts;
     if (!next && errno == ENOENT && Pending.empty())
         return Enter(HostFd(), facts, std::move(name));
@@ -235,6 +243,11 @@ const VolumeRef& Walker::CurrentVolume() {
         On = VolumeOfHostPath(HostPathOf(Here.Get()));
     HasJumped = false;
     return On;
+}
+
+// The way may lead on into another one, so nothing is settled by it.
+VolumeRef Walker::VolumeHere() const {
+    return HasJumped ? VolumeOfHostPath(HostPathOf(Here.Get())) : On;
 }
 
 bool Walker::TakeParent() {
@@ -337,7 +350,7 @@ bool FindSpot(const HostLock& start, std::string_view rest, LastLink last, WalkM
 HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink last, WalkMode& mode) {
     if (rest.empty())
         return start;
-    if (IsPlainPath(rest) && !HasForbidden(rest)) {
+    if (IsPlainPath(rest) && !HasForbidden(rest) && IsOfHostNames(rest, start->On->Info.Metadata)) {
         const std::string path(rest.substr(0, rest.size() - (rest.ends_with('/') ? 1 : 0)));
         if (HostLockRef lock = FindAtOnce(*start, path, last))
             return lock;

@@ -2,6 +2,7 @@
 
 #include "platform/dos/Aliases.h"
 #include "platform/dos/HostNames.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/VolumeTable.h"
 
 #include <algorithm>
@@ -22,8 +23,9 @@ std::vector<std::string_view> PartsOf(std::string_view path) {
     return parts;
 }
 
-std::string Shown(std::string_view hostName) {
-    return NeedsAlias(hostName) ? MakeAlias(hostName, 0) : std::string(hostName);
+std::string Shown(std::string_view hostName, MetadataRule rule) {
+    std::string name = OwnNameOf(rule, hostName);
+    return NeedsAlias(name) ? MakeAlias(hostName, 0) : name;
 }
 
 std::string AbsoluteTarget(std::string_view hostTarget) {
@@ -32,7 +34,7 @@ std::string AbsoluteTarget(std::string_view hostTarget) {
     const std::string& root = RootAbove(*volume, clean);
     std::string path = PathNameOf(volume) + ":";
     for (const std::string_view part : PartsOf(std::string_view(clean).substr(root.size())))
-        path.append(path.ends_with(':') ? "" : "/").append(Shown(part));
+        path.append(path.ends_with(':') ? "" : "/").append(Shown(part, volume->Info.Metadata));
     return path;
 }
 
@@ -52,7 +54,7 @@ std::string CleanHostPath(std::string_view hostPath) {
     return clean.empty() ? "/" : clean;
 }
 
-std::string AmigaLinkTarget(std::string_view hostTarget) {
+std::string AmigaLinkTarget(std::string_view hostTarget, MetadataRule rule) {
     if (hostTarget.starts_with('/'))
         return AbsoluteTarget(hostTarget);
     std::string path;
@@ -63,7 +65,7 @@ std::string AmigaLinkTarget(std::string_view hostTarget) {
             path.append(afterName ? "//" : "/");
             afterName = false;
         } else {
-            path.append(afterName ? "/" : "").append(Shown(part));
+            path.append(afterName ? "/" : "").append(Shown(part, rule));
             afterName = true;
         }
     }

@@ -1,5 +1,6 @@
 #include "platform/dos/Listing.h"
 
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/SidecarFiles.h"
 #include "platform/dos/TemporaryNames.h"
 
@@ -28,7 +29,7 @@ void Beat(Progress* progress) {
 
 } // namespace
 
-Listing::Listing(HostFd openDrawer) : Open(std::move(openDrawer)) {}
+Listing::Listing(HostFd openDrawer, MetadataRule rule) : Open(std::move(openDrawer)), Rule(rule) {}
 
 void Listing::ReadNames(Progress* progress) {
     Kept = AttributesOf(Open.Get());
@@ -82,33 +83,26 @@ void Listing::FindTemporaries(const NameBlock& block) {
 }
 
 void Listing::FindAliases() {
-    std::vector<std::string> needing;
+    AliasFinder finder(Rule);
     for (const NameBlock& block : Blocks)
         for (const BareEntry& entry : block.Entries())
-            if (NeedsAlias(entry.View()))
-                needing.emplace_back(entry.View());
-    if (needing.empty())
-        return;
-    std::unordered_set<std::string_view> suspects;
-    for (const NameBlock& block : Blocks)
-        for (const BareEntry& entry : block.Entries())
-            if (LooksLikeAlias(entry.View()))
-                suspects.insert(entry.View());
-    Aliases = MakeAliasTable(std::move(needing), [&](std::string_view name) {
-        return suspects.contains(name) && !NeedsAlias(name);
-    });
+            finder.Add(entry.View());
+    Aliases = finder.Table();
 }
 
 std::string_view Listing::NameAt(const Slice& slice, std::size_t entry) const noexcept {
     return Blocks[slice.Block].Entries()[slice.From + entry].View();
 }
 
-std::string_view Listing::ShownNameAt(const Slice& slice, std::size_t entry) const {
-    const std::string_view name = NameAt(slice, entry);
-    if (Aliases.AliasOf.empty())
-        return name;
-    const auto alias = Aliases.AliasOf.find(name);
-    return alias == Aliases.AliasOf.end() ? name : alias->second;
+void Listing::GiveShownName(const Slice& slice, std::size_t entry, std::string& name) const {
+    const std::string_view hostName = NameAt(slice, entry);
+    const auto alias = Aliases.AliasOf.empty() ? Aliases.AliasOf.end() : Aliases.AliasOf.find(hostName);
+    if (alias != Aliases.AliasOf.end())
+        name = alias->second;
+    else if (Rule == MetadataRule::Uaem)
+        name = UnescapedName(hostName);
+    else
+        name.assign(hostName);
 }
 
 // Told by its text: what is only called so is the user's own and must be seen.
@@ -138,7 +132,7 @@ bool Listing::WorkOnNext(int directory, Progress* progress) {
     const std::vector<BareEntry>& entries = Blocks[slice->Block].Entries();
     for (std::size_t i = 0; i < records.size(); ++i) {
         const BareEntry& entry = entries[slice->From + i];
-        ExamineEntry(directory, entry.Name, entry.Type, Kept, records[i]);
+        ExamineEntry(directory, entry.Name, entry.Type, {Kept, Rule}, records[i]);
         if (!WithSidecar.empty()) {
             records[i].IsSidecar = IsSidecar(directory, entry, records[i]);
             if (WithSidecar.contains(entry.View()))

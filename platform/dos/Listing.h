@@ -31,7 +31,7 @@ struct Slice {
 
 class Listing {
 public:
-    explicit Listing(HostFd openDrawer);
+    Listing(HostFd openDrawer, MetadataRule rule);
 
     // Reads all names. Must be over before anything below is called. A drawer that cannot be read
     // to its end keeps what was found; its errno stands in ReadError.
@@ -42,7 +42,7 @@ public:
     // The entries of a slice that is done.
     [[nodiscard]] Slice& At(std::size_t slice) noexcept { return *Slices[slice]; }
     [[nodiscard]] std::string_view NameAt(const Slice& slice, std::size_t entry) const noexcept;
-    [[nodiscard]] std::string_view ShownNameAt(const Slice& slice, std::size_t entry) const;
+    void GiveShownName(const Slice& slice, std::size_t entry, std::string& name) const;
     // Is it a temporary file, which is not the user's?
     [[nodiscard]] bool IsTemporaryAt(const Slice& slice, std::size_t entry) const;
 
@@ -67,6 +67,7 @@ private:
     void FindAliases();
 
     HostFd Open;
+    MetadataRule Rule;
     Attributes Kept = Attributes::Asked;
     int Error = 0;
     std::size_t Count = 0;

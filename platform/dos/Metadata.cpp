@@ -105,8 +105,7 @@ void ReadAttributes(int drawer, const char* name, ObjectRecord& record) {
 
 } // namespace
 
-void ExamineEntry(int drawer, const char* name, std::uint8_t hint, Attributes attributes,
-                  ObjectRecord& record) {
+void ExamineEntry(int drawer, const char* name, std::uint8_t hint, ExamineRule rule, ObjectRecord& record) {
     struct statx raw;
     const int flags =
         AT_STATX_DONT_SYNC | AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | (*name == '\0' ? AT_EMPTY_PATH : 0);
@@ -122,12 +121,12 @@ void ExamineEntry(int drawer, const char* name, std::uint8_t hint, Attributes at
     if (record.Type == TypeFile)
         record.Size = raw.stx_size;
     if (record.Type == TypeFile || record.Type == TypeDrawer) {
-        if (attributes == Attributes::Asked)
+        if (rule.Kept == Attributes::Asked)
             ReadAttributes(drawer, name, record);
     } else if (S_ISLNK(raw.stx_mode)) {
         const std::string target = ReadLinkText(drawer, name);
         if (!target.empty())
-            TextsOf(record).LinkTarget = AmigaLinkTarget(target);
+            TextsOf(record).LinkTarget = AmigaLinkTarget(target, rule.Names);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/dos/Examine.h"
 #include "platform/dos/HostFd.h"
+#include "platform/dos/Volumes.h"
 
 #include <cstdint>
 #include <memory>
@@ -34,11 +35,16 @@ struct ObjectRecord {
 
 enum class Attributes { Asked, None }; // whether the file system can have attributes at all
 
+// How entries of a drawer are to be read.
+struct ExamineRule {
+    Attributes Kept = Attributes::Asked;
+    MetadataRule Names = MetadataRule::Xattr; // of the volume; for the text of links
+};
+
 // Examines an entry without following a link. drawer may be AT_FDCWD for the thread's own
 // directory; an empty name means the O_PATH descriptor itself. hint is the type that the drawer
 // told (DT_*), used when the entry may not be looked at.
-void ExamineEntry(int drawer, const char* name, std::uint8_t hint, Attributes attributes,
-                  ObjectRecord& record);
+void ExamineEntry(int drawer, const char* name, std::uint8_t hint, ExamineRule rule, ObjectRecord& record);
 
 // Can objects of this drawer's file system have the attributes that we read?
 [[nodiscard]] Attributes AttributesOf(int drawer);

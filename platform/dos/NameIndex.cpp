@@ -2,9 +2,12 @@
 
 #include "platform/dos/HostDirectory.h"
 #include "platform/dos/HostFd.h"
+#include "platform/dos/NameEscapes.h"
+#include "platform/dos/Sidecar.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <list>
@@ -27,11 +30,12 @@ constexpr std::int64_t LongestTrust = 2'000'000'000; // nanoseconds
 
 struct Contents {
     DrawerStamp State;
-    std::int64_t ReadAt = 0; // nanoseconds since 1970
-    bool IsPatched = false;  // changes of our own were written in since
+    MetadataRule Rule = MetadataRule::Xattr; // by which names are read
+    std::int64_t ReadAt = 0;                 // nanoseconds since 1970
+    bool IsPatched = false;                  // changes of our own were written in since
     AliasTable Aliases;
     bool HasFolded = false;
-    std::unordered_map<std::string, std::string> Folded; // real name by folded one
+    std::unordered_map<std::string, std::string> Folded; // host's name by folded own one
     std::unordered_set<std::string> Twins;               // folded names that more than one entry has
 };
 
@@ -76,18 +80,29 @@ bool IsTrusted(const Contents& contents, const DrawerStamp& now, NameMatch match
     return now.Modified < contents.ReadAt - tick || now.Modified > Now() + CoarseTick;
 }
 
+std::string FoldedKey(const Contents& contents, std::string_view hostName) {
+    return utility::Fold(OwnNameOf(contents.Rule, hostName));
+}
+
+// An entry whose name is an escape goes before one that has the name itself, which is under an alias.
+bool GoesBefore(const Contents& contents, std::string_view name, std::string_view other) {
+    if (contents.Rule == MetadataRule::Uaem && IsEscape(name) != IsEscape(other))
+        return IsEscape(name);
+    return name < other;
+}
+
 void AddFolded(Contents& contents, std::string_view name) {
-    const auto [place, isNew] = contents.Folded.try_emplace(utility::Fold(name), name);
+    const auto [place, isNew] = contents.Folded.try_emplace(FoldedKey(contents, name), name);
     if (isNew || name == place->second)
         return;
     contents.Twins.insert(place->first);
-    if (name < place->second)
+    if (GoesBefore(contents, name, place->second))
         place->second = name;
 }
 
 // False when only a new reading can tell what is left.
 bool RemoveFolded(Contents& contents, std::string_view name) {
-    const std::string folded = utility::Fold(name);
+    const std::string folded = FoldedKey(contents, name);
     if (contents.Twins.contains(folded))
         return false;
     contents.Folded.erase(folded);
@@ -96,27 +111,22 @@ bool RemoveFolded(Contents& contents, std::string_view name) {
 
 bool ReadContents(int drawer, NameMatch match, Contents& contents) {
     contents.ReadAt = Now();
-    std::vector<std::string> needing;
-    std::vector<std::string> suspects; // real names that an alias could collide with
+    AliasFinder aliases(contents.Rule);
     const bool complete = ForEachName(drawer, [&](std::string_view name) {
-        if (NeedsAlias(name))
-            needing.emplace_back(name);
-        else if (LooksLikeAlias(name))
-            suspects.emplace_back(name);
+        aliases.Add(name);
         if (match == NameMatch::Folded)
             AddFolded(contents, name);
     });
-    const std::unordered_set<std::string_view> taken(suspects.begin(), suspects.end());
-    contents.Aliases =
-        MakeAliasTable(std::move(needing), [&](std::string_view name) { return taken.contains(name); });
+    contents.Aliases = aliases.Table();
     contents.HasFolded = match == NameMatch::Folded;
     return complete;
 }
 
 // What is remembered of a drawer in this state; null when it must be read. The guard is held.
-ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match) {
-    const auto entry = std::ranges::find_if(
-        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
+ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match, MetadataRule rule) {
+    const auto entry = std::ranges::find_if(state.Drawers, [&](const ContentsRef& known) {
+        return known->State.Id == now.Id && known->Rule == rule;
+    });
     if (entry == state.Drawers.end())
         return nullptr;
     if (!IsTrusted(**entry, now, match)) {
@@ -129,21 +139,23 @@ ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match) {
 
 // The contents of a drawer as they are now; null when it cannot be read. Reads without the guard,
 // since the disk may hang.
-ContentsRef ContentsOf(int drawer, NameMatch match) {
+ContentsRef ContentsOf(int drawer, NameMatch match, MetadataRule rule) {
     IndexState& state = State();
     auto fresh = std::make_shared<Contents>();
+    fresh->Rule = rule;
     if (!StampOf(drawer, fresh->State))
         return nullptr;
     {
         const std::lock_guard hold(state.Guard);
-        if (ContentsRef known = Recall(state, fresh->State, match))
+        if (ContentsRef known = Recall(state, fresh->State, match, rule))
             return known;
     }
     if (!ReadContents(drawer, match, *fresh))
         return nullptr;
     const std::lock_guard hold(state.Guard);
-    std::erase_if(state.Drawers,
-                  [&](const ContentsRef& known) { return known->State.Id == fresh->State.Id; });
+    std::erase_if(state.Drawers, [&](const ContentsRef& known) {
+        return known->State.Id == fresh->State.Id && known->Rule == rule;
+    });
     state.Drawers.push_front(fresh);
     if (state.Drawers.size() > KeptDrawers)
         state.Drawers.pop_back();
@@ -159,13 +171,21 @@ std::optional<std::string> FindFoldedAlias(const AliasTable& aliases, std::strin
 }
 
 // Rare: the aliases of the whole drawer are weighed anew.
-bool TouchesAliases(std::string_view hostName) {
-    return NeedsAlias(hostName) || LooksLikeAlias(hostName);
+bool TouchesAliases(const Contents& contents, std::string_view hostName) {
+    const std::string name = OwnNameOf(contents.Rule, hostName);
+    if (NeedsAlias(name) || LooksLikeAlias(name))
+        return true;
+    // One beside it may have or lose the name for which it stands. Every file has a sidecar.
+    const bool isSidecar = hostName.ends_with(SidecarSuffix);
+    if (contents.Rule != MetadataRule::Uaem || isSidecar || !NeedsEscape(name))
+        return false;
+    const auto known = contents.Folded.find(utility::Fold(name));
+    return !contents.HasFolded || (known != contents.Folded.end() && known->second != hostName);
 }
 
 // False when only a new reading can tell what is in the drawer.
 bool Patch(Contents& contents, std::string_view gone, std::string_view made) {
-    if (TouchesAliases(gone) || TouchesAliases(made))
+    if (TouchesAliases(contents, gone) || TouchesAliases(contents, made))
         return false;
     if (!contents.HasFolded)
         return true;
@@ -176,14 +196,61 @@ bool Patch(Contents& contents, std::string_view gone, std::string_view made) {
     return true;
 }
 
+bool IsMissing(int hostError, bool isOtherName) {
+    return hostError == ENOENT || (isOtherName && hostError == ENAMETOOLONG);
+}
+
+// Carries an own change over into what is remembered; false when that is to be forgotten.
+bool Follow(Contents& contents, const DrawerStamp& before, const DrawerStamp& now, std::string_view gone,
+            std::string_view made) {
+    const NameMatch match = contents.HasFolded ? NameMatch::Folded : NameMatch::AliasOnly;
+    if (!IsTrusted(contents, before, match) || !Patch(contents, gone, made))
+        return false;
+    contents.State = now;
+    contents.IsPatched = true;
+    return true;
+}
+
 } // namespace
 
-std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match) {
+HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name, std::string& hostName,
+                 const EntryOpener& open) {
+    hostName = HostNameFor(on.Metadata, name);
+    const bool isEscaped = hostName != name;
+    HostFd found = open(hostName);
+    if (found || !IsMissing(errno, isEscaped))
+        return found;
+    const int error = errno;
+    // Somebody who knows nothing of escapes may have given the name as it is.
+    if (isEscaped && !IsEscape(name)) {
+        found = open(std::string(name));
+        if (found || errno != ENOENT) {
+            hostName = name;
+            return found;
+        }
+    }
+    const NameMatch match = on.Names == NameRule::Fold ? NameMatch::Folded : NameMatch::AliasOnly;
+    if (auto real = FindRealName(drawer, name, match, on.Metadata)) {
+        hostName = std::move(*real);
+        return open(hostName);
+    }
+    errno = error;
+    return found;
+}
+
+HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name, std::string& hostName) {
+    return OpenMeant(drawer, on, name, hostName, [drawer](const std::string& as) {
+        return HostFd(Host().Openat(drawer, as.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+    });
+}
+
+std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match,
+                                        MetadataRule rule) {
     const bool mayBeAlias =
         LooksLikeAlias(match == NameMatch::Folded ? utility::Fold(name) : std::string(name));
     if (match == NameMatch::AliasOnly && !mayBeAlias)
         return {};
-    const ContentsRef contents = ContentsOf(drawer, match);
+    const ContentsRef contents = ContentsOf(drawer, match, rule);
     if (!contents)
         return {};
     const std::lock_guard hold(State().Guard);
@@ -196,10 +263,18 @@ std::optional<std::string> FindRealName(int drawer, std::string_view name, NameM
     return mayBeAlias ? FindFoldedAlias(contents->Aliases, name) : std::nullopt;
 }
 
-std::string ShownName(int drawer, std::string_view hostName) {
-    if (!NeedsAlias(hostName))
-        return std::string(hostName);
-    if (const ContentsRef contents = ContentsOf(drawer, NameMatch::AliasOnly)) {
+std::string ShownName(int drawer, std::string_view hostName, MetadataRule rule) {
+    std::string name = OwnNameOf(rule, hostName);
+    struct statx raw {};
+    const bool needsAlias = NeedsAlias(name);
+    // The name belongs to an escape where there is one of it.
+    const bool isShadowed = rule == MetadataRule::Uaem && !needsAlias && name == hostName &&
+                            NeedsEscape(name) &&
+                            Host().Statx(drawer, EscapedName(name).c_str(),
+                                         AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE, &raw) == 0;
+    if (!needsAlias && !isShadowed)
+        return name;
+    if (const ContentsRef contents = ContentsOf(drawer, NameMatch::AliasOnly, rule)) {
         const std::lock_guard hold(State().Guard);
         if (const auto alias = contents->Aliases.AliasOf.find(hostName);
             alias != contents->Aliases.AliasOf.end())
@@ -231,18 +306,9 @@ void OwnChange::End(std::string_view gone, std::string_view made) const {
         return; // its next stamp is not one remembered
     IndexState& state = State();
     const std::lock_guard hold(state.Guard);
-    const auto entry = std::ranges::find_if(
-        state.Drawers, [&](const ContentsRef& known) { return known->State.Id == now.Id; });
-    if (entry == state.Drawers.end())
-        return;
-    Contents& contents = **entry;
-    const NameMatch match = contents.HasFolded ? NameMatch::Folded : NameMatch::AliasOnly;
-    if (!IsTrusted(contents, Before, match) || !Patch(contents, gone, made)) {
-        state.Drawers.erase(entry);
-        return;
-    }
-    contents.State = now;
-    contents.IsPatched = true;
+    std::erase_if(state.Drawers, [&](const ContentsRef& known) {
+        return known->State.Id == now.Id && !Follow(*known, Before, now, gone, made);
+    });
 }
 
 } // namespace dos

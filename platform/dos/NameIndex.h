@@ -1,12 +1,14 @@
-// Which entry of a host drawer is meant by a name that is not found as it stands: one that differs
-// in case only, or an alias. What a drawer holds is remembered as long as its times stay the same,
-// so a miss does not walk a large drawer again. Private to platform/dos; safe from any thread.
+// Which entry of a host drawer is meant by a name: the one that the host calls so, one whose name is
+// escaped there, one that differs in case only, or an alias. What a drawer holds is remembered as long as its
+// times stay the same, so a miss does not walk a large drawer again. Private to platform/dos; safe from any
+// thread.
 #pragma once
 
 #include "platform/dos/Aliases.h"
 #include "platform/dos/HostFd.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,13 +25,24 @@ struct DrawerStamp {
     bool operator==(const DrawerStamp&) const = default;
 };
 
-// The real name of the entry of drawer (a descriptor, O_PATH will do) that name means; nothing when
-// there is none or the drawer cannot be read. Of names that differ in case only the first in byte
-// order is meant.
-[[nodiscard]] std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match);
+// The host's name of the entry of drawer (a descriptor, O_PATH will do) that name means in another
+// case or as an alias; nothing when there is none or the drawer cannot be read. Of names that differ
+// in case only the first in byte order is meant.
+[[nodiscard]] std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match,
+                                                      MetadataRule rule);
 
-// The name under which an entry is shown: its alias where it needs one.
-[[nodiscard]] std::string ShownName(int drawer, std::string_view hostName);
+// Opens an entry by the host's name; empty with errno.
+using EntryOpener = std::function<HostFd(const std::string& hostName)>;
+// Opens the entry that a name means on that volume. hostName becomes what the host calls it or, where
+// there is none (errno ENOENT), what it would be called.
+[[nodiscard]] HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name, std::string& hostName,
+                               const EntryOpener& open);
+// The same for the drawer's own disk; the descriptor is an O_PATH one.
+[[nodiscard]] HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name,
+                               std::string& hostName);
+
+// The name under which an entry is shown: as it would be without escapes, or its alias.
+[[nodiscard]] std::string ShownName(int drawer, std::string_view hostName, MetadataRule rule);
 
 // A change of this process to the entries of a drawer. Made just before it, ended just after it: what
 // is remembered of the drawer goes on to be true when nobody else has changed the drawer before,

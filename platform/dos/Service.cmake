@@ -5,8 +5,8 @@ solvane_module(dos SOURCES
     DiskVolumes.cpp Examine.cpp Files.cpp Handlers.cpp HostCalls.cpp HostChanges.cpp HostCopy.cpp
     HostDirectory.cpp HostFd.cpp HostFiles.cpp HostHandler.cpp HostLister.cpp HostPaths.cpp HostRename.cpp
     HostStreams.cpp HostTree.cpp HostWalk.cpp HostWriting.cpp Info.cpp Limits.cpp LinkText.cpp Listing.cpp
-    Locks.cpp MediumInfo.cpp Metadata.cpp MetadataWriting.cpp MountFile.cpp MountInfo.cpp NameIndex.cpp
-    Notify.cpp NotifyTarget.cpp ObjectCopier.cpp ProgramArguments.cpp Relay.cpp Sidecar.cpp SidecarFiles.cpp
+    Locks.cpp MediumInfo.cpp Metadata.cpp MetadataWriting.cpp MountFile.cpp MountInfo.cpp NameEscapes.cpp
+    NameIndex.cpp Notify.cpp NotifyTarget.cpp ObjectCopier.cpp ProgramArguments.cpp Relay.cpp Sidecar.cpp SidecarFiles.cpp
     System.cpp SystemSetUp.cpp TemporaryNames.cpp TreeDrawer.cpp TreeWork.cpp Variables.cpp Volumes.cpp
     USES dos_base exec utility
     LIBRARIES Threads::Threads)

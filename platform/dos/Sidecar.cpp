@@ -1,6 +1,7 @@
 #include "platform/dos/Sidecar.h"
 
 #include "platform/dos/Dates.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
@@ -49,11 +50,9 @@ std::optional<std::uint32_t> ParseDate(std::string_view text) {
                       .WeekDay = 0});
 }
 
+// A bad digit counts as 0.
 unsigned HexDigit(char c) {
-    if (IsDigit(c))
-        return static_cast<unsigned>(c - '0');
-    const char lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'f' ? static_cast<unsigned>(lower - 'a' + 10) : 0;
+    return static_cast<unsigned>(std::max(HexDigitValue(c), 0));
 }
 
 // "%xx" is a Latin-1 character. What is above ASCII without that escape is UTF-8 from one writer
@@ -120,37 +119,20 @@ std::vector<CommentUnit> UnitsOf(std::string_view comment) {
     return units;
 }
 
-bool IsAlwaysEscaped(unsigned char c) {
-    constexpr std::string_view Special = "%\\*?\"/|<>";
-    return c < 32 || c > 127 || Special.find(static_cast<char>(c)) != std::string_view::npos;
-}
-
-// Does the text begin with a device word of another system, alone or before a dot?
-bool BeginsWithDeviceWord(std::string_view text) {
-    constexpr std::string_view Words[] = {"AUX", "CON", "PRN", "NUL"};
-    constexpr std::string_view Numbered[] = {"COM", "LPT"};
-    const std::string_view word = text.substr(0, text.find('.'));
-    const auto is = [word](std::string_view one) { return utility::Stricmp(word.substr(0, 3), one) == 0; };
-    if (word.size() == 3)
-        return std::ranges::any_of(Words, is);
-    return word.size() == 4 && IsDigit(word[3]) && std::ranges::any_of(Numbered, is);
-}
-
 std::string CommentText(std::string_view comment) {
-    constexpr std::string_view Digits = "0123456789abcdef";
     const std::vector<CommentUnit> units = UnitsOf(comment);
     const std::size_t last = units.size() - 1;
-    const bool hidesLast =
-        comment.ends_with('.') || comment.ends_with(' ') || comment.ends_with(SidecarSuffix);
-    const bool hidesThird = BeginsWithDeviceWord(comment);
+    const bool hidesLast = HidesLast(comment);
+    const bool hidesThird = HidesThird(comment);
     std::string text;
     for (std::size_t i = 0; i < units.size(); ++i) {
         const unsigned char c = units[i].Byte;
-        const bool escapes = IsAlwaysEscaped(c) || (i == last && hidesLast) || (i == 2 && hidesThird);
+        const bool escapes =
+            IsAlwaysEscaped(c) || c > 127 || (i == last && hidesLast) || (i == 2 && hidesThird);
         if (units[i].IsPlain || !escapes)
             text.push_back(static_cast<char>(c));
         else
-            text.append({'%', Digits[c >> 4], Digits[c & 15]});
+            AppendEscape(text, c);
     }
     return text;
 }
