@@ -15,27 +15,53 @@
 #include "sak/Numbers.h"
 
 #include <algorithm>
+#include <array>
+#include <initializer_list>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace solvane {
 
 namespace {
 
-// Shows the first picture there is among the icons; the picture of the program's own last.
-void ShowPicture(const std::vector<std::string>& icons, std::string_view last) {
-    if (Prefs.DetailsPane == 0) {
-        return;
+using Pictures = std::initializer_list<std::string_view>;
+
+// What a list that is no drawer shows for itself, and for several of its entries.
+struct PlacePictures {
+    LocationKind Location;
+    std::string_view Place, Multi;
+};
+constexpr std::array PicturesOfPlaces = {
+    PlacePictures{LocationKind::Bookmarks, "PROGDIR:Images/Img_Bookmarks.png",
+                  "PROGDIR:Images/Img_MultiBookmarks.png"},
+    PlacePictures{LocationKind::Favorites, "PROGDIR:Images/Img_Favorites.png",
+                  "PROGDIR:Images/Img_MultiFavorites.png"},
+    PlacePictures{LocationKind::Workbench, "PROGDIR:Images/Img_Workbench.png",
+                  "PROGDIR:Images/Img_MultiProject.png"},
+    PlacePictures{LocationKind::Computer, "PROGDIR:Images/Img_Computer.png",
+                  "PROGDIR:Images/Img_MultiDevice.png"},
+    PlacePictures{LocationKind::Assigns, "PROGDIR:Images/Img_Assigns.png",
+                  "PROGDIR:Images/Img_MultiAssigns.png"},
+    PlacePictures{LocationKind::FTPSites, "PROGDIR:Images/Img_FTPSites.png",
+                  "PROGDIR:Images/Img_MultiFTPSites.png"},
+    PlacePictures{LocationKind::OS4Depot, "PROGDIR:Images/Img_OS4Depot.png",
+                  "PROGDIR:Images/Img_MultiProject.png"},
+    PlacePictures{LocationKind::Aminet, "PROGDIR:Images/Img_Aminet.png",
+                  "PROGDIR:Images/Img_MultiProject.png"},
+    PlacePictures{LocationKind::Archive, "PROGDIR:Images/Req_Archive.png",
+                  "PROGDIR:Images/Img_MultiProject.png"},
+};
+
+// Null for a drawer and for lists of results.
+const PlacePictures* PicturesOfPlace() {
+    const auto* found = std::ranges::find(PicturesOfPlaces, LBLocation, &PlacePictures::Location);
+    return found != PicturesOfPlaces.end() ? found : nullptr;
+}
+
+// The first one that there is.
+void ShowPicture(Pictures pictures) {
+    if (!std::ranges::any_of(pictures, SetThumbnailImage)) {
+        SetThumbnailImageBlank();
     }
-    intuition::ImageWish wish;
-    for (const std::string& icon : icons) {
-        wish.Steps.push_back({.Path = icon});
-    }
-    wish.Width = wish.Height = DetailsPictureSide;
-    wish.Fallback = intuition::ObtainImage(last);
-    SetDetailsPicture(intuition::LoadImage(wish));
-    intuition::ReleaseImage(wish.Fallback);
 }
 
 std::string_view PlaceWithoutSlash() {
@@ -47,34 +73,35 @@ std::string_view PlaceWithoutSlash() {
 }
 
 void ShowPictureOfPlace() {
-    const std::string path(PlaceWithoutSlash());
-    if (!SAK_IsDeviceRoot(path)) {
-        ShowPicture({path + ".info", "ENVARC:Sys/def_drawer.info"}, "PROGDIR:Images/Img_Drawer.png");
-        return;
+    if (const PlacePictures* place = PicturesOfPlace()) {
+        const bool isComputer = LBLocation == LocationKind::Computer;
+        ShowPicture({isComputer ? "ENVARC:Sys/def_computer.info" : place->Place, place->Place});
+    } else {
+        SetContentImage(PlaceWithoutSlash());
     }
-    const Text<128> root(path);
-    const bool isSystem = root == "DH0:" || root == "SYS:";
-    ShowPicture({path + "Disk.info", isSystem ? "ENVARC:Sys/def_sys.info" : "ENVARC:Sys/def_disk.info"},
-                "PROGDIR:Images/Img_DeviceUnknown.png");
 }
 
-void FillCounts() {
+enum class Bytes { Told, None }; // whether the entries have sizes
+
+void FillCounts(Bytes bytes) {
     Details7Buffer = FormatText("%s %s", SAK_LocalizeNumber(TotalNodes),
                                 SAK_LocaleString(TotalNodes == 1 ? MSG_ITEM : MSG_ITEMS));
-    Details8Buffer = TotalBytesBuffer;
+    if (bytes == Bytes::Told) {
+        Details8Buffer = TotalBytesBuffer;
+    }
 }
 
-void FillPlace() {
+void FillPlace(Bytes bytes) {
     ClearDetailsBuffers();
     const std::string_view path = PlaceWithoutSlash();
     Text<1024> drawer;
     Text<128> name;
     SAK_SplitFilename(path, drawer, name);
     Details1Buffer = name.Empty() ? path : name.View();
-    if (!SAK_IsDeviceRoot(path)) {
+    if (PicturesOfPlace() == nullptr && !SAK_IsDeviceRoot(path)) {
         Details2Buffer = SAK_LocaleString(MSG_DRAWER);
     }
-    FillCounts();
+    FillCounts(bytes);
     SetFuelGaugeImage(-1);
     ShowPictureOfPlace();
 }
@@ -96,6 +123,19 @@ void FillVolume() {
     SetFuelGaugeImage(static_cast<int>(static_cast<double>(used) / static_cast<double>(info->Blocks) * 100));
 }
 
+void ShowPictureOf(const ContentNode& node) {
+    if (!ShowsThumbnail()) {
+        return;
+    }
+    intuition::ImageWish wish;
+    wish.Steps = IconSteps(node);
+    wish.Width = wish.Height = DetailsPictureSide;
+    wish.Fallback = intuition::ObtainImage(IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
+                                                                         : "PROGDIR:Images/Img_Project.png");
+    SetDetailsPicture(intuition::LoadImage(wish));
+    intuition::ReleaseImage(wish.Fallback);
+}
+
 void FillEntry(const ContentNode& node) {
     ClearDetailsBuffers();
     Details1Buffer = node.EntryName;
@@ -106,31 +146,41 @@ void FillEntry(const ContentNode& node) {
     Details6Buffer = node.ProtectionText;
     Details7Buffer = node.Comment;
     SetFuelGaugeImage(-1);
-    std::vector<std::string> icons;
-    for (const intuition::ImageStep& step : IconSteps(node)) {
-        icons.push_back(step.Path);
-    }
-    ShowPicture(icons, IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
-                                                     : "PROGDIR:Images/Img_Project.png");
+    ShowPictureOf(node);
 }
 
-void FillSelection() {
-    bool hasFiles = false;
-    for (const ContentNode& node : *ContentList) {
-        hasFiles = hasFiles || (node.Selected != 0 && !IsDrawerKind(node.ObjectKind));
-    }
+void FillSelection(Bytes bytes) {
     ClearDetailsBuffers();
     Details1Buffer =
         FormatText("%s %s", SAK_LocalizeNumber(NumSelected), SAK_LocaleString(MSG_ITEMS_SELECTED));
-    FillCounts();
+    FillCounts(bytes);
     SetFuelGaugeImage(-1);
-    ShowPicture({}, hasFiles ? "PROGDIR:Images/Img_MultiProject.png" : "PROGDIR:Images/Img_MultiDrawer.png");
+    const PlacePictures* place = PicturesOfPlace();
+    ShowPicture({place != nullptr ? place->Multi : "PROGDIR:Images/Img_MultiProject.png"});
+}
+
+// What is selected, or the place when nothing is.
+void TellSelection(Bytes bytes) {
+    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
+    if (entry != nullptr) {
+        FillEntry(*entry);
+    } else if (NumSelected > 1) {
+        FillSelection(bytes);
+    } else {
+        FillPlace(bytes);
+    }
+    SetDetailsGadBufferAll();
+    if (bytes == Bytes::Told) {
+        ShowContentStatus();
+    } else {
+        ShowCountStatus();
+    }
 }
 
 } // namespace
 
 void DetailsPane1() {
-    FillPlace();
+    FillPlace(Bytes::Told);
     if (SAK_IsDeviceRoot(CurrentPath)) {
         FillVolume();
     }
@@ -138,22 +188,33 @@ void DetailsPane1() {
 }
 
 void DetailsPane2() {
-    FillPlace();
+    FillPlace(Bytes::Told);
     SetDetailsGadBufferAll();
     ShowContentStatus();
 }
 
 void DetailsPane3() {
-    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
-    if (entry != nullptr) {
-        FillEntry(*entry);
-    } else if (NumSelected > 1) {
-        FillSelection();
-    } else {
-        FillPlace();
+    TellSelection(Bytes::Told);
+}
+
+void DetailsPane5() {
+    TellSelection(Bytes::None);
+}
+
+void DetailsPaneBrowsers() {
+    TellSelection(Bytes::Told);
+}
+
+void SetContentImage(std::string_view path) {
+    const std::string place(path);
+    if (!SAK_IsDeviceRoot(path)) {
+        ShowPicture({place + ".info", "ENVARC:Sys/def_drawer.info", "PROGDIR:Images/Img_Drawer.png"});
+        return;
     }
-    SetDetailsGadBufferAll();
-    ShowContentStatus();
+    const Text<128> root(path);
+    const bool isSystem = root == "DH0:" || root == "SYS:";
+    ShowPicture({place + "Disk.info", isSystem ? "ENVARC:Sys/def_sys.info" : "ENVARC:Sys/def_disk.info",
+                 "PROGDIR:Images/Img_DeviceUnknown.png"});
 }
 
 void DetailsPaneSwitchedTabs() {

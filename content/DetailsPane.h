@@ -1,6 +1,8 @@
 // What the Details pane and the status bar tell: about the place on show, or about what is selected in it.
 #pragma once
 
+#include <string_view>
+
 namespace solvane {
 
 // A place has been entered: its name, count and bytes, of a volume also how full it is. The status bar stays.
@@ -12,6 +14,15 @@ void DetailsPane2();
 // After a change of the selection: one entry with its data, several with their number, none as DetailsPane2.
 // The status bar follows.
 void DetailsPane3();
+
+// The same in a list whose entries have no sizes.
+void DetailsPane5();
+
+// The same in a list of what is online.
+void DetailsPaneBrowsers();
+
+// Shows the icon of the drawer or volume at path, else the one of its kind.
+void SetContentImage(std::string_view path);
 
 // Shows what the pane and the status bar told when the tab on show was left; no disk is asked.
 void DetailsPaneSwitchedTabs();

@@ -30,6 +30,13 @@ void ShowContentStatus() {
                  ItemCount());
 }
 
+void ShowCountStatus() {
+    const std::string selected = NumSelected == 0 ? "0" : SAK_LocalizeNumber(NumSelected);
+    SetStatusBar(
+        FormatText("%s/%s %s", selected, SAK_LocalizeNumber(TotalNodes), SAK_LocaleString(MSG_SELECTED)),
+        ItemCount());
+}
+
 void ShowEnteredPathStatus() {
     SetStatusBar(FormatText("0/%s %s | 0 %s / 0 %s", SAK_LocalizeNumber(TotalNodes),
                             SAK_LocaleString(MSG_SELECTED), SizeUnits.B, SizeUnits.B),

@@ -6,8 +6,11 @@ namespace solvane {
 // "2/12 Selected | 3.00 KB / 1.20 MB" on the left, "12 items" on the right, from the totals as they stand.
 void ShowContentStatus();
 
-// The same for a drawer that was entered by its path: without a selection and without the total bytes, which
-// such a drawer shows only after its first reload or selection. Intended.
+// The same for a list whose entries have no sizes: "0/12 Selected".
+void ShowCountStatus();
+
+// ShowContentStatus for a drawer that was entered by its path: without a selection and without the total
+// bytes, which such a drawer shows only after its first reload or selection. Intended.
 void ShowEnteredPathStatus();
 
 // Forms SelectedBytes and TotalBytes and their texts anew from the records and their selected flags.

@@ -1,13 +1,16 @@
 #include "interface/DetailsGadgets.h"
 
+#include "model/Prefs.h"
 #include "model/WorkingSet.h"
 #include "platform/intuition/FuelGauge.h"
 #include "platform/intuition/ImageGadget.h"
 #include "platform/intuition/Label.h"
+#include "platform/intuition/WishedImages.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 
 #include <array>
+#include <string>
 #include <utility>
 
 namespace solvane {
@@ -60,9 +63,11 @@ std::unique_ptr<intuition::Layout> Column(std::size_t column) {
 std::unique_ptr<intuition::Layout> CreateDetailsPaneGroup() {
     auto pane = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 12, .Margin = 4});
-    auto picture = std::make_unique<intuition::ImageGadget>(DetailsPictureSide, DetailsPictureSide);
-    Gadgets.Picture = picture.get();
-    pane->Add(std::move(picture));
+    if (Prefs.ThumbnailPane != 0) {
+        auto picture = std::make_unique<intuition::ImageGadget>(DetailsPictureSide, DetailsPictureSide);
+        Gadgets.Picture = picture.get();
+        pane->Add(std::move(picture));
+    }
     for (std::size_t column = 0; column < ColumnWeights.size(); ++column) {
         pane->Add(Column(column), ColumnWeights[column]);
     }
@@ -85,7 +90,7 @@ void ClearDetailsBuffers() {
 }
 
 void SetDetailsGadBuffer(int column) {
-    if (Gadgets.Picture == nullptr || column < 0 || column >= DetailsColumns) {
+    if (Gadgets.Gauge == nullptr || column < 0 || column >= DetailsColumns) {
         return;
     }
     const std::size_t first = static_cast<std::size_t>(column) * Rows;
@@ -112,6 +117,27 @@ void SetFuelGaugeImage(int percent) {
         Gadgets.Gauge->SetLevel(percent);
         Gadgets.Gauge->SetShown(percent >= 0);
     }
+}
+
+bool SetThumbnailImage(std::string_view path) {
+    if (!ShowsThumbnail()) {
+        return false;
+    }
+    const intuition::ImageId picture =
+        intuition::LoadImage({{{std::string(path)}}, DetailsPictureSide, DetailsPictureSide});
+    if (picture == intuition::ImageId::None) {
+        return false;
+    }
+    SetDetailsPicture(picture);
+    return true;
+}
+
+void SetThumbnailImageBlank() {
+    SetDetailsPicture(intuition::ImageId::None);
+}
+
+bool ShowsThumbnail() {
+    return Prefs.DetailsPane != 0 && Prefs.ThumbnailPane != 0;
 }
 
 void SetDetailsPicture(intuition::ImageId picture) {

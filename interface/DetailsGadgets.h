@@ -39,6 +39,13 @@ void ShowKeptDetails();
 // How full the place on show is, in per cent; -1 for a place of which that cannot be said.
 void SetFuelGaugeImage(int percent);
 
+// Shows the picture or icon at path beside the texts. False, with nothing changed, when there is none to
+// show, and while the preferences want no such picture.
+bool SetThumbnailImage(std::string_view path);
+void SetThumbnailImageBlank();
+// Whether there is room for the picture; otherwise none need be loaded.
+[[nodiscard]] bool ShowsThumbnail();
+
 // The picture beside the texts, in layout units at most DetailsPictureSide high and wide; takes over one use.
 inline constexpr int DetailsPictureSide = 64;
 void SetDetailsPicture(intuition::ImageId picture);

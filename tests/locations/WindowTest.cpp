@@ -198,6 +198,39 @@ TEST_F(WindowTest, DetailsPaneTellsOfPlaceEntryAndSelection) {
     EXPECT_TRUE(Details5Buffer.Empty()) << "only entering a volume asks how full it is";
 }
 
+TEST_F(WindowTest, ListsWithoutSizesTellTheirCountAlone) {
+    File("a", "123");
+    File("b");
+    ASSERT_TRUE(Scan());
+    LBLocation = LocationKind::Favorites;
+    CurrentPath = "Favorites";
+    DetailsPane5();
+    EXPECT_EQ(Details1Buffer.View(), "Favorites");
+    EXPECT_TRUE(Details2Buffer.Empty()) << "it is no drawer";
+    EXPECT_EQ(Details7Buffer.View(), "2 items");
+    EXPECT_TRUE(Details8Buffer.Empty());
+    EXPECT_EQ(StatusBarBuffer1.View(), "0/2 Selected");
+    Objects.ContentList->SelectAll();
+    SelectContentListItems();
+    DetailsPane5();
+    EXPECT_EQ(Details1Buffer.View(), "2 items selected");
+    EXPECT_EQ(StatusBarBuffer1.View(), "2/2 Selected");
+}
+
+TEST_F(WindowTest, ThePictureOfThePaneComesAndGoesByThePreferences) {
+    File("d/x.txt", "no picture");
+    std::filesystem::copy(std::filesystem::path(SOLVANE_TEST_DATA) / "pictures/deep24_31x31.ilbm",
+                          Host("d/p"));
+    EXPECT_FALSE(SetThumbnailImage(Path("d/none.png")));
+    EXPECT_FALSE(SetThumbnailImage(Path("d/x.txt")));
+    EXPECT_TRUE(SetThumbnailImage(Path("d/p")));
+    for (const auto switchedOff : {&PrefsRecord::ThumbnailPane, &PrefsRecord::DetailsPane}) {
+        Prefs = PrefsRecord();
+        Prefs.*switchedOff = 0;
+        EXPECT_FALSE(SetThumbnailImage(Path("d/p")));
+    }
+}
+
 TEST_F(WindowTest, RowsAreFoundByNameKindAndSelection) {
     File("b");
     File("B");
