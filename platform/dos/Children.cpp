@@ -74,7 +74,56 @@ bool SetNonBlocking(int descriptor) {
     return flags >= 0 && ::fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) == 0;
 }
 
+void Wake(int sign) {
+    const std::uint64_t one = 1;
+    Host().Write(sign, &one, sizeof(one));
+}
+
 } // namespace
+
+InputReader::InputReader(std::shared_ptr<FileHandle> from, int wakeSign)
+    : From(std::move(from)), WakeSign(wakeSign), Worker(exec::CreateTask("input", [this] { Work(); })) {}
+
+InputReader::~InputReader() {
+    {
+        const std::lock_guard hold(Guard);
+        IsOver = true;
+        Changed.notify_all();
+    }
+    if (Worker)
+        exec::Signal(Worker->GetTask(), exec::BreakControlC);
+}
+
+void InputReader::Ask() {
+    const std::lock_guard hold(Guard);
+    IsAsked = true;
+    Changed.notify_all();
+}
+
+bool InputReader::Take(std::string& bytes) {
+    const std::lock_guard hold(Guard);
+    bytes = std::exchange(Block, {});
+    return !bytes.empty() || !IsAtEnd;
+}
+
+void InputReader::Work() {
+    BlockSignals();
+    std::vector<std::byte> buffer(Step);
+    std::unique_lock hold(Guard);
+    while (!IsAtEnd) {
+        Changed.wait(hold, [this] { return IsAsked || IsOver; });
+        if (IsOver)
+            return;
+        IsAsked = false;
+        hold.unlock();
+        const std::int64_t got = Read(*From, buffer);
+        hold.lock();
+        IsAtEnd = got <= 0;
+        if (got > 0)
+            Block.assign(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(got));
+        Wake(WakeSign);
+    }
+}
 
 std::vector<std::string> ChildEnvironment() {
     const std::string own = std::string(CommandLineVariable) + "=";
@@ -99,6 +148,13 @@ std::shared_ptr<Child> Child::Start(ChildOrder order, EndFunction ended, TickFun
             return nullptr;
     if (!child->WakeSign)
         return nullptr;
+    if (!order.Inputs.empty()) {
+        child->Reader = std::make_unique<InputReader>(order.Inputs.front().From, child->WakeSign.Get());
+        if (!child->Reader->IsRunning()) {
+            errno = EAGAIN;
+            return nullptr;
+        }
+    }
     child->LeadsGroup = order.Company != ChildCompany::Caller;
     child->Outputs = std::move(order.Outputs);
     child->Inputs = std::move(order.Inputs);
@@ -107,6 +163,8 @@ std::shared_ptr<Child> Child::Start(ChildOrder order, EndFunction ended, TickFun
     child->Process = SpawnChild(order);
     if (child->Process < 0)
         return nullptr;
+    if (child->Reader)
+        child->Reader->Ask();
     child->EndSign = HostFd(Host().OpenProcess(child->Process));
     try {
         // The pipes' other ends go with the order, before the keeper waits for their end.
@@ -125,8 +183,7 @@ std::shared_ptr<Child> Child::Start(ChildOrder order, EndFunction ended, TickFun
 
 void Child::Break() noexcept {
     ++BreakRequests;
-    const std::uint64_t one = 1;
-    Host().Write(WakeSign.Get(), &one, sizeof(one));
+    Wake(WakeSign.Get());
 }
 
 void Child::Send(int number) const noexcept {
@@ -164,28 +221,27 @@ bool Child::Drain(ChildOutput& output) {
     return got > 0 && output.To(std::string_view(bytes).substr(0, static_cast<std::size_t>(got)));
 }
 
-// Gives the child what there is to read, as far as it takes it.
-void Child::Feed() {
-    ChildInput& input = Inputs.front();
-    if (Unfed.empty()) {
-        std::vector<std::byte> buffer(Step);
-        const std::int64_t got = Read(*input.From, buffer);
-        if (got <= 0) {
-            Inputs.clear();
-            return;
-        }
-        Unfed.assign(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(got));
+// Gives the child what there is to read, as far as it takes it. A child that closes its input, and the end of
+// the stream, end this.
+void Child::Feed(short ready) {
+    const bool isClosed = (ready & (POLLERR | POLLHUP | POLLNVAL)) != 0;
+    if (isClosed || (Unfed.empty() && !Reader->Take(Unfed))) {
+        Reader.reset();
+        Inputs.clear();
+        return;
     }
-    const long gone = Host().Write(input.To.Get(), Unfed.data(), Unfed.size());
+    if (Unfed.empty() || (ready & POLLOUT) == 0)
+        return;
+    const long gone = Host().Write(Inputs.front().To.Get(), Unfed.data(), Unfed.size());
     if (gone > 0)
         Unfed.erase(0, static_cast<std::size_t>(gone));
-    else if (gone < 0 && errno != EAGAIN && errno != EINTR)
-        Inputs.clear(); // the child has closed its input
+    if (Unfed.empty())
+        Reader->Ask();
 }
 
 void Child::MoveBytes(short inputReady) {
-    if (inputReady != 0 && !Inputs.empty())
-        Feed();
+    if (!Inputs.empty())
+        Feed(inputReady);
     std::erase_if(Outputs, [this](ChildOutput& output) { return !Drain(output); });
 }
 
@@ -201,6 +257,7 @@ void Child::DrainRest() {
         }
     }
     Outputs.clear();
+    Reader.reset();
     Inputs.clear();
 }
 
@@ -210,7 +267,7 @@ void Child::Watch() {
     for (const ChildOutput& output : Outputs)
         waits.push_back({output.From.Get(), POLLIN, 0});
     for (const ChildInput& input : Inputs)
-        waits.push_back({input.To.Get(), POLLOUT, 0});
+        waits.push_back({input.To.Get(), Unfed.empty() ? short{0} : short{POLLOUT}, 0});
     if (Host().Poll(waits.data(), waits.size(), TimeOut()) < 0)
         return;
     if (waits.front().revents != 0) {

@@ -4,11 +4,14 @@
 
 #include "platform/dos/Files.h"
 #include "platform/dos/HostFd.h"
+#include "platform/exec/Tasks.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -26,6 +29,36 @@ struct ChildOutput {
 struct ChildInput {
     HostFd To; // write end of a pipe
     std::shared_ptr<FileHandle> From;
+};
+
+// Reads such a stream on a task of its own, since it may take its time: a block whenever one is asked for.
+// At its end a Read under way is broken off.
+class InputReader {
+public:
+    // wakeSign is written to whenever a block is there; it must live on as long as this.
+    InputReader(std::shared_ptr<FileHandle> from, int wakeSign);
+    ~InputReader();
+    InputReader(const InputReader&) = delete;
+    InputReader& operator=(const InputReader&) = delete;
+
+    // False when the host has no thread for it.
+    [[nodiscard]] bool IsRunning() const noexcept { return Worker != nullptr; }
+    void Ask();
+    // Moves the block out, when it has come; false at the end of the stream.
+    [[nodiscard]] bool Take(std::string& bytes);
+
+private:
+    void Work();
+
+    std::shared_ptr<FileHandle> From;
+    int WakeSign;
+    std::mutex Guard;
+    std::condition_variable Changed;
+    std::string Block;
+    bool IsAsked = false;
+    bool IsAtEnd = false;
+    bool IsOver = false; // whoever asks is gone
+    std::unique_ptr<exec::ChildTask> Worker;
 };
 
 struct ChildOrder {
@@ -67,7 +100,7 @@ private:
     void ServeBreak();
     void MoveBytes(short inputReady);
     bool Drain(ChildOutput& output);
-    void Feed();
+    void Feed(short ready);
     void DrainRest();
     void Send(int number) const noexcept;
     [[nodiscard]] int TimeOut() const noexcept;
@@ -77,7 +110,8 @@ private:
     HostFd EndSign, WakeSign;
     std::vector<ChildOutput> Outputs;
     std::vector<ChildInput> Inputs;
-    std::string Unfed; // read from the input and not yet written to the child
+    std::unique_ptr<InputReader> Reader; // of the input, if there is one
+    std::string Unfed;                   // read from the input and not yet written to the child
     EndFunction Ended;
     TickFunction Tick;
     std::atomic<int> BreakRequests = 0;

@@ -2,6 +2,7 @@
 
 #include "platform/dos/DeviceWalk.h"
 #include "platform/dos/HostLocks.h"
+#include "platform/dos/HostWriting.h"
 
 #include <array>
 #include <cerrno>
@@ -91,6 +92,13 @@ HostFd OpenOutputFile(const SystemStream& stream) {
     return OpenObject(Lock(stream.Name), O_WRONLY | O_APPEND, Operation::Write);
 }
 
+// One place in the file for reading and writing; what stands there is kept.
+HostFd OpenToUpdate(const std::string& name) {
+    if (!PrepareFile({.Name = name, .Append = true}))
+        return HostFd();
+    return OpenObject(Lock(name), O_RDWR, Operation::Write);
+}
+
 bool IsSet(const SystemStream& stream) {
     return stream.Own || stream.Handle || stream.Sink || !stream.Name.empty();
 }
@@ -135,7 +143,7 @@ bool StreamPlumber::ReadFrom(std::shared_ptr<FileHandle> handle, ChildOrder& ord
         Console = std::move(handle);
         return true;
     }
-    order.Input = HostFd(StreamOf(*handle)->ForChild());
+    order.Input = HostFd(StreamOf(*handle)->ForReader());
     std::array<int, 2> ends = {NoDescriptor, NoDescriptor};
     if (order.Input)
         return true;
@@ -205,14 +213,19 @@ HostFd StreamPlumber::ConnectOutput(const SystemStream& stream, int ownNumber, C
 }
 
 bool StreamPlumber::Connect(const SystemStream& input, const SystemStream& output,
-                            const std::optional<SystemStream>& errorOutput, ChildOrder& order) {
+                            const std::optional<SystemStream>& errorOutput, ChildOrder& order,
+                            bool isOneStream) {
     FailedName = NameOf(input);
-    if (!ConnectInput(input, order))
+    // Other devices give one stream for a name of themselves.
+    const bool isOneFile = isOneStream && IsOnHost(input.Name);
+    if (isOneFile)
+        order.Input = OpenToUpdate(input.Name);
+    if (isOneFile ? !order.Input : !ConnectInput(input, order))
         return false;
     FailedName = NameOf(output);
-    order.Output = ConnectOutput(output, STDOUT_FILENO, order);
+    order.Output = isOneFile ? DuplicateFd(order.Input) : ConnectOutput(output, STDOUT_FILENO, order);
     if (!order.Output)
-        return false;
+        return isOneFile && static_cast<bool>(FailHost(errno, Operation::Write));
     // Opened a second time, one would take the place of what the other has written.
     if (!errorOutput || IsSameFile(*errorOutput, output)) {
         order.ErrorOutput = DuplicateFd(order.Output);
@@ -223,26 +236,20 @@ bool StreamPlumber::Connect(const SystemStream& input, const SystemStream& outpu
     return static_cast<bool>(order.ErrorOutput);
 }
 
-void WriteMessage(const SystemStream& output, const SystemStream& input, std::string_view text) {
+bool WriteMessage(const SystemStream& output, const SystemStream& input, std::string_view text) {
     if (!IsSet(output)) {
-        if (input.Handle && *input.Handle && !StreamOf(*input.Handle)->Terminal().empty())
-            static_cast<void>(Write(*input.Handle, BytesOf(text)));
-    } else if (output.Own) {
-        while (!text.empty()) {
-            const long gone = Host().Write(STDOUT_FILENO, text.data(), text.size());
-            if (gone <= 0 && errno != EINTR)
-                return;
-            text.remove_prefix(gone > 0 ? static_cast<std::size_t>(gone) : 0);
-        }
-    } else if (output.Handle) {
-        static_cast<void>(Write(*output.Handle, BytesOf(text)));
-    } else if (output.Sink) {
-        static_cast<void>(output.Sink(text));
-    } else if (FileHandle file = Open(output.Name, output.Append ? OpenMode::ReadWrite : OpenMode::New)) {
-        if (Seek(file, 0, SeekFrom::End) >= 0 || !output.Append)
-            if (Write(file, BytesOf(text)) >= 0)
-                static_cast<void>(Close(file));
+        const bool isConsole = input.Handle && *input.Handle && !StreamOf(*input.Handle)->Terminal().empty();
+        return !isConsole || Write(*input.Handle, BytesOf(text)) >= 0;
     }
+    if (output.Own)
+        return WriteAll(STDOUT_FILENO, text) || static_cast<bool>(FailHost(errno, Operation::Write));
+    if (output.Handle)
+        return Write(*output.Handle, BytesOf(text)) >= 0;
+    if (output.Sink)
+        return output.Sink(text);
+    FileHandle file = Open(output.Name, output.Append ? OpenMode::ReadWrite : OpenMode::New);
+    return file && (!output.Append || Seek(file, 0, SeekFrom::End) >= 0) && Write(file, BytesOf(text)) >= 0 &&
+           Close(file);
 }
 
 } // namespace dos

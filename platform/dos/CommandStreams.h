@@ -19,9 +19,11 @@ class StreamPlumber {
 public:
     explicit StreamPlumber(Ownership handles) : Handles(handles) {}
 
-    // Connects all three in order; false with IoErr, and Culprit() then names the stream.
+    // Connects all three in order; false with IoErr, and Culprit() then names the stream. isOneStream: input
+    // and output have one name and are opened once, to read and write from the same place.
     [[nodiscard]] bool Connect(const SystemStream& input, const SystemStream& output,
-                               const std::optional<SystemStream>& errorOutput, ChildOrder& order);
+                               const std::optional<SystemStream>& errorOutput, ChildOrder& order,
+                               bool isOneStream);
     [[nodiscard]] const std::string& Culprit() const noexcept { return FailedName; }
 
 private:
@@ -40,8 +42,7 @@ private:
     std::string FailedName;
 };
 
-// Writes text where an output leads, outside of any command. Trouble is passed over: there is no place left
-// to tell of it.
-void WriteMessage(const SystemStream& output, const SystemStream& input, std::string_view text);
+// Writes text where an output leads, outside of any command. False with IoErr when not all of it went there.
+[[nodiscard]] bool WriteMessage(const SystemStream& output, const SystemStream& input, std::string_view text);
 
 } // namespace dos

@@ -44,7 +44,8 @@ public:
 
 // An open file. Read gives the bytes read, 0 at the end; Write all that it was given; Seek the new
 // position from the start, SetSize the new size; each -1 with IoErr on failure. What was written
-// counts from a successful Close on; without one it is dropped.
+// counts from a successful Close on; without one it is dropped. A Read that may wait without a limit
+// ends with 304 when the calling task gets BreakControlC.
 class Stream {
 public:
     virtual ~Stream() = default;
@@ -56,6 +57,8 @@ public:
     // For a child process that reads or writes the stream itself: a descriptor of its own for it,
     // NoDescriptor where there is none, and the host's name of the terminal that it is.
     [[nodiscard]] virtual int ForChild() { return -1; }
+    // The same for one that only reads: it begins where Read would, and Read goes on where it ends.
+    [[nodiscard]] virtual int ForReader() { return ForChild(); }
     [[nodiscard]] virtual std::string Terminal() const { return {}; }
 };
 

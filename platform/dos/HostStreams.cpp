@@ -154,6 +154,9 @@ public:
     std::int64_t Write(std::span<const std::byte> bytes) override;
     std::int64_t Seek(std::int64_t offset, SeekFrom from) override;
     std::int64_t SetSize(std::int64_t offset, SeekFrom from) override;
+    int ForReader() override {
+        return SlowMount.empty() && !File->Fresh ? Host().Duplicate(File->Source.Get()) : NoDescriptor;
+    }
     bool Close() override {
         return Change([](OpenFile& file, WalkMode&) -> std::int64_t { return CloseNow(file) ? 0 : -1; }) == 0;
     }

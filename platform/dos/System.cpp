@@ -10,6 +10,7 @@
 #include "platform/exec/Tasks.h"
 #include "platform/utility/Text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <condition_variable>
 #include <cstdlib>
@@ -47,15 +48,24 @@ BuiltIn FindBuiltIn(const std::string& name) {
     return found != OwnCommands().Commands.end() ? found->second : BuiltIn();
 }
 
-// "Run [QUIET] command": what is behind, to be started without waiting for it.
+// "Run [QUIET] command": what is behind, to be started without waiting for it. Behind Run may stand another
+// one, any number of times.
 std::optional<ParsedCommand> BehindRun(std::string_view arguments) {
-    std::size_t position = 0;
-    std::string word;
     while (!arguments.empty() && arguments.back() == '\n')
         arguments.remove_suffix(1);
-    if (ReadItem(arguments, position, word) == ItemKind::Unquoted && utility::Stricmp(word, "QUIET") == 0)
+    while (true) {
+        std::size_t position = 0;
+        std::string word;
+        ItemKind kind = ReadItem(arguments, position, word);
+        if (kind == ItemKind::Unquoted && utility::Stricmp(word, "QUIET") == 0) {
+            arguments.remove_prefix(position);
+            kind = ReadItem(arguments, position = 0, word);
+        }
+        const bool isWord = kind == ItemKind::Unquoted || kind == ItemKind::Quoted;
+        if (!isWord || utility::Stricmp(word, "Run") != 0)
+            return SplitCommand(arguments);
         arguments.remove_prefix(position);
-    return SplitCommand(arguments);
+    }
 }
 
 // A word as a program of the host can use it.
@@ -167,6 +177,7 @@ struct Launch {
     long RunAside(SystemJob* job);
     static long Do(std::string_view line, const SystemOptions& options, Ownership handles, SystemJob* job);
     long DoCommand(SystemJob* job);
+    [[nodiscard]] long RunBuiltIn(const BuiltIn& command) const;
 };
 
 SystemStream Launch::Input() const {
@@ -193,7 +204,8 @@ std::optional<SystemStream> Launch::ErrorOutput() const {
 // Tells the user, who sees what the Shell has to say even when the command's output goes to a file.
 long Launch::Refuse(std::string_view subject, long code) const {
     const long error = IoErr();
-    WriteMessage(Options.Output, Options.Input, Fault(error, subject) + "\n");
+    // Where that fails too, no place is left to tell of it.
+    static_cast<void>(WriteMessage(Options.Output, Options.Input, Fault(error, subject) + "\n"));
     SetIoErr(error);
     return code;
 }
@@ -226,7 +238,7 @@ long Launch::Prepare() {
         return Refuse(Command.Command, CodeError);
     SetPlace(Order);
     StreamPlumber plumber(Handles);
-    if (!plumber.Connect(Input(), Output(), ErrorOutput(), Order))
+    if (!plumber.Connect(Input(), Output(), ErrorOutput(), Order, Command.OneStream))
         return Refuse(plumber.Culprit(), CodeError);
     return 0;
 }
@@ -267,9 +279,18 @@ long Launch::RunAside(SystemJob* job) {
     return 0;
 }
 
+long Launch::RunBuiltIn(const BuiltIn& command) const {
+    const BuiltInResult result = command(Command.Arguments);
+    const long error = IoErr();
+    if (!result.Output.empty() && !WriteMessage(Output(), Input(), result.Output))
+        return Refuse(Command.Command, std::max(result.Code, CodeError));
+    SetIoErr(error);
+    return result.Code;
+}
+
 long Launch::DoCommand(SystemJob* job) {
     SystemJob ignored;
-    while (utility::Stricmp(Command.Command, "Run") == 0) {
+    if (utility::Stricmp(Command.Command, "Run") == 0) {
         std::optional<ParsedCommand> behind = BehindRun(Command.Arguments);
         if (!behind)
             return Refuse(Command.Command, CodeError);
@@ -282,16 +303,14 @@ long Launch::DoCommand(SystemJob* job) {
     if (Command.Command.empty())
         return 0;
     if (const BuiltIn own = FindBuiltIn(Command.Command)) {
-        const BuiltInResult result = own(Command.Arguments);
+        const long code = RunBuiltIn(own);
         const long error = IoErr();
-        if (!result.Output.empty())
-            WriteMessage(Output(), Input(), result.Output);
         if (job)
-            job->Code = result.Code;
+            job->Code = code;
         if (job && Options.Ended)
-            Options.Ended(result.Code);
+            Options.Ended(code);
         SetIoErr(error);
-        return job ? 0 : result.Code;
+        return job ? 0 : code;
     }
     const long code = Prepare();
     if (code != 0)
@@ -300,7 +319,8 @@ long Launch::DoCommand(SystemJob* job) {
 }
 
 long Launch::Do(std::string_view line, const SystemOptions& options, Ownership handles, SystemJob* job) {
-    std::optional<ParsedCommand> command = ParseCommandLine(line, ShellSources());
+    std::optional<ParsedCommand> command =
+        ParseCommandLine(line, options.Sources ? *options.Sources : ShellSources());
     Launch launch{.Options = options, .Handles = handles, .Command = {}};
     if (!command)
         return launch.Refuse("Command line", CodeError);
@@ -371,7 +391,7 @@ bool StartHostProgram(const std::vector<std::string>& words) {
     SetPlace(order);
     order.Company = ChildCompany::Session;
     StreamPlumber plumber(Ownership::Taken);
-    if (!plumber.Connect({}, {}, {}, order))
+    if (!plumber.Connect({}, {}, {}, order, false))
         return false;
     if (Child::Start(std::move(order), {}))
         return true;

@@ -39,13 +39,16 @@ struct SystemOptions {
     std::optional<SystemStream> ErrorOutput{}; // nothing: where the output goes
     // Asked about ten times a second while System waits; true breaks the command.
     std::function<bool()> Stop{};
+    // Where inserted texts come from; nothing: ShellSources().
+    std::optional<CommandLineSources> Sources{};
     // For StartSystem: called once when the command has ended, on a thread of its own, if it was started.
     std::function<void(long code)> Ended{};
 };
 
 // Runs a line and waits for its end; the window of the calling task lives on meanwhile. The result is
 // the return code: that of the command; 0 for an empty line; 10 with a message on the output for a command
-// that is not found or cannot be run, and for a line or stream that is wrong, with IoErr; 20 with IoErr 304
+// that is not found or cannot be run, for a line or stream that is wrong, and for an output that does not
+// take what a built-in command writes, with IoErr; 20 with IoErr 304
 // for a command that was broken by Stop or by BreakControlC of the calling task (which stays set), 20 with
 // IoErr 0 for one that a signal of the host ended; -1 with IoErr when no process could be made.
 [[nodiscard]] long System(std::string_view line, const SystemOptions& options = {});

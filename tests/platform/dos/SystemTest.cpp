@@ -1,5 +1,6 @@
 #include "platform/dos/System.h"
 
+#include "platform/dos/Handler.h"
 #include "platform/dos/Locks.h"
 #include "platform/exec/Tasks.h"
 #include "tests/platform/dos/DosTest.h"
@@ -111,6 +112,48 @@ TEST_F(SystemTest, StreamsLeadWhereTheLineSays) {
     EXPECT_EQ(Tree.Read("copy"), "content\n");
 }
 
+TEST_F(SystemTest, OneStreamReadsAndWritesFromOnePlace) {
+    Script("C/Update", "read -r line; printf '<%s>' \"$line\"");
+    Tree.Write("two", "one\ntwo two\n");
+    EXPECT_EQ(Run("update <>two"), "=0");
+    EXPECT_EQ(Tree.Read("two"), "one\n<one>wo\n");
+    EXPECT_EQ(Run("update <>fresh"), "=0");
+    EXPECT_EQ(Tree.Read("fresh"), "<>");
+    EXPECT_EQ(Run("update <>NIL:"), "=0");
+}
+
+// Gives its blocks one by one and then waits until it is broken.
+class SlowStream final : public dos::Stream {
+public:
+    explicit SlowStream(std::vector<std::string> blocks) : Blocks(std::move(blocks)) {}
+    std::int64_t Read(std::span<std::byte> buffer) override {
+        if (Next == Blocks.size())
+            return exec::Wait(exec::BreakControlC), dos::SetIoErr(dos::ErrorBreak), -1;
+        const std::string& block = Blocks[Next++];
+        std::ranges::copy(std::as_bytes(std::span(block)), buffer.begin());
+        return static_cast<std::int64_t>(block.size());
+    }
+    std::int64_t Write(std::span<const std::byte>) override { return -1; }
+    std::int64_t Seek(std::int64_t, dos::SeekFrom) override { return -1; }
+    std::int64_t SetSize(std::int64_t, dos::SeekFrom) override { return -1; }
+    bool Close() override { return true; }
+
+private:
+    std::vector<std::string> Blocks;
+    std::size_t Next = 0;
+};
+
+TEST_F(SystemTest, AnInputThatGivesNothingMoreHoldsNoCommandBack) {
+    dos::FileHandle slow(std::make_unique<SlowStream>(std::vector<std::string>{"one\n", "two\n"}));
+    Script("C/Three", "read -r a; read -r b; echo \"$a$b\"; exit 3");
+    EXPECT_EQ(Run("three", {.Input = {.Handle = &slow}}), "onetwo\n=3");
+    EXPECT_EQ(Run("three <NIL:"), "\n=3");
+    Script("C/Deaf", "exec <&-; echo x; exit 4"); // goes on behind a closed input
+    EXPECT_EQ(Run("deaf", {.Input = {.Handle = &slow}}), "x\n=4");
+    dos::FileHandle ending(std::make_unique<SlowStream>(std::vector<std::string>{"end", ""}));
+    EXPECT_EQ(Run("cat", {.Input = {.Handle = &ending}}), "end=0");
+}
+
 TEST_F(SystemTest, AChildBeginsFresh) {
     const int leak = ::open("/dev/null", O_RDONLY); // without close-on-exec
     sigset_t blocked{};
@@ -208,6 +251,15 @@ TEST_F(SystemTest, BuiltInCommandsComeFirst) {
     EXPECT_EQ(Run("SHOW a \"b c\""), "own a \"b c\"\n=5");
     EXPECT_EQ(Run("show x >out"), "=5");
     EXPECT_EQ(Tree.Read("out"), "own x \n");
+    EXPECT_EQ(Run("Run QUIET run \"Run\" show x"), "own x\n=0");
+    Calls().Write = [](int, const void*, std::size_t) -> long {
+        errno = ENOSPC;
+        return -1;
+    };
+    EXPECT_EQ(Run("show x >out"), "show: disk is full\n=10");
+    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
+    EXPECT_EQ(Tree.Read("out"), "own x \n");
+    Calls().Write = dos::RealHost().Write;
     dos::SetBuiltIn("Show", {});
     EXPECT_EQ(Run("show x").front(), '/');
 }
