@@ -33,7 +33,6 @@ std::optional<Flags> ReadFlags(std::string_view text, bool isAdd, bool isSub) {
     const bool hasSign = text.starts_with('+') || text.starts_with('-');
     isAdd = isAdd || text.starts_with('+');
     isSub = isSub || text.starts_with('-');
-    // "----" are letters of old listings: nothing allowed.
     if (hasSign)
         text.remove_prefix(1);
     for (const char letter : utility::Fold(text)) {

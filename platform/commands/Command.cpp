@@ -93,6 +93,10 @@ int RunCommand(const Command& command, std::string_view arguments, Context& cont
     const auto parsed = dos::ReadArgs(command.Template, line);
     if (parsed) {
         code = command.Run(context, *parsed);
+        if (context.OutputError != 0) {
+            code = std::max(code, ReturnError);
+            dos::SetIoErr(context.OutputError);
+        }
     } else {
         Complain(context);
         code = ReturnFail;

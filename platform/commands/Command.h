@@ -26,7 +26,7 @@ struct Command {
 
 // Reads the arguments (quotes and escapes untouched) and runs the command; its return code. "?" alone prints
 // the template, and takes the arguments from the input where there is one. Arguments that do not fit the
-// template give 20.
+// template give 20, an output that takes no more at least 10 with the reason in IoErr.
 [[nodiscard]] int RunCommand(const Command& command, std::string_view arguments, Context& context);
 
 } // namespace commands

@@ -8,6 +8,10 @@
 #include <string>
 #include <string_view>
 
+namespace dos {
+class FileHandle;
+}
+
 namespace commands {
 
 inline constexpr int ReturnOk = 0;
@@ -22,6 +26,10 @@ struct Context {
     std::function<bool(std::string_view bytes)> ErrorOutput;
     // The next line of the input without its end, nothing at the end. Not set: there is no input.
     std::function<std::optional<std::string>()> Input;
+    // For programs, which read for themselves: the stream behind Input, standing where Input would go on. Not
+    // set: that of the process where HasOwnInput says so, else there is none.
+    std::function<dos::FileHandle*()> InputFile{};
+    bool HasOwnInput = false;
     // Puts a question to a person and gives the line of the answer, nothing at the end of the input and after
     // a break. Not set: nobody is there.
     std::function<std::optional<std::string>(std::string_view question)> Ask{};
@@ -29,7 +37,7 @@ struct Context {
     std::function<bool()> Stop;
     // Waits that long, or until Stop; not set: waits are over at once.
     std::function<void(std::uint32_t milliseconds)> Pause;
-    // Set while the streams are those of the process, which programs then share: writes out what is waiting.
+    // Set while the outputs are those of the process, which programs then share: writes out what is waiting.
     std::function<bool()> FlushOwn;
     bool IsTerminal = false; // a terminal shows the output: control characters in names are not sent to it
     bool IsLasting = false;  // assigns outlive the command, since the process does

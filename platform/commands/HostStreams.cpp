@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t OutputBlock = 65536; // bytes kept before they are written
 
 volatile std::sig_atomic_t WasInterrupted = 0;
+bool IsReaderGone = false; // of the standard output
 
 void NoteInterrupt(int) {
     WasInterrupted = 1;
@@ -42,6 +43,7 @@ public:
             } else if (errno != EINTR || WasInterrupted != 0) {
                 const int error = errno;
                 Waiting.clear();
+                IsReaderGone = IsReaderGone || error == EPIPE;
                 dos::SetIoErr(error == EINTR ? dos::ErrorBreak
                                              : dos::ErrorFromErrno(error, dos::Operation::Write));
                 return false;
@@ -105,6 +107,8 @@ Context HostContext() {
     context.FlushOwn = [] { return StandardOutput().Flush(); };
     context.Stop = [] { return WasInterrupted != 0; };
     context.Pause = Pause;
+    context.HasOwnInput = true;
+    std::setvbuf(stdin, nullptr, _IONBF, 0); // what follows a line is left to the programs that read on
     context.IsTerminal = ::isatty(STDOUT_FILENO) == 1;
     if (::isatty(STDIN_FILENO) != 1)
         context.Input = ReadHostLine;
@@ -116,6 +120,11 @@ Context HostContext() {
 bool FlushHost(Context& context) {
     if (context.OutputError == 0 && !StandardOutput().Flush())
         context.OutputError = dos::IoErr();
+    // A reader that has had enough is no trouble to tell of, and nobody hears where this fails too.
+    if (context.OutputError != 0 && !IsReaderGone) {
+        Writer errors(STDERR_FILENO, false);
+        static_cast<void>(errors.Put(dos::Fault(context.OutputError, context.Name) + "\n") && errors.Flush());
+    }
     return context.OutputError == 0;
 }
 

@@ -9,7 +9,8 @@ namespace commands {
 // interrupt breaks the command and does not end the process. Once per process.
 [[nodiscard]] Context HostContext();
 
-// Writes out what the context has taken. False when the standard output took no more.
+// Writes out what the context has taken. False when the standard output took no more, after telling why on
+// the error output.
 [[nodiscard]] bool FlushHost(Context& context);
 
 } // namespace commands

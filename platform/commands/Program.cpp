@@ -63,6 +63,8 @@ int RunProgram(int argc, char** argv, const Command* only) {
     application::SecureStandardStreams();
     Context context = HostContext();
     const int code = Run(context, argc, argv, only);
+    if (context.Name.empty())
+        context.Name = "amiga";
     return FlushHost(context) ? code : std::max(code, ReturnFail);
 }
 

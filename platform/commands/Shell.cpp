@@ -5,7 +5,6 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/System.h"
-#include "platform/dos/Variables.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
@@ -45,10 +44,19 @@ public:
         }
     }
 
+    // The stream, standing behind the last line that was given, as far as its device can go back.
+    dos::FileHandle* AtNext() {
+        const auto ahead = static_cast<std::int64_t>(Ready.size());
+        if (ahead != 0 && dos::Seek(*File, -ahead, dos::SeekFrom::Current) >= 0)
+            Ready.clear();
+        IsOver = false;
+        return File.get();
+    }
+
 private:
     FileRef File;
     std::string Ready;
-    bool IsOver = false;
+    bool IsOver = false; // as far as Next has seen
 };
 
 FileRef OpenFor(const std::string& name, dos::OpenMode mode, bool isAppend) {
@@ -65,7 +73,8 @@ FileRef OpenFor(const std::string& name, dos::OpenMode mode, bool isAppend) {
 class Redirected {
 public:
     Redirected(Context& context, const dos::ParsedCommand& line) : Where(context), Before(context) {
-        Where.FlushOwn = nullptr; // its scripts run programs over the streams of the context
+        if (line.Output || line.ErrorOutput)
+            Where.FlushOwn = nullptr; // programs write to the streams of the context
         IsGood = OpenAll(line);
     }
     Redirected(const Redirected&) = delete;
@@ -74,6 +83,7 @@ public:
         Where.Output = Before.Output;
         Where.ErrorOutput = Before.ErrorOutput;
         Where.Input = Before.Input;
+        Where.InputFile = Before.InputFile;
         Where.FlushOwn = Before.FlushOwn;
         Where.IsTerminal = Before.IsTerminal;
         Where.OutputError = Before.OutputError;
@@ -129,6 +139,7 @@ private:
     void ReadFrom(const FileRef& file) {
         const auto lines = std::make_shared<LineSource>(file);
         Where.Input = [lines] { return lines->Next(); };
+        Where.InputFile = [lines] { return lines->AtNext(); };
     }
 
     Context& Where;
@@ -165,7 +176,28 @@ std::optional<std::string> Variable(const Context& context, std::string_view nam
         return std::to_string(context.LastCode);
     if (utility::Stricmp(name, "Result2") == 0)
         return std::to_string(context.LastError);
-    return dos::GetVar(name);
+    return dos::ShellSources().Variable(name);
+}
+
+dos::CommandLineSources SourcesOf(const Context& context) {
+    return {
+        [&context](std::string_view name) { return Variable(context, name); },
+        [&context](std::string_view command) { return OutputOf(context, command); },
+    };
+}
+
+// Nothing with IoErr when a stream cannot be opened, or has not taken all.
+std::optional<int> RunRedirected(Context& context, const Command& command, const dos::ParsedCommand& line) {
+    Redirected streams(context, line);
+    if (!streams.IsOpen())
+        return {};
+    dos::SetIoErr(0);
+    const int code = RunCommand(command, line.Arguments, context);
+    const long error = dos::IoErr();
+    if (!streams.Close())
+        return {};
+    dos::SetIoErr(error);
+    return code;
 }
 
 int RunParsed(Context& context, const dos::ParsedCommand& line) {
@@ -178,33 +210,50 @@ int RunParsed(Context& context, const dos::ParsedCommand& line) {
         dos::SetIoErr(0);
         return RunCommand(*command, line.Arguments, context);
     }
-    Redirected streams(context, line);
-    if (!streams.IsOpen())
-        return Complain(context, line.Command);
-    dos::SetIoErr(0);
-    const int code = RunCommand(*command, line.Arguments, context);
-    const long error = dos::IoErr();
-    if (!streams.Close())
-        return std::max(code, Complain(context, line.Command));
-    dos::SetIoErr(error);
-    return code;
+    const std::optional<int> code = RunRedirected(context, *command, line);
+    return code ? *code : Complain(context, line.Command);
+}
+
+// An output of the context for a program, with the reason why it took no more.
+dos::SystemStream SinkOf(const std::function<bool(std::string_view)>& output, long& failure) {
+    return {.Sink = [&output, &failure](std::string_view bytes) {
+        if (!output || output(bytes))
+            return true;
+        failure = dos::IoErr();
+        return false;
+    }};
+}
+
+void ShareStreams(Context& context, dos::SystemOptions& options, long& failure) {
+    if (context.InputFile)
+        options.Input.Handle = context.InputFile();
+    else
+        options.Input.Own = context.HasOwnInput;
+    if (!context.FlushOwn) {
+        options.Output = SinkOf(context.Output, failure);
+        if (context.ErrorOutput)
+            options.ErrorOutput = SinkOf(context.ErrorOutput, failure);
+        return;
+    }
+    if (!context.FlushOwn())
+        context.OutputError = dos::IoErr();
+    options.Output.Own = true;
+    options.ErrorOutput = dos::SystemStream{.Own = true};
 }
 
 // A line whose command is none of ours: as the service runs it, over the streams of the context.
 int RunProgramLine(Context& context, std::string_view line) {
+    long failure = 0;
     dos::SystemOptions options;
     options.Stop = context.Stop;
-    if (context.FlushOwn) {
-        if (!context.FlushOwn())
-            context.OutputError = dos::IoErr();
-        options.Input.Own = options.Output.Own = true;
-        options.ErrorOutput = dos::SystemStream{.Own = true};
-    } else {
-        options.Output.Sink = context.Output;
-        if (context.ErrorOutput)
-            options.ErrorOutput = dos::SystemStream{.Sink = context.ErrorOutput};
-    }
+    options.Sources = SourcesOf(context);
+    ShareStreams(context, options, failure);
     const long code = dos::System(line, options);
+    if (failure != 0) {
+        context.OutputError = failure;
+        dos::SetIoErr(failure);
+        return static_cast<int>(std::clamp<long>(code, ReturnError, 255));
+    }
     if (code < 0)
         return Complain(context);
     if (code >= ReturnFail && dos::IoErr() == dos::ErrorBreak)
@@ -225,11 +274,7 @@ std::optional<bool> IsOwnLine(std::string_view line) {
 } // namespace
 
 std::optional<dos::ParsedCommand> ParseLine(Context& context, std::string_view line) {
-    const dos::CommandLineSources sources{
-        [&context](std::string_view name) { return Variable(context, name); },
-        [&context](std::string_view command) { return OutputOf(context, command); },
-    };
-    return dos::ParseCommandLine(line, sources);
+    return dos::ParseCommandLine(line, SourcesOf(context));
 }
 
 int RunLine(Context& context, std::string_view line) {

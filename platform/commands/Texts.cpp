@@ -15,8 +15,9 @@ namespace commands {
 
 namespace {
 
-constexpr std::size_t LargestSorted = 1u << 30; // bytes of a file whose lines are sorted
-constexpr std::size_t HexRow = 16;              // bytes in a row of Type HEX
+constexpr std::size_t LargestSorted = 64u << 20; // bytes of a file whose lines are sorted in memory
+constexpr std::size_t MostSorted = 4u << 20;     // lines of it
+constexpr std::size_t HexRow = 16;               // bytes in a row of Type HEX
 constexpr std::size_t NumberWidth = 5;
 
 std::string HexDigits(std::uint64_t value, std::size_t digits) {
@@ -205,6 +206,10 @@ int RunSort(Context& context, const dos::ArgResults& arguments) {
     order.IsCase = arguments.Flag("CASE");
     order.IsNumeric = arguments.Flag("NUMERIC");
     const auto text = dos::ReadWhole(from, LargestSorted);
+    if (text && std::count(text->begin(), text->end(), '\n') >= static_cast<std::ptrdiff_t>(MostSorted)) {
+        dos::SetIoErr(dos::ErrorObjectTooLarge);
+        return Complain(context, from);
+    }
     if (!text)
         return Complain(context, from);
     std::string sorted;

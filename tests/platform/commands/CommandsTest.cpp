@@ -282,6 +282,8 @@ TEST_F(CommandsTest, SearchGivesNumberedLinesAndACode) {
 
 TEST_F(CommandsTest, TextsAreEchoedTypedJoinedAndSorted) {
     Tree.Write("w/f", "b 10\nA 9\nc 2");
+    Tree.Write("w/long", "");
+    std::filesystem::resize_file(Tree.Path("w/long"), (64u << 20) + 1);
     Check({
         {"Echo a \"b  c\" NOLINE", 0, "a b  c"},
         {"Echo abcdef FIRST 2 LEN 3", 0, "bcd\n"},
@@ -294,6 +296,7 @@ TEST_F(CommandsTest, TextsAreEchoedTypedJoinedAndSorted) {
         {"Type s", 0, "A 9\nb 10\nc 2\n"},
         {"Sort f s COLSTART 2 NUMERIC", 0, ""},
         {"Type s", 0, "c 2\nA 9\nb 10\n"},
+        {"Sort long s", 10, "Sort: long: object too large\n"},
         {"Join f s AS j", 0, ""},
         {"Join f none AS j", 10, "Join: none: object not found\n"},
         {"Type j", 0, "b 10\nA 9\nc 2c 2\nA 9\nb 10\n"},
@@ -397,6 +400,21 @@ TEST_F(CommandsTest, OutputThatTakesNoMoreEndsTheCommand) {
     EXPECT_EQ(Run("List"), 20);
     EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
     EXPECT_EQ(calls, 1);
+}
+
+TEST_F(CommandsTest, AFullDiskBehindAnOutputIsTold) {
+    Tree.Write("w/a", "text");
+    Calls().Write = [](int, const void*, std::size_t) -> long {
+        errno = ENOSPC;
+        return -1;
+    };
+    for (const std::string_view line : {"Echo >RAM:x text", "List >>RAM:x", "Type >RAM:x a",
+                                        "Type a TO RAM:x", "Fault >RAM:x 205", "Echo >RAM:x text *>RAM:y"}) {
+        EXPECT_GE(Run(line), 10) << line;
+        EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull) << line;
+        EXPECT_THAT(Text, testing::EndsWith(": disk is full\n")) << line;
+    }
+    EXPECT_EQ(NamesIn("RAM:"), (std::vector<std::string>{"t", "y"})) << "only where complaints go";
 }
 
 // The links of C: are made from a list; it names what there is.

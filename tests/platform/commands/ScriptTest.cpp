@@ -33,6 +33,17 @@ TEST_F(ScriptTest, ScriptsRunTheirLinesAndBranches) {
     }
 }
 
+TEST_F(ScriptTest, ProgramsOfTheHostShareStreamsAndVariables) {
+    Tree.Write("w/in", "1\n2\n3\n4\n");
+    Tree.Write("w/s", "FailAt 21\nhead -n 1\nEcho [`head -n 1`]\nsh -c \"exit 7\"\n"
+                      "printf %s,%s $RC `Echo $RC`\ncat\n");
+    EXPECT_EQ(Out("Execute <in s"), "1\n[2]\n7,73\n4\n");
+    EXPECT_EQ(Out("Execute <in >out s"), "");
+    EXPECT_EQ(Tree.Read("w/out"), "1\n[2]\n7,73\n4\n");
+    EXPECT_EQ(Run("Echo `head -c 100000 /dev/zero`"), 20) << "too much for a line";
+    EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
+}
+
 TEST_F(ScriptTest, AScriptThatCallsItselfAndOneThatLoopsEnd) {
     Tree.Write("w/s", "Execute s\n");
     EXPECT_EQ(Run("Execute s"), 10);
