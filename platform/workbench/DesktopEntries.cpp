@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t LargestFile = 4u << 20; // bytes of one file of the database
 constexpr std::size_t LongestExec = 65536;
+constexpr unsigned MostDrawers = 64; // looked into for one entry
 constexpr std::string_view MustBeQuoted = "'><~|&;*?#()`$\\";
 
 using Group = std::map<std::string, std::string, std::less<>>; // key, value as it stands
@@ -103,22 +104,34 @@ std::string ReadHostFile(const std::string& hostPath) {
     return dos::ReadWhole(dos::FromHostPath(hostPath), LargestFile).value_or("");
 }
 
-// The entry of that id; the first drawer that has it decides, also by hiding it. In "a-b.desktop" each "-"
-// may stand for a drawer.
+struct FoundText {
+    std::string File; // of the host
+    std::string Text;
+};
+
+// Each "-" of an id may stand for a drawer; only into drawers that exist is gone on, and only so often.
+std::optional<FoundText> FindText(const std::string& drawer, const std::string& id, unsigned& drawersLeft) {
+    if (std::string text = ReadHostFile(drawer + "/" + id); !text.empty())
+        return FoundText{drawer + "/" + id, std::move(text)};
+    for (std::size_t dash = id.find('-'); dash != std::string::npos; dash = id.find('-', dash + 1)) {
+        const std::string inside = drawer + "/" + id.substr(0, dash);
+        if (dash == 0 || drawersLeft == 0 || !dos::Lock(dos::FromHostPath(inside)))
+            continue;
+        --drawersLeft;
+        if (auto found = FindText(inside, id.substr(dash + 1), drawersLeft))
+            return found;
+    }
+    return std::nullopt;
+}
+
+// The entry of that id; the first drawer that has it decides, also by hiding it.
 std::optional<DesktopEntry> FindEntry(const std::string& id) {
     if (id.find('/') != std::string::npos || id.find("..") != std::string::npos || !id.ends_with(".desktop"))
         return std::nullopt;
-    for (const std::string& drawer : ApplicationDrawers()) {
-        std::string name = id;
-        for (std::size_t dash = 0; dash != std::string::npos; dash = name.find('-', dash)) {
-            if (name[dash] == '-')
-                name[dash] = '/';
-            const std::string file = drawer + "/" + name;
-            const std::string text = ReadHostFile(file);
-            if (!text.empty())
-                return ParseDesktopEntry(text, file);
-        }
-    }
+    unsigned drawersLeft = MostDrawers;
+    for (const std::string& drawer : ApplicationDrawers())
+        if (const auto found = FindText(drawer, id, drawersLeft))
+            return ParseDesktopEntry(found->Text, found->File);
     return std::nullopt;
 }
 

@@ -119,12 +119,15 @@ bool StartProgram(const std::string& path, const dos::FileLock& drawer) {
     return MayStart(path) && StartLine(dos::QuoteArgument(path));
 }
 
-// The default tool is a path, or the name of a program of ours or of the host.
+// The default tool is a path, or the name of a program of ours or of the host. The program that was asked
+// about is the one that is started: by its path, since its name alone could stand for a built-in command.
 bool OpenWithTool(const std::string& tool, const std::string& path, const dos::FileLock& drawer) {
     const InDrawer there(drawer);
     const std::optional<dos::FoundProgram> program = dos::FindProgram(tool);
-    return program && MayStart(dos::FromHostPath(program->HostPath)) &&
-           StartLine(dos::QuoteArgument(tool) + " " + dos::QuoteArgument(path));
+    if (!program)
+        return false;
+    const std::string toolPath = dos::FromHostPath(program->HostPath);
+    return MayStart(toolPath) && StartLine(dos::QuoteArgument(toolPath) + " " + dos::QuoteArgument(path));
 }
 
 bool OpenWithHost(const QMimeType& type, const std::string& hostPath) {

@@ -25,6 +25,7 @@ TEST(DesktopEntriesTest, AnExecLineBecomesWordsAndAFileIsOneOfThem) {
         {"view", "[view][/d/a b;$(x)]"},
         {"\"my view\" --c=%c %% \"a \\\\\"q\\\\$\" %U", "[my view][--c=A  B][%][a \"q$][/d/a b;$(x)]"},
         {"view %i %k %m --file=%f", "[view][--icon][pic][/e][--file=/d/a b;$(x)]"},
+        {"view -x --name=a-b -- %f -", "[view][-x][--name=a-b][--][/d/a b;$(x)][-]"},
         {"view %f; rm", "none"},
         {"view \"%f", "none"},
         {"view $HOME", "none"},
@@ -48,8 +49,8 @@ protected:
         Script("d/Prog", "exec viewer program");
         Tree.Write("d/note.txt", "text");
         Tree.Write("config/mimeapps.list",
-                   "[Default Applications]\ntext/plain=gone.desktop;my-view.desktop\n");
-        Tree.Write("data/applications/my/view.desktop",
+                   "[Default Applications]\ntext/plain=gone.desktop;my-own-view.desktop\n");
+        Tree.Write("data/applications/my-own/view.desktop",
                    "[Desktop Entry]\nType=Application\nExec=viewer host %f\n");
         workbench::SetHooks({.OpenDrawer = [this](const std::string& drawer) { return Log += drawer, true; },
                              .MayStart =
@@ -98,6 +99,15 @@ TEST_F(WorkbenchTest, EachKindOfObjectIsOpenedInItsWay) {
     EXPECT_TRUE(workbench::WBRun("d/note.txt"));
     EXPECT_EQ(Told(), note + "|" + drawer) << "the default tool";
     EXPECT_EQ(Log, "Test:bin/viewer?");
+
+    // A name that is a built-in command is that of a program here, or of none.
+    project.DefaultTool = "Run";
+    ASSERT_TRUE(icon::PutDiskObject("Test:d/note.txt", project));
+    EXPECT_TRUE(workbench::WBRun("d/note.txt"));
+    EXPECT_EQ(Told(), "host " + note + "|" + Tree.Root());
+    Script("bin/Run", "exec viewer run \"$@\"");
+    EXPECT_TRUE(workbench::WBRun("d/note.txt"));
+    EXPECT_EQ(Told(), "run " + note + "|" + drawer);
 
     EXPECT_FALSE(workbench::WBRun("d/none"));
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
