@@ -3,6 +3,7 @@
 #include "platform/iffparse/ByteReader.h"
 #include "platform/iffparse/IffReader.h"
 #include "platform/iffparse/IffWriter.h"
+#include "platform/locale/CodeSets.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
@@ -22,34 +23,34 @@ constexpr iffparse::ChunkId IdTexts = MakeId("STRS");
 
 constexpr std::size_t CodeSetReserved = 28; // bytes of CSET behind its number
 constexpr std::size_t TextAlignment = 4;
+constexpr std::size_t EntryHead = 8;     // bytes of STRS before each text: number, length
 constexpr std::size_t WordOfVersion = 2; // "$VER:", name, version
 
 std::string_view UntilNul(std::string_view field) {
     return field.substr(0, field.find('\0'));
 }
 
-std::string DecodeText(std::string_view text, std::uint32_t codeSet) {
-    return codeSet == CodeSetUtf8 ? utility::ReplaceInvalidUtf8(text) : utility::Utf8FromLatin1(text);
-}
-
 std::size_t Aligned(std::size_t length) {
     return (length + TextAlignment - 1) / TextAlignment * TextAlignment;
 }
 
-// A length counts the NUL behind the text or does not, as the compiler's maker liked it. The last
-// text may lack its padding.
+// A length counts the NUL behind the text or does not, as the compiler's maker liked it. What pads a text is
+// no part of it, whatever stands there; the last one may lack its padding. Zeros at the end that are too few
+// for an entry pad the chunk.
 void ParseTexts(std::string_view data, CatalogFile& catalog) {
     ByteReader reader(data);
-    while (reader.Left() > 0 && !catalog.IsDamaged) {
+    while (reader.Left() >= EntryHead) {
         const auto id = static_cast<std::int32_t>(reader.Long());
         const std::uint32_t length = reader.Long();
-        if (reader.Failed() || length > reader.Left()) {
+        if (length > reader.Left()) {
             catalog.IsDamaged = true;
             return;
         }
-        const std::string_view text = UntilNul(reader.Raw(std::min(Aligned(length), reader.Left())));
-        catalog.Texts.push_back({id, std::string(text)});
+        catalog.Texts.push_back({id, std::string(UntilNul(reader.Raw(length)))});
+        reader.Raw(std::min(Aligned(length) - length, reader.Left()));
     }
+    const std::string_view rest = reader.Raw(reader.Left());
+    catalog.IsDamaged = catalog.IsDamaged || rest.find_first_not_of('\0') != std::string_view::npos;
 }
 
 void TakeChunk(const iffparse::IffChunk& chunk, CatalogFile& catalog) {
@@ -70,10 +71,11 @@ void TakeChunk(const iffparse::IffChunk& chunk, CatalogFile& catalog) {
 
 // The code set may stand behind the texts, so all are converted at the end.
 void DecodeAll(CatalogFile& catalog) {
-    catalog.VersionText = DecodeText(catalog.VersionText, catalog.CodeSet);
-    catalog.Language = DecodeText(catalog.Language, catalog.CodeSet);
+    const CodeSetDecoder decoder(catalog.CodeSet);
+    catalog.VersionText = decoder.Decode(catalog.VersionText);
+    catalog.Language = decoder.Decode(catalog.Language);
     for (CatalogText& text : catalog.Texts)
-        text.Text = DecodeText(text.Text, catalog.CodeSet);
+        text.Text = decoder.Decode(text.Text);
 }
 
 void SortTexts(std::vector<CatalogText>& texts) {

@@ -35,9 +35,9 @@ struct CatalogFile {
 // What the third word of a version text says; 0.0 when that is no number.
 [[nodiscard]] CatalogVersion VersionOf(std::string_view versionText);
 
-// Nothing when the bytes are no catalog at all. Texts of a code set other than UTF-8 are taken for
-// ISO 8859-1; what is no valid UTF-8 in one that claims to be gets replacement marks. Of texts with
-// the same id the first counts.
+// Nothing when the bytes are no catalog at all. Texts are read by the code set that the catalog names, the
+// default where that is unknown or has characters of several bytes; what is nothing in the set, or no valid
+// UTF-8, gets replacement marks. Of texts with the same id the first counts.
 [[nodiscard]] std::optional<CatalogFile> ParseCatalog(std::string_view bytes);
 
 // The text in a code set: UTF-8, or ISO 8859-1 for the default. Nothing when the set lacks a

@@ -73,6 +73,37 @@ TEST(CatalogFileTest, OddCatalogsAreReadAsFarAsTheyGo) {
         EXPECT_FALSE(locale::ParseCatalog(other));
 }
 
+TEST(CatalogFileTest, TextsAreReadByTheCodeSetThatTheCatalogNames) {
+    const std::pair<std::uint16_t, std::string_view> rows[] = {
+        {0, "¤æÑ"},
+        {2, "¤ćŃ"},
+        {4, "¤æÑ"},
+        {5, "¤ćŃ"},
+        {8, "Єцб"},
+        {10, "€ζΡ"},
+        {15, "€æÑ"},
+        {111, "€æÑ"},
+        {2084, "╓Фя"},
+        {2104, "¤жС"},
+        {2250, "¤ćŃ"},
+        {2251, "¤жС"},
+        {2253, "¤ζΡ"},
+        {3, "\uFFFD\uFFFD\uFFFD"},
+        {106, "\uFFFD\uFFFD\uFFFD"},
+        {9999, "¤æÑ"},
+    };
+    for (const auto& [codeSet, text] : rows) {
+        const std::string number = {static_cast<char>(codeSet >> 8), static_cast<char>(codeSet)};
+        const auto file = locale::ParseCatalog("FORM\0\0\0\x24"
+                                               "CTLGSTRS\0\0\0\x0C\0\0\0\1\0\0\0\3\xA4\xE6\xD1x"
+                                               "CSET\0\0\0\4\0\0"s +
+                                               number);
+        ASSERT_TRUE(file);
+        EXPECT_FALSE(file->IsDamaged);
+        EXPECT_EQ(TextOf(*file, 1), text) << codeSet << ": and what pads it is no part of it";
+    }
+}
+
 TEST(CatalogFileTest, VersionIsTheThirdWord) {
     const std::pair<std::string_view, locale::CatalogVersion> rows[] = {
         {"$VER: x.catalog 43.7 (22.02.04)", {43, 7}},
