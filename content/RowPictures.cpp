@@ -1,11 +1,12 @@
 #include "content/RowPictures.h"
 
-#include "content/ViewStyles.h"
+#include "interface/Images.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/intuition/ListBrowser.h"
 #include "sak/FilenameSupport.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,8 +15,9 @@ namespace solvane {
 
 namespace {
 
-constexpr int SmallPicture = 16, ContentPicture = 32; // layout units
-constexpr int UsualLargePicture = 64;                 // what the program's own large pictures are made for
+// Layout units.
+constexpr IconBox SmallIcon{20, 18};
+constexpr int SmallPicture = 16, ContentPicture = 32;
 
 constexpr std::string_view IconSuffix = ".info", GameSuffix = ".slave";
 
@@ -37,29 +39,66 @@ std::string IconPath(const ContentNode& node) {
     return SAK_IsInfoFile(node.EntryName) || path.empty() ? path : path + std::string(IconSuffix);
 }
 
+// What is drawn for an entry that shows no picture of its own.
+struct UsualPicture {
+    ListImage Small, SmallWithIcon;
+    TileImage Large, LargeWithIcon;
+};
+constexpr UsualPicture Drawers{ListImage::Drawer, ListImage::DrawerWithIcon, TileImage::Drawer,
+                               TileImage::DrawerWithIcon};
+constexpr UsualPicture Files{ListImage::File, ListImage::FileWithIcon, TileImage::File,
+                             TileImage::FileWithIcon};
+constexpr UsualPicture DrawerLinks{ListImage::DrawerLink, ListImage::DrawerLink, TileImage::DrawerLink,
+                                   TileImage::DrawerLink};
+constexpr UsualPicture FileLinks{ListImage::FileLink, ListImage::FileLink, TileImage::FileLink,
+                                 TileImage::FileLink};
+
+const UsualPicture& UsualPictureOf(const ContentNode& node) {
+    if (IsLinkKind(node.ObjectKind)) {
+        return IsDrawerKind(node.ObjectKind) ? DrawerLinks : FileLinks;
+    }
+    return IsDrawerKind(node.ObjectKind) ? Drawers : Files;
+}
+
+bool ShowsThumbnails(std::int32_t style) {
+    return style == ViewThumbnail || style == ViewThumbnailDetails;
+}
+
+// The largest of the shared pictures that the style has room for.
+int TileSideOf(std::int32_t style) {
+    if (style == ViewTiles) {
+        return TilesIconSide();
+    }
+    const IconBox box = BoxOf(style);
+    const auto* fitting = std::ranges::find_if(
+        TileImageSizes, [room = std::min(box.Width, box.Height)](int side) { return side <= room; });
+    return fitting != TileImageSizes.end() ? *fitting : TileImageSizes.back();
+}
+
+bool IsGame(const ContentNode& node) {
+    return AtWHDLoadGamesRootDrawer != 0 && !IsDrawerKind(node.ObjectKind) &&
+           EndsWith(node.EntryName, GameSuffix);
+}
+
 // The picture that a file is itself or brings along; empty for most.
-std::vector<intuition::ImageStep> ThumbnailSteps(const ContentNode& node) {
+std::vector<intuition::ImageStep> OwnPictureSteps(const ContentNode& node, std::int32_t style) {
     using Source = intuition::ImageStep::Source;
-    if (IsDrawerKind(node.ObjectKind) || SAK_IsInfoFile(node.EntryName)) {
+    if (IsGame(node)) {
+        const std::string path = OwnPath(node);
+        return {{.Path = path.substr(0, path.size() - std::min(path.size(), GameSuffix.size())) +
+                         std::string(IconSuffix)}};
+    }
+    if (!ShowsThumbnails(style) || IsDrawerKind(node.ObjectKind) || SAK_IsInfoFile(node.EntryName)) {
         return {};
     }
     if (node.DatatypeGroupValue == GroupPicture) {
         return {{.Path = std::string(node.EntryPath.View()), .From = Source::Thumbnail}};
     }
-    if (AtWHDLoadGamesRootDrawer != 0 && EndsWith(node.EntryName, GameSuffix)) {
-        const std::string path = OwnPath(node);
-        return {{.Path = path.substr(0, path.size() - GameSuffix.size()) + std::string(IconSuffix)}};
-    }
     return {};
 }
 
-intuition::ImageId Obtain(std::int32_t style, std::string_view small, std::string_view large) {
-    return intuition::ObtainImage(HasLargePictures(style) ? large : small);
-}
-
-} // namespace
-
-std::vector<intuition::ImageStep> IconSteps(const ContentNode& node) {
+// The entry's icon, then the one of its type.
+std::vector<intuition::ImageStep> OwnIconSteps(const ContentNode& node) {
     std::vector<intuition::ImageStep> steps;
     if (std::string own = IconPath(node); !own.empty()) {
         steps.push_back({.Path = std::move(own)});
@@ -67,50 +106,46 @@ std::vector<intuition::ImageStep> IconSteps(const ContentNode& node) {
     if (!node.DefaultIconName.Empty()) {
         steps.push_back({.Path = "ENVARC:Sys/" + std::string(node.DefaultIconName.View())});
     }
+    return steps;
+}
+
+} // namespace
+
+std::vector<intuition::ImageStep> IconSteps(const ContentNode& node) {
+    std::vector<intuition::ImageStep> steps = OwnIconSteps(node);
     const bool drawer = IsDrawerKind(node.ObjectKind);
     steps.push_back({.Path = drawer ? "ENVARC:Sys/def_drawer.info" : "ENVARC:Sys/def_file.info"});
     return steps;
 }
 
 bool HasLargePictures(std::int32_t style) {
-    return style == ViewTiles || style == ViewContent || style == ViewThumbnail ||
-           style == ViewThumbnailDetails;
+    return style == ViewTiles || style == ViewContent || ShowsThumbnails(style);
+}
+
+IconBox BoxOf(std::int32_t style) {
+    switch (style) {
+    case ViewTiles:
+        return {TilesIconSide(), TilesIconSide()};
+    case ViewContent:
+        return {ContentPicture, ContentPicture};
+    case ViewThumbnail:
+    case ViewThumbnailDetails:
+        return ThumbnailBox();
+    default:
+        return SmallIcon;
+    }
 }
 
 int PictureHeight(std::int32_t style) {
-    switch (style) {
-    case ViewTiles:
-        return TilesIconSide();
-    case ViewContent:
-        return ContentPicture;
-    case ViewThumbnail:
-    case ViewThumbnailDetails:
-        return ThumbnailBox().Height;
-    default:
-        return SmallPicture;
-    }
+    return BoxOf(style).Height;
 }
 
 RowPictures::RowPictures(std::int32_t style, intuition::ListBrowser* list)
-    : Style(style),
-      Drawer(Obtain(style, "PROGDIR:Images/TBImages/list_drawer.png", "PROGDIR:Images/Img_Drawer.png")),
-      File(Obtain(style, "PROGDIR:Images/TBImages/list_file.png", "PROGDIR:Images/Img_Project.png")),
-      DrawerLink(
-          Obtain(style, "PROGDIR:Images/TBImages/list_drawerlink.png", "PROGDIR:Images/Img_DrawerLink.png")),
-      FileLink(
-          Obtain(style, "PROGDIR:Images/TBImages/list_filelink.png", "PROGDIR:Images/Img_ProjectLink.png")),
-      Wished(list != nullptr ? std::make_unique<intuition::WishedImages>(*list) : nullptr) {}
-
-RowPictures::~RowPictures() {
-    for (const intuition::ImageId picture : {Drawer, File, DrawerLink, FileLink}) {
-        intuition::ReleaseImage(picture);
-    }
-}
+    : Style(style), Wished(list != nullptr ? std::make_unique<intuition::WishedImages>(*list) : nullptr) {}
 
 // On an FTP mount nothing is opened for its picture.
 intuition::ImageId RowPictures::Of(std::size_t row, const ContentNode& node) {
-    const bool plain = !HasLargePictures(Style) && Prefs.ShowActualIcons == 0;
-    if (!Wished || plain || AtFTPMount != 0) {
+    if (!Wished || AtFTPMount != 0) {
         return UsualOf(node);
     }
     return Wished->Image(row, [this, &node] { return WishOf(node); });
@@ -118,27 +153,37 @@ intuition::ImageId RowPictures::Of(std::size_t row, const ContentNode& node) {
 
 intuition::ImageWish RowPictures::WishOf(const ContentNode& node) const {
     intuition::ImageWish wish;
+    const IconBox box = BoxOf(Style);
     wish.Fallback = UsualOf(node);
-    wish.Height = PictureHeight(Style);
-    wish.Width = wish.Height;
-    if (Style == ViewThumbnail || Style == ViewThumbnailDetails) {
-        wish.Width = ThumbnailBox().Width;
-        wish.Steps = ThumbnailSteps(node);
-    }
+    wish.Width = box.Width;
+    wish.Height = box.Height;
+    wish.Steps = OwnPictureSteps(node, Style);
     if (Prefs.ShowActualIcons != 0) {
-        const std::vector<intuition::ImageStep> icons = IconSteps(node);
+        const auto icons = HasLargePictures(Style) ? IconSteps(node) : OwnIconSteps(node);
         wish.Steps.insert(wish.Steps.end(), icons.begin(), icons.end());
-    } else if (wish.Height > UsualLargePicture && !IsLinkKind(node.ObjectKind)) {
-        wish.Steps.push_back(IconSteps(node).back());
+    } else if (!IsLinkKind(node.ObjectKind) && wish.Steps.empty()) {
+        wish = UsualWithIcon(node);
     }
     return wish;
 }
 
+// The shared picture of an entry that has an icon, which is not looked at itself.
+intuition::ImageWish RowPictures::UsualWithIcon(const ContentNode& node) const {
+    const UsualPicture& usual = UsualPictureOf(node);
+    const bool isLarge = HasLargePictures(Style);
+    const int side = isLarge ? TileSideOf(Style) : SmallPicture;
+    return {.Steps = {{.Path = isLarge ? TileImagePath(usual.LargeWithIcon, side)
+                                       : ListImagePath(usual.SmallWithIcon),
+                       .OnlyIf = IconPath(node)}},
+            .Width = side,
+            .Height = side,
+            .Fallback = UsualOf(node)};
+}
+
 intuition::ImageId RowPictures::UsualOf(const ContentNode& node) const {
-    if (IsLinkKind(node.ObjectKind)) {
-        return IsDrawerKind(node.ObjectKind) ? DrawerLink : FileLink;
-    }
-    return IsDrawerKind(node.ObjectKind) ? Drawer : File;
+    const UsualPicture& usual = UsualPictureOf(node);
+    return HasLargePictures(Style) ? TileImageObject(usual.Large, TileSideOf(Style))
+                                   : ListImageObject(usual.Small);
 }
 
 } // namespace solvane

@@ -1,6 +1,7 @@
 // Which picture a row shows, by view style and kind of entry.
 #pragma once
 
+#include "content/ViewStyles.h"
 #include "model/ContentNode.h"
 #include "platform/intuition/WishedImages.h"
 
@@ -13,7 +14,8 @@ namespace solvane {
 // True for the styles whose rows show a large picture.
 [[nodiscard]] bool HasLargePictures(std::int32_t style);
 
-// Layout units that a picture of that style may be high.
+// Room of a picture in that style, in layout units.
+[[nodiscard]] IconBox BoxOf(std::int32_t style);
 [[nodiscard]] int PictureHeight(std::int32_t style);
 
 // Where the icon of an entry may come from: its own, the one of its type, the one of its kind.
@@ -25,9 +27,6 @@ class RowPictures {
 public:
     // Without a list nothing is looked up. The list must live longer.
     RowPictures(std::int32_t style, intuition::ListBrowser* list);
-    ~RowPictures();
-    RowPictures(const RowPictures&) = delete;
-    RowPictures& operator=(const RowPictures&) = delete;
 
     // What to draw now in that row. It is not to be released.
     [[nodiscard]] intuition::ImageId Of(std::size_t row, const ContentNode& node);
@@ -35,9 +34,9 @@ public:
 private:
     [[nodiscard]] intuition::ImageId UsualOf(const ContentNode& node) const;
     [[nodiscard]] intuition::ImageWish WishOf(const ContentNode& node) const;
+    [[nodiscard]] intuition::ImageWish UsualWithIcon(const ContentNode& node) const;
 
     std::int32_t Style;
-    intuition::ImageId Drawer, File, DrawerLink, FileLink;
     std::unique_ptr<intuition::WishedImages> Wished; // null without a list
 };
 

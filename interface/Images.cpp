@@ -14,7 +14,9 @@ constexpr std::array<std::string_view, 14> ListNames = {
     "assign", "home",       "desktop", "computer", "bookmark",   "favorite", "ftpsite"};
 static_assert(ListNames.size() == std::tuple_size_v<decltype(ImageObjects::Lists)>);
 
-constexpr std::array<std::string_view, 4> TileNames = {"drawer", "drawericon", "file", "fileicon"};
+constexpr std::array<std::string_view, 6> TileNames = {"drawer",   "drawericon", "file",
+                                                       "fileicon", "drawerlink", "filelink"};
+static_assert(TileNames.size() == std::tuple_size_v<decltype(ImageObjects::Tiles)>);
 constexpr int PlainTileSize = 32; // stands under the plain name, other sizes in drawers of their own
 constexpr int UsualTileSize = 64;
 
@@ -31,6 +33,10 @@ std::string ListPath(std::string_view name) {
 std::string TilePath(std::string_view name, int size) {
     const std::string drawer = size == PlainTileSize ? std::string() : std::to_string(size) + '/';
     return "PROGDIR:Images/Tiles/" + drawer + std::string(name) + ".png";
+}
+
+int TileSize(int size) {
+    return std::ranges::count(TileImageSizes, size) != 0 ? size : UsualTileSize;
 }
 
 template <typename Row>
@@ -65,15 +71,20 @@ void DisposeBitMapImages() {
     Release(ImgObjects.Devices);
 }
 
+std::string ListImagePath(ListImage image) {
+    return ListPath(ListNames[static_cast<std::size_t>(image)]);
+}
+
+std::string TileImagePath(TileImage image, int size) {
+    return TilePath(TileNames[static_cast<std::size_t>(image)], TileSize(size));
+}
+
 ImageId ListImageObject(ListImage image) {
     return ImgObjects.Lists[static_cast<std::size_t>(image)];
 }
 
 ImageId TileImageObject(TileImage image, int size) {
-    auto place = std::ranges::find(TileImageSizes, size);
-    if (place == TileImageSizes.end()) {
-        place = std::ranges::find(TileImageSizes, UsualTileSize);
-    }
+    const auto* place = std::ranges::find(TileImageSizes, TileSize(size));
     return ImgObjects
         .Tiles[static_cast<std::size_t>(image)][static_cast<std::size_t>(place - TileImageSizes.begin())];
 }

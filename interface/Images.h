@@ -8,7 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
+#include <string>
 
 namespace solvane {
 
@@ -31,8 +31,16 @@ enum class ListImage : std::uint8_t {
     Last = FTPSite
 };
 
-// Four pictures of the Tiles style, each in four sizes.
-enum class TileImage : std::uint8_t { Drawer, DrawerWithIcon, File, FileWithIcon, Last = FileWithIcon };
+// Pictures of the Tiles style, each in four sizes.
+enum class TileImage : std::uint8_t {
+    Drawer,
+    DrawerWithIcon,
+    File,
+    FileWithIcon,
+    DrawerLink,
+    FileLink,
+    Last = FileLink
+};
 inline constexpr std::array<int, 4> TileImageSizes{256, 128, 64, 32}; // layout units
 
 inline constexpr std::size_t DeviceImageCount = 21; // types 0 to 19, then the unknown one
@@ -53,6 +61,10 @@ extern ImageObjects ImgObjects;
 [[nodiscard]] bool LoadBitMapImages();
 // Gives the uses back; copies live on.
 void DisposeBitMapImages();
+
+// Where they lie, for those that are looked up only when a row is shown.
+[[nodiscard]] std::string ListImagePath(ListImage image);
+[[nodiscard]] std::string TileImagePath(TileImage image, int size);
 
 [[nodiscard]] intuition::ImageId ListImageObject(ListImage image);
 // For a size that there is none of: that of 64.

@@ -20,7 +20,8 @@ namespace intuition {
 namespace {
 
 constexpr unsigned MostThreads = 8;
-constexpr std::size_t MostToStore = 64; // thumbnails that wait for an idle thread
+constexpr std::string_view DensePictures = ".png"; // kind of those that have a twin for dense screens
+constexpr std::size_t MostToStore = 64;            // thumbnails that wait for an idle thread
 
 // Blocks that are in use somewhere, by file, state and size.
 class KnownBlocks {
@@ -99,9 +100,20 @@ std::optional<datatypes::Picture> Load(const ImageStep& step, const datatypes::P
     return std::move(thumbnail.Shown);
 }
 
-ImageBlock LoadStep(const ImageStep& step, const ImageWish& wish, double density) {
-    if (step.Path.empty() || (!step.OnlyIf.empty() && datatypes::StateOfFile(step.OnlyIf).empty()))
+// On a dense screen the picture that was made for such beside the one that is asked for.
+ImageStep DenseStep(const ImageStep& step, double density) {
+    const std::size_t suffix = step.Path.size() - std::min(step.Path.size(), DensePictures.size());
+    if (density <= 1 || step.From != ImageStep::Source::File || step.Path.substr(suffix) != DensePictures)
+        return step;
+    ImageStep dense = step;
+    dense.Path.insert(suffix, "@2x");
+    return datatypes::StateOfFile(dense.Path).empty() ? step : dense;
+}
+
+ImageBlock LoadStep(const ImageStep& asked, const ImageWish& wish, double density) {
+    if (asked.Path.empty() || (!asked.OnlyIf.empty() && datatypes::StateOfFile(asked.OnlyIf).empty()))
         return nullptr;
+    const ImageStep step = DenseStep(asked, density);
     const std::string state = datatypes::StateOfFile(step.Path);
     if (state.empty())
         return nullptr;
