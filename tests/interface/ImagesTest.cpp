@@ -1,6 +1,5 @@
 #include "interface/Images.h"
 
-#include "platform/dos/Assigns.h"
 #include "platform/intuition/Application.h"
 #include "platform/intuition/Images.h"
 #include "sak/Images.h"
