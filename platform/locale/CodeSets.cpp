@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iconv.h>
+#include <optional>
 
 namespace locale {
 namespace {
@@ -13,8 +14,6 @@ struct CodeSetRow {
     std::uint32_t Number;
     const char* HostName;
 };
-
-constexpr const char* Latin1 = "ISO-8859-1";
 
 // By the numbers of the register, but for 2 and 14 to 16: those are parts of ISO 8859 as one catalog compiler
 // counts, and what the register has there no catalog is in. The Amiga's own Cyrillic set (2104) has its
@@ -32,9 +31,10 @@ constexpr CodeSetRow Rows[] = {
     {2258, "WINDOWS-1258"}, {2259, "TIS-620"},
 };
 
+// Null for ISO 8859-1, which needs no help of the host.
 const char* HostNameOf(std::uint32_t codeSet) {
     const auto* row = std::ranges::find(Rows, codeSet, &CodeSetRow::Number);
-    return row != std::end(Rows) ? row->HostName : Latin1;
+    return row != std::end(Rows) ? row->HostName : nullptr;
 }
 
 class Converter {
@@ -69,17 +69,20 @@ private:
 } // namespace
 
 CodeSetDecoder::CodeSetDecoder(std::uint32_t codeSet) : IsUtf8(codeSet == CodeSetUtf8) {
-    const Converter converter(IsUtf8 ? Latin1 : HostNameOf(codeSet));
-    for (std::size_t byte = 0; byte < Characters.size(); ++byte) {
-        const char character = static_cast<char>(byte);
-        Characters[byte] = converter.IsOpen() ? converter.Convert(character)
-                                              : utility::Utf8FromLatin1(std::string_view(&character, 1));
-    }
+    const char* const name = IsUtf8 ? nullptr : HostNameOf(codeSet);
+    const std::optional<Converter> converter = name ? std::make_optional<Converter>(name) : std::nullopt;
+    if (!converter || !converter->IsOpen())
+        return;
+    HasTable = true;
+    for (std::size_t byte = 0; byte < Characters.size(); ++byte)
+        Characters[byte] = converter->Convert(static_cast<char>(byte));
 }
 
 std::string CodeSetDecoder::Decode(std::string_view bytes) const {
     if (IsUtf8)
         return utility::ReplaceInvalidUtf8(bytes);
+    if (!HasTable)
+        return utility::Utf8FromLatin1(bytes);
     std::string text;
     for (const char byte : bytes)
         text += Characters[static_cast<unsigned char>(byte)];

@@ -20,6 +20,7 @@ public:
 
 private:
     bool IsUtf8;
+    bool HasTable = false;                   // else it is ISO 8859-1
     std::array<std::string, 256> Characters; // what each byte stands for
 };
 
