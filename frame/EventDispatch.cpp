@@ -7,10 +7,17 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "locations/Navigation.h"
+#include "locations/OpenTabs.h"
+#include "locations/Tabs.h"
+#include "locations/VisitHistory.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
 
 namespace solvane {
 
@@ -19,11 +26,41 @@ namespace {
 using intuition::EventClass;
 using intuition::WindowEvent;
 
-constexpr std::uint16_t KeyH = 37;
+constexpr std::uint16_t KeyW = 17, KeyT = 20, KeyH = 37;
 constexpr std::uint32_t TypeAheadTicks = 9; // ticks after which the next key begins a new word
+
+void ServeCloseGadget() {
+    if (Prefs.UseCommodity != 0) {
+        CloseMainWindow();
+    } else {
+        done = 1;
+    }
+}
+
+// The last tab takes its window with it.
+void CloseWindowWith(Closing closing) {
+    if (closing == Closing::WithWindow) {
+        ServeCloseGadget();
+    }
+}
 
 void ServeGadget(const WindowEvent& event) {
     switch (event.Id) {
+    case GadgetTabs:
+        CloseWindowWith(HandleTabBar());
+        break;
+    case GadgetHistoryChooser:
+        HandleHistoryChooser();
+        break;
+    case GadgetBack:
+        GoBackInHistory();
+        break;
+    case GadgetForward:
+        GoForwardInHistory();
+        break;
+    case GadgetHistory:
+        PopHistoryChooser();
+        break;
     case GadgetParent:
         GoToParent();
         break;
@@ -51,11 +88,51 @@ void ToggleHiddenEntries() {
     ReloadDrawer();
 }
 
+// The number that a digit key stands for, 10 for the 0; none for other keys.
+std::optional<std::uint32_t> DigitOf(std::uint16_t key) {
+    constexpr std::array<std::uint16_t, 10> Numeric = {29, 30, 31, 45, 46, 47, 61, 62, 63, 15};
+    if (key >= 1 && key <= 10) {
+        return key;
+    }
+    const auto found = std::find(Numeric.begin(), Numeric.end(), key);
+    return found != Numeric.end() ? std::optional(static_cast<std::uint32_t>(found - Numeric.begin()) + 1)
+                                  : std::nullopt;
+}
+
+void ServeControlKey(const WindowEvent& event) {
+    constexpr std::uint16_t Shift = intuition::qualifier::LeftShift | intuition::qualifier::RightShift;
+    switch (event.Code) {
+    case KeyH:
+        ToggleHiddenEntries();
+        break;
+    case KeyT:
+        OpenNewTab(0);
+        break;
+    case KeyW:
+        CloseWindowWith(CloseTab());
+        break;
+    case intuition::rawkey::Tab:
+        if ((event.Qualifier & Shift) != 0) {
+            PreviousTab();
+        } else {
+            NextTab();
+        }
+        break;
+    case intuition::rawkey::Return:
+    case intuition::rawkey::Enter:
+        OpenMultipleNewTabs();
+        break;
+    default:
+        if (const auto digit = DigitOf(event.Code)) {
+            SwitchToTabNumber(*digit);
+        }
+        break;
+    }
+}
+
 void ServeRawKey(const WindowEvent& event) {
     if ((event.Qualifier & intuition::qualifier::Control) != 0) {
-        if (event.Code == KeyH) {
-            ToggleHiddenEntries();
-        }
+        ServeControlKey(event);
         return;
     }
     switch (event.Code) {
@@ -66,6 +143,56 @@ void ServeRawKey(const WindowEvent& event) {
     case intuition::rawkey::Enter:
         OpenSelectedEntry();
         break;
+    case intuition::rawkey::Left:
+        GoBackInHistory();
+        break;
+    case intuition::rawkey::Right:
+        GoForwardInHistory();
+        break;
+    default:
+        break;
+    }
+}
+
+// What the preferences give the further buttons of a mouse to do, and the wheel with Control held.
+void ServeMouseButton(const WindowEvent& event) {
+    enum Action : std::int32_t { Open = 1, Parent = 2, Back = 3, Forward = 4, OpenInTab = 5 };
+    std::int32_t action = 0;
+    switch (event.Code) {
+    case intuition::mousebutton::FifthUp:
+        action = Prefs.FifthButtonAction;
+        break;
+    case intuition::mousebutton::FourthUp:
+        action = Prefs.FourthButtonAction;
+        break;
+    case intuition::mousebutton::MiddleUp:
+        action = Prefs.MiddleButtonAction;
+        break;
+    case intuition::mousebutton::WheelUp:
+        PreviousTab();
+        return;
+    case intuition::mousebutton::WheelDown:
+        NextTab();
+        return;
+    default:
+        return;
+    }
+    switch (action) {
+    case Open:
+        OpenSelectedEntry();
+        break;
+    case Parent:
+        GoToParent();
+        break;
+    case Back:
+        GoBackInHistory();
+        break;
+    case Forward:
+        GoForwardInHistory();
+        break;
+    case OpenInTab:
+        OpenMultipleNewTabs();
+        break;
     default:
         break;
     }
@@ -75,14 +202,6 @@ void ServeTick() {
     if (++JumpToCount > TypeAheadTicks) {
         JumpToCount = 0;
         SameJumpTo = 0;
-    }
-}
-
-void ServeCloseGadget() {
-    if (Prefs.UseCommodity != 0) {
-        CloseMainWindow();
-    } else {
-        done = 1;
     }
 }
 
@@ -112,10 +231,12 @@ void Dispatch(const WindowEvent& event) {
     case EventClass::IntuiTicks:
         ServeTick();
         break;
-    case EventClass::MenuPick:
     case EventClass::MouseButtons:
+        ServeMouseButton(event);
+        break;
+    case EventClass::MenuPick:
     case EventClass::ScreenJump:
-        break; // no menu, button action or second screen to lead to yet
+        break; // no menu or second screen to lead to yet
     }
 }
 

@@ -20,7 +20,7 @@
 #include "interface/Screens.h"
 #include "interface/SetUp.h"
 #include "locations/NavigationList.h"
-#include "locations/Tabs.h"
+#include "locations/TabRecords.h"
 #include "media/Preview.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"

@@ -65,9 +65,6 @@ void RouteStartPath(const TabsNode& tab) {
         return;
     }
     PopulateContent2(NameOfPath(path).View(), path);
-    if (tab.LBTop != 0 && Objects.ContentList != nullptr) {
-        Objects.ContentList->SetTop(tab.LBTop);
-    }
 }
 
 void ShowStartPlace() {
@@ -87,7 +84,7 @@ void ShowStartPlace() {
 
 void GoToStartLocation() {
     ShowStartPlace();
-    if (LBLocation == LocationKind::None) {
+    if (lblist2.empty()) {
         HandleNavigationListBrowser("Computer"); // the chosen place is gone or has no view
     }
 }
@@ -97,6 +94,7 @@ void ShowCommandLineTabs() {
     for (const TabsNode& tab : *CommandLineTabsList) {
         if (++pf > 1) {
             OpenNewTab(1);
+            TabClosed = 0;
         }
         RouteStartPath(tab);
     }

@@ -14,6 +14,8 @@
 #include "interface/Menus.h"
 #include "interface/Screens.h"
 #include "locations/NavigationList.h"
+#include "locations/OpenTabs.h"
+#include "locations/TabRecords.h"
 #include "locations/Tabs.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
@@ -77,8 +79,7 @@ void ShowLocations() {
     UpdateAllLists();
     BuildNavigationList();
     if (FirstRun != 0 || SecondRun != 0) {
-        const bool tabsComeBack = ReopenTabs != 0 && SAK_GenericListCount(*CommandLineTabsList) > 0;
-        if (PathSpecified == 0 && AtPreferences == 0 && !tabsComeBack) {
+        if (PathSpecified == 0 && AtPreferences == 0 && ReopenTabs == 0) {
             GoToStartLocation();
         }
     }

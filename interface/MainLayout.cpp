@@ -58,10 +58,25 @@ std::vector<std::string> StyleLabels(std::size_t offered) {
     return labels;
 }
 
+void AddHistoryGadgets(intuition::Layout& row) {
+    Objects.Back =
+        AddImageButton(row, GadgetBack, "PROGDIR:Images/TBImages/back.png", SAK_LocaleString(MSG_HINT_BACK));
+    Objects.Forward = AddImageButton(row, GadgetForward, "PROGDIR:Images/TBImages/forward.png",
+                                     SAK_LocaleString(MSG_HINT_FORWARD));
+    Objects.History = AddImageButton(row, GadgetHistory, "PROGDIR:Images/TBImages/history.png",
+                                     SAK_LocaleString(MSG_HINT_HISTORY));
+    Objects.HistoryChooser = AddGadget(row, std::make_unique<intuition::PopUpList>(
+                                                GadgetHistoryChooser, SAK_LocaleString(MSG_HINT_HISTORY)));
+    for (intuition::Button* button : {Objects.Back, Objects.Forward, Objects.History}) {
+        button->SetDisabled(true); // until there is a history
+    }
+}
+
 // The row of navigation gadgets.
 std::unique_ptr<intuition::Layout> CreatePathGroup() {
     auto row = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 2});
+    AddHistoryGadgets(*row);
     Objects.Parent = AddImageButton(*row, GadgetParent, "PROGDIR:Images/TBImages/parent.png",
                                     SAK_LocaleString(MSG_HINT_PARENT));
     Objects.Reload = AddImageButton(*row, GadgetReload, "PROGDIR:Images/TBImages/reload.png",
@@ -120,6 +135,8 @@ std::string WindowTitle() {
 bool CreateMainLayout() {
     auto root = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Spacing = 4, .Margin = 4});
+    Objects.Tabs =
+        AddGadget(*root, std::make_unique<intuition::ClickTab>(GadgetTabs, SAK_LocaleString(MSG_MENU_TABS)));
     root->Add(CreatePathGroup());
     AddPanes(*root);
     if (Prefs.StatusBar != 0) {

@@ -4,9 +4,11 @@
 
 #include "platform/intuition/Button.h"
 #include "platform/intuition/Chooser.h"
+#include "platform/intuition/ClickTab.h"
 #include "platform/intuition/Label.h"
 #include "platform/intuition/Layout.h"
 #include "platform/intuition/ListBrowser.h"
+#include "platform/intuition/PopUpList.h"
 #include "platform/intuition/StringGadget.h"
 #include "platform/intuition/Window.h"
 #include "sak/Text.h"
@@ -19,6 +21,11 @@ namespace solvane {
 
 // Ids under which the window reports its gadgets.
 enum GadgetId : std::uint16_t {
+    GadgetTabs = 2,
+    GadgetHistoryChooser = 11,
+    GadgetBack = 33,
+    GadgetForward = 34,
+    GadgetHistory = 35,
     GadgetParent = 36,
     GadgetReload = 37,
     GadgetPath = 38,
@@ -28,6 +35,11 @@ enum GadgetId : std::uint16_t {
 
 // The gadgets of the open window; all null while the window is closed. The window owns them.
 struct MainObjects {
+    intuition::ClickTab* Tabs = nullptr;
+    intuition::Button* Back = nullptr;
+    intuition::Button* Forward = nullptr;
+    intuition::Button* History = nullptr;
+    intuition::PopUpList* HistoryChooser = nullptr; // pops up under it
     intuition::Button* Parent = nullptr;
     intuition::Button* Reload = nullptr;
     intuition::StringGadget* Path = nullptr;

@@ -5,6 +5,7 @@
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "interface/TabBar.h"
 #include "locations/Devices.h"
 #include "locations/History.h"
 #include "model/Content.h"
@@ -15,6 +16,8 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
+
+#include <algorithm>
 
 namespace solvane {
 
@@ -70,6 +73,9 @@ bool ShowDrawer(std::string_view path) {
 } // namespace
 
 Text<128> NameOfPath(std::string_view path) {
+    if (path.ends_with('/')) {
+        path.remove_suffix(1);
+    }
     Text<1024> drawer;
     Text<128> name;
     SAK_SplitFilename(path, drawer, name);
@@ -79,19 +85,21 @@ Text<128> NameOfPath(std::string_view path) {
 void SetCurrentPath(std::string_view path) {
     CurrentPath = path;
     PathUndoBuffer = CurrentPath;
+    SetTabLabel(NameOfPath(CurrentPath), CurrentPath);
     ShowCurrentPath();
 }
 
 void PopulateContent2(std::string_view name, std::string_view path) {
     Text<1024> target = FittingPath(path);
     const Text<128> called = name;
+    BeforeSwitchHistory();
     if (Prefs.ShowFullPathForAssigns != 0 && FindMasterAssignsNode(target) != nullptr) {
         target = GetFullPathForAssign(target);
     }
     if (target.Empty() || !ShowDrawer(target)) {
         return;
     }
-    AddHistoryNode(called, target, LocationKind::Drawer);
+    AddShownPlace(called, target, LocationKind::Drawer);
     DetailsPane1();
     ShowContentStatus();
 }
@@ -104,13 +112,14 @@ bool ScanDrawerOther() {
         SetCurrentPath(Text<1024>(PathUndoBuffer));
         return false;
     }
+    BeforeSwitchHistory();
     if (!ShowDrawer(path)) {
         return false;
     }
     DetailsPane1();
     ShowEnteredPathStatus();
     CheckLastCharPath();
-    AddHistoryNode(NameOfPath(CurrentPath), CurrentPath, LocationKind::Drawer);
+    AddShownPlace(NameOfPath(CurrentPath), CurrentPath, LocationKind::Drawer);
     SetMenuState();
     SetToolbarState();
     return true;
@@ -124,10 +133,12 @@ void GoToParent() {
     Text<1024> path = CurrentPath;
     Text<1024> parent;
     SAK_GetParent(path, parent);
+    BeforeSwitchHistory();
     if (parent.Empty() || !ShowDrawer(parent)) {
         return;
     }
-    AddHistoryNode(NameOfPath(parent), parent, LocationKind::Drawer);
+    HistorySelected = std::min(HistorySelected, 0); // what lay ahead comes to lie behind
+    AddShownPlace(NameOfPath(parent), parent, LocationKind::Drawer);
     DetailsPane1();
     ShowContentStatus();
     SetMenuState();

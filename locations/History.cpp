@@ -1,7 +1,168 @@
 #include "locations/History.h"
 
+#include "content/BuildLists.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "model/Prefs.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+
+#include <algorithm>
+#include <utility>
+
 namespace solvane {
 
-void AddHistoryNode(std::string_view /*name*/, std::string_view /*path*/, LocationKind /*location*/) {}
+namespace {
+
+std::uint32_t Entries() {
+    return HistoryList ? SAK_GenericListCount(*HistoryList) : 0;
+}
+
+// Makes the entry of that index current; null, and no change, when there is none.
+HistoryNode* GoTo(std::uint32_t index) {
+    HistoryNode* entry = HistoryList ? SAK_GetGenericListNode(*HistoryList, index) : nullptr;
+    if (entry != nullptr) {
+        CurrentHistory = entry;
+        HistorySelected = static_cast<std::int32_t>(index);
+        SetHistoryGadgetsState();
+    }
+    return entry;
+}
+
+// The neighbour of the current entry, without counting through the list.
+HistoryNode* Step(int by) {
+    ListNode* next = by > 0 ? CurrentHistory->Links.Successor : CurrentHistory->Links.Predecessor;
+    if (next != nullptr) {
+        CurrentHistory = static_cast<HistoryNode*>(next);
+        HistorySelected += by;
+        SetHistoryGadgetsState();
+    }
+    return CurrentHistory;
+}
+
+NodePointer<HistoryNode> MakeEntry(std::string_view name, std::string_view path, LocationKind location) {
+    NodePointer<HistoryNode> entry = SAK_CreateGenericListNode<HistoryNode>();
+    if (!entry) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
+                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+        return entry;
+    }
+    entry->Name = name;
+    entry->Path = path;
+    entry->Location = location;
+    return entry;
+}
+
+void PutAtHead(NodePointer<HistoryNode> entry) {
+    CurrentHistory = SAK_AddGenericListNode(*HistoryList, std::move(entry), ListPosition::Head);
+}
+
+} // namespace
+
+void StartHistory() {
+    StartHistory(Prefs.DefaultOpenAtName, Prefs.DefaultOpenAtPath,
+                 static_cast<LocationKind>(Prefs.DefaultOpenAt));
+}
+
+void StartHistory(std::string_view name, std::string_view path, LocationKind location) {
+    if (!HistoryList) {
+        return;
+    }
+    if (NodePointer<HistoryNode> entry = MakeEntry(name, path, location)) {
+        PutAtHead(std::move(entry));
+        HistorySelected = -1;
+        SetHistoryGadgetsState();
+    }
+}
+
+void BeforeSwitchHistory() {
+    if (CurrentHistory != nullptr && !lblist2.empty()) {
+        NoteTopRow();
+        CurrentHistory->LBTop = LBTop;
+    }
+}
+
+void AfterSwitchHistory() {
+    if (CurrentHistory != nullptr) {
+        LBTop = CurrentHistory->LBTop;
+        DoReload = 1;
+    }
+}
+
+void AddHistoryNode(std::string_view name, std::string_view path, LocationKind location) {
+    BeforeSwitchHistory();
+    AddShownPlace(name, path, location);
+}
+
+void AddShownPlace(std::string_view name, std::string_view path, LocationKind location) {
+    if (!HistoryList) {
+        return;
+    }
+    if (CurrentHistory != nullptr && CurrentHistory->Path == path) {
+        HistorySelected = std::max(HistorySelected, 0);
+        return;
+    }
+    NodePointer<HistoryNode> entry = MakeEntry(name, path, location);
+    if (!entry) {
+        return;
+    }
+    for (; HistorySelected > 0; --HistorySelected) {
+        SAK_DeleteGenericListNode(*HistoryList, SAK_FirstGenericListNode(*HistoryList));
+    }
+    HistorySelected = 0;
+    PutAtHead(std::move(entry));
+    SetHistoryGadgetsState();
+}
+
+HistoryNode* HistoryBack() {
+    BeforeSwitchHistory();
+    return CurrentHistory != nullptr && HistorySelected >= 0 ? Step(1) : CurrentHistory;
+}
+
+HistoryNode* HistoryForward() {
+    BeforeSwitchHistory();
+    return CurrentHistory != nullptr && HistorySelected > 0 ? Step(-1) : CurrentHistory;
+}
+
+HistoryNode* HistoryFirst() {
+    BeforeSwitchHistory();
+    return Entries() > 0 ? GoTo(Entries() - 1) : nullptr;
+}
+
+HistoryNode* HistoryLast() {
+    BeforeSwitchHistory();
+    return GoTo(0);
+}
+
+HistoryNode* ChooseHistory(std::size_t index) {
+    if (index >= Entries() || static_cast<std::int64_t>(index) == HistorySelected) {
+        return nullptr;
+    }
+    BeforeSwitchHistory();
+    return GoTo(static_cast<std::uint32_t>(index));
+}
+
+void SwitchHistory() {
+    SetHistoryGadgetsState();
+}
+
+void ClearHistory() {
+    if (HistoryList) {
+        SAK_ClearGenericList(*HistoryList);
+    }
+    CurrentHistory = nullptr;
+    HistorySelected = -1;
+}
+
+void DeleteLastHistoryRefreshList() {
+    if (Entries() == 0) {
+        return;
+    }
+    SAK_DeleteGenericListNode(*HistoryList, SAK_FirstGenericListNode(*HistoryList));
+    CurrentHistory = SAK_FirstGenericListNode(*HistoryList);
+    HistorySelected = CurrentHistory != nullptr ? 0 : -1;
+    SwitchHistory();
+}
 
 } // namespace solvane

@@ -1,28 +1,45 @@
-// The tabs of a window. One tab stands for all until the tab bar comes; its place is kept over a rebuild
-// here.
+// Which tab is on show: opening, switching and closing tabs. Places that are to open in several tabs are
+// OpenTabs' concern, tabs whose rows are out of date RescanTabs'.
 #pragma once
+
+#include "model/Tabs.h"
 
 #include <cstdint>
 
 namespace solvane {
 
-// Makes the tabs of a new window; false after a message.
+// Makes the tabs of a new window: those of a window that is being rebuilt, else the start-up tabs, else one;
+// the extra tab last. False after a message.
 [[nodiscard]] bool SetUpTabs();
 
-// Makes the first tab the active one.
+// Makes the first tab the active one, without showing its place.
 void SetFirstTab();
 
-// Makes a further tab active. There is none to open yet: the active tab takes the next location.
+// Shows that tab of the bar. The rows that it has kept are shown as they are; they are read only when there
+// are none, or when they are marked as out of date. The extra tab becomes a new one. With noRebuild not 0 a
+// new tab stays blank, for the caller to fill at once.
+void SwitchTabs(ClickTabNode* tab, int noRebuild);
+
+// Makes the extra tab a new one and shows it: with noRebuild 0 on the default place, else blank.
 void OpenNewTab(int noRebuild);
 
-// Makes the tab at that position active.
+// From 1 on; a number that no real tab has is the first.
 void SwitchToTabNumber(std::uint32_t number);
+// From the last tab to the first and back; nothing with one tab.
+void NextTab();
+void PreviousTab();
 
-// Notes the open locations in CommandLineTabsList and sets ReopenTabs, so that a rebuilt window shows them
-// again. Search results, duplicates and archives are left out, as they live in memory only.
-void GetOpenTabs();
+// Tab: what was to be closed is. WithWindow: it is the last tab, and the caller is to close the window, which
+// ends the program or sends it to the background.
+enum class Closing { Tab, WithWindow };
 
-// Frees the tabs; with freeContent not 0 the entries on show too.
-void FreeAllTabs(int freeContent);
+// Closes the active tab: its predecessor is shown, of the first one the successor.
+[[nodiscard]] Closing CloseTab();
+// Closes any tab; for the one that is on show the same.
+[[nodiscard]] Closing CloseTabOf(std::uint32_t userData);
+void CloseAllButThisTab();
+
+// Serves a click on the tab bar.
+[[nodiscard]] Closing HandleTabBar();
 
 } // namespace solvane

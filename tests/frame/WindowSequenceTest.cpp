@@ -7,6 +7,7 @@
 #include "frame/Ports.h"
 #include "interface/MainLayout.h"
 #include "interface/Screens.h"
+#include "locations/TabRecords.h"
 #include "model/Program.h"
 #include "platform/exec/Ports.h"
 #include "platform/exec/Tasks.h"
@@ -38,7 +39,7 @@ protected:
         DefaultPubScreenID.Clear();
     }
     ~WindowSequenceTest() override {
-        FreeContentRows();
+        FreeAllTabs(1);
         CloseWindowObject();
         ScrNotPort.reset();
         CommandLineTabsList.reset();

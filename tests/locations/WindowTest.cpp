@@ -8,10 +8,8 @@
 #include "interface/MainLayout.h"
 #include "locations/Navigation.h"
 #include "platform/exec/Tasks.h"
-#include "platform/intuition/Application.h"
-#include "tests/content/DrawerTest.h"
+#include "tests/locations/OpenWindow.h"
 
-#include <array>
 #include <gmock/gmock.h>
 #include <string>
 
@@ -20,24 +18,8 @@ namespace {
 
 using testing::ElementsAre;
 
-// The same with the window open, without a screen.
-class WindowTest : public DrawerTest {
+class WindowTest : public OpenWindow {
 protected:
-    WindowTest() {
-        static std::string name = "solvane";
-        static std::array<char*, 2> arguments = {name.data(), nullptr};
-        Prefs.DetermineDatatype = 2;
-        EXPECT_TRUE(intuition::OpenDisplay(1, arguments.data()));
-        EXPECT_TRUE(CreateMainLayout());
-        SetColumnInfo();
-        EXPECT_TRUE(MainWindow->Open());
-    }
-    ~WindowTest() override {
-        FreeContentRows();
-        CloseWindowObject();
-        intuition::CloseDisplay();
-    }
-
     [[nodiscard]] std::vector<std::string> SelectedNames() const {
         std::vector<std::string> names;
         for (const std::size_t row : Objects.ContentList->SelectedRows()) {

@@ -1,0 +1,271 @@
+#include "locations/TabRecords.h"
+
+#include "content/BuildLists.h"
+#include "content/Drawers.h"
+#include "content/Selection.h"
+#include "interface/MainLayout.h"
+#include "interface/TabBar.h"
+#include "locations/History.h"
+#include "model/Prefs.h"
+#include "prefs/LoadSavePrefs.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Notify.h"
+#include "sak/Requesters.h"
+
+#include <chrono>
+#include <random>
+#include <utility>
+
+namespace solvane {
+
+namespace {
+
+// Calls function with each pair of fields of a setting that tabs have of their own.
+template <class Function>
+void ForEachSetting(TabSettings& tab, const Function& function) {
+    function(tab.WorkbenchSortDirection, Prefs.WorkbenchSortDirection);
+    function(tab.ComputerSortDirection, Prefs.ComputerSortDirection);
+    function(tab.AssignsSortDirection, Prefs.AssignsSortDirection);
+    function(tab.FTPSitesSortDirection, Prefs.FTPSitesSortDirection);
+    function(tab.SearchSortDirection, Prefs.SearchSortDirection);
+    function(tab.ArchiveSortDirection, Prefs.ArchiveSortDirection);
+    function(tab.ContentSortDirection, Prefs.ContentSortDirection);
+    function(tab.ComputerDetailsCISortColumn, Prefs.ComputerDetailsCISortColumn);
+    function(tab.FTPSitesDetailsCISortColumn, Prefs.FTPSitesDetailsCISortColumn);
+    function(tab.ArchiveDetailsCISortColumn, Prefs.ArchiveDetailsCISortColumn);
+    function(tab.ContentDetailsCISortColumn, Prefs.ContentDetailsCISortColumn);
+    function(tab.BookmarksViewStyle, Prefs.BookmarksViewStyle);
+    function(tab.FavoritesViewStyle, Prefs.FavoritesViewStyle);
+    function(tab.WorkbenchViewStyle, Prefs.WorkbenchViewStyle);
+    function(tab.ComputerViewStyle, Prefs.ComputerViewStyle);
+    function(tab.AssignsViewStyle, Prefs.AssignsViewStyle);
+    function(tab.FTPSitesViewStyle, Prefs.FTPSitesViewStyle);
+    function(tab.ArchiveViewStyle, Prefs.ArchiveViewStyle);
+    function(tab.ContentViewStyle, Prefs.ContentViewStyle);
+}
+
+void TakeSettings(TabSettings& tab) {
+    ForEachSetting(tab, [](auto& own, const auto& setting) { own = setting; });
+}
+
+void PutSettings(TabSettings& tab) {
+    ForEachSetting(tab, [](const auto& own, auto& setting) { setting = own; });
+}
+
+void TellContinue(std::string_view text) {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error, text,
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
+}
+
+bool CreateLists(TabsNode& node) {
+    node.HistoryList = SAK_CreateGenericList<HistoryNode>();
+    node.LinksList = SAK_CreateGenericList<LinksNode>();
+    node.ContentList = SAK_CreateGenericList<ContentNode>();
+    return node.HistoryList && node.LinksList && node.ContentList;
+}
+
+// The first entry is made as that of the tab on show.
+void GiveHistory(TabsNode& node) {
+    std::swap(static_cast<WorkingSet&>(node), ActiveSet);
+    StartHistory();
+    std::swap(static_cast<WorkingSet&>(node), ActiveSet);
+}
+
+// Takes the rows off the window, with what only the window knows of them.
+void TakeRowsAway() {
+    if (Objects.ContentList != nullptr) {
+        ActiveSet.SelectedRows = Objects.ContentList->SelectedRows();
+        ActiveSet.CurrentRow = Objects.ContentList->Current();
+        Objects.ContentList->Detach();
+    }
+    ActiveSet.Monitor = SAK_KeepNotify();
+}
+
+void RemoveClickTab(std::uint32_t userData) {
+    ClickTabNode* tab = FindClickTab(userData);
+    if (tab == nullptr) {
+        return;
+    }
+    currTab = currTab == tab ? nullptr : currTab;
+    SAK_DeleteGenericListNode(*tabslist, tab);
+    TabsOpen = SAK_GenericListCount(*tabslist);
+}
+
+// Ends what the active tab shows; what it owns goes with its set.
+void DropActiveSet() {
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->Detach();
+    }
+    SAK_StopNotify();
+    ActiveSet = WorkingSet();
+    ActiveTab = nullptr;
+}
+
+} // namespace
+
+std::string_view WordOfLocation(LocationKind location) {
+    switch (location) {
+    case LocationKind::Bookmarks:
+        return "Bookmarks";
+    case LocationKind::Favorites:
+        return "Favorites";
+    case LocationKind::Workbench:
+        return "Workbench";
+    case LocationKind::Computer:
+        return "Computer";
+    case LocationKind::Assigns:
+        return "Assigns";
+    case LocationKind::FTPSites:
+        return "FTPSites";
+    case LocationKind::OS4Depot:
+        return "OS4Depot";
+    case LocationKind::Aminet:
+        return "Aminet";
+    default:
+        return {};
+    }
+}
+
+std::uint32_t MakeTabID() {
+    static std::minstd_rand generator(
+        static_cast<std::uint32_t>(std::chrono::system_clock::now().time_since_epoch().count()));
+    std::uint32_t id = 0;
+    do {
+        id = static_cast<std::uint32_t>(generator()) % TabIDs + SmallestTabID;
+    } while (FindTabsNode(id) != nullptr);
+    return id;
+}
+
+TabsNode* AddTab(std::uint32_t number, std::uint32_t userData) {
+    NodePointer<TabsNode> node = TabsList ? SAK_CreateGenericListNode<TabsNode>() : nullptr;
+    if (!node || !CreateLists(*node)) {
+        TellContinue(SAK_LocaleString(node ? MSG_NO_LIST : MSG_NO_LIST_NODE));
+        return nullptr;
+    }
+    node->TabNumber = number;
+    node->TabUserData = userData;
+    TakeSettings(node->Settings);
+    node->Location = static_cast<LocationKind>(Prefs.DefaultOpenAt);
+    node->Path = Prefs.DefaultOpenAtPath;
+    node->PathUndo = node->Path;
+    GiveHistory(*node);
+    if (FirstTabID == 0) {
+        FirstTabID = userData;
+    }
+    return SAK_AddGenericListNode(*TabsList, std::move(node));
+}
+
+TabsNode* AddTabWithLabel(std::uint32_t number, std::uint32_t userData, std::string_view label) {
+    TabsNode* node = AddTab(number, userData);
+    if (node == nullptr) {
+        return nullptr;
+    }
+    NodePointer<ClickTabNode> tab = SAK_CreateGenericListNode<ClickTabNode>();
+    if (!tab) {
+        SAK_DeleteGenericListNode(*TabsList, node);
+        return nullptr;
+    }
+    tab->TabNumber = number;
+    tab->TabUserData = userData;
+    tab->Label = label;
+    SAK_AddGenericListNode(*tabslist, std::move(tab));
+    TabsOpen = SAK_GenericListCount(*tabslist);
+    return node;
+}
+
+bool AddSmallTab(int refresh) {
+    DetachTabs();
+    TabID = MakeTabID();
+    const bool added = AddTabWithLabel(TabID, ExtraTab, SAK_LocaleString(MSG_NEW_TAB)) != nullptr;
+    if (!added) {
+        TellContinue(SAK_LocaleString(MSG_NO_ADD_TAB));
+    }
+    if (refresh != 0) {
+        AttachTabs();
+    }
+    return added;
+}
+
+TabsNode* FindTabsNode(std::uint32_t userData) {
+    if (TabsList) {
+        for (TabsNode& node : *TabsList) {
+            if (node.TabUserData == userData) {
+                return &node;
+            }
+        }
+    }
+    return nullptr;
+}
+
+ClickTabNode* FindClickTab(std::uint32_t userData) {
+    if (tabslist) {
+        for (ClickTabNode& tab : *tabslist) {
+            if (tab.TabUserData == userData) {
+                return &tab;
+            }
+        }
+    }
+    return nullptr;
+}
+
+void BeforeSwitchTabs(int keepSelection) {
+    BeforeSwitchHistory();
+    if (keepSelection == 0) {
+        SelectContentListItems();
+    }
+    TakeSettings(ActiveSet.Settings);
+    if (!lblist2.empty()) { // else the list shows nothing of this tab
+        NoteTopRow();
+    }
+    CheckLastCharPath();
+    CollectPrefs();
+    if (ActiveTab != nullptr) {
+        static_cast<TabValues&>(*ActiveTab) = ActiveSet;
+    }
+}
+
+void AfterSwitchTabs(TabsNode& other, int setView) {
+    if (&other != ActiveTab) {
+        TakeRowsAway();
+        if (ActiveTab != nullptr) {
+            static_cast<WorkingSet&>(*ActiveTab) = std::move(ActiveSet);
+        }
+        const TabValues values = other;
+        ActiveSet = std::move(static_cast<WorkingSet&>(other));
+        static_cast<TabValues&>(other) = values;
+        ActiveTab = &other;
+        PutSettings(ActiveSet.Settings);
+    }
+    SwitchHistory();
+    if (setView != 0) {
+        SetViewStyle(KeepRows::Yes);
+    }
+}
+
+void DeleteTabsNode(std::uint32_t userData) {
+    TabsNode* node = FindTabsNode(userData);
+    if (node == nullptr) {
+        return;
+    }
+    if (node == ActiveTab) {
+        DropActiveSet();
+    }
+    SAK_DeleteGenericListNode(*TabsList, node);
+    RemoveClickTab(userData);
+}
+
+void FreeAllTabs(int /*freeContent*/) {
+    DetachTabs();
+    if (ActiveTab != nullptr) {
+        DropActiveSet();
+    } else {
+        FreeContentList(1);
+    }
+    TabsList.reset();
+    tabslist.reset();
+    currTab = nullptr;
+    TabsOpen = FirstTabID = 0;
+}
+
+} // namespace solvane

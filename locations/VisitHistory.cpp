@@ -1,0 +1,114 @@
+#include "locations/VisitHistory.h"
+
+#include "content/DetailsPane.h"
+#include "content/Drawers.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "locations/History.h"
+#include "locations/Navigation.h"
+#include "model/Program.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace solvane {
+
+namespace {
+
+void ShowDrawerOf(const HistoryNode& entry) {
+    const Text<1024> before = PathUndoBuffer;
+    SetCurrentPath(Text<1024>(entry.Path));
+    if (!ScanDrawer()) {
+        SetCurrentPath(before); // the list of that place is still on show
+        return;
+    }
+    DetailsPane2();
+}
+
+} // namespace
+
+void HandleHistory() {
+    if (CurrentHistory == nullptr) {
+        return;
+    }
+    Qualifier = 0;
+    AfterSwitchHistory();
+    switch (CurrentHistory->Location) {
+    case LocationKind::Bookmarks:
+        HandleNavigationListBrowser("Bookmarks");
+        break;
+    case LocationKind::Favorites:
+        HandleNavigationListBrowser("Favorites");
+        break;
+    case LocationKind::Workbench:
+        HandleNavigationListBrowser("Workbench");
+        break;
+    case LocationKind::Computer:
+        HandleNavigationListBrowser("Computer");
+        break;
+    case LocationKind::Assigns:
+        HandleNavigationListBrowser("Assigns");
+        break;
+    case LocationKind::FTPSites:
+        HandleNavigationListBrowser("FTPSites");
+        break;
+    case LocationKind::OS4Depot:
+        HandleNavigationListBrowser(CurrentHistory->Name == SAK_LocaleString(MSG_OS4DEPOT_RECENT)
+                                        ? "OS4DepotRecent"
+                                        : "OS4DepotFull");
+        break;
+    case LocationKind::Aminet:
+        HandleNavigationListBrowser(CurrentHistory->Name == SAK_LocaleString(MSG_AMINET_RECENT)
+                                        ? "AminetRecent"
+                                        : "AminetFull");
+        break;
+    case LocationKind::SearchResults:
+    case LocationKind::DuplicateFiles:
+    case LocationKind::Archive: // cannot be opened yet
+        break;
+    default:
+        ShowDrawerOf(*CurrentHistory);
+        break;
+    }
+    DoReload = 0;
+    SetMenuState();
+    SetToolbarState();
+}
+
+void GoBackInHistory() {
+    const HistoryNode* before = CurrentHistory;
+    if (HistoryBack() != before) {
+        HandleHistory();
+    }
+}
+
+void GoForwardInHistory() {
+    const HistoryNode* before = CurrentHistory;
+    if (HistoryForward() != before) {
+        HandleHistory();
+    }
+}
+
+void PopHistoryChooser() {
+    if (Objects.HistoryChooser == nullptr || !HistoryList) {
+        return;
+    }
+    std::vector<std::string> labels;
+    labels.reserve(SAK_GenericListCount(*HistoryList));
+    for (const HistoryNode& entry : *HistoryList) {
+        labels.emplace_back(entry.Name.View());
+    }
+    Objects.HistoryChooser->PopUp(*Objects.History, labels,
+                                  static_cast<std::size_t>(std::max(HistorySelected, 0)));
+}
+
+void HandleHistoryChooser() {
+    if (Objects.HistoryChooser != nullptr && ChooseHistory(Objects.HistoryChooser->Picked()) != nullptr) {
+        HandleHistory();
+    }
+}
+
+} // namespace solvane

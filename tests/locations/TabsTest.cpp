@@ -1,0 +1,345 @@
+// Tabs and their histories in a window that no screen shows.
+#include "locations/Tabs.h"
+
+#include "content/Selection.h"
+#include "content/Status.h"
+#include "interface/DetailsGadgets.h"
+#include "interface/MainLayout.h"
+#include "locations/History.h"
+#include "locations/Navigation.h"
+#include "locations/OpenTabs.h"
+#include "locations/RescanTabs.h"
+#include "locations/TabRecords.h"
+#include "locations/VisitHistory.h"
+#include "model/Program.h"
+#include "platform/exec/Tasks.h"
+#include "sak/Notify.h"
+#include "tests/content/DrawerTest.h"
+#include "tests/locations/OpenWindow.h"
+
+#include <gmock/gmock.h>
+
+namespace solvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TabsTest : public OpenWindow {
+protected:
+    TabsTest() {
+        StartupTabsList = SAK_CreateGenericList<TabsNode>();
+        CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
+        ReopenTabs = AtPreferences = TabClosed = 0;
+        File("start/s");
+        Prefs.DefaultOpenAt = static_cast<std::int32_t>(LocationKind::Drawer);
+        Prefs.DefaultOpenAtName = "start";
+        Prefs.DefaultOpenAtPath = Path("start");
+        EXPECT_TRUE(SetUpTabs());
+        SetFirstTab();
+    }
+    ~TabsTest() override {
+        FreeAllTabs(1);
+        SAK_ShutDownNotify();
+        StartupTabsList.reset();
+        CommandLineTabsList.reset();
+    }
+
+    void Go(std::string_view drawer) const { PopulateContent2(drawer, Path(drawer)); }
+    void OpenOn(std::string_view drawer) const {
+        OpenNewTab(1);
+        Go(drawer);
+    }
+    // Tabs "a", "b", "c" with a file each, the last one on show.
+    void ThreeTabs() const {
+        for (const char* name : {"a", "b", "c"}) {
+            File(std::string(name) + "/in " + name);
+        }
+        Go("a");
+        OpenOn("b");
+        OpenOn("c");
+    }
+    [[nodiscard]] static std::vector<std::string> Labels() {
+        std::vector<std::string> labels;
+        for (const ClickTabNode& tab : *tabslist) {
+            labels.emplace_back(&tab == currTab ? "*" + std::string(tab.Label.View())
+                                                : std::string(tab.Label.View()));
+        }
+        return labels;
+    }
+    [[nodiscard]] static std::vector<std::string> Places() {
+        std::vector<std::string> names;
+        for (const HistoryNode& entry : *HistoryList) {
+            names.emplace_back(&entry == CurrentHistory ? "*" + std::string(entry.Name.View())
+                                                        : std::string(entry.Name.View()));
+        }
+        return names;
+    }
+};
+
+// All that the user can tell of a tab, and the records that it is made of.
+struct Observed {
+    explicit Observed(int) {}
+    Observed()
+        : Values(ActiveSet),
+          Settings(Prefs.ContentSortDirection, Prefs.ContentDetailsCISortColumn, Prefs.ContentViewStyle,
+                   Prefs.ComputerSortDirection, Prefs.BookmarksViewStyle),
+          Lists(HistoryList.get(), CurrentHistory, LinksList.get(), ContentList.get(), lblist2.data(),
+                lblist2.size()),
+          Top(Objects.ContentList->Top()),
+          Row(Objects.ContentList->Current()),
+          Selected(Objects.ContentList->SelectedRows()),
+          PathShown(Objects.Path->Text()) {}
+    TabValues Values;
+    std::tuple<int, int, int, int, int> Settings;
+    std::tuple<const void*, const void*, const void*, const void*, const void*, std::size_t> Lists;
+    std::size_t Top = 0, Row = 0;
+    std::vector<std::size_t> Selected;
+    std::string PathShown;
+};
+
+void ExpectSame(const Observed& now, const Observed& before) {
+    const TabValues &a = now.Values, &b = before.Values;
+    EXPECT_EQ(
+        std::tie(a.Location, a.LBTop, a.NumConSel, a.TotalNodes, a.ActuallyZero, a.TotalBytes,
+                 a.SelectedBytes, a.AtFTPMount, a.AtWHDLoadGamesRootDrawer, a.GaugeLevel, a.HistorySelected),
+        std::tie(b.Location, b.LBTop, b.NumConSel, b.TotalNodes, b.ActuallyZero, b.TotalBytes,
+                 b.SelectedBytes, b.AtFTPMount, b.AtWHDLoadGamesRootDrawer, b.GaugeLevel, b.HistorySelected));
+    const auto texts = [](const TabValues& of) {
+        std::vector<std::string> all;
+        for (const auto view :
+             {of.Path.View(), of.PathUndo.View(), of.PathRead.View(), of.StatusBar1.View(),
+              of.StatusBar2.View(), of.TotalBytesBuffer.View(), of.SelectedBytesBuffer.View()}) {
+            all.emplace_back(view.ends_with('/') ? view.substr(0, view.size() - 1) : view);
+        }
+        for (const auto& detail : of.Details) {
+            all.emplace_back(detail.View());
+        }
+        return all;
+    };
+    EXPECT_EQ(texts(a), texts(b));
+    EXPECT_EQ(now.Settings, before.Settings);
+    EXPECT_EQ(now.Lists, before.Lists) << "rows and records are the same ones, not read again";
+    EXPECT_EQ(now.Top, before.Top);
+    EXPECT_EQ(now.Row, before.Row);
+    EXPECT_EQ(now.Selected, before.Selected);
+    EXPECT_EQ(now.PathShown, before.PathShown);
+}
+
+TEST_F(TabsTest, ATabComesBackWithEverythingThatItShowed) {
+    for (int at = 100; at < 400; ++at) {
+        File("many/" + std::to_string(at), std::string(static_cast<std::size_t>(at), 'x'));
+    }
+    File("few/one", "1234");
+    Go("many");
+    Objects.ContentList->SetTop(120);
+    Objects.ContentList->Select(130, true);
+    Objects.ContentList->Select(299, true);
+    Objects.ContentList->SetCurrent(130);
+    Objects.ContentList->SetTop(120);
+    SelectContentListItems();
+    RefreshBytes();
+    Prefs.ContentSortDirection = 1;
+    Prefs.BookmarksViewStyle = ViewTiles;
+    Details3Buffer = "a detail";
+    SetFuelGaugeImage(42);
+    ShowContentStatus();
+    BeforeSwitchTabs(1);
+    const Observed many;
+
+    OpenOn("few");
+    Prefs.ContentSortDirection = 0;
+    Prefs.ContentViewStyle = ViewList;
+    Prefs.BookmarksViewStyle = ViewContent;
+    BeforeSwitchTabs(1);
+    const Observed few;
+    EXPECT_THAT(Rows(), ElementsAre("one"));
+
+    for (int round = 0; round < 2; ++round) {
+        std::filesystem::remove_all(Host(round == 0 ? "many" : "few")); // nobody looks at the disk
+        SwitchToTabNumber(1);
+        BeforeSwitchTabs(1);
+        ExpectSame(Observed(), many);
+        SwitchToTabNumber(2);
+        BeforeSwitchTabs(1);
+        ExpectSame(Observed(), few);
+    }
+    EXPECT_THAT(Requests, IsEmpty());
+}
+
+TEST_F(TabsTest, OpeningStepsAndClosingFollowTheRow) {
+    ThreeTabs();
+    EXPECT_THAT(Labels(), ElementsAre("a", "b", "*c", "New tab"));
+    EXPECT_EQ(TabsOpen, 4U);
+    NextTab();
+    EXPECT_THAT(Labels(), ElementsAre("*a", "b", "c", "New tab")) << "never on to the extra tab";
+    EXPECT_THAT(Rows(), ElementsAre("in a"));
+    PreviousTab();
+    EXPECT_THAT(Labels(), ElementsAre("a", "b", "*c", "New tab"));
+    for (const std::uint32_t number : {0U, 4U, 5U, 1U}) {
+        SwitchToTabNumber(number);
+        EXPECT_THAT(Labels(), ElementsAre("*a", "b", "c", "New tab")) << number;
+        SwitchToTabNumber(2);
+    }
+    EXPECT_EQ(CloseTab(), Closing::Tab);
+    EXPECT_THAT(Labels(), ElementsAre("*a", "c", "New tab")) << "to the one before";
+    EXPECT_EQ(CloseTab(), Closing::Tab);
+    EXPECT_THAT(Labels(), ElementsAre("*c", "New tab")) << "of the first to the one behind";
+    EXPECT_THAT(Rows(), ElementsAre("in c"));
+    CloseAllButThisTab();
+    EXPECT_THAT(Labels(), ElementsAre("*c", "New tab"));
+    EXPECT_EQ(CloseTab(), Closing::WithWindow);
+    OpenNewTab(0);
+    EXPECT_THAT(Labels(), ElementsAre("c", "*start", "New tab"));
+    EXPECT_THAT(Rows(), ElementsAre("s"));
+    EXPECT_EQ(CloseTabOf(SAK_FirstGenericListNode(*tabslist)->TabUserData), Closing::Tab);
+    EXPECT_THAT(Labels(), ElementsAre("*start", "New tab")) << "another is closed without a switch";
+    ThreeTabs();
+    CloseAllButThisTab();
+    EXPECT_THAT(Labels(), ElementsAre("*c", "New tab"));
+}
+
+TEST_F(TabsTest, ClonesAndSelectedDrawersOpenInTabsOfTheirOwn) {
+    File("d/x/1");
+    File("d/y/2");
+    File("d/file");
+    Go("d");
+    CloneTab();
+    EXPECT_THAT(Labels(), ElementsAre("d", "*d", "New tab"));
+    Objects.ContentList->SelectAll();
+    OpenMultipleNewTabs();
+    EXPECT_THAT(Labels(), ElementsAre("d", "d", "x", "*y", "New tab"));
+    EXPECT_THAT(Rows(), ElementsAre("2"));
+}
+
+TEST_F(TabsTest, AMarkedTabIsReadAnewWhenItIsShown) {
+    ThreeTabs();
+    File("a/new");
+    File("c/new");
+    SetRescanAllTabsByPath(Path("A/"), currTab->TabNumber);
+    SetRescanAllTabsByPath(Path("c"), currTab->TabNumber);
+    EXPECT_EQ(ActiveTab->RescanTab, 0) << "who made the change knows of it";
+    SwitchToTabNumber(1);
+    EXPECT_THAT(Rows(), ElementsAre("in a", "new"));
+    SwitchToTabNumber(3);
+    EXPECT_THAT(Rows(), ElementsAre("in c")) << "was not marked";
+    SetRescanAllTabsByLocation(LocationKind::Drawer);
+    RescanAllTabs();
+    EXPECT_THAT(Labels(), ElementsAre("a", "b", "*c", "New tab"));
+    EXPECT_THAT(Rows(), ElementsAre("in c", "new"));
+}
+
+TEST_F(TabsTest, AChangeIsNoticedWhileTheTabIsNotOnShow) {
+    Prefs.MonitorDrawer = 1;
+    ASSERT_TRUE(SAK_SetUpNotify());
+    ThreeTabs();
+    File("a/new");
+    static_cast<void>(exec::Wait(SAK_NotifySignal));
+    EXPECT_FALSE(SAK_NotifyHasChanged()) << "concerns a tab that is not on show";
+    SwitchToTabNumber(1);
+    EXPECT_THAT(Rows(), ElementsAre("in a", "new"));
+    File("a/newer");
+    static_cast<void>(exec::Wait(SAK_NotifySignal));
+    EXPECT_TRUE(SAK_NotifyHasChanged());
+}
+
+TEST_F(TabsTest, StartUpTabsAreReadWhenTheyAreShown) {
+    FreeAllTabs(1);
+    File("p/1");
+    File("q/2");
+    for (const char* place : {"p", "gone", "q"}) {
+        auto tab = SAK_CreateGenericListNode<TabsNode>();
+        tab->Location = LocationKind::Drawer;
+        tab->Path = Path(place);
+        SAK_AddGenericListNode(*StartupTabsList, std::move(tab));
+    }
+    ASSERT_TRUE(SetUpTabs());
+    SetFirstTab();
+    EXPECT_THAT(Labels(), ElementsAre("*p", "gone", "q", "New tab"));
+    EXPECT_THAT(Requests, IsEmpty());
+    SwitchToTabNumber(3);
+    EXPECT_THAT(Rows(), ElementsAre("2"));
+    SwitchToTabNumber(2);
+    EXPECT_THAT(Requests, ElementsAre("Drawer does not exist."));
+    EXPECT_THAT(Rows(), IsEmpty());
+}
+
+TEST_F(TabsTest, TabsOutliveTheirWindowWithHistoryAndSettings) {
+    ThreeTabs();
+    SwitchToTabNumber(2);
+    Go("a");
+    Prefs.ContentViewStyle = ViewList;
+    OpenNewTab(0);
+    LBLocation = LocationKind::SearchResults;
+    SwitchToTabNumber(2);
+    GetOpenTabs();
+    EXPECT_EQ(Offset, 2U);
+    FreeAllTabs(0);
+    Prefs.ContentViewStyle = ViewDetails;
+    ASSERT_TRUE(SetUpTabs());
+    SetFirstTab();
+    SwitchToTabNumber(Offset);
+    ReopenTabs = 0;
+    EXPECT_THAT(Labels(), ElementsAre("a", "*a", "c", "New tab"));
+    EXPECT_THAT(Rows(), ElementsAre("in a"));
+    EXPECT_THAT(Places(), ElementsAre("*a", "b", "start"));
+    EXPECT_EQ(Prefs.ContentViewStyle, ViewList);
+}
+
+TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
+    for (int at = 100; at < 300; ++at) {
+        File("a/" + std::to_string(at));
+    }
+    File("b/1");
+    File("c/1");
+    Go("a");
+    Objects.ContentList->SetTop(77);
+    Go("b");
+    PopulateContent2("again", Path("B"));
+    Requests.clear(); // on a volume that tells cases apart there is no "B"
+    Go("c");
+    EXPECT_THAT(Places(), ElementsAre("*c", "b", "a", "start"));
+    GoForwardInHistory();
+    EXPECT_THAT(Places(), ElementsAre("*c", "b", "a", "start"));
+    GoBackInHistory();
+    GoBackInHistory();
+    EXPECT_THAT(Places(), ElementsAre("c", "b", "*a", "start"));
+    EXPECT_EQ(Objects.ContentList->Top(), 77U);
+    EXPECT_EQ(HistorySelected, 2);
+    Go("gone");
+    EXPECT_THAT(Places(), ElementsAre("c", "b", "*a", "start")) << "what could not be shown changes nothing";
+    Go("b");
+    EXPECT_THAT(Places(), ElementsAre("*b", "a", "start"));
+    HistoryFirst();
+    EXPECT_EQ(HistoryBack(), CurrentHistory);
+    EXPECT_THAT(Places(), ElementsAre("b", "a", "*start"));
+    ASSERT_NE(ChooseHistory(0), nullptr);
+    EXPECT_EQ(ChooseHistory(0), nullptr);
+    EXPECT_EQ(ChooseHistory(9), nullptr);
+    DeleteLastHistoryRefreshList();
+    EXPECT_THAT(Places(), ElementsAre("*a", "start"));
+    AddHistoryNode("found", "Search results", LocationKind::SearchResults);
+    HandleHistory();
+    EXPECT_THAT(Rows(), ElementsAre("1")) << "results are not there any more: the list stays";
+}
+
+TEST_F(TabsTest, HundredsOfTabsAndThousandsOfPlaces) {
+    File("a/1");
+    for (int at = 0; at < 10000; ++at) {
+        AddHistoryNode("place", Path("a" + std::to_string(at)), LocationKind::Drawer);
+    }
+    EXPECT_EQ(SAK_GenericListCount(*HistoryList), 10001U);
+    PopHistoryChooser();
+    EXPECT_TRUE(Objects.HistoryChooser->IsUp());
+    for (int at = 0; at < 300; ++at) {
+        OpenOn("a");
+    }
+    EXPECT_EQ(TabsOpen, 302U);
+    EXPECT_THAT(Places(), ElementsAre("*a", "start")) << "a history of its own";
+    SwitchToTabNumber(1);
+    EXPECT_EQ(HistorySelected, 0);
+    EXPECT_EQ(SAK_GenericListCount(*HistoryList), 10001U);
+}
+
+} // namespace
+} // namespace solvane
