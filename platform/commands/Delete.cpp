@@ -28,9 +28,20 @@ bool Remove(const Found& object, bool isForced) {
            dos::Delete(object.Path);
 }
 
+// Is the reason of a failure that a path leads to nothing?
+bool IsMissing(const Found& object) {
+    return !object.Data && dos::IoErr() == dos::ErrorObjectNotFound;
+}
+
+// Nothing to delete is a warning, so that a script goes on.
+int Missing(Context& context, const Found& object) {
+    const int code = Complain(context, object.Text);
+    return code == ReturnError ? ReturnWarn : code;
+}
+
 int DeleteOne(Context& context, const DeleteOptions& options, const Found& object) {
     if (!Remove(object, options.IsForced))
-        return Complain(context, object.Text);
+        return IsMissing(object) ? Missing(context, object) : Complain(context, object.Text);
     if (!options.IsQuiet)
         PrintLine(context, Shown(context, object.Text) + "  Deleted");
     return ReturnOk;
@@ -59,7 +70,8 @@ int DeleteAll(Context& context, const DeleteOptions& options, const Found& objec
         return code;
     if (!IsStopped(context))
         dos::SetIoErr(result.FirstError);
-    return Complain(context, object.Text);
+    return IsMissing(object) && !result.IsCancelled ? Missing(context, object)
+                                                    : Complain(context, object.Text);
 }
 
 } // namespace
@@ -78,10 +90,7 @@ int RunDelete(Context& context, const dos::ArgResults& arguments) {
             const int one =
                 options.IsAll ? DeleteAll(context, options, object) : DeleteOne(context, options, object);
             isAny = true;
-            // Nothing to delete is a warning, so that a script goes on.
-            const bool isMissing =
-                one == ReturnError && !object.Data && dos::IoErr() == dos::ErrorObjectNotFound;
-            code = std::max(code, isMissing ? ReturnWarn : one);
+            code = std::max(code, one);
         }
     }
     if (isAny || code != ReturnOk)

@@ -117,6 +117,8 @@ CopyResult CopyBetween(const DeviceWalk& from, const DeviceWalk& to, const CopyO
 
 CopyResult Copy(std::string_view from, std::string_view to, const CopyOptions& options,
                 const CopyProgress& progress) {
+    if (options.Moves && options.FollowsLink) // what is to go, the link or what it leads to?
+        return Ends(CopyEnd::SourceRefused, ErrorActionNotKnown);
     return AtEachPlaceToChange(from, [&](const DeviceWalk& source) {
         return AtEachPlaceToChange(
             to, [&](const DeviceWalk& target) { return CopyBetween(source, target, options, progress); });

@@ -43,7 +43,8 @@ struct CopyOptions {
     bool Comment = true;      // is kept; else that of what is replaced
     bool Replaces = false;    // a file that is there; else 203
     bool FollowsLink = false; // copies what a soft link at the end of the source path leads to
-    bool Moves = false;       // the source goes: by renaming within a disk, else after its copy
+    bool Moves = false;       // the source goes: by renaming within a disk, else after its copy;
+                              // never together with FollowsLink (209)
 };
 
 // Told of the bytes copied since the last call; false cancels. Called on the caller's thread, often:
@@ -52,7 +53,8 @@ using CopyProgress = std::function<bool(std::uint64_t bytes)>;
 
 // Copies a file, a soft link as a link, or a drawer without what is in it. A soft link at the end of
 // the target path is written through by a file. An object that is shown under an alias keeps its
-// real name when the target ends in that alias. Drawers are not moved across disks (215). Between
+// real name when the target ends in that alias. A file that may not be read is refused (224), also
+// when only its sidecar says so. Drawers are not moved across disks (215). Between
 // devices that are no disks only contents, bits, comment and date go over.
 [[nodiscard]] CopyResult Copy(std::string_view from, std::string_view to, const CopyOptions& options = {},
                               const CopyProgress& progress = {});

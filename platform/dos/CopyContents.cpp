@@ -1,6 +1,7 @@
 #include "platform/dos/CopyContents.h"
 
 #include "platform/dos/HostCalls.h"
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/HostWriting.h"
 
 #include <algorithm>
@@ -47,6 +48,27 @@ std::int64_t ReadWhole(int file, char* buffer, std::size_t size) {
     return static_cast<std::int64_t>(have);
 }
 
+bool Put(int to, std::string_view bytes) {
+    const FlushScope flush;
+    return WriteAll(to, bytes);
+}
+
+long CopyRange(int from, int to, std::uint64_t at, std::uint64_t size) {
+    const FlushScope flush;
+    const auto offset = static_cast<std::int64_t>(at);
+    return Host().CopyRange(from, offset, to, offset, size);
+}
+
+bool Clone(int from, int to) {
+    const FlushScope flush;
+    return Host().Clone(from, to) == 0;
+}
+
+bool SetSize(int file, std::uint64_t size) {
+    const FlushScope flush;
+    return Host().Ftruncate(file, static_cast<std::int64_t>(size)) == 0;
+}
+
 std::int64_t SeekTo(int file, std::uint64_t offset, int how) {
     return Host().Lseek(file, static_cast<std::int64_t>(offset), how);
 }
@@ -65,7 +87,7 @@ ContentsCopier::ContentsCopier(CopyProgress tell) : Progress(std::move(tell)) {}
 
 ContentsEnd ContentsCopier::Run(int from, int to, std::uint64_t size, std::uint64_t kept) {
     if (MayClone && size >= LeastToClone) {
-        if (Host().Clone(from, to) == 0)
+        if (Clone(from, to))
             return Tell(size) ? CheckSize(from, size) : ContentsEnd::Stopped;
         MayClone = !IsUnsupported(errno);
     }
@@ -84,7 +106,7 @@ ContentsEnd ContentsCopier::CopySmall(int from, int to, std::uint64_t size) {
         return ContentsEnd::ReadFailed;
     if (static_cast<std::uint64_t>(got) != size)
         return size == 0 ? CopyUnsized(from, to) : ContentsEnd::Changed;
-    if (!WriteAll(to, std::string_view(Buffer).substr(0, static_cast<std::size_t>(size))))
+    if (!Put(to, std::string_view(Buffer).substr(0, static_cast<std::size_t>(size))))
         return ContentsEnd::WriteFailed;
     return Tell(size) ? ContentsEnd::Done : ContentsEnd::Stopped;
 }
@@ -119,15 +141,14 @@ ContentsEnd ContentsCopier::CopyWithHoles(int from, int to, std::uint64_t size) 
             return result;
         at = end;
     }
-    if (Host().Ftruncate(to, static_cast<std::int64_t>(size)) != 0)
+    if (!SetSize(to, size))
         return ContentsEnd::WriteFailed;
     return CheckSize(from, size);
 }
 
 ContentsEnd ContentsCopier::CopySpan(int from, int to, std::uint64_t at, std::uint64_t end) {
     while (MayCopyRange && at < end) {
-        const auto offset = static_cast<std::int64_t>(at);
-        const long put = Host().CopyRange(from, offset, to, offset, std::min(end - at, RangeStep));
+        const long put = CopyRange(from, to, at, std::min(end - at, RangeStep));
         if (put < 0 && errno == EINTR)
             continue;
         if (put < 0)
@@ -155,7 +176,7 @@ ContentsEnd ContentsCopier::CopyBlocks(int from, int to, std::uint64_t at, std::
         if (got == 0)
             return ContentsEnd::Changed;
         const auto count = static_cast<std::size_t>(got);
-        if (!WriteAll(to, std::string_view(Buffer).substr(0, count)))
+        if (!Put(to, std::string_view(Buffer).substr(0, count)))
             return ContentsEnd::WriteFailed;
         at += count;
         if (!Tell(count))

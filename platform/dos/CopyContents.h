@@ -20,6 +20,8 @@ public:
     // Copies an open file of that size, for which the host keeps that many bytes, into an empty one.
     // errno is set when reading or writing failed.
     [[nodiscard]] ContentsEnd Run(int from, int to, std::uint64_t size, std::uint64_t kept);
+    // The question to stop, without any news.
+    [[nodiscard]] bool GoesOn() { return Tell(0); }
 
 private:
     ContentsEnd CopySmall(int from, int to, std::uint64_t size);

@@ -16,11 +16,7 @@ namespace dos {
 
 namespace {
 
-constexpr std::size_t UsualAttribute = 512;     // bytes; the host sets aside as much as it is offered
-constexpr std::size_t LargestAttribute = 65536; // bytes of a value or of all names
-constexpr unsigned PermissionBits = 07777;
-constexpr unsigned PrivilegeBits = S_ISUID | S_ISGID;
-constexpr std::int64_t LargestTimeError = 2; // seconds, what FAT rounds to
+constexpr std::size_t UsualAttribute = 512; // bytes; the host sets aside as much as it is offered
 constexpr const char* AccessList = "system.posix_acl_access";
 constexpr const char* DefaultAccessList = "system.posix_acl_default";
 

@@ -9,6 +9,7 @@
 #include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/ObjectCopier.h"
+#include "platform/dos/SidecarFiles.h"
 #include "platform/dos/TreeDrawer.h"
 #include "platform/utility/Text.h"
 
@@ -43,6 +44,7 @@ struct Node {
     std::vector<TreeEntry> Drawers;
     std::size_t NextDrawer = 0;
     std::atomic<int> Users{1}; // the walk and the jobs
+    std::atomic<int> Parts{1}; // that are not done: what is in itself, and the drawers in it
 
     Node() = default;
     Node(const Node&) = delete;
@@ -99,10 +101,45 @@ bool HasTwins(const Node& node, const TreeContents& contents) {
 
 enum class Look { AsNeeded, Always }; // for what has the name already
 
+constexpr int MostTries = 10; // while another process makes and removes what has the name
+
+bool Fails(long error) {
+    SetIoErr(error);
+    return false;
+}
+
+// Opens a file or a link of a drawer, if its bits let us; empty with IoErr.
+HostFd OpenEntry(int drawer, const TreeEntry& entry) {
+    if (entry.Kind == TreeKind::Other) {
+        SetIoErr(ErrorObjectWrongType);
+        return HostFd();
+    }
+    SidecarFile sidecar;
+    if (entry.HasSidecar && entry.Kind == TreeKind::File && !LetsRead(drawer, entry.Name, sidecar))
+        return HostFd();
+    const int flags = entry.Kind == TreeKind::Link ? O_PATH : O_RDONLY | O_NONBLOCK | O_NOCTTY;
+    HostFd object(Host().Openat(drawer, entry.Name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (!object)
+        Refuse(errno, Operation::Read);
+    return object;
+}
+
+// Opens the drawer that a copy is to become one with; false with IoErr.
+bool OpenMerged(const Node& in, const std::string& name, Node& node) {
+    ObjectFacts facts;
+    node.Open.To = OpenTreeDrawer(in.Open.To->Get(), name);
+    if (!node.Open.To || !FactsOf(node.Open.To->Get(), facts))
+        return Refuse(errno, Operation::Write);
+    node.ToId = facts.Id;
+    node.HandsDownAccess = HandsDownAccess(node.Open.To->Get());
+    return true;
+}
+
 class TreeCopier {
 public:
-    TreeCopier(const TreeOptions& options, const TreeControl& control)
+    TreeCopier(const TreeOptions& options, const TreeControl& control, TreeTally& tally)
         : Options(options),
+          Tally(tally),
           Talk(control, Tally),
           Copiers{MakeCopier(Worker::Caller), MakeCopier(Worker::Helper)} {}
 
@@ -117,16 +154,19 @@ private:
     void Enter(const NodeRef& in, const TreeEntry& entry);
     bool OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node);
     bool MakeCopy(const NodeRef& in, const TreeEntry& entry, const std::string& name, Node& node);
+    ConflictReply AskMerge(const Node& in, const TreeEntry& entry, const std::string& existing,
+                           const HostFd& there);
     void List(const NodeRef& node);
     void Leave();
     void PushJobs(const NodeRef& node, std::vector<TreeEntry>&& entries);
     void CopyEntries(const NodeRef& node, const Sides& open, std::span<const TreeEntry> entries, Worker who);
     void CopyEntry(const NodeRef& node, const Sides& open, const TreeEntry& entry, Worker who);
+    bool FindPlace(const Node& node, const Sides& open, const HostFd& object, bool replaces, Look look,
+                   Spot& there);
     CopyResult Try(const Node& node, const Sides& open, const TreeEntry& entry, const std::string& name,
-                   bool replaces, Look look, ObjectCopier& copier);
-    CopyResult TryFully(const Node& node, const Sides& open, const TreeEntry& entry, const std::string& name,
-                        bool replaces, ObjectCopier& copier);
+                   bool replaces, ObjectCopier& copier);
     void Release(const NodeRef& node, const Sides& open, Worker who);
+    void CountDrawers(Node& node);
     void Done(const Node& node, const std::string& name, bool isDrawer, unsigned lost);
 
     void Solve();
@@ -139,7 +179,7 @@ private:
     void Poll();
 
     TreeOptions Options;
-    TreeTally Tally;
+    TreeTally& Tally;
     TreeTalk Talk;
     std::array<ObjectCopier, WorkerCount> Copiers;
     std::vector<NodeRef> Way; // from the top to where the walk is
@@ -177,7 +217,7 @@ TreeResult TreeCopier::Run(const CopyPlan& plan) {
         Queue.reset();
         Talk.Poll();
     }
-    return Talk.Result();
+    return Tally.Result();
 }
 
 bool TreeCopier::Begin(const CopyPlan& plan) {
@@ -199,6 +239,8 @@ bool TreeCopier::Begin(const CopyPlan& plan) {
     HostFd made;
     if (plan.IsMerge) {
         made = OpenObject(plan.Target);
+        if (!made)
+            Refuse(errno, Operation::Write);
     } else {
         CopyPlace place{.Drawer = plan.Target.Drawer.Get(), .On = plan.Target.On, .Name = plan.Target.Name};
         place.HandsDownAccess = HandsDownAccess(place.Drawer);
@@ -206,7 +248,7 @@ bool TreeCopier::Begin(const CopyPlan& plan) {
             Tally.Lost |= CopierOf(Worker::Caller).KeepSidecar(source, place, made.Get());
     }
     ObjectFacts facts;
-    if (!made || !FactsOf(made.Get(), facts)) {
+    if (!made || !(FactsOf(made.Get(), facts) || Refuse(errno, Operation::Write))) {
         Tally.Skip(IoErr());
         return false;
     }
@@ -245,14 +287,22 @@ void TreeCopier::Leave() {
     }
     Release(node, node->Open, Worker::Caller);
     node->Open = Sides();
-    Done(*node, "", true, 0);
 }
 
 void TreeCopier::Release(const NodeRef& node, const Sides& open, Worker who) {
-    if (node->Users.fetch_sub(1) != 1 || !node->IsNew)
+    if (node->Users.fetch_sub(1) != 1)
         return;
-    CopySource source{.Object = open.From->Get()};
-    Tally.Lost |= CopierOf(who).FinishDrawer(source, open.To->Get());
+    const CopySource source{.Object = open.From->Get()};
+    if (node->IsNew)
+        Tally.Lost |= CopierOf(who).FinishDrawer(source, open.To->Get());
+    CountDrawers(*node);
+}
+
+// Counts a drawer of which another part is done, and those above that wait for nothing else.
+void TreeCopier::CountDrawers(Node& node) {
+    for (Node* at = &node; at && at->Parts.fetch_sub(1) == 1; at = at->Parent.get())
+        if (!Tally.IsStopped) // else something in it can be missing
+            Done(*at, "", true, 0);
 }
 
 void TreeCopier::Done(const Node& node, const std::string& name, bool isDrawer, unsigned lost) {
@@ -288,6 +338,7 @@ void TreeCopier::Enter(const NodeRef& in, const TreeEntry& entry) {
     }
     if (Tally.IsStopped || !OpenCopy(in, entry, *node))
         return;
+    ++in->Parts;
     if (Way.size() >= OpenLevels)
         Way[Way.size() - OpenLevels]->Open = Sides();
     Way.push_back(node);
@@ -300,46 +351,47 @@ bool TreeCopier::OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node)
     bool isForced = false;
     while (!Tally.IsStopped) {
         HostFd there;
-        ObjectFacts facts;
         if (!in->IsNew || in->IsInOrder)
             name = NameThere(*in, in->Open.To->Get(), name, there);
-        if (!there) {
-            if (MakeCopy(in, entry, name, node))
-                return true;
-            if (IoErr() == ErrorObjectExists)
-                name = NameThere(*in, in->Open.To->Get(), name, there);
-            if (!there && !AskTrouble({in, in->Open, entry, CopyEnd::TargetRefused, IoErr()},
-                                      TreeStep::MakeDrawer, isForced))
-                return false;
-            if (!there)
-                continue;
-        }
-        const bool isDrawer = FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
-        ConflictReply reply{isDrawer ? ConflictAnswer::Replace : ConflictAnswer::Skip};
-        if (Talk.AsksConflicts() && !(isDrawer && Options.MergesDrawers))
-            reply = Talk.Ask(TreeConflict{TreePath(*in, SourceName(*in, entry)),
-                                          OwnNameOf(in->ToOn->Info.Metadata, name), true, isDrawer});
-        else if (!isDrawer || !Options.MergesDrawers)
-            reply.Answer = ConflictAnswer::Skip;
-        if (reply.Answer == ConflictAnswer::Rename) {
-            name = HostNameFor(in->ToOn->Info.Metadata, reply.NewName);
-            continue;
-        }
-        if (reply.Answer != ConflictAnswer::Replace || !isDrawer) {
-            Tally.Skip(ErrorObjectExists);
-            return false;
-        }
-        node.Open.To = OpenTreeDrawer(in->Open.To->Get(), name);
-        node.ToId = facts.Id;
-        if (node.Open.To) {
-            node.HandsDownAccess = HandsDownAccess(node.Open.To->Get());
+        if (!there && MakeCopy(in, entry, name, node))
             return true;
+        long error = IoErr();
+        if (!there && error == ErrorObjectExists)
+            name = NameThere(*in, in->Open.To->Get(), name, there);
+        if (there) {
+            const ConflictReply reply = AskMerge(*in, entry, name, there);
+            if (reply.Answer == ConflictAnswer::Rename) {
+                name = HostNameFor(in->ToOn->Info.Metadata, reply.NewName);
+                continue;
+            }
+            if (reply.Answer != ConflictAnswer::Replace) {
+                Tally.Skip(ErrorObjectExists);
+                return false;
+            }
+            if (OpenMerged(*in, name, node))
+                return true;
+            error = IoErr();
         }
-        const long error = ErrorFromErrno(errno, Operation::Write);
         if (!AskTrouble({in, in->Open, entry, CopyEnd::TargetRefused, error}, TreeStep::MakeDrawer, isForced))
             return false;
     }
     return false;
+}
+
+// What is to become of a drawer and of what has its name: Replace makes two drawers one.
+ConflictReply TreeCopier::AskMerge(const Node& in, const TreeEntry& entry, const std::string& existing,
+                                   const HostFd& there) {
+    ObjectFacts facts;
+    const bool isDrawer = FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
+    if (isDrawer && Options.MergesDrawers)
+        return {ConflictAnswer::Replace};
+    if (!Talk.AsksConflicts())
+        return {};
+    ConflictReply reply = Talk.Ask(TreeConflict{TreePath(in, SourceName(in, entry)),
+                                                OwnNameOf(in.ToOn->Info.Metadata, existing), true, isDrawer});
+    if (reply.Answer == ConflictAnswer::Replace && !isDrawer)
+        reply.Answer = ConflictAnswer::Skip;
+    return reply;
 }
 
 bool TreeCopier::MakeCopy(const NodeRef& in, const TreeEntry& entry, const std::string& name, Node& node) {
@@ -416,7 +468,7 @@ void TreeCopier::CopyEntries(const NodeRef& node, const Sides& open, std::span<c
 void TreeCopier::CopyEntry(const NodeRef& node, const Sides& open, const TreeEntry& entry, Worker who) {
     const bool replaces = Options.Copy.Replaces && !Talk.AsksConflicts();
     const std::string name = TargetName(*node, entry);
-    const CopyResult result = TryFully(*node, open, entry, name, replaces, CopierOf(who));
+    const CopyResult result = Try(*node, open, entry, name, replaces, CopierOf(who));
     if (result) {
         Remember(*node, open, name);
         Done(*node, SourceName(*node, entry), false, result.Lost);
@@ -450,61 +502,57 @@ std::string TreeCopier::NameThere(const Node& node, int to, const std::string& n
     return real && look(*real) ? *real : name;
 }
 
-CopyResult TreeCopier::TryFully(const Node& node, const Sides& open, const TreeEntry& entry,
-                                const std::string& name, bool replaces, ObjectCopier& copier) {
-    CopyResult result = Try(node, open, entry, name, replaces, Look::AsNeeded, copier);
-    // A new drawer can hold the name too, where the host itself folds.
-    if (result.End == CopyEnd::TargetRefused && IoErr() == ErrorObjectExists && replaces)
-        result = Try(node, open, entry, name, replaces, Look::Always, copier);
-    return result;
-}
-
-CopyResult Refused(CopyEnd end, long error) {
-    SetIoErr(error);
-    return {end, 0};
+// What has the name of a copy already, and whether it may go; false with IoErr.
+bool TreeCopier::FindPlace(const Node& node, const Sides& open, const HostFd& object, bool replaces,
+                           Look look, Spot& there) {
+    if (!node.IsNew || node.IsInOrder || look == Look::Always)
+        there.Name = NameThere(node, open.To->Get(), there.Name, there.Object);
+    if (!there.Object)
+        return true;
+    if (!replaces)
+        return Fails(ErrorObjectExists);
+    ObjectFacts facts;
+    there.Drawer = HostFd(Host().Duplicate(open.To->Get()));
+    there.On = node.ToOn;
+    if (!there.Drawer || !FactsOf(there.Object.Get(), there.Facts) || !FactsOf(object.Get(), facts))
+        return Refuse(errno, Operation::Write);
+    if (facts.Id == there.Facts.Id)
+        return Fails(ErrorObjectInUse);
+    if (IsRemembered(node) && Ours.contains(there.Facts.Id))
+        return Fails(ErrorObjectExists);
+    return IsLinkMode(there.Facts.Mode) || IsReplaceable(there);
 }
 
 CopyResult TreeCopier::Try(const Node& node, const Sides& open, const TreeEntry& entry,
-                           const std::string& name, bool replaces, Look look, ObjectCopier& copier) {
-    if (entry.Kind == TreeKind::Other)
-        return Refused(CopyEnd::SourceRefused, ErrorObjectWrongType);
-    const int flags = entry.Kind == TreeKind::Link ? O_PATH : O_RDONLY | O_NONBLOCK | O_NOCTTY;
-    const HostFd object(
-        Host().Openat(open.From->Get(), entry.Name.c_str(), flags | O_NOFOLLOW | O_CLOEXEC, 0));
-    if (!object)
-        return Refused(CopyEnd::SourceRefused, ErrorFromErrno(errno, Operation::Read));
-    Spot there;
-    there.Name = name;
-    if (!node.IsNew || node.IsInOrder || look == Look::Always)
-        there.Name = NameThere(node, open.To->Get(), name, there.Object);
-    if (there.Object) {
-        ObjectFacts facts;
-        there.Drawer = HostFd(Host().Duplicate(open.To->Get()));
-        there.On = node.ToOn;
-        if (!replaces)
-            return Refused(CopyEnd::TargetRefused, ErrorObjectExists);
-        if (!there.Drawer || !FactsOf(there.Object.Get(), there.Facts) || !FactsOf(object.Get(), facts))
-            return Refused(CopyEnd::TargetRefused, ErrorFromErrno(errno, Operation::Write));
-        if (facts.Id == there.Facts.Id)
-            return Refused(CopyEnd::TargetRefused, ErrorObjectInUse);
-        if (IsRemembered(node) && Ours.contains(there.Facts.Id))
-            return Refused(CopyEnd::TargetRefused, ErrorObjectExists);
-        if (!IsLinkMode(there.Facts.Mode) && !IsReplaceable(there))
+                           const std::string& name, bool replaces, ObjectCopier& copier) {
+    for (int i = 1;; ++i) {
+        const HostFd object = OpenEntry(open.From->Get(), entry);
+        if (!object)
+            return {CopyEnd::SourceRefused, 0};
+        Spot there;
+        there.Name = name;
+        if (!FindPlace(node, open, object, replaces, i == 1 ? Look::AsNeeded : Look::Always, there))
             return {CopyEnd::TargetRefused, 0};
+        const CopySource source{.Object = object.Get(),
+                                .Drawer = open.From->Get(),
+                                .On = node.FromOn,
+                                .Name = entry.Name,
+                                .MayHaveSidecar = entry.HasSidecar};
+        const CopyPlace place{.Drawer = open.To->Get(),
+                              .On = node.ToOn,
+                              .Name = there.Name,
+                              .Old = there.Object ? there.Object.Get() : NoDescriptor,
+                              .HandsDownAccess = node.HandsDownAccess,
+                              .IsNew = node.IsNew && !node.IsInOrder,
+                              .MayHaveSidecar = !node.IsNew};
+        const CopyResult result =
+            entry.Kind == TreeKind::Link ? copier.CopyLink(source, place) : copier.CopyFile(source, place);
+        // Somebody made one of that name meanwhile; or a new drawer holds it too, where the host itself
+        // folds.
+        if (!replaces || i == MostTries || result.End != CopyEnd::TargetRefused ||
+            IoErr() != ErrorObjectExists)
+            return result;
     }
-    const CopySource source{.Object = object.Get(),
-                            .Drawer = open.From->Get(),
-                            .On = node.FromOn,
-                            .Name = entry.Name,
-                            .MayHaveSidecar = entry.HasSidecar};
-    const CopyPlace place{.Drawer = open.To->Get(),
-                          .On = node.ToOn,
-                          .Name = there.Name,
-                          .Old = there.Object ? there.Object.Get() : NoDescriptor,
-                          .HandsDownAccess = node.HandsDownAccess,
-                          .IsNew = node.IsNew && !node.IsInOrder,
-                          .MayHaveSidecar = !node.IsNew};
-    return entry.Kind == TreeKind::Link ? copier.CopyLink(source, place) : copier.CopyFile(source, place);
 }
 
 void TreeCopier::Solve() {
@@ -540,11 +588,11 @@ void TreeCopier::SolveOne(const Problem& first) {
                 name = HostNameFor(problem.In->ToOn->Info.Metadata, reply.NewName);
         } else if (!AskTrouble(problem, TreeStep::Copy, isForced)) {
             return;
-        } else if (isForced) {
+        } else if (isForced && problem.End == CopyEnd::TargetRefused) {
             Unprotect(problem, name);
         }
         const CopyResult result =
-            TryFully(*problem.In, problem.Open, problem.Entry, name, replaces, CopierOf(Worker::Caller));
+            Try(*problem.In, problem.Open, problem.Entry, name, replaces, CopierOf(Worker::Caller));
         if (result) {
             Remember(*problem.In, problem.Open, name);
             Done(*problem.In, SourceName(*problem.In, problem.Entry), false, result.Lost);
@@ -656,8 +704,11 @@ TreeResult CopyTree(std::string_view from, std::string_view to, const TreeOption
         return Refusal();
     if (!plan || !IsDrawerMode(plan->Source.Facts.Mode))
         return CopySingle(from, to, options, control);
-    TreeCopier copier(options, control);
-    TreeResult result = copier.Run(*plan);
+    const Disks disks = MayHang(plan->Source) || MayHang(plan->Target) ? Disks::MayHang : Disks::Answer;
+    const TreeResult result =
+        RunTree(disks, TreeStep::Copy, control, [plan, options](const TreeControl& talk, TreeTally& tally) {
+            return TreeCopier(options, talk, tally).Run(*plan);
+        });
     SetIoErr(result.IsCancelled ? ErrorBreak : result.FirstError);
     return result;
 }

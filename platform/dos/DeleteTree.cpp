@@ -50,7 +50,8 @@ struct Problem {
 
 class TreeDeleter {
 public:
-    TreeDeleter(Protected rule, const TreeControl& control) : Rule(rule), Talk(control, Tally) {}
+    TreeDeleter(Protected rule, const TreeControl& control, TreeTally& tally)
+        : Rule(rule), Tally(tally), Talk(control, Tally) {}
 
     TreeResult Run(const Spot& spot);
 
@@ -79,7 +80,7 @@ private:
 
     Protected Rule;
     MetadataRule Names = MetadataRule::Xattr; // of the volume
-    TreeTally Tally;
+    TreeTally& Tally;
     TreeTalk Talk;
     std::vector<NodeRef> Way;
     std::mutex Guard; // over the next two
@@ -103,7 +104,7 @@ TreeResult TreeDeleter::Run(const Spot& spot) {
         !FactsOf(spot.Drawer.Get(), facts)) {
         Refuse(errno, Operation::Delete);
         Tally.Skip(IoErr());
-        return Talk.Result();
+        return Tally.Result();
     }
     above->Id = facts.Id;
     entry.HasSidecar = sidecar.State == SidecarState::Ours;
@@ -115,7 +116,7 @@ TreeResult TreeDeleter::Run(const Spot& spot) {
     while (HasNews && (Poll(), true));
     Queue.reset();
     Talk.Poll();
-    return Talk.Result();
+    return Tally.Result();
 }
 
 void TreeDeleter::Walk(const NodeRef& above, const TreeEntry& entry) {
@@ -318,6 +319,10 @@ void TreeDeleter::Settle(NodeRef node) {
 void TreeDeleter::RemoveDrawer(Node& node) {
     Node& parent = *node.Parent;
     bool isForced = false;
+    if (Tally.IsStopped) {
+        parent.IsKept = true;
+        return;
+    }
     while (Host().Unlinkat(parent.Open->Get(), node.Entry.Name.c_str(), AT_REMOVEDIR) != 0 &&
            errno != ENOENT) {
         const long error = ErrorFromErrno(errno == EEXIST ? ENOTEMPTY : errno, Operation::Delete);
@@ -412,8 +417,10 @@ TreeResult DeleteTree(std::string_view path, Protected rule, const TreeControl& 
         result.Skipped = 1;
         return result;
     }
-    TreeDeleter deleter(rule, control);
-    const TreeResult result = deleter.Run(*spot);
+    const TreeResult result = RunTree(MayHang(*spot) ? Disks::MayHang : Disks::Answer, TreeStep::Delete,
+                                      control, [spot, rule](const TreeControl& talk, TreeTally& tally) {
+                                          return TreeDeleter(rule, talk, tally).Run(*spot);
+                                      });
     SetIoErr(result.IsCancelled ? ErrorBreak : result.FirstError);
     return result;
 }

@@ -1,5 +1,7 @@
 #include "platform/dos/HostCalls.h"
 
+#include "platform/dos/HostWatch.h"
+
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -276,11 +278,23 @@ constexpr HostCalls RealCalls{
     .HomeOfUser = RealHomeOfUser,
 };
 
+thread_local HostWatch* WatchOfThread = nullptr;
+
 } // namespace
 
 HostCalls& Host() noexcept {
     static HostCalls calls = RealCalls;
+    if (WatchOfThread)
+        WatchOfThread->Calls.fetch_add(1, std::memory_order_relaxed);
     return calls;
+}
+
+HostWatch* ThreadWatch() noexcept {
+    return WatchOfThread;
+}
+
+void SetThreadWatch(HostWatch* watch) noexcept {
+    WatchOfThread = watch;
 }
 
 const HostCalls& RealHost() noexcept {

@@ -103,11 +103,31 @@ CopyPlace PlaceOf(const Spot& target) {
     return place;
 }
 
-CopySource SourceOf(const Spot& spot, int object) {
+CopySource SourceOf(const Spot& spot, int object, const SidecarFile& sidecar) {
     return {.Object = object,
             .Drawer = spot.Drawer ? spot.Drawer.Get() : NoDescriptor,
             .On = spot.On,
-            .Name = spot.Name};
+            .Name = spot.Name,
+            .MayHaveSidecar = sidecar.State == SidecarState::Ours};
+}
+
+// Opens what is to be copied, if its bits let us; empty with IoErr.
+HostFd OpenSource(const Spot& spot, SidecarFile& sidecar) {
+    if (spot.Drawer && IsFileMode(spot.Facts.Mode) && !LetsRead(spot.Drawer.Get(), spot.Name, sidecar))
+        return HostFd();
+    HostFd open = IsLinkMode(spot.Facts.Mode) ? DuplicateFd(spot.Object) : OpenObject(spot);
+    if (!open)
+        Refuse(errno, Operation::Read);
+    return open;
+}
+
+// Has the object that was planned with still its name? False with IoErr, otherwise for another one.
+bool IsStillThere(const Spot& spot, long otherwise) {
+    const HostFd now(Host().Openat(spot.Drawer.Get(), spot.Name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+    ObjectFacts facts;
+    if (!now || !FactsOf(now.Get(), facts))
+        return Refuse(errno, Operation::Rename);
+    return facts.Id == spot.Facts.Id || Fails(otherwise);
 }
 
 // Moves a file over another in one step; the sidecars follow. Nothing where disks do not let us.
@@ -118,6 +138,10 @@ std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target) {
     const int to = target.Drawer.Get();
     if (!FindSidecar(from, source.Name, ofSource) || !FindSidecar(to, target.Name, ofTarget))
         return {};
+    if (!IsStillThere(source, ErrorObjectNotFound))
+        return CopyResult{CopyEnd::SourceRefused, 0};
+    if (!IsStillThere(target, ErrorObjectInUse))
+        return CopyResult{CopyEnd::TargetRefused, 0};
     const OwnChange out(from);
     const OwnChange in(to);
     if (Host().Renameat2(from, source.Name.c_str(), to, target.Name.c_str(), 0) != 0)
@@ -155,20 +179,23 @@ CopyResult CopyDrawer(ObjectCopier& copier, const CopySource& source, const Copy
 
 CopyResult CopyPlanned(const CopyPlan& plan, const CopyOptions& options, const CopyProgress& progress) {
     const Spot& from = plan.Source;
-    const bool isLink = IsLinkMode(from.Facts.Mode);
-    const HostFd open = isLink ? DuplicateFd(from.Object) : OpenObject(from);
-    struct statx before {};
-    if (!open || Host().Statx(open.Get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &before) != 0) {
-        Refuse(errno, Operation::Read);
-        return {CopyEnd::SourceRefused, 0};
-    }
     if (options.Moves && plan.Target.Object)
         if (const auto moved = MoveOver(from, plan.Target))
             return *moved;
+    SidecarFile sidecar;
+    sidecar.State = SidecarState::Ours; // until it is looked for
+    const HostFd open = OpenSource(from, sidecar);
+    struct statx before {};
+    if (!open)
+        return {CopyEnd::SourceRefused, 0};
+    if (Host().Statx(open.Get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &before) != 0) {
+        Refuse(errno, Operation::Read);
+        return {CopyEnd::SourceRefused, 0};
+    }
     ObjectCopier copier(options, progress);
-    const CopySource source = SourceOf(from, open.Get());
+    const CopySource source = SourceOf(from, open.Get(), sidecar);
     const CopyPlace place = PlaceOf(plan.Target);
-    CopyResult result = isLink                          ? copier.CopyLink(source, place)
+    CopyResult result = IsLinkMode(from.Facts.Mode)     ? copier.CopyLink(source, place)
                         : IsDrawerMode(from.Facts.Mode) ? CopyDrawer(copier, source, place)
                                                         : copier.CopyFile(source, place);
     if (result && options.Moves && !IsUnchanged(open.Get(), before)) {
@@ -188,20 +215,31 @@ CopyResult CopyRelayed(const std::shared_ptr<CopyPlan>& plan, const CopyOptions&
                        const CopyProgress& progress) {
     auto answer = std::make_shared<Answer>();
     const CopyProgress* told = progress ? &progress : nullptr;
-    const bool ended = Relay::Run([plan, options, answer, told](Relay& relay) {
+    const auto work = [plan, options, answer, told](Relay& relay) {
         const CopyProgress tell = [told, &relay](std::uint64_t bytes) {
-            bool goesOn = true;
-            return relay.Ask([&] {
-                goesOn = (*told)(bytes);
-                if (!goesOn)
+            const bool isHeard = !told || bytes == 0 || relay.Ask([&] {
+                if (!(*told)(bytes))
                     relay.EndSoon();
-            }) && goesOn;
+            });
+            return isHeard && relay.GoesOn();
         };
-        answer->Result = CopyPlanned(*plan, options, told ? tell : CopyProgress());
+        answer->Result = CopyPlanned(*plan, options, tell);
         answer->Error = IoErr();
-    });
-    SetIoErr(ended ? answer->Error : ErrorBreak);
-    return ended ? answer->Result : CopyResult{CopyEnd::Cancelled, 0};
+    };
+    switch (Relay::Run(work, [&] { return !progress || progress(0); })) {
+    case RelayEnd::Done:
+        SetIoErr(answer->Error);
+        return answer->Result;
+    case RelayEnd::Cancelled:
+        SetIoErr(ErrorBreak);
+        return {CopyEnd::Cancelled, 0};
+    case RelayEnd::NoAnswer:
+        SetIoErr(ErrorNoDisk);
+        return {CopyEnd::ContentsFailed, 0};
+    case RelayEnd::NotBegun:
+        break;
+    }
+    return {CopyEnd::SourceRefused, 0};
 }
 
 } // namespace

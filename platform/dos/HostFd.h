@@ -40,6 +40,9 @@ struct ObjectFacts {
     unsigned Mode = 0; // file type and permissions as the host keeps them
 };
 
+inline constexpr unsigned PermissionBits = 07777; // of a mode, without its type
+inline constexpr unsigned PrivilegeBits = 06000;  // run as the owner or the group of the file
+
 [[nodiscard]] bool IsDrawerMode(unsigned mode) noexcept;
 [[nodiscard]] bool IsLinkMode(unsigned mode) noexcept;
 [[nodiscard]] bool IsFileMode(unsigned mode) noexcept;

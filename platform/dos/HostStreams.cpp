@@ -257,13 +257,7 @@ using StreamRef = std::unique_ptr<Stream>;
 bool IsReadable(const Spot& spot) {
     const std::string path = HostPathOf(spot.Object.Get());
     SidecarFile sidecar;
-    if (path.empty()) // removed, and its sidecar with it
-        return true;
-    if (!FindSidecar(AT_FDCWD, path, sidecar))
-        return Refuse(errno, Operation::Read);
-    const bool isProtected =
-        sidecar.State == SidecarState::Ours && (*sidecar.Facts.Protection & ProtectRead) != 0;
-    return !isProtected || RefuseProtected(ErrorReadProtected);
+    return path.empty() || LetsRead(AT_FDCWD, path, sidecar); // empty: removed, and its sidecar with it
 }
 
 StreamRef OpenExisting(Spot&& spot) {

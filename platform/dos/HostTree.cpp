@@ -1,5 +1,6 @@
 #include "platform/dos/HostTree.h"
 
+#include "platform/dos/CopyContents.h"
 #include "platform/dos/HostDirectory.h"
 #include "platform/dos/HostFd.h"
 
@@ -25,29 +26,18 @@ bool NamesOf(int drawer, std::vector<std::string>& names) {
     return ForEachName(drawer, [&](std::string_view name) { names.emplace_back(name); });
 }
 
-bool CopyBytes(int from, int to) {
-    std::vector<char> buffer(1u << 16);
-    while (true) {
-        const long got = Host().Read(from, buffer.data(), buffer.size());
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return got == 0;
-        for (long put = 0; put < got;) {
-            const long now = Host().Write(to, buffer.data() + put, static_cast<std::size_t>(got - put));
-            if (now < 0 && errno != EINTR)
-                return false;
-            put += now > 0 ? now : 0;
-        }
-    }
-}
-
-bool CopyFile(int from, int to, const char* name, unsigned mode) {
+bool CopyFile(int from, int to, const char* name, const struct statx& about) {
     const HostFd source(Host().Openat(from, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0));
     // A skeleton that is installed read-only becomes the user's own.
     const HostFd copy(Host().Openat(to, name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                                    (mode & 0777) | S_IWUSR));
-    return source && copy && CopyBytes(source.Get(), copy.Get());
+                                    (about.stx_mode & ACCESSPERMS) | S_IWUSR));
+    if (!source || !copy)
+        return false;
+    const ContentsEnd end =
+        ContentsCopier(CopyProgress()).Run(source.Get(), copy.Get(), about.stx_size, about.stx_blocks * 512);
+    if (end == ContentsEnd::Changed)
+        errno = EBUSY;
+    return end == ContentsEnd::Done;
 }
 
 bool CopyLink(int from, int to, const char* name) {
@@ -59,10 +49,10 @@ bool CopyContents(int from, int to, int depth);
 
 bool CopyEntry(int from, int to, const char* name, int depth) {
     struct statx raw {};
-    if (Host().Statx(from, name, AT_SYMLINK_NOFOLLOW, STATX_TYPE | STATX_MODE, &raw) != 0)
+    if (Host().Statx(from, name, AT_SYMLINK_NOFOLLOW, STATX_BASIC_STATS, &raw) != 0)
         return false;
     if (S_ISREG(raw.stx_mode))
-        return CopyFile(from, to, name, raw.stx_mode);
+        return CopyFile(from, to, name, raw);
     if (S_ISLNK(raw.stx_mode))
         return CopyLink(from, to, name);
     if (!S_ISDIR(raw.stx_mode))

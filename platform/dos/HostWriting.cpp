@@ -17,13 +17,10 @@ namespace dos {
 
 namespace {
 
-constexpr std::size_t LargestAttribute = 65536; // bytes of a value or of all names
-constexpr std::size_t LargestWrite = 1u << 20;  // bytes at one call
-constexpr int MostTemporaryNames = 100;         // tries
-constexpr unsigned PermissionBits = 07777;
-constexpr unsigned PrivilegeBits = S_ISUID | S_ISGID;
-constexpr std::size_t ArchiveLetter = 3; // of the eight
-constexpr unsigned NoChange = ~0u;       // of an owner
+constexpr std::size_t LargestWrite = 1u << 20; // bytes at one call
+constexpr int MostTemporaryNames = 100;        // tries
+constexpr std::size_t ArchiveLetter = 3;       // of the eight
+constexpr unsigned NoChange = ~0u;             // of an owner
 
 // May the attribute be left out? The host's own ones are not for everybody to read or write; the
 // user's are, and one of them must not get lost by a passing trouble.

@@ -15,8 +15,7 @@ namespace dos {
 
 namespace {
 
-constexpr std::size_t NamesSize = 1024;       // bytes; attribute names of nearly every file fit
-constexpr std::size_t LargestComment = 65536; // bytes, the kernel's own limit
+constexpr std::size_t NamesSize = 1024; // bytes; attribute names of nearly every file fit
 constexpr std::uint32_t BitsFromModes = ProtectRead | ProtectWrite | ProtectExecute;
 constexpr std::uint32_t LowBits = 0xFF;
 
@@ -72,7 +71,7 @@ void ReadComment(int drawer, const char* name, ObjectRecord& record) {
     std::string text(256, '\0');
     long length = Host().Getxattr(drawer, name, CommentAttribute, text.data(), text.size());
     if (length < 0 && errno == ERANGE) {
-        text.resize(LargestComment);
+        text.resize(LargestAttribute);
         length = Host().Getxattr(drawer, name, CommentAttribute, text.data(), text.size());
     }
     if (length <= 0)

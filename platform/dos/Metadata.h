@@ -15,6 +15,8 @@ namespace dos {
 
 inline constexpr const char* CommentAttribute = "user.xdg.comment";
 inline constexpr const char* ProtectionAttribute = "user.amiga.protection";
+inline constexpr std::size_t LargestAttribute = 65536; // bytes of a value or of all names, the kernel's limit
+inline constexpr std::int64_t LargestTimeError = 2;    // seconds, what FAT rounds to
 
 // The texts of an object; most have none.
 struct ObjectTexts {

@@ -13,15 +13,12 @@ namespace dos {
 namespace {
 
 constexpr std::size_t LetterCount = 8;
-constexpr std::size_t LargestComment = 65536; // bytes, the kernel's own limit
 constexpr std::uint32_t LowBits = 0xFF;
 constexpr std::uint32_t HighBits = 0xFF00; // group and others
 constexpr std::uint32_t BitsOfOwner = ProtectRead | ProtectWrite | ProtectExecute;
 constexpr std::uint32_t BitsOfAttribute = LowBits & ~BitsOfOwner;
 constexpr unsigned OwnerModes = 0700;
 constexpr unsigned OtherModes = 0077;
-constexpr unsigned PermissionBits = 07777;
-constexpr std::int64_t LargestTimeError = 2; // seconds, what FAT rounds to
 
 bool HasNoAttributes(int hostError) {
     return hostError == ENOTSUP || hostError == ENOSYS;
@@ -58,7 +55,7 @@ bool ReadAttribute(const Spot& spot, const char* attribute, std::optional<std::s
     const auto read = [&] {
         length = Host().Getxattr(spot.Object.Get(), "", attribute, text.data(), text.size());
         if (length < 0 && errno == ERANGE) {
-            text.resize(LargestComment);
+            text.resize(LargestAttribute);
             length = Host().Getxattr(spot.Object.Get(), "", attribute, text.data(), text.size());
         }
         return length >= 0;

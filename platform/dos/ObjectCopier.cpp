@@ -1,7 +1,10 @@
 #include "platform/dos/ObjectCopier.h"
 
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/HostWriting.h"
+#include "platform/dos/Metadata.h"
 #include "platform/dos/NameIndex.h"
+#include "platform/dos/SidecarFiles.h"
 #include "platform/dos/TemporaryNames.h"
 
 #include <cerrno>
@@ -12,7 +15,6 @@ namespace dos {
 
 namespace {
 
-constexpr unsigned PermissionBits = 0777;
 constexpr unsigned StatusWanted = STATX_BASIC_STATS;
 
 CopyResult Ends(CopyEnd end, long error) {
@@ -46,7 +48,7 @@ bool StatusOf(int object, struct statx& about) {
 
 unsigned ModeToMakeWith(const struct statx& source, const CopyOptions& options, bool replaces) {
     if (options.Protection)
-        return (source.stx_mode & PermissionBits) | S_IRUSR | S_IWUSR;
+        return (source.stx_mode & ACCESSPERMS) | S_IRUSR | S_IWUSR;
     return replaces ? ModeOfReplacement : ModeOfNewFile;
 }
 
@@ -79,12 +81,16 @@ CopyResult ObjectCopier::FillFile(const CopySource& source, const CopyPlace& pla
                                   int file) {
     if (place.Old != NoDescriptor && !Options.Protection && !Inherit(place.Old, file))
         return Fails(CopyEnd::TargetRefused, Operation::Write);
+    // The note of the source counts, also when it has none.
+    if (place.Old != NoDescriptor && !Options.Protection && Options.Comment)
+        Host().RemoveAttribute(file, CommentAttribute);
     if (place.HandsDownAccess && Options.Protection)
         DropAccessHandedDown(file);
     const std::uint64_t kept = about.stx_blocks * 512;
     CopyResult result = ResultOf(Contents.Run(source.Object, file, about.stx_size, kept));
     if (!result)
         return result;
+    const FlushScope flush;
     result.Lost = Attributes.Run(source.Object, file, Options);
     if (place.Old != NoDescriptor && Options.Protection && !Options.Comment)
         result.Lost |= Attributes.KeepComment(place.Old, file);
@@ -115,6 +121,8 @@ CopyResult ObjectCopier::CopyFile(const CopySource& source, const CopyPlace& pla
     CopyResult result = FillFile(source, place, about, file.File());
     if (!result)
         return result;
+    if (!Contents.GoesOn()) // it may have taken long
+        return Ends(CopyEnd::Cancelled, ErrorBreak);
     if (!file.TakePlace(place.Name, replaces ? Existing::Replaced : Existing::Kept))
         return Fails(CopyEnd::TargetRefused, Operation::Write);
     result.Lost |= KeepSidecar(source, place, file.File());
@@ -175,6 +183,10 @@ unsigned ObjectCopier::FinishDrawer(const CopySource& source, int made) {
 unsigned ObjectCopier::KeepSidecar(const CopySource& source, const CopyPlace& place, int copy) {
     const bool wants = place.On->Info.Metadata == MetadataRule::Uaem;
     if (!wants && !source.MayHaveSidecar && !place.MayHaveSidecar)
+        return 0;
+    SidecarFile old;
+    if (!wants && !source.MayHaveSidecar && FindSidecar(place.Drawer, place.Name, old) &&
+        old.State != SidecarState::Ours)
         return 0;
     const auto spotOf = [](int object, int drawer, const std::string& name, const VolumeRef& on, Spot& spot) {
         spot.Object = HostFd(Host().Duplicate(object));

@@ -5,44 +5,95 @@
 #include <chrono>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace dos {
 
-bool Relay::Run(std::function<void(Relay&)> work) {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr auto PollInterval = std::chrono::milliseconds(20);
+constexpr auto AnswerLimit = std::chrono::milliseconds(AnswerLimitMilliseconds);
+constexpr auto FlushLimit = std::chrono::minutes(10);
+
+// How long a host call has been waited for.
+class Patience {
+public:
+    explicit Patience(const HostWatch& watch) : Watch(watch) { Renew(); }
+
+    void Renew() {
+        Seen = Watch.Calls;
+        Since = Clock::now();
+    }
+    // isEnding: since somebody wanted the end, no disk is waited for any longer than that.
+    bool IsOver(bool isEnding) {
+        if (Watch.Calls != Seen)
+            Renew();
+        return Clock::now() - Since >
+               (Watch.Flushes > 0 && !isEnding ? Clock::duration(FlushLimit) : Clock::duration(AnswerLimit));
+    }
+
+private:
+    const HostWatch& Watch;
+    std::uint64_t Seen = 0;
+    Clock::time_point Since;
+};
+
+} // namespace
+
+RelayEnd Relay::Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn) {
     auto relay = std::make_shared<Relay>();
     try {
-        std::thread([relay, job = std::move(work)] {
+        std::thread([relay, job = std::move(work)]() mutable {
+            SetThreadWatch(&relay->Watch);
             job(*relay);
+            job = nullptr; // what it held may lie on the disk
+            SetThreadWatch(nullptr);
             const std::lock_guard hold(relay->Guard);
             relay->IsDone = true;
             relay->Changed.notify_all();
         }).detach();
     } catch (const std::system_error&) {
         SetIoErr(ErrorNoFreeStore);
-        return false;
+        return RelayEnd::NotBegun;
     }
-    return relay->Serve();
+    return relay->Serve(goesOn);
 }
 
-bool Relay::Serve() {
+RelayEnd Relay::Serve(const std::function<bool()>& goesOn) {
     std::unique_lock hold(Guard);
-    while (true) {
-        const auto isCalled = [this] { return IsDone || Asked; };
-        if (!IsEnding)
-            Changed.wait(hold, isCalled);
-        else if (!Changed.wait_for(hold, std::chrono::milliseconds(AnswerLimitMilliseconds), isCalled))
-            break;
-        if (IsDone)
-            return true;
-        const std::function<void()>& deed = *Asked;
+    Patience patience(Watch);
+    bool wasEnding = false;
+    while (!IsDone) {
+        if (Asked) {
+            Answer(hold);
+            patience.Renew();
+            continue;
+        }
+        if (Changed.wait_for(hold, PollInterval, [this] { return IsDone || Asked; }))
+            continue;
         hold.unlock();
-        deed();
+        if (!goesOn())
+            IsEnding = true;
         hold.lock();
-        Asked = nullptr;
-        Changed.notify_all();
+        if (IsEnding && !std::exchange(wasEnding, true))
+            patience.Renew();
+        if (!IsDone && !Asked && patience.IsOver(IsEnding)) {
+            IsLeft = true;
+            return IsEnding ? RelayEnd::Cancelled : RelayEnd::NoAnswer;
+        }
     }
-    IsLeft = true;
-    return false;
+    return RelayEnd::Done;
+}
+
+void Relay::Answer(std::unique_lock<std::mutex>& hold) {
+    const std::function<void()>& deed = *Asked;
+    hold.unlock();
+    deed();
+    hold.lock();
+    Asked = nullptr;
+    Changed.notify_all();
 }
 
 bool Relay::Ask(const std::function<void()>& deed) {
@@ -53,11 +104,6 @@ bool Relay::Ask(const std::function<void()>& deed) {
     Changed.notify_all();
     Changed.wait(hold, [this] { return !Asked; });
     return true;
-}
-
-void Relay::EndSoon() {
-    const std::lock_guard hold(Guard);
-    IsEnding = true;
 }
 
 } // namespace dos

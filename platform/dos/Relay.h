@@ -2,6 +2,9 @@
 // person, progress. For disks that may not answer. Private to platform/dos.
 #pragma once
 
+#include "platform/dos/HostWatch.h"
+
+#include <atomic>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -9,26 +12,40 @@
 
 namespace dos {
 
+enum class RelayEnd {
+    Done,
+    Cancelled, // but the work had not ended two seconds later
+    NoAnswer,  // the host has not answered
+    NotBegun,  // there is no thread for it
+};
+
 class Relay {
 public:
-    // Returns when the work has ended. After EndSoon it waits for two seconds more and then leaves
-    // the work behind, which owns whatever it uses; false then, or when there is no thread for it.
-    [[nodiscard]] static bool Run(std::function<void(Relay&)> work);
+    // Returns when the work has ended, or leaves it behind: two seconds after EndSoon, and when no
+    // host call of it was answered for two seconds (ten minutes while a disk stores what it was
+    // given). Work that is left behind goes on alone: it owns whatever it uses, and it is to end
+    // before it changes anything more. goesOn is called on the calling thread, many times a second;
+    // false is as EndSoon.
+    [[nodiscard]] static RelayEnd Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn);
 
     // For the work: has a deed done on the calling thread; false when nobody waits any more.
     [[nodiscard]] bool Ask(const std::function<void()>& deed);
+    // For the work: may it go on?
+    [[nodiscard]] bool GoesOn() const noexcept { return !IsEnding && !IsLeft; }
     // For a deed: the work is to end, whether the disk answers or not.
-    void EndSoon();
+    void EndSoon() noexcept { IsEnding = true; }
 
 private:
-    bool Serve();
+    RelayEnd Serve(const std::function<bool()>& goesOn);
+    void Answer(std::unique_lock<std::mutex>& hold);
 
     std::mutex Guard;
     std::condition_variable Changed;
     const std::function<void()>* Asked = nullptr;
     bool IsDone = false;
-    bool IsEnding = false;
-    bool IsLeft = false;
+    std::atomic<bool> IsEnding{false};
+    std::atomic<bool> IsLeft{false};
+    HostWatch Watch; // of the work's threads
 };
 
 } // namespace dos

@@ -58,6 +58,15 @@ bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
     return true;
 }
 
+bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar) {
+    if (!FindSidecar(drawer, owner, sidecar))
+        return Refuse(errno, Operation::Read);
+    if (sidecar.State != SidecarState::Ours || (*sidecar.Facts.Protection & ProtectRead) == 0)
+        return true;
+    SetIoErr(ErrorReadProtected);
+    return false;
+}
+
 bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old, const SidecarFacts& facts,
                   Flush flush) {
     const std::string name = SidecarNameOf(owner);

@@ -33,6 +33,10 @@ struct SidecarFile {
 // Looks for the sidecar of an entry. False with errno when the disk does not tell.
 [[nodiscard]] bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar);
 
+// Whether an entry may be opened for reading, as far as its sidecar says; fills that in. False with
+// IoErr: 224, or the reason why the disk does not tell.
+[[nodiscard]] bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar);
+
 // Writes the sidecar anew, as a whole or not at all; false with errno. Facts need bits and date.
 [[nodiscard]] bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old,
                                 const SidecarFacts& facts, Flush flush = Flush::Now);

@@ -59,8 +59,10 @@ void JoinSidecars(int drawer, TreeContents& contents) {
     for (const std::string& owner : owners) {
         const auto found = known.find(owner);
         SidecarFile sidecar;
-        if (found == known.end() || !FindSidecar(drawer, owner, sidecar) ||
-            sidecar.State != SidecarState::Ours)
+        if (found == known.end())
+            continue;
+        // One that cannot be read may protect its owner: who works on that hears of it.
+        if (FindSidecar(drawer, owner, sidecar) && sidecar.State != SidecarState::Ours)
             continue;
         found->second->HasSidecar = true;
         sidecars.insert(SidecarNameOf(owner));

@@ -1,6 +1,9 @@
 #include "platform/dos/TreeWork.h"
 
 #include "platform/dos/Errors.h"
+#include "platform/dos/HostLocks.h"
+#include "platform/dos/MountInfo.h"
+#include "platform/dos/Relay.h"
 
 #include <algorithm>
 #include <chrono>
@@ -20,6 +23,28 @@ bool IsOneName(const std::string& name) {
            name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
 }
 
+// The control record for work on another thread. Progress is told without it.
+TreeControl Relayed(const TreeControl& control, Relay& relay) {
+    TreeControl relayed;
+    if (control.Trouble)
+        relayed.Trouble = [&](const TreeTrouble& trouble) {
+            TroubleAnswer answer = TroubleAnswer::Abort;
+            static_cast<void>(relay.Ask([&] { answer = control.Trouble(trouble); })); // else it ends
+            return answer;
+        };
+    if (control.Conflict)
+        relayed.Conflict = [&](const TreeConflict& conflict) {
+            ConflictReply reply{ConflictAnswer::Abort};
+            static_cast<void>(relay.Ask([&] { reply = control.Conflict(conflict); })); // else it ends
+            return reply;
+        };
+    if (control.Finished)
+        relayed.Finished = [&](const std::string& path, bool isDrawer) {
+            static_cast<void>(relay.Ask([&] { control.Finished(path, isDrawer); })); // else nobody listens
+        };
+    return relayed;
+}
+
 } // namespace
 
 void TreeTally::Skip(long error) {
@@ -28,9 +53,63 @@ void TreeTally::Skip(long error) {
     FirstError.compare_exchange_strong(none, error);
 }
 
+TreeResult TreeTally::Result() const {
+    TreeResult result;
+    result.IsCancelled = IsStopped;
+    result.Done = {Objects, Bytes};
+    result.Skipped = Skipped;
+    result.Lost = Lost;
+    result.FirstError = FirstError;
+    result.IsWhole = !result.IsCancelled && result.Skipped == 0;
+    return result;
+}
+
+bool MayHang(const Spot& spot) {
+    if (!spot.SlowMount.empty())
+        return true;
+    const MountRows rows = Mounts();
+    const auto isSlow = [](const MountRow& row) { return row.Slow; };
+    if (!spot.Object || std::ranges::none_of(*rows, isSlow))
+        return false;
+    const std::string path = HostPathOf(spot.Object.Get());
+    return path.empty() || std::ranges::any_of(*rows, [&](const MountRow& row) {
+               return row.Slow && LiesUnder(row.Point, path);
+           });
+}
+
+TreeResult RunTree(Disks disks, TreeStep step, const TreeControl& control, TreeDeed deed) {
+    auto tally = std::make_shared<TreeTally>();
+    if (disks == Disks::Answer)
+        return deed(control, *tally);
+    auto answer = std::make_shared<TreeResult>();
+    auto told = std::make_shared<const TreeControl>(control);
+    const auto work = [tally, answer, told, own = std::move(deed)](Relay& relay) {
+        *answer = own(Relayed(*told, relay), *tally);
+    };
+    const RelayEnd end = Relay::Run(work, [&] {
+        if (control.Progress && !control.Progress({tally->Objects, tally->Bytes}))
+            tally->IsStopped = true;
+        return !tally->IsStopped;
+    });
+    if (end == RelayEnd::Done)
+        return *answer;
+    tally->IsStopped = true;
+    const long error = end == RelayEnd::NotBegun ? IoErr() : ErrorNoDisk;
+    if (end != RelayEnd::Cancelled)
+        tally->Skip(error);
+    TreeResult result = tally->Result();
+    result.IsCancelled = end == RelayEnd::Cancelled;
+    if (!result.IsCancelled && control.Trouble)
+        control.Trouble({"", step, error, CopyEnd::ContentsFailed, true});
+    return result;
+}
+
 TreeQueue::TreeQueue() {
     try {
-        Thread = std::thread([this] { Serve(); });
+        Thread = std::thread([this, watch = ThreadWatch()] {
+            SetThreadWatch(watch);
+            Serve();
+        });
     } catch (const std::system_error&) {
         // The caller does all by itself.
     }
@@ -125,17 +204,6 @@ ConflictReply TreeTalk::Ask(const TreeConflict& conflict) {
 void TreeTalk::NoteFinished(std::string path, bool isDrawer) {
     const std::lock_guard hold(Guard);
     Names.emplace_back(std::move(path), isDrawer);
-}
-
-TreeResult TreeTalk::Result() const {
-    TreeResult result;
-    result.IsCancelled = Tally.IsStopped;
-    result.Done = {Tally.Objects, Tally.Bytes};
-    result.Skipped = Tally.Skipped;
-    result.Lost = Tally.Lost;
-    result.FirstError = Tally.FirstError;
-    result.IsWhole = !result.IsCancelled && result.Skipped == 0;
-    return result;
 }
 
 std::size_t ShareOf(std::size_t entries) {

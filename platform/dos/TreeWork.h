@@ -19,6 +19,8 @@
 
 namespace dos {
 
+struct Spot;
+
 // A descriptor that jobs hold as long as they need it.
 using SharedFd = std::shared_ptr<const HostFd>;
 
@@ -38,7 +40,18 @@ struct TreeTally {
     std::atomic<bool> IsStopped{false};
 
     void Skip(long error);
+    [[nodiscard]] TreeResult Result() const;
 };
+
+// Is the object on a disk that may not answer, or can there be one in it?
+[[nodiscard]] bool MayHang(const Spot& spot);
+
+// Runs the work on a tree: at once or, where a disk may not answer, on a thread of its own that asks
+// the calling one what it has to ask. Such work owns what it uses; when it is left behind, trouble
+// 226 is told, or it counts as cancelled, and its tally is stopped.
+using TreeDeed = std::function<TreeResult(const TreeControl& control, TreeTally& tally)>;
+enum class Disks { Answer, MayHang };
+[[nodiscard]] TreeResult RunTree(Disks disks, TreeStep step, const TreeControl& control, TreeDeed deed);
 
 // Jobs of any order, done by a helper and, when there are many or none is left to make, by the
 // caller.
@@ -82,7 +95,6 @@ public:
     [[nodiscard]] bool WantsNames() const { return static_cast<bool>(Control.Finished); }
     // From either thread; told by the next Poll.
     void NoteFinished(std::string path, bool isDrawer);
-    [[nodiscard]] TreeResult Result() const;
 
 private:
     const TreeControl& Control;

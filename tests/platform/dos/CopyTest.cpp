@@ -1,6 +1,7 @@
 #include "platform/dos/Copy.h"
 
 #include "platform/dos/Changes.h"
+#include "platform/dos/CopyTree.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
@@ -89,6 +90,42 @@ TEST_F(CopyTest, OptionsSayWhatIsKept) {
     ASSERT_TRUE(dos::Copy("Test:from", "Test:old", {.Replaces = true})) << dos::IoErr();
     EXPECT_EQ(Attribute(Tree.Path("old"), "user.amiga.protection"), "-s--rwed");
     EXPECT_EQ(StatusOf(Tree.Path("old")).st_mode & 07777, StatusOf(Tree.Path("from")).st_mode & 07777);
+}
+
+TEST_F(CopyTest, TheNoteOfASourceWithoutOneIsNone) {
+    Tree.Write("from", "NEW");
+    Tree.Write("old", "OLD");
+    ::setxattr(Tree.Path("old").c_str(), "user.xdg.comment", "old", 3, 0);
+    ASSERT_TRUE(dos::Copy("Test:from", "Test:old", {.Protection = false, .Replaces = true}));
+    EXPECT_EQ(Attribute(Tree.Path("old"), "user.xdg.comment"), "");
+}
+
+// As for opening: the host lets us read, the sidecar does not, or cannot be read itself.
+TEST_F(CopyTest, WhatMayNotBeReadIsNotCopied) {
+    for (const char* name : {"from/closed", "from/shut", "from/open"}) {
+        Tree.Write(name, name);
+        Tree.Write(std::string(name) + ".uaem", "-----wed 2001-02-03 04:05:06.08 x\n");
+    }
+    Tree.Write("from/open.uaem", "----r--- 2001-02-03 04:05:06.08 x\n");
+    Calls().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        errno = EACCES;
+        return std::string_view(name) == "shut.uaem" ? -1 : dos::RealHost().Openat(drawer, name, flags, mode);
+    };
+    for (const char* name : {"Test:from/closed", "Test:from/shut"}) {
+        const dos::CopyResult result = dos::Copy(name, "Test:copy");
+        EXPECT_EQ(result.End, dos::CopyEnd::SourceRefused) << name;
+        EXPECT_EQ(dos::IoErr(), dos::ErrorReadProtected) << name;
+    }
+    std::map<std::string, long> troubles;
+    dos::TreeControl control;
+    control.Trouble = [&](const dos::TreeTrouble& trouble) {
+        troubles[trouble.Path] = trouble.Error;
+        return dos::TroubleAnswer::Force; // what is at the other end is not to be unprotected for it
+    };
+    EXPECT_FALSE(dos::CopyTree("Test:from", "Test:to", {}, control));
+    EXPECT_EQ(troubles, (std::map<std::string, long>{{"closed", 224}, {"shut", 224}}));
+    EXPECT_EQ(NamesIn("Test:to"), std::vector<std::string>{"open"});
+    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"from", "to"}));
 }
 
 // Which way bits, note and date are kept on both sides must not matter to who looks.
@@ -261,6 +298,34 @@ TEST_F(CopyTest, AMoveRenamesOrCopiesAndDeletes) {
     ASSERT_TRUE(dos::Copy("Test:three", "Test:across", {.Moves = true})) << dos::IoErr();
     EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"across", "moved", "old"}));
     EXPECT_EQ(Tree.Read("across"), "three");
+}
+
+std::string RootOfRace;
+std::string VictimOfRace; // gets another object between the plan and the deed
+
+TEST_F(CopyTest, AMoveOverTouchesOnlyWhatWasPlanned) {
+    RootOfRace = Tree.Root() + "/";
+    Calls().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        std::error_code onceOnly;
+        if (std::string_view(name) == "to.uaem")
+            std::filesystem::rename(RootOfRace + "other", RootOfRace + VictimOfRace, onceOnly);
+        return dos::RealHost().Openat(drawer, name, flags, mode);
+    };
+    using enum dos::CopyEnd;
+    for (const auto& [victim, end, error] : {std::tuple{"from", SourceRefused, dos::ErrorObjectNotFound},
+                                             {"to", TargetRefused, dos::ErrorObjectInUse}}) {
+        for (const char* name : {"from", "to", "other"})
+            Tree.Write(name, name);
+        VictimOfRace = victim;
+        EXPECT_EQ(dos::Copy("Test:from", "Test:to", {.Replaces = true, .Moves = true}).End, end) << victim;
+        EXPECT_EQ(dos::IoErr(), error) << victim;
+        EXPECT_EQ(Tree.Read(victim), "other");
+        EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"from", "to"}));
+    }
+    Tree.Link("link", "from");
+    EXPECT_FALSE(dos::Copy("Test:link", "Test:moved", {.FollowsLink = true, .Moves = true}));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_TRUE(Tree.Exists("link") && !Tree.Exists("moved"));
 }
 
 TEST_F(CopyTest, OtherDevicesAreCopiedByStreams) {

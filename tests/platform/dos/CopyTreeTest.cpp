@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <set>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -254,10 +255,15 @@ TEST_F(CopyTreeTest, ACancelStopsBothThreadsAndLeavesWholeFiles) {
     for (int i = 0; i < 300; ++i)
         Tree.Write("from/" + std::to_string(i % 7) + "/" + std::to_string(i), std::string(5000, 'x'));
     dos::TreeControl control;
+    std::set<std::string> finished;
+    control.Finished = [&](const std::string& path, bool) { finished.insert(path); };
     control.Progress = [](const dos::TreeProgress& progress) { return progress.Objects < 50; };
     const dos::TreeResult result = dos::CopyTree("Test:from", "Test:to", {}, control);
     EXPECT_TRUE(result.IsCancelled);
     EXPECT_EQ(dos::IoErr(), dos::ErrorBreak);
+    EXPECT_FALSE(finished.contains("")); // the whole of it is not done
+    for (const std::string& name : finished)
+        EXPECT_TRUE(Tree.Exists("to/" + name)) << name;
     for (const auto& entry : fs::recursive_directory_iterator(Tree.Path("to")))
         EXPECT_TRUE(!entry.is_regular_file() || entry.file_size() == 5000u) << entry.path();
     EXPECT_TRUE(dos::DeleteTree("Test:from", dos::Protected::Respected, control).IsCancelled);

@@ -5,93 +5,25 @@
 #include "platform/dos/Copy.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
+#include "tests/platform/dos/HostFaults.h"
 
-#include <cerrno>
-#include <csignal>
-#include <fcntl.h>
 #include <filesystem>
 #include <functional>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
+namespace dos {
+
+void PrintTo(NameRule rule, std::ostream* out) {
+    *out << (rule == NameRule::Exact ? "Exact" : "Fold");
+}
+
+} // namespace dos
+
 namespace {
 
 constexpr std::string_view OldLine = "----rwed 2001-02-03 04:05:06.08 old\n";
-
-enum class Fault { Error, ShortWrite, Kill };
-
-int FailingCall = -1; // counted over all calls; -1 for none
-int CallsSeen = 0;
-int FailWith = 0;
-Fault Kind = Fault::Error;
-
-bool IsToFail() {
-    if (CallsSeen++ != FailingCall)
-        return false;
-    if (Kind == Fault::Kill)
-        ::raise(SIGKILL);
-    errno = FailWith;
-    return true;
-}
-
-template <auto Member, typename>
-struct Faulty;
-template <auto Member, typename Result, typename... Arguments>
-struct Faulty<Member, Result (*)(Arguments...)> {
-    static Result Call(Arguments... arguments) {
-        return IsToFail() ? static_cast<Result>(-1) : (dos::RealHost().*Member)(arguments...);
-    }
-};
-
-template <auto... Members>
-void MakeFaulty() {
-    dos::HostCalls& host = dos::Host();
-    ((host.*Members = Faulty<Members, std::remove_reference_t<decltype(host.*Members)>>::Call), ...);
-}
-
-long FaultyWrite(int file, const void* bytes, std::size_t size) {
-    if (Kind == Fault::ShortWrite)
-        return dos::RealHost().Write(file, bytes, std::min<std::size_t>(size, 1));
-    return IsToFail() ? -1 : dos::RealHost().Write(file, bytes, size);
-}
-
-// The disk of a test need not really be waited for.
-int FaultyFsync(int) {
-    return IsToFail() ? -1 : 0;
-}
-
-bool HasNamelessFiles = true; // of the host; without them temporary ones have names
-
-int FaultyOpenat(int drawer, const char* name, int flags, unsigned mode) {
-    if (!HasNamelessFiles && (flags & O_TMPFILE) == O_TMPFILE) {
-        errno = ENOTSUP;
-        return -1;
-    }
-    return IsToFail() ? -1 : dos::RealHost().Openat(drawer, name, flags, mode);
-}
-
-void BeginFaults(int number) {
-    using Calls = dos::HostCalls;
-    FailingCall = number;
-    CallsSeen = 0;
-    MakeFaulty<&Calls::Openat2, &Calls::Flistxattr, &Calls::Fgetxattr, &Calls::SetTimes, &Calls::CopyRange,
-               &Calls::Duplicate, &Calls::Statx, &Calls::Getdents, &Calls::Readlinkat, &Calls::Getxattr,
-               &Calls::Listxattr, &Calls::Fsetxattr, &Calls::Fchown, &Calls::Read, &Calls::Lseek,
-               &Calls::Fchmod, &Calls::ChangeMode, &Calls::SetAttribute, &Calls::RemoveAttribute,
-               &Calls::SetTime, &Calls::Ftruncate, &Calls::Clone, &Calls::Mkdirat, &Calls::Symlinkat,
-               &Calls::LinkObject, &Calls::Unlinkat, &Calls::Renameat2>();
-    dos::Host().Openat = FaultyOpenat;
-    dos::Host().Write = FaultyWrite;
-    dos::Host().Fsync = FaultyFsync;
-}
-
-std::size_t OpenDescriptors() {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
-}
 
 struct Change {
     std::string_view Name;
@@ -306,9 +238,6 @@ TEST_P(FaultSweepTest, AKilledProcessLeavesOldOrNew) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Volumes, FaultSweepTest, testing::Values(dos::NameRule::Exact, dos::NameRule::Fold),
-                         [](const auto& rule) {
-                             return rule.param == dos::NameRule::Exact ? std::string("Exact")
-                                                                       : std::string("Fold");
-                         });
+                         testing::PrintToStringParamName());
 
 } // namespace

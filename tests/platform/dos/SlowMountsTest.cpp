@@ -1,8 +1,10 @@
 #include "platform/dos/Changes.h"
+#include "platform/dos/CopyTree.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Limits.h"
 #include "tests/platform/dos/DosTest.h"
+#include "tests/platform/dos/HostFaults.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -147,6 +149,77 @@ TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
     const std::string steps(static_cast<std::size_t>(std::ranges::count(Tree.Root(), '/')), '/');
     EXPECT_TRUE(dos::MakeLink(link, steps + "proc/version")) << dos::IoErr();
     EXPECT_EQ(Find(link), "Host:proc/version");
+}
+
+const char* HangingName = "";
+
+int OpenBehindTheDoor(int drawer, const char* name, int flags, unsigned mode) {
+    if (std::string_view(name) == "/proc/self/mountinfo")
+        return dos::RealHost().Openat(drawer, MountList.c_str(), flags, mode);
+    if (std::string_view(name) == HangingName)
+        std::shared_ptr(TheDoor)->Pass();
+    return dos::RealHost().Openat(drawer, name, flags, mode);
+}
+
+int UnlinkBehindTheDoor(int drawer, const char* name, int flags) {
+    if (std::string_view(name) == HangingName)
+        std::shared_ptr(TheDoor)->Pass();
+    return dos::RealHost().Unlinkat(drawer, name, flags);
+}
+
+// Dies while a tree on it is at work, or is cancelled while it is dead. What hangs then does no more
+// when the disk comes back.
+TEST_F(SlowMountsTest, TreesOnADyingDiskEndAndAreCancelled) {
+    for (const char* name : {"dead/tree/a/file", "dead/tree/b/stuck", "here/old"})
+        Tree.Write(name, "text");
+    dos::Host().Openat = OpenBehindTheDoor;
+    dos::Host().Unlinkat = UnlinkBehindTheDoor;
+    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
+    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
+    struct Row {
+        const char* Name;
+        const char* Hanging; // what the dead disk is asked for
+        bool IsCancelled;
+        long Error;
+        std::function<dos::TreeResult(const dos::TreeControl&)> Deed;
+    };
+    const auto copies = [](const char* to) {
+        return [to](const dos::TreeControl& control) { return dos::CopyTree("Dead:tree", to, {}, control); };
+    };
+    const auto deletes = [](const dos::TreeControl& control) {
+        return dos::DeleteTree("Dead:tree", dos::Protected::Respected, control);
+    };
+    for (const Row& row : {Row{"copy", "stuck", false, dos::ErrorNoDisk, copies("Here:1")},
+                           {"cancelled copy", "stuck", true, dos::ErrorBreak, copies("Here:2")},
+                           {"file", "stuck.uaem", false, dos::ErrorNoDisk,
+                            [](const dos::TreeControl& control) {
+                                return dos::CopyTree("Dead:tree/b/stuck", "Here:3", {}, control);
+                            }},
+                           {"delete", "stuck", false, dos::ErrorNoDisk, deletes}}) {
+        TheDoor = std::make_shared<Door>();
+        HangingName = row.Hanging;
+        const auto caller = std::this_thread::get_id();
+        const std::size_t descriptors = OpenDescriptors();
+        std::vector<long> troubles;
+        dos::TreeControl control;
+        control.Progress = [&](const dos::TreeProgress&) {
+            EXPECT_TRUE(std::this_thread::get_id() == caller);
+            return !row.IsCancelled;
+        };
+        control.Trouble = [&](const dos::TreeTrouble& trouble) {
+            troubles.push_back(trouble.Error);
+            return dos::TroubleAnswer::Skip;
+        };
+        const dos::TreeResult result = row.Deed(control);
+        EXPECT_EQ(dos::IoErr(), row.Error) << row.Name;
+        EXPECT_EQ(result.IsCancelled, row.IsCancelled) << row.Name;
+        TheDoor->Open();
+        while (OpenDescriptors() > descriptors) // until the work that was left behind has ended
+            std::this_thread::yield();
+        EXPECT_EQ(troubles, row.IsCancelled || row.Hanging[5] ? std::vector<long>{} : std::vector{row.Error});
+    }
+    EXPECT_TRUE(Tree.Exists("dead/tree/b"));
+    EXPECT_FALSE(Tree.Exists("here/1/b/stuck") || Tree.Exists("here/2/b/stuck"));
 }
 
 TEST(LimitsTest, WorkThatGoesOnIsWaitedFor) {

@@ -1,0 +1,231 @@
+// Trees copied and deleted, and files moved, with each host call failing in turn, with the process killed at
+// each of them, and on disks that are full or cannot be written. Whatever happens, a file is the old or the
+// new one as a whole, and what is moved is somewhere.
+#include "platform/dos/CopyTree.h"
+#include "platform/dos/Files.h"
+#include "tests/platform/dos/DosTest.h"
+#include "tests/platform/dos/HostFaults.h"
+
+#include <functional>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Files by their path, with contents; links and drawers with what they are.
+using Picture = std::map<std::string, std::string>;
+
+Picture Look(const TempTree& tree, std::string_view below = "") {
+    Picture picture;
+    for (const auto& entry : fs::recursive_directory_iterator(tree.Path(below))) {
+        const std::string path = entry.path().string().substr(tree.Root().size() + 1);
+        picture[path] = entry.is_symlink()     ? "-> " + fs::read_symlink(entry.path()).string()
+                        : entry.is_directory() ? "drawer"
+                                               : tree.Read(path);
+    }
+    return picture;
+}
+
+struct Deed {
+    std::string_view Name;
+    std::function<bool()> Run;
+    std::string_view Untouched;    // a drawer
+    std::string_view Moved = {};   // what is never neither here
+    std::string_view MovedTo = {}; // nor there
+    bool AcrossDisks = false;
+};
+
+std::vector<Deed> Deeds() {
+    const auto copies = [](std::string_view to) {
+        return
+            [to] { return static_cast<bool>(dos::CopyTree("Test:from", to, {.Copy = {.Replaces = true}})); };
+    };
+    const auto moves = [](std::string_view from, std::string_view to) {
+        return
+            [from, to] { return static_cast<bool>(dos::Copy(from, to, {.Replaces = true, .Moves = true})); };
+    };
+    const auto over = moves("Test:from/noted", "Test:to/file");
+    return {
+        {"copy", copies("Test:new"), "from"},
+        {"merge", copies("Test:to"), "from"},
+        {"delete", [] { return static_cast<bool>(dos::DeleteTree("Test:from")); }, "to"},
+        {"move", moves("Test:from/file", "Test:to/moved"), "from/d", "from/file", "to/moved"},
+        {"move over", over, "from/d", "from/noted", "to/file"},
+        {"move across", over, "from/d", "from/noted", "to/file", true},
+    };
+}
+
+class TreeFaultsTest : public testing::Test {
+protected:
+    ~TreeFaultsTest() override {
+        dos::Host() = dos::RealHost();
+        IsAcross = false;
+        HasNamelessFiles = true;
+        dos::ResetVolumeTable();
+    }
+    static void Plant(const TempTree& tree) {
+        dos::ResetVolumeTable();
+        ASSERT_TRUE(dos::AddVolume({.Device = "TD0", .Volume = "Test", .HostRoot = tree.Root()}));
+        for (const char* name : {"from/file", "from/noted", "from/d/e/last", "from/d/guarded"})
+            tree.Write(name, "NEW " + std::string(name));
+        for (const char* name : {"to/file", "to/d/other"})
+            tree.Write(name, "OLD " + std::string(name));
+        tree.Write("from/noted.uaem", "----rwed 2001-02-03 04:05:06.08 old\n");
+        tree.Link("from/link", "nowhere");
+        ::setxattr(tree.Path("from/d/guarded").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
+    }
+    // What the deed does when nothing fails.
+    static Picture Wanted(const Deed& deed) {
+        TempTree tree;
+        Plant(tree);
+        IsAcross = deed.AcrossDisks;
+        BeginFaults(-1);
+        static_cast<void>(deed.Run());
+        dos::Host() = dos::RealHost();
+        return Look(tree);
+    }
+    // A process that was killed leaves files that go when their drawer is listed.
+    static void ListAll(const TempTree& tree) {
+        std::vector<std::string> drawers{""};
+        for (const auto& [path, text] : Look(tree))
+            if (text == "drawer")
+                drawers.push_back(path);
+        for (const std::string& drawer : drawers)
+            NamesIn("Test:" + drawer);
+    }
+    static void Judge(const Deed& deed, const Picture& before, const Picture& wanted, const Picture& after);
+};
+
+void TreeFaultsTest::Judge(const Deed& deed, const Picture& before, const Picture& wanted,
+                           const Picture& after) {
+    const auto at = [](const Picture& picture, std::string_view path) {
+        const auto found = picture.find(std::string(path));
+        return found == picture.end() ? std::string() : found->second;
+    };
+    for (const auto& [path, text] : after) {
+        EXPECT_EQ(path.find(".solvane-"), std::string::npos) << path;
+        EXPECT_TRUE(path.ends_with(".uaem") || // it follows its file a moment later
+                    text == at(before, path) || text == at(wanted, path))
+            << path << " " << text;
+    }
+    for (const auto& [path, text] : before) {
+        EXPECT_TRUE(after.contains(path) || path.ends_with(".uaem") || !wanted.contains(path)) << path;
+        EXPECT_TRUE(at(after, path) == text || !path.starts_with(deed.Untouched)) << path;
+    }
+    EXPECT_TRUE(deed.Moved.empty() || at(after, deed.Moved) == at(before, deed.Moved) ||
+                at(after, deed.MovedTo) == at(before, deed.Moved));
+}
+
+TEST_F(TreeFaultsTest, WhicheverCallFailsFilesAreWhole) {
+    Kind = Fault::Error;
+    for (const Deed& deed : Deeds())
+        for (const int error : {EIO, EINTR}) {
+            const Picture wanted = Wanted(deed);
+            FailWith = error;
+            bool isOver = false;
+            int number = 0;
+            for (; !isOver && !HasFailure(); ++number) {
+                TempTree tree;
+                Plant(tree);
+                const Picture before = Look(tree);
+                const std::size_t descriptors = OpenDescriptors();
+                BeginFaults(number);
+                dos::SetIoErr(0);
+                const bool done = deed.Run();
+                const long reason = dos::IoErr();
+                isOver = CallsSeen <= number;
+                dos::Host() = dos::RealHost();
+                SCOPED_TRACE(std::string(deed.Name) + ", call " + std::to_string(number) + ", errno " +
+                             std::to_string(error));
+                EXPECT_EQ(OpenDescriptors(), descriptors);
+                const Picture after = Look(tree);
+                Judge(deed, before, wanted, after);
+                EXPECT_TRUE(done || reason != 0);
+                for (const auto& [path, text] : wanted)
+                    EXPECT_TRUE(!done || path.ends_with(".uaem") || after.contains(path)) << path;
+                EXPECT_TRUE(!isOver || after.size() == wanted.size());
+            }
+            EXPECT_GT(number, 10) << deed.Name;
+        }
+}
+
+TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFiles) {
+    Kind = Fault::Kill;
+    for (const Deed& deed : Deeds()) {
+        const Picture wanted = Wanted(deed);
+        bool isOver = false;
+        for (int number = 0; !isOver && !HasFailure(); ++number) {
+            HasNamelessFiles = number % 2 == 0;
+            TempTree tree;
+            Plant(tree);
+            const Picture before = Look(tree);
+            const pid_t child = ::fork();
+            if (child == 0) {
+                BeginFaults(number);
+                static_cast<void>(deed.Run());
+                ::_exit(0);
+            }
+            int status = 0;
+            ASSERT_EQ(::waitpid(child, &status, 0), child);
+            SCOPED_TRACE(std::string(deed.Name) + ", killed at call " + std::to_string(number));
+            ListAll(tree);
+            Judge(deed, before, wanted, Look(tree));
+            isOver = WIFEXITED(status);
+        }
+    }
+}
+
+// A small disk that only this process sees.
+class SmallDisk {
+public:
+    explicit SmallDisk(std::string point) : Point(std::move(point)) {
+        IsMounted = ::unshare(CLONE_NEWNS) == 0 &&
+                    ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                    ::mount("solvane", Point.c_str(), "tmpfs", 0, "size=64k") == 0;
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    ~SmallDisk() { ::umount2(Point.c_str(), MNT_DETACH); }
+
+    bool IsMounted = false;
+    std::string Point;
+};
+
+TEST_F(DosTest, FullAndReadOnlyDisksAreToldOfAndHoldNothingHalf) {
+    Tree.Drawer("disk");
+    SmallDisk disk(Tree.Path("disk"));
+    if (!disk.IsMounted)
+        GTEST_SKIP() << "mounting is not allowed here";
+    Tree.Write("from/a/small", "x");
+    Tree.Write("from/big", std::string(200'000, 'x'));
+    Tree.Write("disk/old", "OLD");
+    ASSERT_TRUE(dos::AddVolume({.Device = "SM0", .Volume = "Small", .HostRoot = disk.Point}));
+    const Picture source = Look(Tree, "from");
+    const dos::CopyOptions moving{.Replaces = true, .Moves = true};
+    EXPECT_FALSE(dos::Copy("Test:from/big", "Small:old", moving));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
+    const dos::TreeResult result = dos::CopyTree("Test:from", "Small:to");
+    EXPECT_EQ(result.FirstError, dos::ErrorDiskFull);
+    EXPECT_EQ(result.Skipped, 1u);
+    const Picture full{
+        {"disk/old", "OLD"}, {"disk/to", "drawer"}, {"disk/to/a", "drawer"}, {"disk/to/a/small", "x"}};
+    EXPECT_EQ(Look(Tree, "disk"), full);
+    ASSERT_EQ(::mount("solvane", disk.Point.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    for (const char* to : {"Small:old", "Small:new"}) {
+        EXPECT_FALSE(dos::Copy("Test:from/a/small", to, moving)) << to;
+        EXPECT_EQ(dos::IoErr(), dos::ErrorDiskWriteProtected) << to;
+    }
+    EXPECT_EQ(dos::CopyTree("Test:from", "Small:2").FirstError, dos::ErrorDiskWriteProtected);
+    EXPECT_EQ(dos::CopyTree("Test:from", "Small:to", {.Copy = {.Replaces = true}}).FirstError,
+              dos::ErrorDiskWriteProtected);
+    EXPECT_EQ(dos::DeleteTree("Small:to").FirstError, dos::ErrorDiskWriteProtected);
+    EXPECT_EQ(Look(Tree, "disk"), full);
+    EXPECT_EQ(Look(Tree, "from"), source);
+}
+
+} // namespace
