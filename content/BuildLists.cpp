@@ -26,14 +26,20 @@ bool IsInStrip(const ContentNode& node) {
            IsDrawerKind(node.ObjectKind) || node.DatatypeGroupValue == GroupPicture;
 }
 
-void CollectRows() {
+// Places in the strip count all records, those without a row too.
+void CollectRows(std::int32_t style) {
     lblist2.reserve(SAK_GenericListCount(*ContentList) + 1);
+    std::uint32_t filmstripOffset = 0;
     for (ContentNode& node : *ContentList) {
         if (HasRow(node) && IsInStrip(node)) {
             lblist2.push_back({&node, static_cast<std::uint32_t>(node.ObjectKind)});
+            if (style == ViewFilmstrip) {
+                FilmstripList.push_back({&node, filmstripOffset});
+            }
         } else {
             node.Selected = 0;
         }
+        ++filmstripOffset;
     }
     TotalNodes = static_cast<std::uint32_t>(lblist2.size());
 }
@@ -83,17 +89,25 @@ bool HasRow(const ContentNode& node) {
     return AtFTPMount != 0 || Prefs.ProcessInfoFiles == 0 || !SAK_IsInfoFile(name);
 }
 
+std::string_view FilmstripImageOf(const ContentNode& node) {
+    if (IsDrawerKind(node.ObjectKind)) {
+        return "PROGDIR:Images/Img_Drawer.png";
+    }
+    return node.DatatypeGroupValue == GroupPicture ? node.EntryPath.View() : "PROGDIR:Images/Img_Project.png";
+}
+
 void BuildContentList() {
     FreeContentRows();
     NumSelected = 0;
     TotalNodes = 0;
+    ActuallyZero = 0;
     if (!ContentList) {
         return;
     }
     CheckLocations();
     const std::int32_t style = ViewStyleInForce();
     if (style != ViewIcons) {
-        CollectRows();
+        CollectRows(style);
     }
     if (style != ViewIcons && style != ViewFilmstrip) {
         AddEmptyRow();
@@ -140,6 +154,7 @@ void FreeContentRows() {
     }
     ActiveSet.RowSource.reset();
     lblist2.clear();
+    FilmstripList.clear();
 }
 
 void NoteTopRow() {

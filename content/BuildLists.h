@@ -4,16 +4,21 @@
 
 #include "model/ContentNode.h"
 
+#include <string_view>
+
 namespace solvane {
 
 // True when the entry has a row: no ".info" file that belongs to its file (Prefs.ProcessInfoFiles, never on
 // an FTP mount), and no name that begins with "." unless Prefs.ShowHiddenEntries is set.
 [[nodiscard]] bool HasRow(const ContentNode& node);
 
+// Path of what the filmstrip shows for the entry: a picture itself, else the picture of its kind.
+[[nodiscard]] std::string_view FilmstripImageOf(const ContentNode& node);
+
 // Rebuilds the rows from the records, in the order of ContentList, and shows them from LBTop on with nothing
 // selected. With no entry to show there is one empty row (ActuallyZero) and TotalNodes is 0. An entry without
 // a row loses its selected flag, so that no command on the selection touches what cannot be seen. The
-// filmstrip has no empty row, style 7 no rows at all.
+// filmstrip has no empty row and fills FilmstripList, style 7 has no rows at all.
 void BuildContentList();
 
 // Shows the rows that the tab has kept, of whatever location: nothing is read or looked up again. Nothing is

@@ -99,12 +99,15 @@ void SortDOSList() {
 
 void SortBy(std::int32_t column) {
     const SortedLocation* location = SortedLocationOnShow();
-    if (location == nullptr) {
+    if (location == nullptr || (column != SameColumn && (column < 1 || column >= DetailsColumnCount))) {
         return;
     }
     BlockMainWindow(1);
-    if (TakeSortChoice(*location, column) && location->HasPrefixes) {
+    const bool toggled = TakeSortChoice(*location, column);
+    if (toggled || !location->HasPrefixes) {
         SortDirection = Prefs.*location->Direction;
+    }
+    if (toggled && location->HasPrefixes) {
         ReverseContentSortNameType();
     }
     SortAndRebuild(*location);

@@ -25,7 +25,8 @@ void SortDOSList();
 
 // The user's choice of a column. The one that is the sort column already, and SameColumn, turn the direction
 // round; a Details view is sorted by the new one. The rows are rebuilt with selection and place kept, and the
-// preferences follow. Nothing where the location has no sorting of its own.
+// preferences follow. Nothing where the location has no sorting of its own, and for a column that there is
+// not.
 void SortBy(std::int32_t column);
 
 // Saves the preferences and applies Prefs.DrawersOrder to a drawer on show.

@@ -28,6 +28,12 @@ struct ListRow {
     std::uint32_t DrawerOrFile = 0;
 };
 
+// One picture of the filmstrip. What it shows is told by its record.
+struct FilmstripNode {
+    ContentNode* Record = nullptr;
+    std::uint32_t FilmstripOffset = 0; // place of the record in ContentList
+};
+
 // One column of a Details view, shown or not.
 struct ColumnInfoNode : ListNode {
     std::uint32_t ColumnNumber = 0;
@@ -40,7 +46,8 @@ struct ColumnInfoNode : ListNode {
 
 extern std::unique_ptr<GenericList<ContentNode>>& ContentList; // entries on show; written by scan and sort
 extern std::unique_ptr<GenericList<LinksNode>>& LinksList;     // links among them
-extern std::vector<ListRow>& lblist2; // rows in display order; written by BuildContentList
+extern std::vector<ListRow>& lblist2;             // rows in display order; written by BuildContentList
+extern std::vector<FilmstripNode>& FilmstripList; // empty in other styles; written by BuildContentList
 // The columns of the Details views, in the user's order; one list for each kind of location.
 extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowComputerColumnsList;
 extern std::unique_ptr<GenericList<ColumnInfoNode>> ShowArchiveColumnsList;

@@ -8,6 +8,7 @@ WorkingSet ActiveSet;
 std::unique_ptr<GenericList<ContentNode>>& ContentList = ActiveSet.ContentList;
 std::unique_ptr<GenericList<LinksNode>>& LinksList = ActiveSet.LinksList;
 std::vector<ListRow>& lblist2 = ActiveSet.lblist2;
+std::vector<FilmstripNode>& FilmstripList = ActiveSet.FilmstripList;
 Text<1024>& CurrentPath = ActiveSet.Path;
 Text<1024>& PathUndoBuffer = ActiveSet.PathUndo;
 LocationKind& LBLocation = ActiveSet.Location;

@@ -61,6 +61,7 @@ struct WorkingSet : TabValues {
     std::unique_ptr<GenericList<LinksNode>> LinksList;
     std::unique_ptr<GenericList<ContentNode>> ContentList;
     std::vector<ListRow> lblist2; // in display order; they name records of the set's lists
+    std::vector<FilmstripNode> FilmstripList;
     // Draws lblist2, and knows the pictures that were looked up for it. Attached while the tab is on show.
     std::unique_ptr<intuition::ListSource> RowSource;
     // Selection and focus mark of the rows while the tab is not on show; then the list browser has them.

@@ -159,6 +159,10 @@ TEST_F(RowsTest, FilmstripMayShowDrawersAndPicturesOnly) {
     Prefs.FilmstripOnlyDrawersAndImages = 1;
     BuildContentList();
     EXPECT_THAT(Rows(), ElementsAre("drawer", "picture"));
+    ASSERT_EQ(FilmstripList.size(), 2U);
+    EXPECT_EQ(FilmstripList[1].FilmstripOffset, 2U) << "what is left out counts";
+    EXPECT_EQ(FilmstripImageOf(*FilmstripList[0].Record), "PROGDIR:Images/Img_Drawer.png");
+    EXPECT_EQ(FilmstripImageOf(*FilmstripList[1].Record), Path("picture"));
     ASSERT_TRUE(Scan("drawer"));
     EXPECT_TRUE(Rows().empty()) << "the strip needs no empty row";
 }

@@ -323,6 +323,13 @@ TEST_F(ScanTest, OtherColumnIsChosenWithoutTurningTheDirection) {
     SortBy(2);
     EXPECT_THAT(Rows(), ElementsAre("a", "b"));
     EXPECT_EQ(Prefs.ContentSortDirection, 1);
+    SortBy(77);
+    EXPECT_EQ(Prefs.ContentDetailsCISortColumn, 2) << "there is no such column";
+    SortDirection = 1;
+    LBLocation = LocationKind::Workbench;
+    SortBy(1);
+    EXPECT_EQ(SortDirection, Prefs.WorkbenchSortDirection) << "is taken with another column, too";
+    EXPECT_THAT(Rows(), ElementsAre("a", "b"));
 }
 
 TEST_F(ScanTest, FoundObjectsSortByPathWithoutRegardToCase) {
