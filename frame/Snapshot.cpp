@@ -6,6 +6,7 @@
 #include "platform/dos/Errors.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Requesters.h"
+#include "platform/intuition/WishedImages.h"
 #include "platform/utility/Text.h"
 #include "sak/Format.h"
 
@@ -71,6 +72,7 @@ bool TakeSnapshot() {
     BlockMainWindow(-1);
     for (int round = 0; round < PaintRounds; ++round) {
         static_cast<void>(exec::CheckSignal(0));
+        intuition::FinishWishedImages();
     }
     PrintContent();
     if (!MainWindow->SavePicture(Picture())) {
