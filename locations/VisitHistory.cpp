@@ -61,9 +61,8 @@ void HandleHistory() {
                                         : "OS4DepotFull");
         break;
     case LocationKind::Aminet:
-        HandleNavigationListBrowser(CurrentHistory->Name == SAK_LocaleString(MSG_AMINET_RECENT)
-                                        ? "AminetRecent"
-                                        : "AminetFull");
+        HandleNavigationListBrowser(
+            CurrentHistory->Name == SAK_LocaleString(MSG_AMINET_RECENT) ? "AminetRecent" : "AminetFull");
         break;
     case LocationKind::SearchResults:
     case LocationKind::DuplicateFiles:

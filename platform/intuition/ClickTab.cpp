@@ -71,11 +71,22 @@ protected:
             event->ignore();
     }
 
+    // The middle button on a tab is its close mark, and no button of the window's.
+    void mousePressEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::MiddleButton && tabAt(event->pos()) >= 0)
+            event->accept();
+        else
+            QTabBar::mousePressEvent(event);
+    }
     void mouseReleaseEvent(QMouseEvent* event) override {
         const int at = event->button() == Qt::MiddleButton ? tabAt(event->pos()) : -1;
-        if (at >= 0 && !Tabs[static_cast<std::size_t>(at)].Extra)
+        if (at < 0) {
+            QTabBar::mouseReleaseEvent(event);
+            return;
+        }
+        event->accept();
+        if (!Tabs[static_cast<std::size_t>(at)].Extra)
             Report(ClickTabKind::Close, at);
-        QTabBar::mouseReleaseEvent(event);
     }
 
 private:

@@ -1,5 +1,5 @@
-// A row of tabs, each with a number of the program's own. A pick sends GadgetUp; so does the close mark that a
-// tab may carry. Tabs that do not fit scroll; labels are data. The gadget shows what it was given last: the
+// A row of tabs, each with a number of the program's own. A pick sends GadgetUp; so does the close mark that
+// a tab may carry. Tabs that do not fit scroll; labels are data. The gadget shows what it was given last: the
 // program keeps the list.
 #pragma once
 
@@ -14,9 +14,9 @@ namespace intuition {
 
 struct ClickTabLook {
     std::uint32_t UserData = 0; // tells the tabs apart
-    std::string Text;
-    std::string Hint;   // shown when the pointer rests on it
-    bool Extra = false; // no close mark, and neither keys nor the wheel lead to it
+    std::string Text = {};
+    std::string Hint = {}; // shown when the pointer rests on it
+    bool Extra = false;    // no close mark, and neither keys nor the wheel lead to it
 };
 
 enum class ClickTabKind { None, Pick, Close };

@@ -18,9 +18,9 @@ namespace intuition {
 
 namespace {
 
-constexpr int MostVisible = 20;               // choices
+constexpr int MostVisible = 20;                    // choices
 constexpr int NarrowestText = 16, WidestText = 60; // characters of a usual width
-constexpr int MarkSide = 8;                   // layout units
+constexpr int MarkSide = 8;                        // layout units
 
 // A dot in the colour of the text.
 QPixmap MarkPicture(const QColor& colour, qreal ratio, bool drawn) {
@@ -88,7 +88,8 @@ void PopUpFrame::Place(const QWidget& under) {
     const int letters = std::clamp(static_cast<int>(longest), NarrowestText, WidestText) + 2;
     const int row = std::max(View.sizeHintForRow(0), 1);
     const int rows = std::clamp(static_cast<int>(Rows.Labels.size()), 1, MostVisible);
-    resize(letters * fontMetrics().averageCharWidth() + 4 * MarkSide + View.verticalScrollBar()->sizeHint().width(),
+    resize(letters * fontMetrics().averageCharWidth() + 4 * MarkSide +
+               View.verticalScrollBar()->sizeHint().width(),
            rows * row + 2 * frameWidth());
     const QRect screen = under.screen()->availableGeometry();
     QPoint corner = under.mapToGlobal(QPoint(0, under.height()));
@@ -117,7 +118,8 @@ public:
         connect(&Up->View, &QListView::activated, this, [this](const QModelIndex& at) { Pick(at.row()); });
         Up->Place(under);
         Up->show();
-        const QModelIndex first = Up->Rows.index(static_cast<int>(std::min(marked, Up->Rows.Labels.size() - 1)));
+        const QModelIndex first =
+            Up->Rows.index(static_cast<int>(std::min(marked, Up->Rows.Labels.size() - 1)));
         Up->View.setCurrentIndex(first);
         Up->View.scrollTo(first);
         Up->View.setFocus();

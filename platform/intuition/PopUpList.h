@@ -1,5 +1,5 @@
-// A list of choices that pops up under another gadget, with a mark on one of them. Nothing of it is seen until
-// then, and it takes no room in its layout. A choice sends GadgetUp. Labels are data.
+// A list of choices that pops up under another gadget, with a mark on one of them. Nothing of it is seen
+// until then, and it takes no room in its layout. A choice sends GadgetUp. Labels are data.
 #pragma once
 
 #include "platform/intuition/Gadget.h"

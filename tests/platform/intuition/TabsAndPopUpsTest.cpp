@@ -1,0 +1,109 @@
+#include "platform/intuition/Button.h"
+#include "platform/intuition/ClickTab.h"
+#include "platform/intuition/Layout.h"
+#include "platform/intuition/PopUpList.h"
+#include "tests/platform/intuition/Stage.h"
+
+#include <QListView>
+#include <QTabBar>
+#include <QWheelEvent>
+
+namespace intuition {
+
+namespace {
+
+class TabsAndPopUpsTest : public OnDisplay {};
+
+QTabBar& BarOf(ClickTab& tabs) {
+    return WidgetOf<QTabBar>(tabs);
+}
+
+std::vector<ClickTabLook> Looks() {
+    return {{.UserData = 7, .Text = "R&D"},
+            {.UserData = 9, .Text = "two"},
+            {.UserData = 1, .Text = "New tab", .Extra = true}};
+}
+
+void Turn(QWidget& widget, int eighths) {
+    QWheelEvent event(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, eighths),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&widget, &event);
+}
+
+TEST_F(TabsAndPopUpsTest, PicksAndCloseMarksTellTheirTab) {
+    Shown<ClickTab> stage(std::make_unique<ClickTab>(2, "Tabs"));
+    stage.Content.Attach(Looks(), 9);
+    QTabBar& bar = BarOf(stage.Content);
+    EXPECT_EQ(bar.currentIndex(), 1);
+    EXPECT_TRUE(EventsOf(stage.Frame).empty()) << "what the program does is no event";
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(0).center());
+    ASSERT_EQ(EventsOf(stage.Frame).size(), 1U);
+    ClickTabEvent event = stage.Content.NextEvent();
+    EXPECT_EQ(event.Kind, ClickTabKind::Pick);
+    EXPECT_EQ(event.UserData, 7U);
+    QTest::mouseClick(&bar, Qt::MiddleButton, {}, bar.tabRect(1).center());
+    QTest::mouseClick(&bar, Qt::MiddleButton, {}, bar.tabRect(2).center()); // has no close mark
+    EXPECT_EQ(EventsOf(stage.Frame).size(), 1U);
+    event = stage.Content.NextEvent();
+    EXPECT_EQ(event.Kind, ClickTabKind::Close);
+    EXPECT_EQ(event.UserData, 9U);
+    EXPECT_EQ(bar.currentIndex(), 0) << "to close a tab does not show it";
+    stage.Content.Detach();
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(1).center());
+    EXPECT_TRUE(EventsOf(stage.Frame).empty());
+    EXPECT_EQ(stage.Content.NextEvent().Kind, ClickTabKind::None);
+}
+
+TEST_F(TabsAndPopUpsTest, KeysAndWheelStopBeforeTheExtraTab) {
+    Shown<ClickTab> stage(std::make_unique<ClickTab>(2, "Tabs"));
+    stage.Content.Attach(Looks(), 7);
+    QTabBar& bar = BarOf(stage.Content);
+    for (int turn = 0; turn < 3; ++turn)
+        Turn(bar, -120);
+    EXPECT_EQ(bar.currentIndex(), 1);
+    QTest::keyClick(&bar, Qt::Key_Left);
+    QTest::keyClick(&bar, Qt::Key_Right);
+    QTest::keyClick(&bar, Qt::Key_Right);
+    EXPECT_EQ(bar.currentIndex(), 1);
+}
+
+TEST_F(TabsAndPopUpsTest, AttachedAgainTheRowIsWhatItWasGiven) {
+    Shown<ClickTab> stage(std::make_unique<ClickTab>(2, "Tabs"));
+    stage.Content.Attach(Looks(), 7);
+    QTabBar& bar = BarOf(stage.Content);
+    stage.Content.Attach({{.UserData = 9, .Text = "two"},
+                          {.UserData = 12, .Text = "three"},
+                          {.UserData = 1, .Text = "New tab", .Extra = true}},
+                         12);
+    ASSERT_EQ(bar.count(), 3);
+    EXPECT_EQ(bar.tabText(0), QStringLiteral("two"));
+    EXPECT_EQ(bar.tabText(1), QStringLiteral("three"));
+    EXPECT_EQ(bar.currentIndex(), 1);
+    stage.Content.SetText(12, "a & b", "Work:a & b");
+    EXPECT_EQ(bar.tabText(1), QStringLiteral("a && b"));
+}
+
+TEST_F(TabsAndPopUpsTest, AListThatPopsUpTellsWhatWasChosen) {
+    auto row = std::make_unique<Layout>(LayoutSpec{Orientation::Horizontal, false, 4, 0});
+    auto& button = static_cast<Button&>(row->Add(std::make_unique<Button>(35, "History")));
+    auto& list = static_cast<PopUpList&>(row->Add(std::make_unique<PopUpList>(11, "History")));
+    Shown<Layout> stage(std::move(row));
+    list.PopUp(button, {}, 0);
+    EXPECT_FALSE(list.IsUp());
+    list.PopUp(button, std::vector<std::string>(70000, "place"), 69999);
+    ASSERT_TRUE(list.IsUp());
+    auto* view = stage.Widget().window()->findChild<QListView*>();
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->currentIndex().row(), 69999);
+    QTest::keyClick(view, Qt::Key_Up);
+    QTest::keyClick(view, Qt::Key_Return);
+    EXPECT_FALSE(list.IsUp());
+    const auto events = EventsOf(stage.Frame);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].Id, 11);
+    EXPECT_EQ(list.Picked(), 69998U) << "more than an event's code can say";
+}
+
+} // namespace
+
+} // namespace intuition
