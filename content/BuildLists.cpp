@@ -68,7 +68,9 @@ void ShowRows() {
         return;
     }
     const std::int32_t style = ViewStyleInForce();
-    if (!ActiveSet.RowSource) {
+    // A tab has kept its own, which knows its pictures; the user may have changed the columns since.
+    const auto* kept = static_cast<const ContentRows*>(ActiveSet.RowSource.get());
+    if (kept == nullptr || !kept->IsFor(ColumnsInForce(), style)) {
         ActiveSet.RowSource = std::make_unique<ContentRows>(ColumnsInForce(), style, Objects.ContentList);
     }
     Objects.ContentList->SetImageHeight(PictureHeight(style));

@@ -31,6 +31,10 @@ public:
     ContentRows(std::vector<DetailsColumn> columns, std::int32_t style,
                 intuition::ListBrowser* list = nullptr);
 
+    // True when the rows are drawn in these columns and that style.
+    [[nodiscard]] bool IsFor(const std::vector<DetailsColumn>& columns, std::int32_t style) const {
+        return Columns == columns && Style == style;
+    }
     [[nodiscard]] std::size_t RowCount() const override;
     [[nodiscard]] intuition::CellLook Cell(std::size_t row, std::size_t column) const override;
     [[nodiscard]] intuition::RowLook Row(std::size_t row) const override;
