@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::uint32_t AllowedBits =
     dos::ProtectRead | dos::ProtectWrite | dos::ProtectExecute | dos::ProtectDelete;
-constexpr std::uint32_t AmigaBits = 0xff;
 
 enum class FlagAction { Set, Add, Remove };
 
@@ -47,15 +46,17 @@ std::optional<Flags> ReadFlags(std::string_view text, bool isAdd, bool isSub) {
     return flags;
 }
 
-std::uint32_t Apply(const Flags& flags, std::uint32_t protection) {
-    const std::uint32_t shown = (protection ^ AllowedBits) & AmigaBits;
+// The letters r, w, e and d show a bit that is clear.
+bool Protect(const Flags& flags, const std::string& path) {
+    const std::uint32_t allowed = flags.Shown & AllowedBits;
+    const std::uint32_t others = flags.Shown & ~AllowedBits;
     switch (flags.Action) {
     case FlagAction::Add:
-        return (shown | flags.Shown) ^ AllowedBits;
+        return dos::ChangeProtection(path, others, allowed);
     case FlagAction::Remove:
-        return (shown & ~flags.Shown) ^ AllowedBits;
+        return dos::ChangeProtection(path, allowed, others);
     default:
-        return flags.Shown ^ AllowedBits;
+        return dos::SetProtection(path, flags.Shown ^ AllowedBits);
     }
 }
 
@@ -110,10 +111,8 @@ int RunProtect(Context& context, const dos::ArgResults& arguments) {
         ComplainWith(context, *arguments.Text("FLAGS"), "invalid flag");
         return ReturnFail;
     }
-    return ChangeAll(context, arguments, "...done", [&](const Found& object) {
-        const auto data = dos::ExamineObject(object.Path);
-        return data && dos::SetProtection(object.Path, Apply(*flags, data->Protection));
-    });
+    return ChangeAll(context, arguments, "...done",
+                     [&](const Found& object) { return Protect(*flags, object.Path); });
 }
 
 int RunFilenote(Context& context, const dos::ArgResults& arguments) {

@@ -11,8 +11,6 @@ namespace commands {
 
 namespace {
 
-constexpr std::uint32_t AmigaBits = 0xff; // without those of group and others
-
 struct DeleteOptions {
     bool IsAll = false, IsQuiet = false, IsForced = false;
 };
@@ -23,9 +21,7 @@ bool Remove(const Found& object, bool isForced) {
         return true;
     if (!isForced || dos::IoErr() != dos::ErrorDeleteProtected)
         return false;
-    const auto data = dos::ExamineObject(object.Path);
-    return data && dos::SetProtection(object.Path, data->Protection & AmigaBits & ~dos::ProtectDelete) &&
-           dos::Delete(object.Path);
+    return dos::ChangeProtection(object.Path, 0, dos::ProtectDelete) && dos::Delete(object.Path);
 }
 
 // Is the reason of a failure that a path leads to nothing?

@@ -88,6 +88,11 @@ bool SetProtection(std::string_view path, std::uint32_t bits) {
     return Change(path, {.Protection = bits});
 }
 
+bool ChangeProtection(std::string_view path, std::uint32_t set, std::uint32_t clear) {
+    const std::uint32_t kept = ProtectOwnBits & ~(set | clear);
+    return Change(path, {.Protection = set & ProtectOwnBits, .KeptProtection = kept});
+}
+
 bool SetComment(std::string_view path, std::string_view comment) {
     return Change(path, {.Comment = std::string(comment.substr(0, comment.find('\0')))});
 }

@@ -43,6 +43,9 @@ namespace dos {
 
 // Bits as in Examine.h. Those of group and others are applied when one of them is set.
 [[nodiscard]] bool SetProtection(std::string_view path, std::uint32_t bits);
+// Sets and clears single bits of h to d; what stands in neither stays, also where a listing may not see it:
+// the host hides the attribute of a file that its owner may not read.
+[[nodiscard]] bool ChangeProtection(std::string_view path, std::uint32_t set, std::uint32_t clear);
 // An empty text removes the comment; a NUL ends it. 220 when it is too long: above 79 characters in
 // a sidecar, above what the file system takes elsewhere.
 [[nodiscard]] bool SetComment(std::string_view path, std::string_view comment);

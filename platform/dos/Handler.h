@@ -68,6 +68,7 @@ public:
 // One change of what is told about an object; the field that has a value is set.
 struct MetadataChange {
     std::optional<std::uint32_t> Protection{};
+    std::uint32_t KeptProtection = 0; // the bits of Protection that stay as they are
     std::optional<std::string> Comment{};
     std::optional<std::uint32_t> Date{}; // seconds since 1 January 1978
 };

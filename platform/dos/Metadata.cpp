@@ -17,7 +17,6 @@ namespace {
 
 constexpr std::size_t NamesSize = 1024; // bytes; attribute names of nearly every file fit
 constexpr std::uint32_t BitsFromModes = ProtectRead | ProtectWrite | ProtectExecute;
-constexpr std::uint32_t LowBits = 0xFF;
 
 std::uint16_t TypeOfMode(unsigned mode) {
     switch (mode & S_IFMT) {
@@ -147,7 +146,7 @@ void ApplySidecar(int drawer, std::string_view fileName, ObjectRecord& record) {
     SidecarFacts facts = ParseSidecar(text);
     if (!facts.Protection)
         return;
-    record.Protection = (record.Protection & ~LowBits) | *facts.Protection;
+    record.Protection = (record.Protection & ~ProtectOwnBits) | *facts.Protection;
     record.Date = facts.Date.value_or(record.Date);
     if (!facts.Comment.empty())
         TextsOf(record).Comment = std::move(facts.Comment);

@@ -13,10 +13,9 @@ namespace dos {
 namespace {
 
 constexpr std::size_t LetterCount = 8;
-constexpr std::uint32_t LowBits = 0xFF;
 constexpr std::uint32_t HighBits = 0xFF00; // group and others
 constexpr std::uint32_t BitsOfOwner = ProtectRead | ProtectWrite | ProtectExecute;
-constexpr std::uint32_t BitsOfAttribute = LowBits & ~BitsOfOwner;
+constexpr std::uint32_t BitsOfAttribute = ProtectOwnBits & ~BitsOfOwner;
 constexpr unsigned OwnerModes = 0700;
 constexpr unsigned OtherModes = 0077;
 
@@ -133,7 +132,7 @@ bool StoreMode(const Spot& spot, unsigned wanted) {
 std::optional<std::string> LettersFor(std::uint32_t bits) {
     if ((bits & BitsOfAttribute) == 0)
         return {};
-    return LettersFromProtection(bits & LowBits);
+    return LettersFromProtection(bits & ProtectOwnBits);
 }
 
 bool ChangeBits(const Spot& spot, const StoredMetadata& stored, std::uint32_t bits) {
@@ -224,7 +223,7 @@ bool ChangeSidecar(const Spot& spot, const StoredMetadata& stored, const Metadat
     if (!FactsBefore(spot, stored, facts))
         return Refuse(errno, Operation::Write);
     if (change.Protection)
-        facts.Protection = *change.Protection & LowBits;
+        facts.Protection = *change.Protection & ProtectOwnBits;
     if (change.Date) {
         facts.Date = change.Date;
         facts.Hundredths = 0;
@@ -282,10 +281,13 @@ bool TellAll(const Spot& spot, SidecarFacts& facts, SidecarFile& sidecar) {
     return true;
 }
 
-bool ChangeStored(const Spot& spot, const MetadataChange& change) {
+bool ChangeStored(const Spot& spot, const MetadataChange& wish) {
     StoredMetadata stored;
     if (!ReadStored(spot, stored))
         return Refuse(errno, Operation::Write);
+    MetadataChange change = wish;
+    if (change.Protection)
+        *change.Protection = (*wish.Protection & ~wish.KeptProtection) | (stored.Bits & wish.KeptProtection);
     const bool wantsSidecar = spot.Drawer && spot.On->Info.Metadata == MetadataRule::Uaem;
     if (stored.Sidecar.State == SidecarState::Ours || wantsSidecar) {
         if (stored.Sidecar.State != SidecarState::Foreign)
