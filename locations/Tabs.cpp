@@ -90,14 +90,22 @@ bool AddTabsOfStart() {
     return done;
 }
 
+void SelectKeptRows() {
+    if (ActiveSet.SelectedRows.size() == lblist2.size()) {
+        Objects.ContentList->SelectAll();
+        return;
+    }
+    for (const std::size_t row : ActiveSet.SelectedRows) {
+        Objects.ContentList->Select(row, true);
+    }
+}
+
 // The rows of the tab as they were left, with their selection.
 void ShowKeptRows() {
     SetCurrentPath(Text<1024>(CurrentPath));
     BuildContentList_Tabs();
     if (Objects.ContentList != nullptr) {
-        for (const std::size_t row : ActiveSet.SelectedRows) {
-            Objects.ContentList->Select(row, true);
-        }
+        SelectKeptRows();
         if (ActiveSet.CurrentRow != intuition::NoRow) {
             Objects.ContentList->SetCurrent(ActiveSet.CurrentRow);
         }
