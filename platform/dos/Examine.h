@@ -35,8 +35,8 @@ inline constexpr std::uint32_t ProtectPure = 1u << 5;
 inline constexpr std::uint32_t ProtectScript = 1u << 6;
 inline constexpr std::uint32_t ProtectHold = 1u << 7;
 inline constexpr std::uint32_t ProtectOwnBits = 0xFF; // h to d: without those of group and others
-inline constexpr unsigned ProtectGroupShift = 8;  // delete, execute, write, read of the group
-inline constexpr unsigned ProtectOtherShift = 12; // the same of all others
+inline constexpr unsigned ProtectGroupShift = 8;      // delete, execute, write, read of the group
+inline constexpr unsigned ProtectOtherShift = 12;     // the same of all others
 
 struct ExamineData {
     std::uint32_t Type = 0;
