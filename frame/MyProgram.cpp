@@ -11,6 +11,7 @@
 #include "frame/Terminate.h"
 #include "interface/Iconify.h"
 #include "interface/Locale.h"
+#include "locations/Assigns.h"
 #include "locations/Devices.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"

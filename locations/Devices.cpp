@@ -1,12 +1,15 @@
 #include "locations/Devices.h"
 
-#include "interface/MainLayout.h"
+#include "content/Drawers.h"
+#include "locations/DeviceUsage.h"
+#include "locations/IdentifyDevice.h"
+#include "locations/NavigationList.h"
+#include "locations/NewNodes.h"
+#include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
 #include "platform/dos/Volumes.h"
-#include "sak/Locale.h"
-#include "sak/Messages.h"
-#include "sak/Requesters.h"
+#include "sak/Format.h"
 #include "sak/SortGenericLists.h"
 
 #include <string>
@@ -16,31 +19,50 @@ namespace solvane {
 
 namespace {
 
-// An empty list, whether or not there was one.
-template <class Node>
-bool StartList(std::unique_ptr<GenericList<Node>>& list) {
-    if (!list) {
-        list = SAK_CreateGenericList<Node>();
-    }
-    if (list) {
-        SAK_ClearGenericList(*list);
-    }
-    return list != nullptr;
-}
-
-// A new record at the end of the list; null after a requester.
-template <class Node>
-Node* AppendNode(GenericList<Node>& list) {
-    Node* node = SAK_AddGenericListNode(list, SAK_CreateGenericListNode<Node>());
-    if (node == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
-    }
-    return node;
-}
+constexpr std::string_view FTPMountVolume = "FTPMount:"; // has a section of its own
 
 std::string WithColon(std::string_view name) {
     return std::string(name).append(":");
+}
+
+// The names of a device in the form that the user has chosen.
+std::string LabelOf(const DevicesNode& device) {
+    switch (Prefs.ShowVolumeLabelAs) {
+    case 1:
+        return std::string(device.VolumeName.View());
+    case 2:
+        return FormatText("%s (%s)", device.DeviceName, device.VolumeName);
+    case 3:
+        return std::string(device.DeviceName.View());
+    default:
+        return FormatText("%s (%s)", device.VolumeName, device.DeviceName);
+    }
+}
+
+void SetDevice(DevicesNode& device, const dos::VolumeInfo& volume) {
+    device.DeviceName = WithColon(volume.Device);
+    device.Key = FormatText("[Dev]%s", device.DeviceName);
+    device.DeviceDriver = volume.ExecDevice;
+    device.Unit = volume.Unit;
+    device.HandlerName = volume.HandlerName;
+}
+
+void SetVolume(DevicesNode& device, const dos::VolumeInfo& volume) {
+    SetDevice(device, volume);
+    device.Mounted = 1;
+    device.VolumeName = WithColon(volume.Volume);
+    device.Label = LabelOf(device);
+    device.ShareName = volume.MountSource;
+    device.WriteProtected = volume.WriteProtected ? 1 : 0;
+    device.DosType = volume.DosType != 0 ? dos::DosTypeText(volume.DosType) : std::string();
+    device.FileSystem = volume.FileSystem;
+    device.MayHang = volume.MayHang ? 1 : 0;
+    device.MediumBlocks = volume.MediumBlocks;
+    device.MediumBlockSize = volume.MediumBlockSize;
+    IdentifyDevice(device);
+    if (device.Type != DeviceNetworkShare) {
+        device.ShareName.Clear();
+    }
 }
 
 } // namespace
@@ -51,46 +73,36 @@ bool GetDevices() {
     }
     const WithoutRequesters quiet;
     for (const dos::VolumeInfo& volume : dos::Volumes()) {
+        if (Text<128>(WithColon(volume.Volume)) == FTPMountVolume) {
+            continue;
+        }
         DevicesNode* node = AppendNode(*MasterDevicesList);
         if (node == nullptr) {
             return false;
         }
-        node->Mounted = 1;
-        node->DeviceName = WithColon(volume.Device);
-        node->VolumeName = WithColon(volume.Volume);
+        SetVolume(*node, volume);
+    }
+    GetAllDeviceUsage();
+    if (Prefs.ShowEmptyDevices != 0 && !GetEmptyDevices()) {
+        return false;
     }
     SortMasterDevicesList();
     return true;
 }
 
-bool CopyDevicesToNavDevices() {
-    if (!MasterDevicesList || !StartList(NavDevicesList)) {
-        return false;
-    }
-    for (const DevicesNode& device : *MasterDevicesList) {
-        if (device.Mounted == 0) {
-            continue;
-        }
-        DevicesNode* node = AppendNode(*NavDevicesList);
+bool GetEmptyDevices() {
+    for (const dos::VolumeInfo& drive : dos::EmptyDrives()) {
+        DevicesNode* node = AppendNode(*MasterDevicesList);
         if (node == nullptr) {
             return false;
         }
-        *node = device;
-    }
-    return true;
-}
-
-bool GetAssigns() {
-    if (!StartList(MasterAssignsList)) {
-        return false;
-    }
-    for (const dos::AssignInfo& assign : dos::Assigns()) {
-        AssignsNode* node = AppendNode(*MasterAssignsList);
-        if (node == nullptr) {
-            return false;
-        }
-        node->Name = WithColon(assign.Name);
-        node->MultiAssign = assign.Targets.size() > 1 ? 1 : 0;
+        SetDevice(*node, drive);
+        node->VolumeName = node->DeviceName;
+        node->DosType = "DOS\\00";
+        node->Label = FormatText("%s   %s", node->DeviceName, SAK_LocaleString(MSG_NO_MEDIA));
+        node->DetailText1 = node->DeviceName;
+        node->DetailText2 = SAK_LocaleString(MSG_NO_MEDIA);
+        IdentifyDevice(*node);
     }
     return true;
 }
@@ -106,10 +118,35 @@ void SortMasterDevicesList() {
     }
 }
 
-void SortMasterAssignsList() {
-    if (MasterAssignsList) {
-        SAK_SortGenericList(*MasterAssignsList, SortOrder::Ascending, ByText(&AssignsNode::Name));
+bool CopyDevicesToNavDevices() {
+    if (!MasterDevicesList || !StartList(NavDevicesList)) {
+        return false;
     }
+    for (const DevicesNode& device : *MasterDevicesList) {
+        if (device.Mounted == 0) {
+            continue;
+        }
+        DevicesNode* node = AppendNode(*NavDevicesList);
+        if (node == nullptr) {
+            return false;
+        }
+        node->Mounted = device.Mounted;
+        node->DeviceName = device.DeviceName;
+        node->VolumeName = device.VolumeName;
+        node->Label = device.Label;
+        node->Key = device.Key;
+        node->Type = device.Type;
+        node->MayHang = device.MayHang;
+    }
+    return true;
+}
+
+void UpdateDevicesList() {
+    FreeNavigationList();
+    if (LBLocation == LocationKind::Computer) {
+        FreeContentList(1);
+    }
+    static_cast<void>(GetDevices() && CopyDevicesToNavDevices()); // on failure what there is is shown
 }
 
 } // namespace solvane

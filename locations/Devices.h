@@ -1,12 +1,16 @@
-// Fills the lists of what is mounted and assigned. Names only so far: kinds, usage, empty drives and disk
-// events come with the Computer view.
+// The lists of what is mounted. Nothing here touches a disk: names come from the system's own tables, and how
+// full a disk is comes from DeviceUsage.
 #pragma once
 
 namespace solvane {
 
-// Reads the mounted volumes into MasterDevicesList. False when a list or record cannot be made, after a
-// requester for a record; the list stays as far as it got.
+// Reads the mounted volumes into MasterDevicesList, and with Prefs.ShowEmptyDevices the drives without a
+// medium, and puts them in order. False when a list or record cannot be made, after a requester for a record;
+// the list stays as far as it got.
 [[nodiscard]] bool GetDevices();
+
+// Appends the drives without a medium to the list. False as above.
+[[nodiscard]] bool GetEmptyDevices();
 
 // Puts MasterDevicesList in order by device name, or by volume name as Prefs.SortDevices says. GetDevices
 // ends with it.
@@ -15,8 +19,8 @@ void SortMasterDevicesList();
 // Makes NavDevicesList from the mounted devices of the master list. False as above.
 [[nodiscard]] bool CopyDevicesToNavDevices();
 
-// Reads the assigns into MasterAssignsList, false as above; and puts them in order by name.
-[[nodiscard]] bool GetAssigns();
-void SortMasterAssignsList();
+// Reads both lists anew, after disks have come or gone or the preferences have changed. Rows of devices in
+// the Content list are freed first.
+void UpdateDevicesList();
 
 } // namespace solvane

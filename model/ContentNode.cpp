@@ -14,6 +14,7 @@ const Text<10> NoProtection = "--------";
 
 void DefaultContentNode(ContentNode& node) {
     node.Tags.reset();
+    node.PlaceFacts.reset();
     node.Selected = 0;
     node.DuplicateBand = 0;
     node.ObjectKind = EntryKind::Drawer;
@@ -42,6 +43,18 @@ void DefaultContentNode(ContentNode& node) {
 const AudioTags& TagsOf(const ContentNode& node) {
     static const AudioTags NoTags;
     return node.Tags ? *node.Tags : NoTags;
+}
+
+const DevicesNode* DeviceOf(const ContentNode& node) {
+    return node.PlaceFacts ? std::get_if<DevicesNode>(&node.PlaceFacts->Of) : nullptr;
+}
+
+DevicesNode* DeviceOf(ContentNode& node) {
+    return node.PlaceFacts ? std::get_if<DevicesNode>(&node.PlaceFacts->Of) : nullptr;
+}
+
+const AssignsNode* AssignOf(const ContentNode& node) {
+    return node.PlaceFacts ? std::get_if<AssignsNode>(&node.PlaceFacts->Of) : nullptr;
 }
 
 } // namespace solvane

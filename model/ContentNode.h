@@ -2,6 +2,7 @@
 // No behaviour beyond defaults and find walkers; content/ fills the records and draws from them.
 #pragma once
 
+#include "model/Devices.h"
 #include "model/LocationKind.h"
 #include "sak/GenericLists.h"
 #include "sak/Text.h"
@@ -79,8 +80,9 @@ struct ContentNode : ListNode {
     Text<66> DuplicateHash;
     Text<20> Dimensions; // "width x height x depth" without the blanks
     Text<20> VersionText;
-    std::unique_ptr<AudioTags> Tags; // null: no tags were read
-    std::uint64_t EntrySize = 0;     // bytes; 0 for anything but a plain file
+    std::unique_ptr<AudioTags> Tags;         // null: no tags were read
+    std::unique_ptr<PlaceRecord> PlaceFacts; // of a device or assign; null: another entry
+    std::uint64_t EntrySize = 0;             // bytes; 0 for anything but a plain file
     std::uint32_t DatatypeGroupValue = GroupSystem;
     std::uint32_t ProtectionBits = 0;
     std::uint32_t DateSeconds = 0; // Amiga seconds of the last change
@@ -120,6 +122,11 @@ void DefaultContentNode(ContentNode& node);
 
 // The tags of an entry, or empty ones that belong to nobody.
 [[nodiscard]] const AudioTags& TagsOf(const ContentNode& node);
+
+// The device or assign that an entry stands for; null when it stands for something else.
+[[nodiscard]] const DevicesNode* DeviceOf(const ContentNode& node);
+[[nodiscard]] DevicesNode* DeviceOf(ContentNode& node);
+[[nodiscard]] const AssignsNode* AssignOf(const ContentNode& node);
 
 [[nodiscard]] constexpr bool IsDrawerKind(EntryKind kind) {
     return (static_cast<std::uint32_t>(kind) & 1U) == 0;

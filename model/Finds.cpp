@@ -8,6 +8,8 @@ namespace solvane {
 
 namespace {
 
+constexpr std::string_view FTPMountRoot = "FTPMount:";
+
 bool FitsKind(EntryKind own, std::uint32_t wanted) {
     return wanted == AnyKind || IsDrawerKind(own) == IsDrawerKind(static_cast<EntryKind>(wanted));
 }
@@ -54,6 +56,16 @@ DevicesNode* FindMasterDevicesNode(std::string_view name) {
 
 AssignsNode* FindMasterAssignsNode(std::string_view name) {
     return MasterAssignsList ? FindNodeByText(*MasterAssignsList, &AssignsNode::Name, name) : nullptr;
+}
+
+bool IsDeviceFTPMount(std::string_view name) {
+    const DevicesNode* node = FindMasterDevicesNode(name);
+    return Text<128>(name) == FTPMountRoot || (node != nullptr && node->Type == DeviceFTPMount);
+}
+
+bool IsDeviceNetworkShare(std::string_view name) {
+    const DevicesNode* node = FindMasterDevicesNode(name);
+    return IsDeviceFTPMount(name) || (node != nullptr && node->Type == DeviceNetworkShare);
 }
 
 Text<1024> DeviceNameToVolumeName(const Text<1024>& path) {

@@ -320,4 +320,18 @@ std::vector<VolumeInfo> DisksOf(const std::vector<MountRow>& rows) {
     return disks;
 }
 
+std::vector<VolumeInfo> DrivesWithoutMedium() {
+    std::vector<VolumeInfo> drives;
+    for (const std::string& name : EmptyDriveNames()) {
+        MountRow row;
+        row.Source = "/dev/" + name;
+        const DiskKind kind = KindOf(row, FactsOfMedium(row));
+        drives.push_back({.Device = std::string(kind.Device),
+                          .ExecDevice = std::string(kind.ExecDevice),
+                          .MountSource = row.Source,
+                          .Removable = true});
+    }
+    return drives;
+}
+
 } // namespace dos

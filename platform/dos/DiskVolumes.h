@@ -18,6 +18,9 @@ inline constexpr std::size_t LongestDeviceText = 100; // bytes of a name before 
 // mounts are left out. Numbers, and names that differ, are for the caller to give.
 [[nodiscard]] std::vector<VolumeInfo> DisksOf(const std::vector<MountRow>& rows);
 
+// The drives that have no medium in them, as DisksOf would give their disks; the drive's file is MountSource.
+[[nodiscard]] std::vector<VolumeInfo> DrivesWithoutMedium();
+
 // What a volume has of the file system on which it lies, whatever drawer it begins at: FileSystem,
 // DosType, WriteProtected and Removable.
 void DescribeFileSystem(VolumeInfo& info, const MountRow& row);

@@ -1,5 +1,6 @@
 #include "platform/dos/HostChanges.h"
 
+#include "platform/dos/Dates.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/MetadataWriting.h"
 #include "platform/dos/NameEscapes.h"
@@ -185,6 +186,14 @@ bool ChangeNow(const HostLock& from, const std::string& rest, const MetadataChan
     return ChangeStored(spot, change);
 }
 
+// Not all file systems keep it.
+std::uint32_t CreationOf(const HostLock& lock) {
+    struct statx facts {};
+    const bool isTold = Host().Statx(lock.Object.Get(), "", AT_EMPTY_PATH, STATX_BTIME, &facts) == 0 &&
+                        (facts.stx_mask & STATX_BTIME) != 0 && facts.stx_btime.tv_sec > 0;
+    return isTold ? AmigaSecondsFromUnix(facts.stx_btime.tv_sec) : 0;
+}
+
 bool InfoNow(const HostLock& lock, InfoData& info) {
     const VolumeRef volume = PresentRecord(lock.On);
     info.Unit = volume->Info.Unit;
@@ -198,6 +207,7 @@ bool InfoNow(const HostLock& lock, InfoData& info) {
     info.Blocks = blocks;
     info.BlocksUsed = blocks - std::min(blocks, available);
     info.BytesPerBlock = raw.f_frsize != 0 ? raw.f_frsize : raw.f_bsize;
+    info.Created = CreationOf(lock);
     return true;
 }
 

@@ -23,6 +23,7 @@ struct InfoData {
     std::uint64_t BytesPerBlock = 0;
     std::uint32_t Unit = 0;    // of the Exec device
     std::uint32_t DosType = 0; // for DosTypeText
+    std::uint32_t Created = 0; // when the object was made, seconds since 1 January 1978; 0: not told
 };
 
 // The disk on which the object lies. Nothing with IoErr: 226 when it does not answer.

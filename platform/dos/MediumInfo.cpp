@@ -153,6 +153,25 @@ void ReadLabel(const MountRow& row, MediumFacts& facts) {
         facts.Label = RecordValue(record, "ID_FS_LABEL");
 }
 
+// The device manager looks whether a disc is in; the kernel's size is that of the last one.
+bool HasNoDisc(const std::string& name) {
+    const std::string record = RecordOf(MountRow(), name);
+    return !record.empty() && RecordValue(record, "ID_CDROM_MEDIA") != "1";
+}
+
+bool IsEmptyDrive(const std::string& name) {
+    constexpr std::uint64_t NoFloppy = 8; // sectors that the kernel gives for a floppy that it does not know
+    const std::string drive = Places().Blocks + "/" + name;
+    if (!LineOf(drive + "/partition").empty())
+        return false;
+    const std::string size = LineOf(drive + "/size");
+    if (name.starts_with("sr"))
+        return size == "0" || HasNoDisc(name);
+    if (name.starts_with("fd"))
+        return !size.empty() && NumberIn(drive + "/size") <= NoFloppy;
+    return size == "0" && NumberIn(drive + "/removable") != 0;
+}
+
 int HexValue(char c) {
     if (c >= '0' && c <= '9')
         return c - '0';
@@ -196,6 +215,21 @@ MediumFacts FactsOfMedium(const MountRow& row) {
     MeasureMedium(facts);
     ReadLabel(row, facts);
     return facts;
+}
+
+std::vector<std::string> EmptyDriveNames() {
+    std::vector<std::string> names;
+    const std::string& place = Places().Blocks;
+    const HostFd drawer(Host().Openat(AT_FDCWD, place.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
+    const bool isRead = drawer && ForEachName(drawer.Get(), [&](std::string_view name) {
+                            if (IsPlainName(name))
+                                names.emplace_back(name);
+                        });
+    if (!isRead)
+        return {};
+    std::erase_if(names, [](const std::string& name) { return !IsEmptyDrive(name); });
+    std::ranges::sort(names);
+    return names;
 }
 
 std::string HostRelease() {

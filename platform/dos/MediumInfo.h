@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace dos {
 
@@ -34,6 +35,10 @@ struct MediumFacts {
 };
 // What cannot be read is left out.
 [[nodiscard]] MediumFacts FactsOfMedium(const MountRow& row);
+
+// The kernel's names of the drives that have no medium in them, in order of name. No drive is touched: one of
+// which it cannot be told is left out.
+[[nodiscard]] std::vector<std::string> EmptyDriveNames();
 
 // "\x20" and its like stand for bytes that would not do in a file name.
 [[nodiscard]] std::string DecodeHexEscapes(std::string_view text);

@@ -14,7 +14,9 @@
 #include <array>
 #include <charconv>
 #include <fcntl.h>
+#include <functional>
 #include <mutex>
+#include <set>
 
 namespace dos {
 
@@ -394,9 +396,28 @@ std::vector<VolumeInfo> Volumes() {
     const std::lock_guard hold(state.Guard);
     RefreshDisks(state);
     std::vector<VolumeInfo> all;
-    for (const VolumeRef& volume : AllVolumes(state))
+    for (const VolumeRef& volume : AllVolumes(state)) {
         all.push_back(volume->Info);
+        all.back().MayHang = !volume->SlowMount.empty();
+    }
     return all;
+}
+
+std::vector<VolumeInfo> EmptyDrives() {
+    std::vector<VolumeInfo> drives = DrivesWithoutMedium();
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    RefreshDisks(state);
+    std::set<std::string, std::less<>> given;
+    for (VolumeInfo& drive : drives) {
+        const std::string stem = drive.Device;
+        for (drive.Unit = 0;; ++drive.Unit) {
+            drive.Device = stem + std::to_string(drive.Unit);
+            if (!IsTaken(state, drive.Device) && given.insert(drive.Device).second)
+                break;
+        }
+    }
+    return drives;
 }
 
 bool AddVolume(VolumeInfo info) {

@@ -26,6 +26,7 @@ struct VolumeInfo {
     std::string MountSource{}; // what the host mounted: a device file, "//server/share"
     bool Removable = false;    // the disk or share can go while the program runs
     bool WriteProtected = false;
+    bool MayHang = false;              // on a network or a program of the user's, which may never answer
     std::uint64_t MediumBlocks = 0;    // of the whole medium, 0 where it is not known
     std::uint32_t MediumBlockSize = 0; // bytes
 };
@@ -58,6 +59,8 @@ struct SystemDrawers {
 
 // What is there now; mounts of the host that came or went are seen.
 [[nodiscard]] std::vector<VolumeInfo> Volumes();
+// The drives that have no medium in them: device name, which no volume has, Exec device and unit.
+[[nodiscard]] std::vector<VolumeInfo> EmptyDrives();
 // All assigns but PROGDIR:, which belongs to the process.
 [[nodiscard]] std::vector<AssignInfo> Assigns();
 

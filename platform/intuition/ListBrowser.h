@@ -23,7 +23,8 @@ struct CellLook {
     // style are the text's alone.
     std::span<const std::string> More = {};
     ImageId Image = ImageId::None;
-    std::optional<Rgb> Colour; // none: the desktop's text colour
+    std::optional<int> Gauge = std::nullopt; // 0 to 100: a bar that is so full stands under the texts
+    std::optional<Rgb> Colour;               // none: the desktop's text colour
     bool Bold = false, Italic = false, Underline = false;
 };
 

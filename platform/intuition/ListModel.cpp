@@ -90,6 +90,8 @@ QString ListModel::SpokenRow(std::size_t row) const {
             spoken += QStringLiteral(", ") + text;
         for (const std::string& more : cell.More)
             spoken += QStringLiteral(", ") + DisplayText(more);
+        if (cell.Gauge)
+            spoken += QStringLiteral(", %1%").arg(*cell.Gauge);
     }
     return spoken;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/intuition/Native.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 
 #include <algorithm>
@@ -11,7 +12,8 @@ namespace intuition {
 
 namespace {
 
-constexpr int ImageGap = 5;   // between image and text
+constexpr int ImageGap = 5; // between image and text
+constexpr int WidestGauge = 200;
 constexpr double Legible = 3; // contrast below which a colour of the program's is changed
 constexpr double Good = 4.5;  // and that to which it is changed
 
@@ -124,11 +126,16 @@ void ListPainter::DrawCell(QPainter& painter, const QRect& area, const CellLook&
     QRect inside = area.adjusted(inset, 0, -inset, 0);
     if (const int taken = DrawImage(painter, inside, cell, state.Group); taken > 0)
         inside.setLeft(inside.left() + taken + ImageGap);
-    if (cell.Text.empty() || inside.width() <= 0)
-        return;
     const int line = TextHeight();
-    const auto lines = static_cast<int>(1 + cell.More.size());
+    const auto lines =
+        static_cast<int>((cell.Text.empty() ? 0 : 1 + cell.More.size()) + (cell.Gauge ? 1 : 0));
+    if (lines == 0 || inside.width() <= 0)
+        return;
     QRect place(inside.left(), inside.top() + (inside.height() - lines * line) / 2, inside.width(), line);
+    if (cell.Text.empty()) {
+        DrawGauge(painter, place, *cell.Gauge, colours, state);
+        return;
+    }
     painter.setPen(cell.Colour && !state.Selected ? ReadableOn(colours.Background, ColourOf(*cell.Colour))
                                                   : colours.Text);
     DrawLine(painter, place, cell.Text, FontOf(cell), align);
@@ -137,6 +144,33 @@ void ListPainter::DrawCell(QPainter& painter, const QRect& area, const CellLook&
         place.translate(0, line);
         DrawLine(painter, place, more, Fonts[0], align);
     }
+    if (cell.Gauge) {
+        place.translate(0, line);
+        DrawGauge(painter, place, *cell.Gauge, colours, state);
+    }
+}
+
+// A bar with its number behind it. On a selected row it has the colour of the text, on others that of a
+// selection where that can be told from the background.
+void ListPainter::DrawGauge(QPainter& painter, const QRect& area, int percent, const RowColours& colours,
+                            const RowState& state) const {
+    const int level = std::clamp(percent, 0, 100);
+    const QString number = QStringLiteral("%1%").arg(level);
+    const int numberWidth = Plain.horizontalAdvance(QStringLiteral("100%")) + ImageGap;
+    const int height = std::max(area.height() / 2, 4);
+    QRect bar(area.left(), area.top() + (area.height() - height) / 2,
+              std::min(area.width() - numberWidth, WidestGauge), height);
+    painter.setFont(Fonts[0]);
+    painter.setPen(colours.Text);
+    if (bar.width() > height) {
+        const QColor full = QGuiApplication::palette().color(state.Group, QPalette::Highlight);
+        painter.fillRect(bar, Mix(colours.Background, colours.Text, 0.18F));
+        bar.setWidth(std::max(bar.width() * level / 100, level > 0 ? 1 : 0));
+        painter.fillRect(bar, state.Selected ? colours.Text : ReadableOn(colours.Background, full));
+    }
+    const int left = area.left() + std::min(area.width(), WidestGauge + numberWidth) - numberWidth + ImageGap;
+    painter.drawText(std::max(left, area.left()),
+                     area.top() + (area.height() - Plain.height()) / 2 + Plain.ascent(), number);
 }
 
 void ListPainter::DrawLine(QPainter& painter, const QRect& area, std::string_view text, const QFont& font,

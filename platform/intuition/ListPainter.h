@@ -45,6 +45,8 @@ public:
                   const RowColours& colours, const RowState& state) const;
 
 private:
+    void DrawGauge(QPainter& painter, const QRect& area, int percent, const RowColours& colours,
+                   const RowState& state) const;
     void DrawLine(QPainter& painter, const QRect& area, std::string_view text, const QFont& font,
                   Align align) const;
     [[nodiscard]] const QFont& FontOf(const CellLook& cell) const;

@@ -1,6 +1,7 @@
 #include "platform/intuition/RequestDialog.h"
 
 #include "platform/intuition/Native.h"
+#include "platform/intuition/NativeWindow.h"
 
 #include <QBoxLayout>
 #include <QGuiApplication>
@@ -83,7 +84,23 @@ int MarkedKey(const QPushButton& button) {
 
 } // namespace
 
-RequestDialog::RequestDialog(QWidget* parent, const EasyRequestSpec& spec) : QDialog(parent) {
+BlockWhileAsking::BlockWhileAsking(Window* parent)
+    : Blocked(parent != nullptr ? &parent->Native() : NativeWindow::MostRecent()) {
+    if (Blocked != nullptr)
+        Blocked->Block();
+}
+
+BlockWhileAsking::~BlockWhileAsking() {
+    if (Blocked != nullptr)
+        Blocked->Unblock();
+}
+
+QWidget* BlockWhileAsking::ParentOfDialog() const {
+    return Blocked != nullptr && Blocked->isVisible() ? Blocked : nullptr;
+}
+
+RequestDialog::RequestDialog(QWidget* parent, const EasyRequestSpec& spec, std::unique_ptr<QWidget> body)
+    : QDialog(parent) {
     setWindowTitle(TitleText(spec.Title));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     setWindowModality(parent == nullptr ? Qt::ApplicationModal : Qt::WindowModal);
@@ -91,10 +108,14 @@ RequestDialog::RequestDialog(QWidget* parent, const EasyRequestSpec& spec) : QDi
     column->setContentsMargins(Margin, Margin, Margin, Margin);
     column->setSpacing(Gap);
     column->setSizeConstraint(QLayout::SetFixedSize);
-    auto row = std::make_unique<QHBoxLayout>();
-    row->setSpacing(Gap);
-    AddText(*row, spec);
-    column->addLayout(row.release());
+    if (!spec.Text.empty()) {
+        auto row = std::make_unique<QHBoxLayout>();
+        row->setSpacing(Gap);
+        AddText(*row, spec);
+        column->addLayout(row.release());
+    }
+    if (body)
+        column->addWidget(body.release());
     AddButtons(*column, spec);
     setLayout(column.release());
 }

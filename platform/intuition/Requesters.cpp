@@ -2,7 +2,6 @@
 
 #include "platform/intuition/Application.h"
 #include "platform/intuition/Native.h"
-#include "platform/intuition/NativeWindow.h"
 #include "platform/intuition/RequestDialog.h"
 
 #include <cstdio>
@@ -13,24 +12,6 @@ namespace intuition {
 namespace {
 
 RequestHandler Handler; // empty: the user is asked
-
-// A window takes no input while its requester is up.
-class BlockWhileAsking {
-public:
-    explicit BlockWhileAsking(NativeWindow* window) : Blocked(window) {
-        if (Blocked != nullptr)
-            Blocked->Block();
-    }
-    ~BlockWhileAsking() {
-        if (Blocked != nullptr)
-            Blocked->Unblock();
-    }
-    BlockWhileAsking(const BlockWhileAsking&) = delete;
-    BlockWhileAsking& operator=(const BlockWhileAsking&) = delete;
-
-private:
-    NativeWindow* Blocked;
-};
 
 // A terminal obeys control characters, so it gets texts as they would be shown.
 void PrintRequest(const EasyRequestSpec& spec) {
@@ -48,9 +29,8 @@ int EasyRequest(Window* parent, const EasyRequestSpec& spec) {
         PrintRequest(spec);
         return 0;
     }
-    NativeWindow* host = parent != nullptr ? &parent->Native() : NativeWindow::MostRecent();
-    const BlockWhileAsking blocked(host);
-    RequestDialog dialog(host != nullptr && host->isVisible() ? host : nullptr, spec);
+    const BlockWhileAsking blocked(parent);
+    RequestDialog dialog(blocked.ParentOfDialog(), spec);
     return dialog.Ask();
 }
 

@@ -1,6 +1,7 @@
 #include "locations/Navigation.h"
 
 #include "interface/MainLayout.h"
+#include "locations/Assigns.h"
 #include "locations/Devices.h"
 #include "locations/EnterDrawer.h"
 #include "sak/FilenameSupport.h"

@@ -1,0 +1,97 @@
+#include "locations/Assigns.h"
+
+#include "locations/NewNodes.h"
+#include "model/Devices.h"
+#include "platform/dos/Locks.h"
+#include "platform/dos/Volumes.h"
+#include "platform/intuition/FormRequesters.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Format.h"
+#include "sak/SortGenericLists.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace solvane {
+
+namespace {
+
+// What the path leads to, by volume; the path itself where nothing is to be found now, or where looking could
+// hang.
+Text<1024> ResolvedPath(const std::string& path) {
+    Text<1024> resolved;
+    const DevicesNode* device = SAK_GetDeviceRoot(path, resolved) ? FindMasterDevicesNode(resolved) : nullptr;
+    if (device != nullptr && device->MayHang != 0) {
+        return path;
+    }
+    const dos::FileLock lock = dos::Lock(path);
+    return lock && SAK_SaferNameFromLockVolumeFromDevice(lock, resolved) ? resolved : Text<1024>(path);
+}
+
+} // namespace
+
+bool GetAssigns() {
+    if (!StartList(MasterAssignsList)) {
+        return false;
+    }
+    for (const dos::AssignInfo& assign : dos::Assigns()) {
+        AssignsNode* node = AppendNode(*MasterAssignsList);
+        if (node == nullptr) {
+            return false;
+        }
+        node->Name = FormatText("%s:", assign.Name);
+        node->Key = FormatText("[Ass]%s", assign.Name);
+        node->MultiAssign = assign.Targets.size() > 1 ? 1 : 0;
+        node->Target = assign.Targets.empty() ? std::string() : assign.Targets.front();
+    }
+    return true;
+}
+
+void SortMasterAssignsList() {
+    if (MasterAssignsList) {
+        SAK_SortGenericList(*MasterAssignsList, SortOrder::Ascending, ByText(&AssignsNode::Name));
+    }
+}
+
+bool GetMultiAssign(std::string_view name) {
+    if (!StartList(MultiAssignList)) {
+        return false;
+    }
+    const WithoutRequesters quiet;
+    for (const dos::AssignInfo& assign : dos::Assigns()) {
+        if (Text<128>(FormatText("%s:", assign.Name)) != name) {
+            continue;
+        }
+        for (const std::string& target : assign.Targets) {
+            MultiAssignNode* node = AppendNode(*MultiAssignList);
+            if (node == nullptr) {
+                return false;
+            }
+            node->Path = ResolvedPath(target);
+        }
+        return true;
+    }
+    return false;
+}
+
+std::int32_t GetMultiAssignReq(std::string_view name) {
+    if (!MultiAssignList || SAK_GenericListCount(*MultiAssignList) == 0) {
+        return -1;
+    }
+    intuition::FormSpec form;
+    form.Title = FormatMessage(MSG_SELECT_MULTI_ASSIGN, name);
+    for (const MultiAssignNode& node : *MultiAssignList) {
+        form.Choices.emplace_back(node.Path.View());
+    }
+    form.Gadgets = {std::string(SAK_LocaleString(MSG_OK_GAD)), std::string(SAK_LocaleString(MSG_CANCEL_GAD))};
+    const intuition::FormAnswer answer = intuition::AskForm(MainWindow.get(), form);
+    if (answer.Gadget < 0) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
+                        SAK_LocaleString(MSG_NO_WINDOW), SAK_LocaleString(MSG_CONTINUE_GAD));
+    }
+    const bool isChosen = answer.Gadget == 1 && answer.Choice < form.Choices.size();
+    return isChosen ? static_cast<std::int32_t>(answer.Choice) : -1;
+}
+
+} // namespace solvane

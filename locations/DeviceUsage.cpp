@@ -1,0 +1,232 @@
+#include "locations/DeviceUsage.h"
+
+#include "locations/IdentifyDevice.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+#include "platform/dos/VolumeQuestions.h"
+#include "platform/exec/Memory.h"
+#include "platform/locale/Locale.h"
+#include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Numbers.h"
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace solvane {
+
+std::uint64_t totalRAM = 0;
+std::uint64_t freeRAM = 0;
+std::uint64_t usedRAM = 0;
+Text<15> totalRAMBuffer;
+Text<15> freeRAMBuffer;
+Text<15> usedRAMBuffer;
+std::uint32_t percentRAM = 0;
+std::uint64_t DevFreeBytes = 0;
+Text<15> DevFreeBytesBuffer;
+exec::SignalMask DeviceUsageSignal = 0;
+
+namespace {
+
+constexpr std::chrono::milliseconds AtOnce(25); // what a list waits for answers
+constexpr std::uint32_t Whole = 100;            // per cent
+constexpr std::string_view RamDisk = "RAM Disk:";
+
+std::unique_ptr<dos::VolumeQuestions> Questions; // made at the first question
+
+dos::VolumeQuestions& TheQuestions() {
+    if (!Questions) {
+        Questions = std::make_unique<dos::VolumeQuestions>();
+    }
+    return *Questions;
+}
+
+// What does not fit is the largest number.
+std::uint64_t Product(std::uint64_t a, std::uint64_t b) {
+    constexpr std::uint64_t Largest = std::numeric_limits<std::uint64_t>::max();
+    return b != 0 && a > Largest / b ? Largest : a * b;
+}
+
+std::uint32_t PercentOf(std::uint64_t part, std::uint64_t total) {
+    if (total == 0 || part >= total) {
+        return Whole;
+    }
+    const bool isHuge = part > std::numeric_limits<std::uint64_t>::max() / Whole;
+    return static_cast<std::uint32_t>(isHuge ? part / (total / Whole) : part * Whole / total);
+}
+
+void ClearUsage(DevicesNode& device, const Text<15>& text) {
+    device.UsedBlocks = device.FreeBlocks = device.TotalBlocks = device.BytesPerBlock = 0;
+    device.FreeBytes = device.TotalBytes = 0;
+    device.PercentUsed = 0;
+    device.UsedText = device.FreeText = device.TotalText = text;
+}
+
+void SetFigures(DevicesNode& device, const dos::InfoData& info) {
+    if (info.State == dos::DiskState::WriteProtected) {
+        device.WriteProtected = 1;
+    } else if (info.State == dos::DiskState::Validated) {
+        device.WriteProtected = 0;
+    }
+    device.TotalBlocks = info.Blocks;
+    device.UsedBlocks = std::min(info.BlocksUsed, info.Blocks);
+    device.FreeBlocks = device.TotalBlocks - device.UsedBlocks;
+    device.BytesPerBlock = info.BytesPerBlock;
+    device.FreeBytes = Product(device.FreeBlocks, device.BytesPerBlock);
+    device.TotalBytes = Product(device.TotalBlocks, device.BytesPerBlock);
+    device.PercentUsed = PercentOf(device.UsedBlocks, device.TotalBlocks);
+    device.UsedText = BytesToUnit(Product(device.UsedBlocks, device.BytesPerBlock));
+    device.FreeText = BytesToUnit(device.FreeBytes);
+    device.TotalText = BytesToUnit(device.TotalBytes);
+    if (info.Created != 0) {
+        device.Created = locale::FormatDate(Prefs.EffectiveDateFormat, info.Created);
+    }
+}
+
+// The lines of the Tiles and Content views.
+void SetDetailTexts(DevicesNode& device) {
+    device.DetailText1 = device.Label;
+    device.DetailText2 = FormatText("%s %s, %s %s", SAK_LocaleString(MSG_FREE_COLON), device.FreeText,
+                                    SAK_LocaleString(MSG_TOTAL_COLON), device.TotalText);
+}
+
+std::string WithoutColon(std::string_view name) {
+    return std::string(name.substr(0, name.find(':')));
+}
+
+// A new answer may tell what the medium is.
+bool TakeAnswer(DevicesNode& device, const std::optional<dos::InfoData>& info) {
+    device.TotalBlocks = info ? info->Blocks : 0;
+    device.BytesPerBlock = info ? info->BytesPerBlock : 0;
+    IdentifyDevice(device);
+    return SetDeviceUsage(device, info);
+}
+
+template <class Visit>
+void ForDevice(std::string_view name, Visit visit) {
+    const Text<128> wanted(std::string(name) + ":");
+    if (MasterDevicesList) {
+        for (DevicesNode& device : *MasterDevicesList) {
+            if (device.DeviceName == wanted) {
+                visit(device);
+            }
+        }
+    }
+    if (ContentList && LBLocation == LocationKind::Computer) {
+        for (ContentNode& entry : *ContentList) {
+            DevicesNode* device = DeviceOf(entry);
+            if (device != nullptr && device->DeviceName == wanted) {
+                visit(*device);
+            }
+        }
+    }
+}
+
+bool GiveToLists(const std::vector<dos::VolumeAnswer>& answers) {
+    for (const dos::VolumeAnswer& answer : answers) {
+        ForDevice(answer.Device, [&answer](DevicesNode& device) { TakeAnswer(device, answer.Info); });
+    }
+    return !answers.empty();
+}
+
+} // namespace
+
+bool SetDeviceUsage(DevicesNode& device, const std::optional<dos::InfoData>& info) {
+    if (device.Mounted == 0) {
+        return false;
+    }
+    device.Usage = info ? UsageState::Known : UsageState::Silent;
+    const bool isFTP = device.Type == DeviceFTPMount;
+    const bool isUnknown = device.Type == DeviceUnknown;
+    if (isFTP) {
+        ClearUsage(device, {});
+    } else if (isUnknown) {
+        ClearUsage(device, FormatText("0 %s", SizeUnits.B));
+    } else if (info) {
+        SetFigures(device, *info);
+    } else {
+        ClearUsage(device, SAK_LocaleString(MSG_UNKNOWN));
+    }
+    SetDetailTexts(device);
+    return isFTP || (!isUnknown && info);
+}
+
+bool GetDeviceUsage(DevicesNode& device) {
+    if (device.Mounted == 0) {
+        return false;
+    }
+    const std::string name = WithoutColon(device.DeviceName);
+    bool isKnown = SetDeviceUsage(device, std::nullopt);
+    std::vector<dos::VolumeAnswer> answers = TheQuestions().Ask({name}, AtOnce);
+    for (const dos::VolumeAnswer& answer : answers) {
+        if (answer.Device == name) {
+            isKnown = TakeAnswer(device, answer.Info);
+        }
+    }
+    GiveToLists(answers);
+    return isKnown;
+}
+
+void GetAllDeviceUsage() {
+    if (!MasterDevicesList) {
+        return;
+    }
+    std::vector<std::string> names;
+    for (DevicesNode& device : *MasterDevicesList) {
+        if (device.Mounted != 0) {
+            names.push_back(WithoutColon(device.DeviceName));
+        }
+        if (device.Usage == UsageState::Unasked) {
+            SetDeviceUsage(device, std::nullopt); // until it answers
+        }
+    }
+    GiveToLists(TheQuestions().Ask(names, AtOnce));
+}
+
+bool TakeDeviceUsage() {
+    return Questions && GiveToLists(Questions->Take());
+}
+
+void ListenToDeviceUsage(int signal) {
+    if (signal < 0) {
+        Questions.reset();
+        DeviceUsageSignal = 0;
+        return;
+    }
+    DeviceUsageSignal = exec::SignalMask{1} << signal;
+    TheQuestions().SetListener(exec::FindTask(), DeviceUsageSignal);
+}
+
+bool GetDeviceFreeSpace(std::string_view path) {
+    DevFreeBytes = 0;
+    bool isKnown = true;
+    if (Text<1024>(path) == RamDisk) {
+        DevFreeBytes = exec::AvailMem().Free;
+    } else if (const std::optional<dos::InfoData> info = dos::Info(path)) {
+        DevFreeBytes = Product(info->Blocks - std::min(info->BlocksUsed, info->Blocks), info->BytesPerBlock);
+    } else {
+        isKnown = false;
+    }
+    DevFreeBytesBuffer = BytesToUnit(DevFreeBytes);
+    return isKnown;
+}
+
+void GetRAMUsage() {
+    const exec::MemoryFigures memory = exec::AvailMem();
+    totalRAM = memory.Total;
+    freeRAM = memory.Free;
+    usedRAM = totalRAM - freeRAM;
+    totalRAMBuffer = BytesToUnit(totalRAM);
+    freeRAMBuffer = BytesToUnit(freeRAM);
+    usedRAMBuffer = BytesToUnit(usedRAM);
+    const std::uint64_t hundredth = totalRAM / Whole;
+    percentRAM =
+        static_cast<std::uint32_t>(hundredth == 0 ? 0 : std::min<std::uint64_t>(usedRAM / hundredth, Whole));
+}
+
+} // namespace solvane
