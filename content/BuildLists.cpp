@@ -53,10 +53,25 @@ void AddEmptyRow() {
 }
 
 int RowLines(std::int32_t style) {
+    if (LBLocation == LocationKind::Computer && (style == ViewTiles || style == ViewContent)) {
+        return 3; // two texts and a bar, or the kind and two figures
+    }
     if (style == ViewTiles) {
         return LinesOf(RowLabel::Tiles);
     }
     return style == ViewContent ? LinesOf(RowLabel::Content) : 1;
+}
+
+// Of the location's Details view.
+std::int32_t SortColumnOf(LocationKind location) {
+    switch (location) {
+    case LocationKind::Computer:
+        return Prefs.ComputerDetailsCISortColumn;
+    case LocationKind::Assigns:
+        return 1;
+    default:
+        return Prefs.ContentDetailsCISortColumn;
+    }
 }
 
 void ShowRows() {
@@ -78,13 +93,16 @@ void ShowRows() {
     Objects.ContentList->SetVerticalSeparators(style == ViewList || IsDetailsStyle(style));
     Objects.ContentList->Attach(ActiveSet.RowSource.get());
     Objects.ContentList->SetTop(LBTop);
-    SetSortColumnArrow(IsDetailsStyle(style) ? Prefs.ContentDetailsCISortColumn : 1);
+    SetSortColumnArrow(IsDetailsStyle(style) ? SortColumnOf(LBLocation) : 1);
 }
 
 } // namespace
 
 bool HasRow(const ContentNode& node) {
     const std::string_view name = node.EntryName;
+    if (node.PlaceFacts) {
+        return true;
+    }
     if (Prefs.ShowHiddenEntries == 0 && name.starts_with('.')) {
         return false;
     }

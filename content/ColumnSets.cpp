@@ -44,9 +44,15 @@ constexpr std::array Computer = {
     IconColumn,
     ColumnDefault{MSG_NAME, 250},
     ColumnDefault{MSG_FREE, 80, nullptr, true, Align::Right},
-    ColumnDefault{MSG_TOTAL, 80, nullptr, true, Align::Right},
-    ColumnDefault{MSG_USED, 120},
-    ColumnDefault{MSG_TYPE, 150},
+    ColumnDefault{MSG_USED, 80, nullptr, true, Align::Right},
+    ColumnDefault{MSG_TOTAL, 120, nullptr, true, Align::Right},
+    ColumnDefault{MSG_USAGE, 150},
+};
+
+constexpr std::array Assigns = {
+    IconColumn,
+    ColumnDefault{MSG_NAME, 200},
+    ColumnDefault{MSG_LINK_TARGET},
 };
 
 constexpr std::array Archive = {
@@ -118,6 +124,7 @@ constexpr std::array Sets = {
     ColumnSetInfo{Plain},
     ColumnSetInfo{Details, &ShowDetailsColumnsList},
     ColumnSetInfo{Computer, &ShowComputerColumnsList},
+    ColumnSetInfo{Assigns},
     ColumnSetInfo{Archive, &ShowArchiveColumnsList},
     ColumnSetInfo{Bookmarks},
     ColumnSetInfo{Favorites},
@@ -139,7 +146,7 @@ ColumnSet DetailsSetOf(LocationKind location) {
     case LocationKind::Computer:
         return ColumnSet::ComputerCI;
     case LocationKind::Assigns:
-        return ColumnSet::ListCI;
+        return ColumnSet::AssignsCI;
     case LocationKind::FTPSites:
         return ColumnSet::FTPSitesCI;
     case LocationKind::OS4Depot:

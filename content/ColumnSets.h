@@ -23,6 +23,7 @@ enum class ColumnSet : std::uint8_t {
     FilmstripCI,
     DetailsCI,
     ComputerCI,
+    AssignsCI,
     ArchiveCI,
     BookmarksCI,
     FavoritesCI,

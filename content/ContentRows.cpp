@@ -1,12 +1,14 @@
 #include "content/ContentRows.h"
 
 #include "content/ColumnInfo.h"
+#include "content/PlaceRows.h"
 #include "content/RowLabels.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 
 #include <charconv>
 #include <span>
+#include <utility>
 
 namespace solvane {
 
@@ -71,6 +73,10 @@ ContentRows::ContentRows(std::vector<DetailsColumn> columns, std::int32_t style,
             Prefs.FilesUnderline != 0},
       Links{OwnColour(Prefs.LinksColor, DefaultText), Prefs.LinksBold != 0, Prefs.LinksItalic != 0,
             Prefs.LinksUnderline != 0},
+      Devices{OwnColour(Prefs.DevicesColor, DefaultText), Prefs.DevicesBold != 0, Prefs.DevicesItalic != 0,
+              Prefs.DevicesUnderline != 0},
+      Assigns{OwnColour(Prefs.AssignsColor, DefaultText), Prefs.AssignsBold != 0, Prefs.AssignsItalic != 0,
+              Prefs.AssignsUnderline != 0},
       Stripes{OwnColour(Prefs.Background1Color, DefaultStripe1),
               OwnColour(Prefs.Background2Color, DefaultStripe2)},
       Pictures(style, list) {}
@@ -80,6 +86,9 @@ std::size_t ContentRows::RowCount() const {
 }
 
 const ContentRows::KindLook& ContentRows::LookOf(const ContentNode& node) const {
+    if (node.PlaceFacts) {
+        return DeviceOf(node) != nullptr ? Devices : Assigns;
+    }
     if (IsLinkKind(node.ObjectKind)) {
         return Links;
     }
@@ -102,6 +111,22 @@ intuition::CellLook ContentRows::NameCell(std::size_t row, const ContentNode& no
             .Underline = look.Underline};
 }
 
+// A cell of a device or assign.
+intuition::CellLook ContentRows::PlaceCell(std::size_t row, std::size_t column,
+                                           const ContentNode& node) const {
+    const KindLook& look = LookOf(node);
+    const auto& background = Stripes[row % 2];
+    PlaceTexts texts = PlaceCellTexts(node, Columns[column], Style);
+    Label = std::move(texts.More);
+    return {.Text = texts.Text,
+            .More = Label,
+            .Gauge = texts.Gauge,
+            .Colour = !look.Colour && background ? ReadableOn(*background) : look.Colour,
+            .Bold = look.Bold,
+            .Italic = look.Italic,
+            .Underline = look.Underline};
+}
+
 intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const {
     const ContentNode* node = lblist2[row].Record;
     if (node == nullptr || column >= Columns.size()) {
@@ -111,6 +136,9 @@ intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const
     if (Columns[column] == DetailsColumn::Icon) {
         cell.Image = Pictures.Of(row, *node);
         return cell;
+    }
+    if (node->PlaceFacts) {
+        return PlaceCell(row, column, *node);
     }
     cell = NameCell(row, *node);
     if (IsDetailsStyle(Style)) {
@@ -126,7 +154,10 @@ intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const
 }
 
 intuition::RowLook ContentRows::Row(std::size_t row) const {
-    return {.Background = Stripes[row % 2], .Disabled = lblist2[row].Record == nullptr};
+    const ContentNode* node = lblist2[row].Record;
+    const DevicesNode* device = node != nullptr ? DeviceOf(*node) : nullptr;
+    const bool isEmptyDrive = device != nullptr && device->Mounted == 0;
+    return {.Background = Stripes[row % 2], .Disabled = node == nullptr || isEmptyDrive};
 }
 
 std::string_view ContentRows::Name(std::size_t row) const {

@@ -47,11 +47,13 @@ private:
         bool Bold = false, Italic = false, Underline = false;
     };
     [[nodiscard]] const KindLook& LookOf(const ContentNode& node) const;
+    [[nodiscard]] intuition::CellLook PlaceCell(std::size_t row, std::size_t column,
+                                                const ContentNode& node) const;
     [[nodiscard]] intuition::CellLook NameCell(std::size_t row, const ContentNode& node) const;
 
     std::vector<DetailsColumn> Columns;
     std::int32_t Style;
-    KindLook Drawers, Files, Links;
+    KindLook Drawers, Files, Links, Devices, Assigns;
     std::optional<intuition::Rgb> Stripes[2]; // background of the first and every other row
     // Drawing fetches pictures and forms labels, which changes nothing that a caller could see.
     mutable RowPictures Pictures;

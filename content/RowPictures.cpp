@@ -1,5 +1,6 @@
 #include "content/RowPictures.h"
 
+#include "content/PlaceRows.h"
 #include "interface/Images.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -157,6 +158,10 @@ intuition::ImageWish RowPictures::WishOf(const ContentNode& node) const {
     wish.Fallback = UsualOf(node);
     wish.Width = box.Width;
     wish.Height = box.Height;
+    if (node.PlaceFacts) {
+        wish.Steps = PlaceImageSteps(node);
+        return wish;
+    }
     wish.Steps = OwnPictureSteps(node, Style);
     if (Prefs.ShowActualIcons != 0) {
         const auto icons = HasLargePictures(Style) ? IconSteps(node) : OwnIconSteps(node);
@@ -181,6 +186,9 @@ intuition::ImageWish RowPictures::UsualWithIcon(const ContentNode& node) const {
 }
 
 intuition::ImageId RowPictures::UsualOf(const ContentNode& node) const {
+    if (node.PlaceFacts) {
+        return PlacePicture(node);
+    }
     const UsualPicture& usual = UsualPictureOf(node);
     return HasLargePictures(Style) ? TileImageObject(usual.Large, TileSideOf(Style))
                                    : ListImageObject(usual.Small);

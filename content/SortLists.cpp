@@ -3,6 +3,7 @@
 #include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/EntryTexts.h"
+#include "content/PlaceRows.h"
 #include "content/Selection.h"
 #include "content/SortKeys.h"
 #include "content/ViewStyles.h"
@@ -22,11 +23,13 @@ std::int32_t SortDirection = 0;
 
 namespace {
 
+constexpr auto NameColumn = static_cast<std::int32_t>(DetailsColumn::Name);
+
 // How one location is sorted. A location without a row here brings its own list.
 struct SortedLocation {
     LocationKind Location;
     std::int16_t PrefsRecord::*Direction;
-    std::int32_t PrefsRecord::*Column;
+    std::int32_t PrefsRecord::*Column; // null: one key, whose every choice turns the direction round
     void (*Sort)(std::int32_t direction);
     bool HasPrefixes; // drawers and files are told apart before the name
 };
@@ -34,6 +37,10 @@ struct SortedLocation {
 constexpr std::array Locations = {
     SortedLocation{LocationKind::Workbench, &PrefsRecord::WorkbenchSortDirection,
                    &PrefsRecord::ContentDetailsCISortColumn, SortWorkbenchList, false},
+    SortedLocation{LocationKind::Computer, &PrefsRecord::ComputerSortDirection,
+                   &PrefsRecord::ComputerDetailsCISortColumn, SortDevicesList, false},
+    SortedLocation{LocationKind::Assigns, &PrefsRecord::AssignsSortDirection, nullptr, SortAssignsList,
+                   false},
     SortedLocation{LocationKind::Drawer, &PrefsRecord::ContentSortDirection,
                    &PrefsRecord::ContentDetailsCISortColumn, SortContentList, true},
 };
@@ -52,11 +59,13 @@ DetailsColumn SortColumnInForce() {
 
 // Takes the choice over into the preferences. True when the direction was turned round.
 bool TakeSortChoice(const SortedLocation& location, std::int32_t column) {
-    const bool toggled = column == SameColumn || column == static_cast<std::int32_t>(SortColumnInForce());
+    const bool isDetails = location.Column != nullptr && IsDetailsStyle(ViewStyleInForce());
+    const std::int32_t inForce = isDetails ? Prefs.*location.Column : NameColumn;
+    const bool toggled = location.Column == nullptr || column == SameColumn || column == inForce;
     if (toggled) {
         Prefs.*location.Direction = Prefs.*location.Direction == 0 ? 1 : 0;
     }
-    if (IsDetailsStyle(ViewStyleInForce()) && column != SameColumn) {
+    if (isDetails && column != SameColumn) {
         Prefs.*location.Column = column;
     }
     return toggled;

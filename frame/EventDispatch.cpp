@@ -65,7 +65,7 @@ void ServeGadget(const WindowEvent& event) {
         GoToParent();
         break;
     case GadgetReload:
-        ReloadDrawer();
+        ReloadLocation();
         break;
     case GadgetPath:
         CurrentPath = Objects.Path->Text();

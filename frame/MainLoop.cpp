@@ -11,6 +11,9 @@
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
 #include "interface/Screens.h"
+#include "locations/DeviceUsage.h"
+#include "locations/DiskEvents.h"
+#include "locations/PlaceLists.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -130,6 +133,16 @@ Station ServeDesktop() {
     return Station::WaitLoop;
 }
 
+Station ServeDisks() {
+    DisksChanged();
+    return Station::WaitLoop;
+}
+
+Station ServeDeviceUsage() {
+    DeviceUsageCame();
+    return Station::WaitLoop;
+}
+
 exec::SignalMask WindowMask() {
     return SignalsMask;
 }
@@ -153,6 +166,8 @@ constexpr std::array Sources = {
     SignalSource{[] { return AppLibSignal; }, ServeDesktop},
     SignalSource{[] { return SAK_TimerMP ? SAK_TimerMP->Mask() : exec::SignalMask{0}; }, ServeTimer},
     SignalSource{[] { return PreviewSoundSignal; }, ServeNothing},
+    SignalSource{[] { return DiskEventSignal; }, ServeDisks},
+    SignalSource{[] { return DeviceUsageSignal; }, ServeDeviceUsage},
     SignalSource{WindowMask, ServeWindowEvents},
     SignalSource{[] { return port ? port->Mask() : exec::SignalMask{0}; }, RefuseCommands},
 };

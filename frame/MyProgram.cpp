@@ -13,6 +13,7 @@
 #include "interface/Locale.h"
 #include "locations/Assigns.h"
 #include "locations/Devices.h"
+#include "locations/DiskEvents.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
 #include "model/PrefsLists.h"
@@ -149,6 +150,7 @@ bool ReadDevicesAndAssigns() {
         return false;
     }
     SortMasterAssignsList();
+    static_cast<void>(StartDiskEvents()); // without it disks that come are seen at the next look
     return true;
 }
 

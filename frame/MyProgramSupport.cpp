@@ -19,6 +19,7 @@
 #include "interface/Menus.h"
 #include "interface/Screens.h"
 #include "interface/SetUp.h"
+#include "locations/DiskEvents.h"
 #include "locations/NavigationList.h"
 #include "locations/TabRecords.h"
 #include "media/Preview.h"
@@ -97,7 +98,9 @@ void FreeGenericLists() {
     ExamineSingleList.reset();
     MasterDevicesList.reset();
     NavDevicesList.reset();
+    RemovedDevicesList.reset();
     MasterAssignsList.reset();
+    MultiAssignList.reset();
 }
 
 bool MakePort(std::unique_ptr<exec::MsgPort>& made) {
@@ -205,6 +208,7 @@ void MPS_ShutDown() {
     ScrNotPort.reset();
     ShutDownNotifyVar();
     SAK_ShutDownNotify();
+    EndDiskEvents();
     FreeWindowLists();
     CloseWindowObject();
     DisposeBitMapImages();

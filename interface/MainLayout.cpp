@@ -205,7 +205,8 @@ void ShowCurrentPath() {
         return;
     }
     Objects.Path->SetText(CurrentPath.View());
-    Objects.Parent->SetDisabled(CurrentPath.Empty() || SAK_IsDeviceRoot(CurrentPath.View()));
+    const bool isDrawer = CurrentPath.View().find(':') != std::string_view::npos;
+    Objects.Parent->SetDisabled(!isDrawer || SAK_IsDeviceRoot(CurrentPath.View()));
     MainWindow->SetTitle(WindowTitle() + " - " + std::string(CurrentPath.View()));
 }
 

@@ -2,11 +2,15 @@
 
 #include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
+#include "content/Drawers.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "locations/Devices.h"
+#include "locations/NavigationList.h"
+#include "locations/PlaceLists.h"
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
@@ -42,7 +46,7 @@ constexpr std::array Places = {
     Place{"AminetFull", MSG_AMINET_FULL},
 };
 
-constexpr std::string_view HomeDrawer = "Home:"; // stands in for Computer
+constexpr std::string_view DeviceMark = "[Dev]"; // before a device's name
 
 void ReturnToPathOnShow() {
     SetCurrentPath(Text<1024>(PathUndoBuffer));
@@ -108,8 +112,18 @@ Text<1024> PlainPath(const Text<1024>& path) {
     return path;
 }
 
+bool AtPlaceList() {
+    return LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns;
+}
+
 void ServeSelection() {
     SelectContentListItems();
+    if (AtPlaceList()) {
+        ShowPlaceDetails();
+        SetMenuState();
+        SetToolbarState();
+        return;
+    }
     RefreshBytes();
     DetailsPane3();
     SetMenuState();
@@ -127,7 +141,26 @@ void ServeTitleClick(std::size_t column) {
     } else {
         SortBy(static_cast<std::int32_t>(clicked));
     }
-    ShowContentStatus();
+    if (AtPlaceList()) {
+        ShowPlaceDetails();
+    } else {
+        ShowContentStatus();
+    }
+}
+
+// "[Dev]DH0:"
+void GoToDevice(std::string_view key) {
+    key.remove_prefix(DeviceMark.size());
+    const DevicesNode* device = FindMasterDevicesNode(key);
+    if (device == nullptr) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                        SAK_LocaleString(MSG_NO_DEVICE_IN_LIST), SAK_LocaleString(MSG_CONTINUE_GAD));
+        return;
+    }
+    const Text<128> volume = device->VolumeName;
+    PopulateContent2(volume, volume);
+    SetMenuState();
+    SetToolbarState();
 }
 
 void ServeDoubleClick(std::size_t row) {
@@ -150,10 +183,13 @@ std::string_view NavigationWordOf(std::string_view place) {
 }
 
 void HandleNavigationListBrowser(std::string_view word) {
-    if (NavigationWordOf(word) == "Computer") {
-        PopulateContent2(HomeDrawer, HomeDrawer);
-        SetMenuState();
-        SetToolbarState();
+    const std::string_view place = NavigationWordOf(word);
+    if (place == "Computer") {
+        ShowComputer();
+    } else if (place == "Assigns") {
+        ShowAssigns();
+    } else if (word.starts_with(DeviceMark)) {
+        GoToDevice(word);
     } else {
         ReturnToPathOnShow();
     }
@@ -206,7 +242,23 @@ void OpenSelectedEntry() {
     }
 }
 
+void ReloadLocation() {
+    if (LBLocation == LocationKind::Computer) {
+        UpdateDevicesList();
+        BuildNavigationList();
+        ShowComputer();
+    } else if (LBLocation == LocationKind::Assigns) {
+        ShowAssigns();
+    } else {
+        static_cast<void>(ReloadDrawer());
+    }
+}
+
 void OpenEntry(const ContentNode& entry) {
+    if (entry.PlaceFacts) {
+        OpenPlace(entry);
+        return;
+    }
     if (!IsDrawerKind(entry.ObjectKind) || entry.EntryName.Empty()) {
         return;
     }

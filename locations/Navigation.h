@@ -13,8 +13,8 @@ namespace solvane {
 // or by its shown name without regard to case; empty for anything else.
 [[nodiscard]] std::string_view NavigationWordOf(std::string_view place);
 
-// Goes to a place by its word. Those places have no view yet: "Computer" leads to the home drawer, the others
-// leave things as they are.
+// Goes to a place by its word, or to a device by its key ("[Dev]DH0:"), after a requester where there is no
+// such device. Words of places that have no view yet leave things as they are.
 void HandleNavigationListBrowser(std::string_view word);
 
 // Goes where the path typed into CurrentPath leads: a place's name, a host path, an assign or a drawer. On
@@ -28,7 +28,10 @@ void HandleContentListBrowser(std::string_view text);
 // Opens the selected entry as a double click on its row does.
 void OpenSelectedEntry();
 
-// Enters a drawer or a link to one; files cannot be opened yet.
+// Reads what is on show anew, whatever it is.
+void ReloadLocation();
+
+// Enters a drawer or a link to one, or the root of a device or assign; files cannot be opened yet.
 void OpenEntry(const ContentNode& entry);
 
 } // namespace solvane

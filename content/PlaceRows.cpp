@@ -1,0 +1,159 @@
+#include "content/PlaceRows.h"
+
+#include "content/DeviceKinds.h"
+#include "interface/Images.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+#include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/SortGenericLists.h"
+
+#include <compare>
+#include <functional>
+
+namespace solvane {
+
+namespace {
+
+std::optional<int> GaugeOf(const DevicesNode& device) {
+    const bool isKnown = device.Mounted != 0 && device.Usage == UsageState::Known;
+    return isKnown ? std::optional(static_cast<int>(device.PercentUsed)) : std::nullopt;
+}
+
+std::string Labelled(MessageNumber label, std::string_view text) {
+    return FormatText("%s %s", SAK_LocaleString(label), text);
+}
+
+PlaceTexts DeviceFigures(const DevicesNode& device) {
+    if (device.Mounted == 0) {
+        return {.Text = SAK_LocaleString(MSG_NO_MEDIA)};
+    }
+    return {.Text = device.TypeName,
+            .More = {Labelled(MSG_FREE_COLON, device.FreeText), Labelled(MSG_TOTAL_COLON, device.TotalText)}};
+}
+
+PlaceTexts DeviceDetails(const DevicesNode& device, DeviceColumn column) {
+    switch (column) {
+    case DeviceColumn::Free:
+        return {.Text = device.FreeText};
+    case DeviceColumn::Used:
+        return {.Text = device.UsedText};
+    case DeviceColumn::Total:
+        return {.Text = device.TotalText};
+    case DeviceColumn::Bar:
+        return {.Gauge = GaugeOf(device)};
+    default:
+        return {.Text = device.Label};
+    }
+}
+
+PlaceTexts DeviceTexts(const DevicesNode& device, DetailsColumn column, std::int32_t style) {
+    switch (style) {
+    case ViewTiles:
+        return {.Text = device.DetailText1,
+                .More = {std::string(device.DetailText2.View())},
+                .Gauge = GaugeOf(device)};
+    case ViewContent:
+        return column == DetailsColumn::Name ? PlaceTexts{.Text = device.Label, .Gauge = GaugeOf(device)}
+                                             : DeviceFigures(device);
+    case ViewDetails:
+        return DeviceDetails(device, static_cast<DeviceColumn>(column));
+    default:
+        return {.Text = device.Label};
+    }
+}
+
+PlaceTexts AssignTexts(const AssignsNode& assign, DetailsColumn column, std::int32_t style) {
+    const std::string_view kind = SAK_LocaleString(assign.MultiAssign != 0 ? MSG_MULTI_ASSIGN : MSG_ASSIGN);
+    switch (style) {
+    case ViewTiles:
+        return {.Text = assign.Name, .More = {std::string(kind), std::string(assign.Target.View())}};
+    case ViewContent:
+        return column == DetailsColumn::Name
+                   ? PlaceTexts{.Text = assign.Name, .More = {std::string(assign.Target.View())}}
+                   : PlaceTexts{.Text = kind};
+    default:
+        return {.Text = column == DetailsColumn::Name ? assign.Name.View() : assign.Target.View()};
+    }
+}
+
+template <class Key>
+int CompareBy(const ContentNode& a, const ContentNode& b, Key key) {
+    const DevicesNode* first = DeviceOf(a);
+    const DevicesNode* second = DeviceOf(b);
+    if (first == nullptr || second == nullptr) {
+        return 0;
+    }
+    const std::weak_ordering order = std::invoke(key, *first) <=> std::invoke(key, *second);
+    return order < 0 ? -1 : (order > 0 ? 1 : 0);
+}
+
+template <class Key>
+void SortDevicesBy(std::int32_t direction, Key key) {
+    SAK_SortGenericList(*ContentList, SortOrderOf(direction),
+                        [key](const ContentNode& a, const ContentNode& b) { return CompareBy(a, b, key); });
+}
+
+// In the order of the master list.
+void SortDevicesByName(std::int32_t direction) {
+    SortDevicesBy(direction, Prefs.SortDevices == 0 ? &DevicesNode::DeviceName : &DevicesNode::VolumeName);
+}
+
+} // namespace
+
+PlaceTexts PlaceCellTexts(const ContentNode& node, DetailsColumn column, std::int32_t style) {
+    if (const DevicesNode* device = DeviceOf(node)) {
+        return DeviceTexts(*device, column, style);
+    }
+    const AssignsNode* assign = AssignOf(node);
+    return assign != nullptr ? AssignTexts(*assign, column, style) : PlaceTexts();
+}
+
+intuition::ImageId PlacePicture(const ContentNode& node) {
+    const DevicesNode* device = DeviceOf(node);
+    return device != nullptr ? DeviceImageObject(device->Type) : ListImageObject(ListImage::Assign);
+}
+
+std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node) {
+    if (const DevicesNode* device = DeviceOf(node)) {
+        return DeviceImageSteps(*device);
+    }
+    return {{.Path = "PROGDIR:Images/Img_Assigns.png"}};
+}
+
+void SortDevicesList(std::int32_t direction) {
+    if (!ContentList) {
+        return;
+    }
+    const bool isDetails = Prefs.ComputerViewStyle == ViewDetails;
+    switch (static_cast<DeviceColumn>(isDetails ? Prefs.ComputerDetailsCISortColumn : 0)) {
+    case DeviceColumn::Name:
+        SortDevicesBy(direction, &DevicesNode::Label);
+        break;
+    case DeviceColumn::Free:
+        SortDevicesBy(direction, &DevicesNode::FreeBytes);
+        break;
+    case DeviceColumn::Used:
+        SortDevicesBy(direction,
+                      [](const DevicesNode& device) { return device.TotalBytes - device.FreeBytes; });
+        break;
+    case DeviceColumn::Total:
+        SortDevicesBy(direction, &DevicesNode::TotalBytes);
+        break;
+    case DeviceColumn::Bar:
+        SortDevicesBy(direction, &DevicesNode::PercentUsed);
+        break;
+    default:
+        SortDevicesByName(direction);
+        break;
+    }
+}
+
+void SortAssignsList(std::int32_t direction) {
+    if (ContentList) {
+        SAK_SortGenericList(*ContentList, SortOrderOf(direction), ByText(&ContentNode::EntryName));
+    }
+}
+
+} // namespace solvane

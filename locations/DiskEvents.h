@@ -1,0 +1,35 @@
+// Disks that come and go: the master lists, the list on show and the tabs of what has gone follow.
+#pragma once
+
+#include "platform/exec/Tasks.h"
+#include "sak/Text.h"
+
+#include <cstdint>
+
+namespace solvane {
+
+// --- State ---
+
+extern exec::SignalMask DiskEventSignal; // one for each burst of changes; written by StartDiskEvents
+
+// The volume that FigureOutDiskRemoved_2 has found, valid when FoundRoot is 1.
+extern Text<128> DeviceRoot;
+extern std::uint16_t FoundRoot;
+
+// --- Functions ---
+
+// Begins to watch the host's mounts. False when the task has no signals left or the host tells nothing of
+// its mounts.
+[[nodiscard]] bool StartDiskEvents();
+void EndDiskEvents(); // harmless before StartDiskEvents
+
+// Serves one signal: reads the devices anew, shows them where they are on show, and leaves what was on a disk
+// that has gone.
+void DisksChanged();
+
+// Notes the names of all devices in RemovedDevicesList; and then, with the lists read anew, finds the first
+// volume of it that has left: its device has gone, or has another volume in it.
+void FigureOutDiskRemoved_1();
+void FigureOutDiskRemoved_2();
+
+} // namespace solvane

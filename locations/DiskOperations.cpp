@@ -1,0 +1,129 @@
+#include "locations/DiskOperations.h"
+
+#include "content/Selection.h"
+#include "interface/MainLayout.h"
+#include "locations/Devices.h"
+#include "locations/NavigationList.h"
+#include "locations/PlaceLists.h"
+#include "model/Content.h"
+#include "model/Program.h"
+#include "platform/dos/Errors.h"
+#include "platform/dos/ReadArgs.h"
+#include "platform/dos/System.h"
+#include "platform/dos/Volumes.h"
+#include "platform/intuition/FormRequesters.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+#include "sak/StringFunctions.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace solvane {
+
+namespace {
+
+constexpr std::string_view FormatTool = "SYS:System/Format";
+constexpr std::size_t LongestVolumeName = 100; // bytes
+
+void Tell(RequesterImage image, std::string_view text) {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, image, text, SAK_LocaleString(MSG_CONTINUE_GAD));
+}
+
+// A failed deed with its reason.
+void TellFailure(std::string_view text) {
+    SAK_IOErr = dos::IoErr();
+    SAK_IOError(MainWindow.get(), RequesterTitle, text, SAK_LocaleString(MSG_DOS_ERROR),
+                SAK_LocaleString(MSG_CONTINUE_GAD));
+}
+
+// The one device that is selected; null for none or several. Good until the list is made anew.
+const DevicesNode* SelectedDevice() {
+    if (LBLocation != LocationKind::Computer) {
+        return nullptr;
+    }
+    SelectContentListItems();
+    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
+    return entry != nullptr ? DeviceOf(*entry) : nullptr;
+}
+
+std::string WithoutColons(std::string_view text) {
+    return SAK_RemoveAllOccurences(text, ":");
+}
+
+std::string FormatCommand(const std::string& device) {
+    if (EnhancerFormat != 0) {
+        return "wbrun " + std::string(FormatTool);
+    }
+    return FormatText("run %s %s req", FormatTool, dos::QuoteArgument("device=" + device));
+}
+
+// Nothing when the user gives up.
+std::optional<std::string> AskName(std::string_view name) {
+    intuition::FormSpec form;
+    form.Title = SAK_LocaleString(MSG_RELABEL_DEVICE);
+    form.Picture = "PROGDIR:Images/Req_Relabel.png";
+    form.Fields = {{.Label = std::string(SAK_LocaleString(MSG_NAME)),
+                    .Text = std::string(name),
+                    .MaximumBytes = LongestVolumeName}};
+    form.Gadgets = {std::string(SAK_LocaleString(MSG_OK_GAD)), std::string(SAK_LocaleString(MSG_CANCEL_GAD))};
+    const intuition::FormAnswer answer = intuition::AskForm(MainWindow.get(), form);
+    if (answer.Gadget < 0) {
+        Tell(RequesterImage::Error, SAK_LocaleString(MSG_NO_WINDOW));
+    }
+    if (answer.Gadget != 1 || answer.Texts.empty()) {
+        return std::nullopt;
+    }
+    return WithoutColons(answer.Texts.front());
+}
+
+} // namespace
+
+void FormatDisk() {
+    const DevicesNode* selected = SelectedDevice();
+    if (selected == nullptr) {
+        return;
+    }
+    const std::string device = WithoutColons(selected->DeviceName);
+    if (SYSDevice == device) {
+        Tell(RequesterImage::Error, SAK_LocaleString(MSG_CAN_NOT_FORMAT));
+        return;
+    }
+    if (!SAK_FileExists(FormatTool)) {
+        Tell(RequesterImage::Information, FormatMessage(MSG_NO_FORMAT_TOOL, selected->Label));
+        return;
+    }
+    if (dos::StartSystem(FormatCommand(device)) != 0) {
+        TellFailure(FormatTool);
+    }
+}
+
+void RelabelDisk() {
+    const DevicesNode* selected = SelectedDevice();
+    if (selected == nullptr || selected->Mounted == 0) {
+        return;
+    }
+    const Text<128> device = selected->DeviceName;
+    BlockMainWindow(1);
+    const std::optional<std::string> name = AskName(WithoutColons(selected->VolumeName));
+    BlockMainWindow(0);
+    if (!name) {
+        return;
+    }
+    if (!dos::Relabel(device, *name)) {
+        TellFailure(SAK_LocaleString(MSG_NO_RELABEL));
+        return;
+    }
+    UpdateAllLists();
+    UpdateDevicesList();
+    BuildNavigationList();
+    if (LBLocation == LocationKind::Computer) {
+        ShowComputer();
+    }
+}
+
+} // namespace solvane

@@ -1,0 +1,276 @@
+#include "locations/PlaceLists.h"
+
+#include "content/BuildLists.h"
+#include "content/DeviceKinds.h"
+#include "content/Drawers.h"
+#include "content/PlaceRows.h"
+#include "content/Selection.h"
+#include "interface/DetailsGadgets.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "locations/Assigns.h"
+#include "locations/DeviceUsage.h"
+#include "locations/EnterDrawer.h"
+#include "locations/History.h"
+#include "locations/NewNodes.h"
+#include "media/Preview.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+#include "sak/Format.h"
+#include "sak/Notify.h"
+#include "sak/Numbers.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace solvane {
+
+namespace {
+
+// An entry that stands for a place; null after a requester.
+ContentNode* AppendEntry(std::string_view name, std::string_view path, std::string_view key) {
+    ContentNode* entry = AppendNode(*ContentList);
+    if (entry != nullptr) {
+        DefaultContentNode(*entry);
+        entry->EntryName = name;
+        entry->EntryPath = path;
+        entry->EntryDisplayName = key;
+        entry->PlaceFacts = std::make_unique<PlaceRecord>();
+    }
+    return entry;
+}
+
+void BuildPlaces() {
+    SAK_StopNotify();
+    AtFTPMount = 0;
+    AtWHDLoadGamesRootDrawer = 0;
+    BuildContentList();
+}
+
+// Leaves what is on show for a place that is no drawer.
+void GoTo(LocationKind location, MessageNumber name, std::string_view word) {
+    SetPreviewPaneNone();
+    FreeContentList(1);
+    AddHistoryNode(SAK_LocaleString(name), word, location);
+    LBTop = 0;
+    LBLocation = location;
+    SetCurrentPath(SAK_LocaleString(name));
+}
+
+std::string Count(std::int64_t number, std::string_view noun) {
+    return FormatText("%s %s", SAK_LocalizeNumber(number), noun);
+}
+
+std::string ItemCount() {
+    return Count(TotalNodes, SAK_LocaleString(TotalNodes == 1 ? MSG_ITEM : MSG_ITEMS));
+}
+
+std::string Colon(MessageNumber label, std::string_view text) {
+    return FormatText("%s: %s", SAK_LocaleString(label), text);
+}
+
+// Shows the first picture there is; the program's own last.
+void ShowPicture(std::vector<intuition::ImageStep> steps, std::string_view last) {
+    if (Prefs.DetailsPane == 0) {
+        return;
+    }
+    intuition::ImageWish wish;
+    wish.Steps = std::move(steps);
+    wish.Width = wish.Height = DetailsPictureSide;
+    wish.Fallback = intuition::ObtainImage(last);
+    SetDetailsPicture(intuition::LoadImage(wish));
+    intuition::ReleaseImage(wish.Fallback);
+}
+
+void FillComputer() {
+    GetRAMUsage();
+    Details1Buffer = SAK_LocaleString(MSG_COMPUTER);
+    Details2Buffer = Colon(MSG_FREE_RAM, freeRAMBuffer);
+    Details5Buffer = Colon(MSG_TOTAL_RAM, totalRAMBuffer);
+    Details7Buffer = ItemCount();
+    SetFuelGaugeImage(static_cast<int>(percentRAM));
+    ShowPicture({{.Path = "ENVARC:Sys/def_computer.info"}}, "PROGDIR:Images/Img_Computer.png");
+}
+
+void FillAssigns() {
+    Details1Buffer = SAK_LocaleString(MSG_ASSIGNS);
+    Details7Buffer = ItemCount();
+    ShowPicture({}, "PROGDIR:Images/Img_Assigns.png");
+}
+
+void FillDevice(const DevicesNode& device) {
+    Details1Buffer = device.Label;
+    Details3Buffer = device.WriteProtected != 0 ? SAK_LocaleString(MSG_WRITE_PROTECTED) : std::string_view();
+    Details4Buffer = device.TypeName;
+    if (device.Mounted != 0) {
+        Details2Buffer = FormatText("%s %s", SAK_LocaleString(MSG_FREE_COLON), device.FreeText);
+        Details5Buffer = FormatText("%s %s", SAK_LocaleString(MSG_TOTAL_COLON), device.TotalText);
+        Details6Buffer = device.FileSystem;
+        Details7Buffer = device.ShareName;
+        Details8Buffer = device.Created;
+    }
+    if (device.Usage == UsageState::Known) {
+        SetFuelGaugeImage(static_cast<int>(device.PercentUsed));
+    }
+    ShowPicture(DeviceImageSteps(device), "PROGDIR:Images/Img_DeviceUnknown.png");
+}
+
+void FillAssign(const AssignsNode& assign) {
+    Details1Buffer = assign.Name;
+    Details2Buffer = SAK_LocaleString(assign.MultiAssign != 0 ? MSG_MULTI_ASSIGN : MSG_ASSIGN);
+    Details3Buffer = assign.Target;
+    ShowPicture({}, "PROGDIR:Images/Img_Assigns.png");
+}
+
+void FillSelection() {
+    Details1Buffer = Count(NumSelected, SAK_LocaleString(MSG_ITEMS_SELECTED));
+    Details7Buffer = ItemCount();
+    ShowPicture({}, LBLocation == LocationKind::Computer ? "PROGDIR:Images/Img_MultiDevice.png"
+                                                         : "PROGDIR:Images/Img_MultiAssigns.png");
+}
+
+void FillPlace() {
+    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
+    const DevicesNode* device = entry != nullptr ? DeviceOf(*entry) : nullptr;
+    const AssignsNode* assign = entry != nullptr ? AssignOf(*entry) : nullptr;
+    if (device != nullptr) {
+        FillDevice(*device);
+    } else if (assign != nullptr) {
+        FillAssign(*assign);
+    } else if (NumSelected > 1) {
+        FillSelection();
+    } else if (LBLocation == LocationKind::Computer) {
+        FillComputer();
+    } else {
+        FillAssigns();
+    }
+}
+
+void OpenRoot(std::string_view path) {
+    const Text<1024> root = path; // the entry goes when the drawer is read
+    PopulateContent2(root, root);
+    SetMenuState();
+    SetToolbarState();
+}
+
+void OpenMultiAssign(const Text<128>& name) {
+    BlockMainWindow(1);
+    const bool isThere = GetMultiAssign(name);
+    const std::int32_t chosen = isThere ? GetMultiAssignReq(name) : -1;
+    BlockMainWindow(0);
+    if (chosen < 0) {
+        return;
+    }
+    if (const MultiAssignNode* node =
+            SAK_GetGenericListNode(*MultiAssignList, static_cast<std::uint32_t>(chosen))) {
+        OpenRoot(node->Path);
+    }
+}
+
+} // namespace
+
+void CopyFromMasterDevicesList() {
+    if (!MasterDevicesList || !ContentList) {
+        return;
+    }
+    GetAllDeviceUsage();
+    for (const DevicesNode& device : *MasterDevicesList) {
+        ContentNode* entry = AppendEntry(device.Label, device.VolumeName, device.Key);
+        if (entry == nullptr) {
+            return;
+        }
+        entry->PlaceFacts->Of = device;
+    }
+}
+
+void CopyFromMasterAssignsList() {
+    if (!MasterAssignsList || !ContentList) {
+        return;
+    }
+    for (const AssignsNode& assign : *MasterAssignsList) {
+        ContentNode* entry = AppendEntry(assign.Name, assign.Name, assign.Key);
+        if (entry == nullptr) {
+            return;
+        }
+        entry->PlaceFacts->Of = assign;
+    }
+}
+
+void UpdateAssignsList() {
+    if (GetAssigns()) {
+        SortMasterAssignsList();
+    }
+    CopyFromMasterAssignsList();
+}
+
+void BuildComputerList() {
+    BuildPlaces();
+}
+
+void BuildAssignsList() {
+    BuildPlaces();
+}
+
+void ShowComputer() {
+    BlockMainWindow(1);
+    GoTo(LocationKind::Computer, MSG_COMPUTER, "Computer");
+    CopyFromMasterDevicesList();
+    SortDevicesList(Prefs.ComputerSortDirection);
+    BuildComputerList();
+    ShowPlaceDetails();
+    SetMenuState();
+    SetToolbarState();
+    BlockMainWindow(0);
+}
+
+void ShowAssigns() {
+    BlockMainWindow(1);
+    GoTo(LocationKind::Assigns, MSG_ASSIGNS, "Assigns");
+    UpdateAssignsList();
+    SortAssignsList(Prefs.AssignsSortDirection);
+    BuildAssignsList();
+    ShowPlaceDetails();
+    SetMenuState();
+    SetToolbarState();
+    BlockMainWindow(0);
+}
+
+void OpenPlace(const ContentNode& entry) {
+    const AssignsNode* assign = AssignOf(entry);
+    const DevicesNode* device = DeviceOf(entry);
+    if (assign != nullptr && assign->MultiAssign != 0) {
+        OpenMultiAssign(assign->Name);
+    } else if (assign != nullptr) {
+        OpenRoot(assign->Name);
+    } else if (device != nullptr && FindMasterDevicesNode(device->DeviceName) == nullptr) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                        SAK_LocaleString(MSG_NO_DEVICE_IN_LIST), SAK_LocaleString(MSG_CONTINUE_GAD));
+    } else if (device != nullptr && device->Mounted != 0) {
+        OpenRoot(device->VolumeName);
+    }
+}
+
+void ShowPlaceDetails() {
+    ClearDetailsBuffers();
+    SetFuelGaugeImage(-1);
+    FillPlace();
+    SetDetailsGadBufferAll();
+    SetStatusBar(FormatText("%s/%s %s", NumSelected == 0 ? "0" : SAK_LocalizeNumber(NumSelected),
+                            SAK_LocalizeNumber(TotalNodes), SAK_LocaleString(MSG_SELECTED)),
+                 ItemCount());
+}
+
+void DeviceUsageCame() {
+    if (!TakeDeviceUsage() || LBLocation != LocationKind::Computer) {
+        return;
+    }
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->Refresh();
+    }
+    SelectContentListItems();
+    ShowPlaceDetails();
+}
+
+} // namespace solvane

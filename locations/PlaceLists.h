@@ -1,0 +1,36 @@
+// The lists of the computer's devices and of the assigns as places on show: filled from the master lists,
+// opened, and kept up to date.
+#pragma once
+
+#include "model/ContentNode.h"
+
+namespace solvane {
+
+// Appends an entry for each device, or assign, of the master list to ContentList, with a copy of its record.
+// Of the devices the usage is asked first.
+void CopyFromMasterDevicesList();
+void CopyFromMasterAssignsList();
+
+// Reads the assigns anew and makes the entries of ContentList from them.
+void UpdateAssignsList();
+
+// Makes the rows of what is in ContentList at their location, and stops the watch of the drawer that was on
+// show.
+void BuildComputerList();
+void BuildAssignsList();
+
+// Goes to the list of devices, or of assigns: history, path, entries, details, rows, status bar.
+void ShowComputer();
+void ShowAssigns();
+
+// Opens the root of the device or assign that an entry of these lists stands for; of a multi-assign the
+// drawer that the user chooses.
+void OpenPlace(const ContentNode& entry);
+
+// What the Details pane and the status bar tell at these places, with what is selected in them.
+void ShowPlaceDetails();
+
+// Puts late figures of devices on show; what the loop does at DeviceUsageSignal.
+void DeviceUsageCame();
+
+} // namespace solvane
