@@ -19,6 +19,7 @@
 #include "sak/Requesters.h"
 #include "sak/StringFunctions.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,11 +56,19 @@ std::string WithoutColons(std::string_view text) {
     return SAK_RemoveAllOccurences(text, ":");
 }
 
+// The name as one word of a command line; most names are one as they stand.
+std::string AsWord(const std::string& name) {
+    const bool isPlain = std::ranges::all_of(name, [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+    });
+    return isPlain ? name : dos::QuoteArgument(name);
+}
+
 std::string FormatCommand(const std::string& device) {
     if (EnhancerFormat != 0) {
         return "wbrun " + std::string(FormatTool);
     }
-    return FormatText("run %s %s req", FormatTool, dos::QuoteArgument("device=" + device));
+    return FormatText("run %s device=%s req", FormatTool, AsWord(device));
 }
 
 // Nothing when the user gives up.

@@ -119,7 +119,7 @@ bool AtPlaceList() {
 void ServeSelection() {
     SelectContentListItems();
     if (AtPlaceList()) {
-        ShowPlaceDetails();
+        DetailsPane4();
         SetMenuState();
         SetToolbarState();
         return;
@@ -142,7 +142,7 @@ void ServeTitleClick(std::size_t column) {
         SortBy(static_cast<std::int32_t>(clicked));
     }
     if (AtPlaceList()) {
-        ShowPlaceDetails();
+        DetailsPane4();
     } else {
         ShowContentStatus();
     }

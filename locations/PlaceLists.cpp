@@ -5,6 +5,7 @@
 #include "content/Drawers.h"
 #include "content/PlaceRows.h"
 #include "content/Selection.h"
+#include "content/Status.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
@@ -73,7 +74,7 @@ std::string Colon(MessageNumber label, std::string_view text) {
 
 // Shows the first picture there is; the program's own last.
 void ShowPicture(std::vector<intuition::ImageStep> steps, std::string_view last) {
-    if (Prefs.DetailsPane == 0) {
+    if (!ShowsThumbnail()) {
         return;
     }
     intuition::ImageWish wish;
@@ -219,7 +220,7 @@ void ShowComputer() {
     CopyFromMasterDevicesList();
     SortDevicesList(Prefs.ComputerSortDirection);
     BuildComputerList();
-    ShowPlaceDetails();
+    DetailsPane4();
     SetMenuState();
     SetToolbarState();
     BlockMainWindow(0);
@@ -231,7 +232,7 @@ void ShowAssigns() {
     UpdateAssignsList();
     SortAssignsList(Prefs.AssignsSortDirection);
     BuildAssignsList();
-    ShowPlaceDetails();
+    DetailsPane4();
     SetMenuState();
     SetToolbarState();
     BlockMainWindow(0);
@@ -252,14 +253,12 @@ void OpenPlace(const ContentNode& entry) {
     }
 }
 
-void ShowPlaceDetails() {
+void DetailsPane4() {
     ClearDetailsBuffers();
     SetFuelGaugeImage(-1);
     FillPlace();
     SetDetailsGadBufferAll();
-    SetStatusBar(FormatText("%s/%s %s", NumSelected == 0 ? "0" : SAK_LocalizeNumber(NumSelected),
-                            SAK_LocalizeNumber(TotalNodes), SAK_LocaleString(MSG_SELECTED)),
-                 ItemCount());
+    ShowCountStatus();
 }
 
 void DeviceUsageCame() {
@@ -270,7 +269,7 @@ void DeviceUsageCame() {
         Objects.ContentList->Refresh();
     }
     SelectContentListItems();
-    ShowPlaceDetails();
+    DetailsPane4();
 }
 
 } // namespace solvane

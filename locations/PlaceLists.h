@@ -27,8 +27,9 @@ void ShowAssigns();
 // drawer that the user chooses.
 void OpenPlace(const ContentNode& entry);
 
-// What the Details pane and the status bar tell at these places, with what is selected in them.
-void ShowPlaceDetails();
+// What the Details pane and the status bar tell at these places, with what is selected in them: after they
+// are entered and after a change of the selection.
+void DetailsPane4();
 
 // Puts late figures of devices on show; what the loop does at DeviceUsageSignal.
 void DeviceUsageCame();
