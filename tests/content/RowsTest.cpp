@@ -59,7 +59,7 @@ TEST_F(RowsTest, EveryListHasItsOwnColumns) {
         {Workbench, ViewDetails, ColumnSet::DetailsCI, 7, "Filenote"},
         {Favorites, ViewDetails, ColumnSet::FavoritesCI, 3, "Link target"},
         {Favorites, ViewTiles, ColumnSet::TilesCI, 2, "Name"},
-        {Assigns, ViewDetails, ColumnSet::ListCI, 2, "Name"},
+        {Assigns, ViewDetails, ColumnSet::AssignsCI, 3, "Link target"},
         {FTPSites, ViewDetails, ColumnSet::FTPSitesCI, 4, "Remote drawer"},
         {Aminet, ViewDetails, ColumnSet::FTPSitesRecentCI, 7, "Description"},
         {Archive, ViewDetails, ColumnSet::ArchiveCI, 8, "Filenote"},
