@@ -13,8 +13,8 @@ install(FILES ${CMAKE_BINARY_DIR}/install/solvane DESTINATION ${SOLVANE_INSTALL_
 install(DIRECTORY ${SOLVANE_SHARE}/ DESTINATION ${SOLVANE_INSTALL_SHARE}
     REGEX "/share/solvane/(solvane|Tools|C)$" EXCLUDE)
 
-# The drawer commands: one program and a link to it for each name, and WBRun. They find share beside their bin.
-install(TARGETS amiga wbrun RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+# The drawer commands: one program and a link to it for each name, WBRun and rx. They find share beside their bin.
+install(TARGETS amiga wbrun rx RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/install/C)
 file(RELATIVE_PATH program /${SOLVANE_INSTALL_SHARE}/C /${CMAKE_INSTALL_BINDIR}/amiga)
 foreach(command IN LISTS SOLVANE_COMMANDS)
@@ -22,6 +22,8 @@ foreach(command IN LISTS SOLVANE_COMMANDS)
 endforeach()
 file(RELATIVE_PATH program /${SOLVANE_INSTALL_SHARE}/C /${CMAKE_INSTALL_BINDIR}/wbrun)
 file(CREATE_LINK ${program} ${CMAKE_BINARY_DIR}/install/C/WBRun SYMBOLIC)
+file(RELATIVE_PATH program /${SOLVANE_INSTALL_SHARE}/C /${CMAKE_INSTALL_BINDIR}/rx)
+file(CREATE_LINK ${program} ${CMAKE_BINARY_DIR}/install/C/rx SYMBOLIC)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/install/C DESTINATION ${SOLVANE_INSTALL_SHARE})
 
 # Programs do not stand under share: the Tools drawer holds links.
@@ -37,7 +39,7 @@ install(FILES ${SOLVANE_SHARE}/Tools/jhead ${SOLVANE_SHARE}/Tools/jpegtran
 install(DIRECTORY ${CMAKE_BINARY_DIR}/share/icons DESTINATION ${CMAKE_INSTALL_DATADIR})
 install(FILES packaging/solvane.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES packaging/solvane.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES packaging/solvane.1 packaging/amiga.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES packaging/solvane.1 packaging/amiga.1 packaging/rx.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/solvane)
 
 set(CPACK_GENERATOR DEB)

@@ -1,9 +1,12 @@
 #include "frame/EventDispatch.h"
 
+#include "automation/ARexxScripts.h"
 #include "content/BuildLists.h"
 #include "content/Drawers.h"
+#include "frame/Terminate.h"
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
+#include "interface/Locale.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "locations/Navigation.h"
@@ -14,6 +17,8 @@
 #include "model/Program.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <array>
@@ -240,6 +245,20 @@ void Dispatch(const WindowEvent& event) {
     }
 }
 
+// Another process has written the preferences: the window is built anew after them.
+Station ReloadPreferences() {
+    ReloadPrefs = 1;
+    LoadPrefs();
+    SetupLocale();
+    SetDateFormatInForce();
+    if (!DiscoverARexxScripts()) {
+        TellAndContinue(SAK_LocaleString(MSG_AREXX_SCAN_ERROR));
+    }
+    CloseForRebuild();
+    ReloadPrefs = 0;
+    return Station::EntryA;
+}
+
 void NoteEvent(const WindowEvent& event) {
     Result = (static_cast<std::uint32_t>(event.Class) << 16U) | event.Id;
     Code = event.Code;
@@ -277,9 +296,17 @@ Station ActOnARexxJump() {
     case 9:
         GoToParent();
         return Station::WaitLoop;
+    case 68:
+        CloseWindowWith(Closing::WithWindow);
+        return Station::WaitLoop;
     case 84:
         HandlePathGadget();
         return Station::WaitLoop;
+    case 97:
+        return ReloadPreferences();
+    case 107:
+        CloseForRebuild();
+        return Station::EntryA;
     default:
         return Station::WaitLoop;
     }

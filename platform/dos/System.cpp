@@ -222,6 +222,7 @@ bool Launch::FillWords(const FoundProgram& program) {
         return false;
     }
     Order.Environment = ChildEnvironment();
+    Order.Environment.insert(Order.Environment.end(), Options.Environment.begin(), Options.Environment.end());
     if (program.IsOurs)
         Order.Environment.push_back(std::string(CommandLineVariable) + "=" + typed);
     Order.Path = program.HostPath;

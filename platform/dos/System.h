@@ -41,6 +41,8 @@ struct SystemOptions {
     std::function<bool()> Stop{};
     // Where inserted texts come from; nothing: ShellSources().
     std::optional<CommandLineSources> Sources{};
+    // "NAME=value" each: variables of the host that the command has beyond those of this process.
+    std::vector<std::string> Environment{};
     // For StartSystem: called once when the command has ended, on a thread of its own, if it was started.
     std::function<void(long code)> Ended{};
 };

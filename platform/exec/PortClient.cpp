@@ -8,7 +8,9 @@
 #include <cerrno>
 #include <chrono>
 #include <poll.h>
+#include <sys/socket.h>
 #include <thread>
+#include <utility>
 
 namespace exec {
 
@@ -106,14 +108,9 @@ Descriptor HandOver(std::string_view port, std::string_view command, Clock::time
     return socket;
 }
 
-} // namespace
-
-std::optional<RemoteReply> SendCommand(std::string_view port, std::string_view command,
-                                       int timeoutMilliseconds) {
-    const auto end = EndOf(timeoutMilliseconds);
-    const Descriptor socket = HandOver(port, command, end);
+std::optional<RemoteReply> ReceiveOutcome(const Descriptor& socket, Clock::time_point end) {
     std::string frame;
-    if (!socket.IsOpen() || !ReceiveAll(socket, frame, OutcomeHeaderSize, end)) {
+    if (!ReceiveAll(socket, frame, OutcomeHeaderSize, end)) {
         return std::nullopt;
     }
     const std::size_t length = NumberAt(frame, 4);
@@ -123,8 +120,36 @@ std::optional<RemoteReply> SendCommand(std::string_view port, std::string_view c
     return RemoteReply{std::bit_cast<int>(NumberAt(frame, 0)), frame.substr(OutcomeHeaderSize)};
 }
 
+} // namespace
+
+std::optional<RemoteReply> SendCommand(std::string_view port, std::string_view command,
+                                       int timeoutMilliseconds) {
+    const auto end = EndOf(timeoutMilliseconds);
+    const Descriptor socket = HandOver(port, command, end);
+    return socket.IsOpen() ? ReceiveOutcome(socket, end) : std::nullopt;
+}
+
 bool PostCommand(std::string_view port, std::string_view command) {
     return HandOver(port, command, Clock::now() + TimeToHandOver).IsOpen();
+}
+
+std::unique_ptr<RemoteCall> RemoteCall::Start(std::string_view port, std::string_view command) {
+    Descriptor socket = HandOver(port, command, Clock::now() + TimeToHandOver);
+    return socket.IsOpen() ? std::make_unique<RemoteCall>(std::make_unique<Descriptor>(std::move(socket)))
+                           : nullptr;
+}
+
+RemoteCall::RemoteCall(std::unique_ptr<Descriptor> socket) noexcept : Socket(std::move(socket)) {}
+
+RemoteCall::~RemoteCall() = default;
+
+std::optional<RemoteReply> RemoteCall::Wait() {
+    return ReceiveOutcome(*Socket, Clock::time_point::max());
+}
+
+void RemoteCall::GiveUp() noexcept {
+    // A reader finds the end of the stream, be it there already or still to come.
+    shutdown(Socket->Get(), SHUT_RDWR);
 }
 
 } // namespace exec

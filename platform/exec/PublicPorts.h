@@ -22,6 +22,7 @@ inline constexpr std::size_t MaxResultSize = 1024 * 1024; // bytes
 inline constexpr int UnansweredCommandRc = 20;            // RC of a command that nobody replied to
 inline constexpr int WaitWithoutLimit = -1;               // a timeout
 
+class Descriptor;
 class PortService;
 
 // A command from another process, or from this one.
@@ -89,5 +90,25 @@ struct RemoteReply {
 // Sends a command and does not wait for its outcome; also for a port of the calling task. False
 // when it could not be handed over within a second.
 [[nodiscard]] bool PostCommand(std::string_view port, std::string_view command);
+
+// A command that has been handed over and whose outcome is still to come.
+class RemoteCall {
+public:
+    // Hands the command over as PostCommand does. Null where that fails.
+    [[nodiscard]] static std::unique_ptr<RemoteCall> Start(std::string_view port, std::string_view command);
+    explicit RemoteCall(std::unique_ptr<Descriptor> socket) noexcept; // for Start
+    RemoteCall(const RemoteCall&) = delete;
+    RemoteCall& operator=(const RemoteCall&) = delete;
+    ~RemoteCall();
+
+    // Waits for the outcome as long as the owner lives, the pump not running. Nothing when the owner dies or
+    // after GiveUp. For one thread, once.
+    [[nodiscard]] std::optional<RemoteReply> Wait();
+    // Ends the wait, now or when it begins; the owner acts on the command all the same. From any thread.
+    void GiveUp() noexcept;
+
+private:
+    std::unique_ptr<Descriptor> Socket;
+};
 
 } // namespace exec
