@@ -1,9 +1,9 @@
 #include "automation/ARexxCommands.h"
 
 #include "automation/ARexxHandlers.h"
-#include "content/Drawers.h"
 #include "locations/DiskOperations.h"
 #include "locations/OpenTabs.h"
+#include "locations/PlaceRouter.h"
 #include "locations/Tabs.h"
 #include "locations/VisitHistory.h"
 
@@ -25,7 +25,7 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"BACK", 7, WhenOpen<GoBackInHistory>, "", 0},
     {"FORWARD", 8, WhenOpen<GoForwardInHistory>, "", 0},
     {"PARENT", 9, rexx_Parent, "", 0},
-    {"RELOAD", 10, WhenOpen<ReloadDrawer>, "", 0},
+    {"RELOAD", 10, WhenOpen<ReloadLocation>, "", 0},
     {"SELECTDRAWER", 11, rexx_Accept, "NAME/K", 0},
     {"SELECTFILE", 12, rexx_Accept, "NAME/K", 0},
     {"SELECTALL", 13, rexx_Accept, "", 0},

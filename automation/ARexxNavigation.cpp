@@ -76,7 +76,7 @@ void rexx_OpenNewTab(rexx::CommandCall& call) {
     }
     OpenNewTab(1);
     if (std::find(WordsOfPlaces.begin(), WordsOfPlaces.end(), *path) != WordsOfPlaces.end()) {
-        HandleNavigationListBrowser(*path);
+        GoToPlace(*path);
     } else {
         PopulateContent2(NameOfPath(*path), *path);
     }

@@ -1,7 +1,7 @@
 // Commands about the program itself and its window.
 #include "automation/ARexxHandlers.h"
-#include "automation/Windows.h"
 #include "interface/MainLayout.h"
+#include "interface/Windows.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "prefs/LoadSavePrefs.h"

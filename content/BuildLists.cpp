@@ -6,6 +6,7 @@
 #include "content/Selection.h"
 #include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
+#include "interface/NavigationPane.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/WorkingSet.h"
@@ -19,6 +20,11 @@ namespace solvane {
 namespace {
 
 constexpr std::size_t StylesOfDrawers = 7, StylesElsewhere = 4;
+
+// A place keeps its row whatever it is called.
+bool IsListOfPlaces(LocationKind location) {
+    return location < LocationKind::Drawer && location != LocationKind::Workbench;
+}
 
 // The filmstrip may leave out what it has no picture of.
 bool IsInStrip(const ContentNode& node) {
@@ -100,7 +106,7 @@ void ShowRows() {
 
 bool HasRow(const ContentNode& node) {
     const std::string_view name = node.EntryName;
-    if (node.PlaceFacts) {
+    if (node.PlaceFacts || IsListOfPlaces(LBLocation)) {
         return true;
     }
     if (Prefs.ShowHiddenEntries == 0 && name.starts_with('.')) {
@@ -121,6 +127,7 @@ void BuildContentList() {
     NumSelected = 0;
     TotalNodes = 0;
     ActuallyZero = 0;
+    SetNavigationSelected(LBLocation);
     if (!ContentList) {
         return;
     }

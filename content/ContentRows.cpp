@@ -137,7 +137,7 @@ intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const
         cell.Image = Pictures.Of(row, *node);
         return cell;
     }
-    if (node->PlaceFacts) {
+    if (IsPlace(*node)) {
         return PlaceCell(row, column, *node);
     }
     cell = NameCell(row, *node);

@@ -4,6 +4,8 @@
 #include "interface/Images.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/PrefsLists.h"
+#include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -78,6 +80,66 @@ PlaceTexts AssignTexts(const AssignsNode& assign, DetailsColumn column, std::int
     }
 }
 
+// A volume among the objects of the desktop.
+PlaceTexts DesktopVolumeTexts(const ContentNode& node, const DevicesNode& device, DetailsColumn column) {
+    switch (column) {
+    case DetailsColumn::Name:
+        return {.Text = node.EntryName};
+    case DetailsColumn::Size:
+        return {.Text = device.TotalText};
+    case DetailsColumn::Type:
+        return {.Text = node.DatatypeName};
+    default:
+        return {};
+    }
+}
+
+// What stands in the columns behind a kept place's name.
+std::string_view KeptPlaceFact(const ContentNode& node, std::int32_t column) {
+    constexpr std::int32_t host = 2;
+    if (LBLocation != LocationKind::FTPSites) {
+        return node.EntryPath;
+    }
+    const FTPSitesNode* site = FindNavFTPSitesNode(node.EntryName);
+    if (site == nullptr) {
+        return {};
+    }
+    return column == host ? site->Address.View() : site->RemoteDrawer.View();
+}
+
+PlaceTexts KeptPlaceTexts(const ContentNode& node, DetailsColumn column, std::int32_t style) {
+    if (style == ViewTiles || (style == ViewContent && column == DetailsColumn::Name)) {
+        return {.Text = node.EntryName, .More = {std::string(node.EntryPath.View())}};
+    }
+    if (column == DetailsColumn::Name) {
+        return {.Text = node.EntryName};
+    }
+    return style == ViewDetails ? PlaceTexts{.Text = KeptPlaceFact(node, static_cast<std::int32_t>(column))}
+                                : PlaceTexts();
+}
+
+std::string_view LargePictureOf(LocationKind location) {
+    switch (location) {
+    case LocationKind::Bookmarks:
+        return "PROGDIR:Images/Img_Bookmarks.png";
+    case LocationKind::Favorites:
+        return "PROGDIR:Images/Img_Favorites.png";
+    case LocationKind::Workbench:
+        return "PROGDIR:Images/Img_Workbench.png";
+    case LocationKind::Computer:
+        return "PROGDIR:Images/Img_Computer.png";
+    case LocationKind::Assigns:
+        return "PROGDIR:Images/Img_Assigns.png";
+    case LocationKind::FTPSites:
+        return "PROGDIR:Images/Img_FTPSites.png";
+    case LocationKind::OS4Depot:
+    case LocationKind::Aminet:
+        return "PROGDIR:Images/Img_Aminet.png";
+    default:
+        return "PROGDIR:Images/Img_Drawer.png";
+    }
+}
+
 template <class Key>
 int CompareBy(const ContentNode& a, const ContentNode& b, Key key) {
     const DevicesNode* first = DeviceOf(a);
@@ -104,22 +166,72 @@ void SortDevicesByName(std::int32_t direction) {
 
 PlaceTexts PlaceCellTexts(const ContentNode& node, DetailsColumn column, std::int32_t style) {
     if (const DevicesNode* device = DeviceOf(node)) {
-        return DeviceTexts(*device, column, style);
+        const bool onDesktop = LBLocation == LocationKind::Workbench && style == ViewDetails;
+        return onDesktop ? DesktopVolumeTexts(node, *device, column) : DeviceTexts(*device, column, style);
     }
     const AssignsNode* assign = AssignOf(node);
-    return assign != nullptr ? AssignTexts(*assign, column, style) : PlaceTexts();
+    return assign != nullptr ? AssignTexts(*assign, column, style) : KeptPlaceTexts(node, column, style);
+}
+
+bool IsPlace(const ContentNode& node) {
+    return node.PlaceFacts || LBLocation == LocationKind::Bookmarks ||
+           LBLocation == LocationKind::Favorites || LBLocation == LocationKind::FTPSites;
 }
 
 intuition::ImageId PlacePicture(const ContentNode& node) {
-    const DevicesNode* device = DeviceOf(node);
-    return device != nullptr ? DeviceImageObject(device->Type) : ListImageObject(ListImage::Assign);
+    if (const DevicesNode* device = DeviceOf(node)) {
+        return DeviceImageObject(device->Type);
+    }
+    return ListImageObject(node.PlaceFacts ? ListImage::Assign : ListImageOf(node.LeadsTo, node.EntryPath));
 }
 
 std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node) {
     if (const DevicesNode* device = DeviceOf(node)) {
         return DeviceImageSteps(*device);
     }
-    return {{.Path = "PROGDIR:Images/Img_Assigns.png"}};
+    if (node.PlaceFacts) {
+        return {{.Path = "PROGDIR:Images/Img_Assigns.png"}};
+    }
+    const bool isDrawer = node.LeadsTo == LocationKind::Drawer;
+    std::vector<intuition::ImageStep> steps;
+    if (isDrawer && Prefs.ShowActualIcons != 0 && !MayHang(node.EntryPath)) {
+        steps.push_back({.Path = std::string(node.EntryPath.View()) +
+                                 (SAK_IsDeviceRoot(node.EntryPath) ? "Disk.info" : ".info")});
+    }
+    steps.push_back({.Path = std::string(LargePictureOf(node.LeadsTo))});
+    return steps;
+}
+
+ListImage ListImageOf(LocationKind location, std::string_view path) {
+    switch (location) {
+    case LocationKind::Bookmarks:
+        return ListImage::Bookmark;
+    case LocationKind::Favorites:
+        return ListImage::Favorite;
+    case LocationKind::Workbench:
+        return ListImage::Desktop;
+    case LocationKind::Computer:
+        return ListImage::Computer;
+    case LocationKind::Assigns:
+        return ListImage::Assign;
+    case LocationKind::FTPSites:
+    case LocationKind::OS4Depot:
+    case LocationKind::Aminet:
+        return ListImage::FTPSite;
+    default:
+        break;
+    }
+    if (!SAK_IsDeviceRoot(path) || Text<128>(path) == "ENV:") {
+        return ListImage::Drawer;
+    }
+    return FindMasterAssignsNode(path) != nullptr ? ListImage::Assign : ListImage::Disk;
+}
+
+bool MayHang(std::string_view path) {
+    Text<1024> root;
+    SAK_GetDeviceRoot(path, root);
+    const DevicesNode* device = FindMasterDevicesNode(root);
+    return device != nullptr && device->MayHang != 0;
 }
 
 void SortDevicesList(std::int32_t direction) {

@@ -1,8 +1,9 @@
-// What the rows of the Computer and Assigns lists show. Their entries are drawn like those of drawers; only
-// their texts, bars and pictures come from here.
+// What the rows of the lists of places show: devices, assigns, and the places that the user keeps. Their
+// entries are drawn like those of drawers; only their texts, bars and pictures come from here.
 #pragma once
 
 #include "content/SortKeys.h"
+#include "interface/Images.h"
 #include "model/ContentNode.h"
 #include "platform/intuition/WishedImages.h"
 
@@ -22,13 +23,21 @@ struct PlaceTexts {
     std::vector<std::string> More{}; // lines under it
     std::optional<int> Gauge{};      // per cent
 };
-// What a cell of a device or assign shows in that view style; nothing for another entry.
+// True for the entry of a list of places, whose looks come from here.
+[[nodiscard]] bool IsPlace(const ContentNode& node);
+
+// What a cell of a place shows in that view style.
 [[nodiscard]] PlaceTexts PlaceCellTexts(const ContentNode& node, DetailsColumn column, std::int32_t style);
 
-// The small picture of a device or assign, which is shared and not to be released; and where a large one may
+// The small picture of a place, which is shared and not to be released; and where a large one may
 // come from.
 [[nodiscard]] intuition::ImageId PlacePicture(const ContentNode& node);
 [[nodiscard]] std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node);
+
+// The small picture of what a bookmark or favorite leads to.
+[[nodiscard]] ListImage ListImageOf(LocationKind location, std::string_view path);
+// True when the path lies on a disk that may never answer, so that nothing is looked up there unasked.
+[[nodiscard]] bool MayHang(std::string_view path);
 
 // Sorts ContentList as the list of devices, and as that of assigns; direction 0 is ascending. In the Details
 // view devices go by Prefs.ComputerDetailsCISortColumn, else as the master list goes.

@@ -158,7 +158,7 @@ intuition::ImageWish RowPictures::WishOf(const ContentNode& node) const {
     wish.Fallback = UsualOf(node);
     wish.Width = box.Width;
     wish.Height = box.Height;
-    if (node.PlaceFacts) {
+    if (IsPlace(node)) {
         wish.Steps = PlaceImageSteps(node);
         return wish;
     }
@@ -186,7 +186,7 @@ intuition::ImageWish RowPictures::UsualWithIcon(const ContentNode& node) const {
 }
 
 intuition::ImageId RowPictures::UsualOf(const ContentNode& node) const {
-    if (node.PlaceFacts) {
+    if (IsPlace(node)) {
         return PlacePicture(node);
     }
     const UsualPicture& usual = UsualPictureOf(node);

@@ -1,12 +1,12 @@
 #include "frame/EntryPoint.h"
 
-#include "automation/Windows.h"
 #include "frame/Libraries.h"
 #include "frame/MyProgram.h"
 #include "frame/Ports.h"
 #include "frame/Snapshot.h"
 #include "frame/Terminate.h"
 #include "interface/Locale.h"
+#include "interface/Windows.h"
 #include "model/Program.h"
 #include "platform/application/Start.h"
 #include "platform/application/Termination.h"

@@ -80,6 +80,9 @@ void ServeGadget(const WindowEvent& event) {
         ChooserSelected = event.Code;
         ChangeViewStyle();
         break;
+    case GadgetNavigationList:
+        HandleNavigationListBrowser("");
+        break;
     case GadgetContentList:
         HandleContentListBrowser("");
         break;

@@ -2,7 +2,6 @@
 
 #include "automation/ARexx.h"
 #include "automation/Commodity.h"
-#include "automation/Windows.h"
 #include "content/ColumnInfo.h"
 #include "content/Drawers.h"
 #include "fileops/Clipboard.h"
@@ -19,6 +18,7 @@
 #include "interface/Menus.h"
 #include "interface/Screens.h"
 #include "interface/SetUp.h"
+#include "interface/Windows.h"
 #include "locations/DiskEvents.h"
 #include "locations/NavigationList.h"
 #include "locations/TabRecords.h"

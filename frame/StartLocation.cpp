@@ -33,35 +33,11 @@ StartPlace ChosenStart() {
     return {static_cast<LocationKind>(Prefs.DefaultOpenAt), Prefs.DefaultOpenAtName, Prefs.DefaultOpenAtPath};
 }
 
-// The word of a location that is no drawer; empty for a drawer.
-std::string_view NavigationWord(const StartPlace& start) {
-    switch (start.Location) {
-    case LocationKind::Bookmarks:
-        return "Bookmarks";
-    case LocationKind::Favorites:
-        return "Favorites";
-    case LocationKind::Workbench:
-        return "Workbench";
-    case LocationKind::Computer:
-        return "Computer";
-    case LocationKind::Assigns:
-        return "Assigns";
-    case LocationKind::FTPSites:
-        return "FTPSites";
-    case LocationKind::OS4Depot:
-        return start.Path == SAK_LocaleString(MSG_OS4DEPOT_RECENT) ? "OS4DepotRecent" : "OS4DepotFull";
-    case LocationKind::Aminet:
-        return start.Path == SAK_LocaleString(MSG_AMINET_RECENT) ? "AminetRecent" : "AminetFull";
-    default:
-        return {};
-    }
-}
-
 void RouteStartPath(const TabsNode& tab) {
     const std::string_view path = tab.Path.Empty() ? "Computer" : tab.Path.View();
     const std::string_view word = NavigationWordOf(path);
     if (!word.empty()) {
-        HandleNavigationListBrowser(word);
+        GoToPlace(word);
         return;
     }
     PopulateContent2(NameOfPath(path).View(), path);
@@ -69,9 +45,9 @@ void RouteStartPath(const TabsNode& tab) {
 
 void ShowStartPlace() {
     const StartPlace start = ChosenStart();
-    const std::string_view word = NavigationWord(start);
+    const std::string_view word = WordOfPlace(start.Location, start.Path);
     if (!word.empty()) {
-        HandleNavigationListBrowser(word);
+        GoToPlace(word);
         return;
     }
     SetPreviewPaneNone();
@@ -85,7 +61,7 @@ void ShowStartPlace() {
 void GoToStartLocation() {
     ShowStartPlace();
     if (lblist2.empty()) {
-        HandleNavigationListBrowser("Computer"); // the chosen place is gone or has no view
+        GoToPlace("Computer"); // the chosen drawer is gone
     }
 }
 

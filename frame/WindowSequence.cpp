@@ -13,6 +13,7 @@
 #include "interface/MenuState.h"
 #include "interface/Menus.h"
 #include "interface/Screens.h"
+#include "locations/LayoutChange.h"
 #include "locations/NavigationList.h"
 #include "locations/OpenTabs.h"
 #include "locations/TabRecords.h"
@@ -92,6 +93,7 @@ void ShowLocations() {
         ReopenTabs = 0;
         SwitchToTabNumber(Offset);
     }
+    ChooserSelected = NoLayoutChange;
     ChangeLayout();
 }
 
@@ -171,6 +173,7 @@ void CloseMainWindow() {
     }
     SetPreviewPaneNone();
     SAK_StopNotify();
+    FreeNavigationList();
     FreeAllTabs(1);
     CloseWindowObject();
     WindowClosed = 1;
@@ -182,6 +185,7 @@ void CloseMainWindow() {
 void CloseMainWindowUpdate() {
     SetPreviewPaneNone();
     SAK_StopNotify();
+    FreeNavigationList();
     FreeContentRows(); // their pictures are loaded for the list that goes now
     CloseWindowObject();
     WindowClosed = 1;

@@ -97,17 +97,39 @@ std::unique_ptr<intuition::ListBrowser> CreateContentPane() {
     return list;
 }
 
+int NavigationWeight() {
+    return std::clamp(Prefs.NavigationWidth, LeastPane, 100 - LeastPane);
+}
+
+void AddNavigationPane() {
+    auto tree =
+        std::make_unique<intuition::TreeBrowser>(GadgetNavigationList, SAK_LocaleString(MSG_MENU_NAVIGATION));
+    Objects.Navigation = tree.get();
+    Objects.NavCon->Insert(0, std::move(tree), NavigationWeight());
+}
+
+std::unique_ptr<intuition::Layout> CreateNavConGroup() {
+    auto group = std::make_unique<intuition::Layout>(
+        intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Bars = true});
+    Objects.NavCon = group.get();
+    group->Add(CreateContentPane(), 100 - NavigationWeight());
+    if (Prefs.NavigationPane != 0) {
+        AddNavigationPane();
+    }
+    return group;
+}
+
 // The panes between the bars, as far as there are any.
 void AddPanes(intuition::Layout& root) {
     if (Prefs.DetailsPane == 0) {
-        root.Add(CreateContentPane(), 1);
+        root.Add(CreateNavConGroup(), 1);
         return;
     }
     auto panes = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Bars = true});
     Objects.Panes = panes.get();
     const int height = std::clamp(Prefs.DetailsHeight, LeastPane, 100 - LeastPane);
-    panes->Add(CreateContentPane(), 100 - height);
+    panes->Add(CreateNavConGroup(), 100 - height);
     panes->Add(CreateDetailsPaneGroup(), height);
     root.Add(std::move(panes), 1);
 }
@@ -172,6 +194,27 @@ void CloseWindowObject() {
     MainWindow.reset();
 }
 
+void ShowNavigationPane() {
+    const bool isShown = Objects.Navigation != nullptr;
+    if (Objects.NavCon == nullptr || isShown == (Prefs.NavigationPane != 0)) {
+        return;
+    }
+    if (isShown) {
+        Objects.NavCon->Remove(*Objects.Navigation);
+        Objects.Navigation = nullptr;
+    } else {
+        AddNavigationPane();
+        Objects.NavCon->SetWeights({NavigationWeight(), 100 - NavigationWeight()});
+    }
+}
+
+std::int32_t GetNavigationWidth() {
+    if (Objects.Navigation == nullptr) {
+        return Prefs.NavigationWidth;
+    }
+    return Objects.NavCon->Weights().front();
+}
+
 std::int32_t GetDetailsHeight() {
     if (Objects.Panes == nullptr) {
         return Prefs.DetailsHeight;
@@ -188,8 +231,6 @@ void ShowViewStyle(std::size_t offered, std::int32_t style) {
     }
     Objects.ViewStyle->SetSelected(style);
 }
-
-void ChangeLayout() {}
 
 void SetStatusBar(std::string_view left, std::string_view right) {
     StatusBarBuffer1 = left;

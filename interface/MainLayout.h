@@ -10,6 +10,7 @@
 #include "platform/intuition/ListBrowser.h"
 #include "platform/intuition/PopUpList.h"
 #include "platform/intuition/StringGadget.h"
+#include "platform/intuition/TreeBrowser.h"
 #include "platform/intuition/Window.h"
 #include "sak/Text.h"
 
@@ -30,6 +31,7 @@ enum GadgetId : std::uint16_t {
     GadgetReload = 37,
     GadgetPath = 38,
     GadgetViewStyle = 43,
+    GadgetNavigationList = 46,
     GadgetContentList = 49,
 };
 
@@ -44,7 +46,9 @@ struct MainObjects {
     intuition::Button* Reload = nullptr;
     intuition::StringGadget* Path = nullptr;
     intuition::Chooser* ViewStyle = nullptr;
-    intuition::Layout* Panes = nullptr; // the Content list over the Details pane; null without the pane
+    intuition::Layout* Panes = nullptr;  // the Content list over the Details pane; null without the pane
+    intuition::Layout* NavCon = nullptr; // the Navigation pane beside the Content list
+    intuition::TreeBrowser* Navigation = nullptr; // null without the pane
     intuition::ListBrowser* ContentList = nullptr;
     intuition::Label* StatusLeft = nullptr;
     intuition::Label* StatusRight = nullptr;
@@ -70,15 +74,20 @@ void DetachAllLists();
 // Closes the window and drops it with its gadgets; nothing while it is closed.
 void CloseWindowObject();
 
+// Takes the Navigation pane into the open window or out of it, empty, as Prefs.NavigationPane says.
+// Everything else in the window stays as it is.
+void ShowNavigationPane();
+
+// The weight of the Navigation pane in per cent: as the user has dragged it, or as it is set while there is
+// none.
+[[nodiscard]] std::int32_t GetNavigationWidth();
+
 // The weight of the Details pane in per cent: as the user has dragged it, or as it is set while there is
 // none.
 [[nodiscard]] std::int32_t GetDetailsHeight();
 
 // Offers that many of the view styles, from List on, and shows that one as chosen; nothing without a window.
 void ShowViewStyle(std::size_t offered, std::int32_t style);
-
-// Brings the layout in line with ChooserSelected; there is one layout so far.
-void ChangeLayout();
 
 // Keeps both texts and shows them when the window has a status bar.
 void SetStatusBar(std::string_view left, std::string_view right);

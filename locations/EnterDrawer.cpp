@@ -89,7 +89,7 @@ void SetCurrentPath(std::string_view path) {
     ShowCurrentPath();
 }
 
-void PopulateContent2(std::string_view name, std::string_view path) {
+bool PopulateContent2(std::string_view name, std::string_view path) {
     Text<1024> target = FittingPath(path);
     const Text<128> called = name;
     BeforeSwitchHistory();
@@ -97,11 +97,12 @@ void PopulateContent2(std::string_view name, std::string_view path) {
         target = GetFullPathForAssign(target);
     }
     if (target.Empty() || !ShowDrawer(target)) {
-        return;
+        return false;
     }
     AddShownPlace(called, target, LocationKind::Drawer);
     DetailsPane1();
     ShowContentStatus();
+    return true;
 }
 
 bool ScanDrawerOther() {

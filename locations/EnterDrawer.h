@@ -14,8 +14,8 @@ namespace solvane {
 void SetCurrentPath(std::string_view path);
 
 // Shows the drawer at path; name is what history calls it. When it cannot be shown the user is told and stays
-// where he was.
-void PopulateContent2(std::string_view name, std::string_view path);
+// where he was, and the result is false.
+bool PopulateContent2(std::string_view name, std::string_view path);
 
 // Shows CurrentPath as a place that was named by its path, with the figures of an entered path. False when it
 // cannot be shown, after a requester; the path on show is then what it was.

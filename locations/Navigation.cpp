@@ -2,14 +2,11 @@
 
 #include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
-#include "content/Drawers.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
-#include "locations/Devices.h"
-#include "locations/NavigationList.h"
 #include "locations/PlaceLists.h"
 #include "model/Content.h"
 #include "model/Devices.h"
@@ -21,32 +18,11 @@
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
-#include <array>
 #include <string>
 
 namespace solvane {
 
 namespace {
-
-struct Place {
-    std::string_view Word;
-    MessageNumber Name; // as it is shown
-};
-
-constexpr std::array Places = {
-    Place{"Bookmarks", MSG_BOOKMARKS},
-    Place{"Favorites", MSG_FAVORITES},
-    Place{"Workbench", MSG_WORKBENCH},
-    Place{"Computer", MSG_COMPUTER},
-    Place{"Assigns", MSG_ASSIGNS},
-    Place{"FTPSites", MSG_FTP_SITES},
-    Place{"OS4DepotRecent", MSG_OS4DEPOT_RECENT},
-    Place{"OS4DepotFull", MSG_OS4DEPOT_FULL},
-    Place{"AminetRecent", MSG_AMINET_RECENT},
-    Place{"AminetFull", MSG_AMINET_FULL},
-};
-
-constexpr std::string_view DeviceMark = "[Dev]"; // before a device's name
 
 void ReturnToPathOnShow() {
     SetCurrentPath(Text<1024>(PathUndoBuffer));
@@ -75,6 +51,13 @@ Text<1024> ByVolumeName(const Text<1024>& path) {
     }
     const std::string renamed = std::string(volume.View()).append(path.View().substr(root.Size()));
     return renamed.size() <= Text<1024>::Limit ? Text<1024>(renamed) : Text<1024>();
+}
+
+void GoToTypedPlace(std::string_view word) {
+    ReturnToPathOnShow(); // that is where the user is until the place is on show
+    if (!word.empty()) {
+        GoToPlace(word);
+    }
 }
 
 void GoToTypedDrawer() {
@@ -116,6 +99,19 @@ bool AtPlaceList() {
     return LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns;
 }
 
+void TellSelection() {
+    switch (LBLocation) {
+    case LocationKind::Bookmarks:
+    case LocationKind::Favorites:
+    case LocationKind::FTPSites:
+        DetailsPane5();
+        break;
+    default:
+        DetailsPane3();
+        break;
+    }
+}
+
 void ServeSelection() {
     SelectContentListItems();
     if (AtPlaceList()) {
@@ -125,7 +121,7 @@ void ServeSelection() {
         return;
     }
     RefreshBytes();
-    DetailsPane3();
+    TellSelection();
     SetMenuState();
     SetToolbarState();
 }
@@ -148,21 +144,6 @@ void ServeTitleClick(std::size_t column) {
     }
 }
 
-// "[Dev]DH0:"
-void GoToDevice(std::string_view key) {
-    key.remove_prefix(DeviceMark.size());
-    const DevicesNode* device = FindMasterDevicesNode(key);
-    if (device == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        SAK_LocaleString(MSG_NO_DEVICE_IN_LIST), SAK_LocaleString(MSG_CONTINUE_GAD));
-        return;
-    }
-    const Text<128> volume = device->VolumeName;
-    PopulateContent2(volume, volume);
-    SetMenuState();
-    SetToolbarState();
-}
-
 void ServeDoubleClick(std::size_t row) {
     if (row < lblist2.size() && lblist2[row].Record != nullptr) {
         OpenEntry(*lblist2[row].Record);
@@ -170,30 +151,6 @@ void ServeDoubleClick(std::size_t row) {
 }
 
 } // namespace
-
-std::string_view NavigationWordOf(std::string_view place) {
-    const Text<128> wanted = place;
-    for (const Place& known : Places) {
-        if (wanted == known.Word || wanted == SAK_LocaleString(known.Name) ||
-            wanted == SAK_BuiltInString(known.Name)) {
-            return known.Word;
-        }
-    }
-    return {};
-}
-
-void HandleNavigationListBrowser(std::string_view word) {
-    const std::string_view place = NavigationWordOf(word);
-    if (place == "Computer") {
-        ShowComputer();
-    } else if (place == "Assigns") {
-        ShowAssigns();
-    } else if (word.starts_with(DeviceMark)) {
-        GoToDevice(word);
-    } else {
-        ReturnToPathOnShow();
-    }
-}
 
 void HandlePathGadget() {
     const std::string typed = dos::FromHostPath(CurrentPath);
@@ -204,7 +161,7 @@ void HandlePathGadget() {
     }
     CurrentPath = typed;
     if (typed.find(':') == std::string::npos) {
-        HandleNavigationListBrowser(NavigationWordOf(typed));
+        GoToTypedPlace(NavigationWordOf(typed));
     } else if (FindMasterAssignsNode(CurrentPath) != nullptr) {
         GoToTypedAssign();
     } else {
@@ -242,21 +199,38 @@ void OpenSelectedEntry() {
     }
 }
 
-void ReloadLocation() {
-    if (LBLocation == LocationKind::Computer) {
-        UpdateDevicesList();
-        BuildNavigationList();
-        ShowComputer();
-    } else if (LBLocation == LocationKind::Assigns) {
-        ShowAssigns();
-    } else {
-        static_cast<void>(ReloadDrawer());
+namespace {
+
+// What stands in a list of places.
+void OpenKeptPlace(const ContentNode& entry) {
+    const LocationKind location = entry.LeadsTo;
+    const Text<128> name = entry.EntryName; // the record goes when the place is shown
+    const Text<1024> path = entry.EntryPath;
+    const Text<1024> key = entry.EntryDisplayName;
+    if (LBLocation == LocationKind::FTPSites) {
+        HandleNavigationListBrowser(key);
+    } else if (!OpenedElsewhere(ArgumentOfKeptPlace(location, name, path))) {
+        GoToKeptPlace(location, name, path);
     }
 }
 
+bool IsListOfKeptPlaces(LocationKind location) {
+    return location == LocationKind::Bookmarks || location == LocationKind::Favorites ||
+           location == LocationKind::FTPSites;
+}
+
+} // namespace
+
 void OpenEntry(const ContentNode& entry) {
+    if (entry.EntryName.Empty()) {
+        return;
+    }
     if (entry.PlaceFacts) {
         OpenPlace(entry);
+        return;
+    }
+    if (IsListOfKeptPlaces(LBLocation)) {
+        OpenKeptPlace(entry);
         return;
     }
     if (!IsDrawerKind(entry.ObjectKind) || entry.EntryName.Empty()) {
@@ -264,6 +238,9 @@ void OpenEntry(const ContentNode& entry) {
     }
     const Text<128> name = entry.EntryName; // the record goes when the new drawer is read
     const Text<1024> path = IsLinkKind(entry.ObjectKind) ? PlainPath(entry.EntryPath) : entry.EntryPath;
+    if (OpenedElsewhere(path)) {
+        return;
+    }
     PopulateContent2(name, path);
     SetMenuState();
     SetToolbarState();

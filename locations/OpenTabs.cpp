@@ -53,7 +53,7 @@ void CloneTab() {
     const Text<1024> path = CurrentPath;
     OpenNewTab(1);
     if (!word.empty()) {
-        HandleNavigationListBrowser(word);
+        GoToPlace(word);
     } else {
         PopulateContent2(NameOfPath(path), path);
     }
@@ -66,19 +66,26 @@ void OpenMultipleNewTabs() {
     Qualifier = 0;
     SelectContentListItems();
     struct Target {
+        LocationKind LeadsTo;
         Text<128> Name;
-        Text<1024> Path;
+        Text<1024> Path, Key;
     };
+    const bool areSites = LBLocation == LocationKind::FTPSites;
     std::vector<Target> targets; // records go with their list, should the tab be read anew
     for (const ListRow& row : lblist2) {
         if (row.Record != nullptr && row.Record->Selected != 0 && IsDrawerKind(row.Record->ObjectKind) &&
             !row.Record->EntryName.Empty()) {
-            targets.push_back({row.Record->EntryName, row.Record->EntryPath});
+            targets.push_back({row.Record->LeadsTo, row.Record->EntryName, row.Record->EntryPath,
+                               row.Record->EntryDisplayName});
         }
     }
     for (const Target& target : targets) {
         OpenNewTab(1);
-        PopulateContent2(target.Name, target.Path);
+        if (areSites) {
+            GoToPlace(target.Key);
+        } else {
+            GoToKeptPlace(target.LeadsTo, target.Name, target.Path);
+        }
     }
     SetMenuState();
     SetToolbarState();

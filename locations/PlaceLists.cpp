@@ -14,6 +14,7 @@
 #include "locations/EnterDrawer.h"
 #include "locations/History.h"
 #include "locations/NewNodes.h"
+#include "locations/PlaceRouter.h"
 #include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -53,9 +54,12 @@ void BuildPlaces() {
 // Leaves what is on show for a place that is no drawer.
 void GoTo(LocationKind location, MessageNumber name, std::string_view word) {
     SetPreviewPaneNone();
+    BeforeSwitchHistory();
     FreeContentList(1);
-    AddHistoryNode(SAK_LocaleString(name), word, location);
-    LBTop = 0;
+    AddShownPlace(SAK_LocaleString(name), word, location);
+    if (DoReload == 0) {
+        LBTop = 0;
+    }
     LBLocation = location;
     SetCurrentPath(SAK_LocaleString(name));
 }
@@ -149,8 +153,12 @@ void FillPlace() {
     }
 }
 
+// Where the keys want it: in a new window, or in this or a new tab.
 void OpenRoot(std::string_view path) {
     const Text<1024> root = path; // the entry goes when the drawer is read
+    if (OpenedElsewhere(root)) {
+        return;
+    }
     PopulateContent2(root, root);
     SetMenuState();
     SetToolbarState();

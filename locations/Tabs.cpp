@@ -150,7 +150,7 @@ void ShowDrawerTab() {
 void ShowTabOfPlaces() {
     const bool marked = std::exchange(ActiveTab->RescanTab, 0) != 0;
     if (lblist2.empty() || marked) {
-        HandleNavigationListBrowser(WordOfLocation(LBLocation));
+        GoToPlace(WordOfLocation(LBLocation));
     } else {
         ShowKeptRows();
     }

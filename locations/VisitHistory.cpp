@@ -38,31 +38,30 @@ void HandleHistory() {
     AfterSwitchHistory();
     switch (CurrentHistory->Location) {
     case LocationKind::Bookmarks:
-        HandleNavigationListBrowser("Bookmarks");
+        GoToPlace("Bookmarks");
         break;
     case LocationKind::Favorites:
-        HandleNavigationListBrowser("Favorites");
+        GoToPlace("Favorites");
         break;
     case LocationKind::Workbench:
-        HandleNavigationListBrowser("Workbench");
+        GoToPlace("Workbench");
         break;
     case LocationKind::Computer:
-        HandleNavigationListBrowser("Computer");
+        GoToPlace("Computer");
         break;
     case LocationKind::Assigns:
-        HandleNavigationListBrowser("Assigns");
+        GoToPlace("Assigns");
         break;
     case LocationKind::FTPSites:
-        HandleNavigationListBrowser("FTPSites");
+        GoToPlace("FTPSites");
         break;
     case LocationKind::OS4Depot:
-        HandleNavigationListBrowser(CurrentHistory->Name == SAK_LocaleString(MSG_OS4DEPOT_RECENT)
-                                        ? "OS4DepotRecent"
-                                        : "OS4DepotFull");
+        GoToPlace(CurrentHistory->Name == SAK_LocaleString(MSG_OS4DEPOT_RECENT) ? "OS4DepotRecent"
+                                                                                : "OS4DepotFull");
         break;
     case LocationKind::Aminet:
-        HandleNavigationListBrowser(
-            CurrentHistory->Name == SAK_LocaleString(MSG_AMINET_RECENT) ? "AminetRecent" : "AminetFull");
+        GoToPlace(CurrentHistory->Name == SAK_LocaleString(MSG_AMINET_RECENT) ? "AminetRecent"
+                                                                              : "AminetFull");
         break;
     case LocationKind::SearchResults:
     case LocationKind::DuplicateFiles:

@@ -70,6 +70,9 @@ extern std::int32_t& NumSelected;   // selected rows
 extern std::uint16_t& ActuallyZero; // the one row on show stands for an empty drawer
 extern std::uint16_t& AtFTPMount;   // CurrentPath lies on an FTP mount: nothing there is opened for its type
 extern std::uint16_t& AtWHDLoadGamesRootDrawer;
+extern std::uint16_t& WhichOS4Depot;        // 0 its recent index is on show, 1 the full one
+extern std::uint16_t& WhichAminet;          // the same
+extern Text<128>& FTPMountSiteName;         // of the user's sites, the one that was entered last
 extern std::uint16_t ColInfo_GetDimensions; // a shown Details column needs this datum; written by ColumnInfo
 extern std::uint16_t ColInfo_GetMP3;
 extern std::uint16_t ColInfo_GetVersion;

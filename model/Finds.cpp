@@ -1,6 +1,7 @@
 #include "model/Content.h"
 #include "model/ContentNode.h"
 #include "model/Devices.h"
+#include "model/PrefsLists.h"
 
 #include <string>
 
@@ -66,6 +67,14 @@ bool IsDeviceFTPMount(std::string_view name) {
 bool IsDeviceNetworkShare(std::string_view name) {
     const DevicesNode* node = FindMasterDevicesNode(name);
     return IsDeviceFTPMount(name) || (node != nullptr && node->Type == DeviceNetworkShare);
+}
+
+FavoritesNode* FindMasterFavoritesNode(std::string_view path) {
+    return MasterFavoritesList ? FindNodeByText(*MasterFavoritesList, &FavoritesNode::Path, path) : nullptr;
+}
+
+FTPSitesNode* FindNavFTPSitesNode(std::string_view name) {
+    return FTPSitesList ? FindNodeByText(*FTPSitesList, &FTPSitesNode::Name, name) : nullptr;
 }
 
 Text<1024> DeviceNameToVolumeName(const Text<1024>& path) {

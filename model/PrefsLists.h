@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 namespace solvane {
 
@@ -77,5 +78,10 @@ extern std::unique_ptr<GenericList<FavoritesNode>> MasterFavoritesList;
 extern std::unique_ptr<GenericList<ToolbarNode>> ToolbarList;
 extern std::unique_ptr<GenericList<UserButtonsNode>> UserButtonsList;
 extern std::unique_ptr<GenericList<FTPSitesNode>> FTPSitesList;
+
+// The first favorite with that path, and the first site of that name, without regard to case. Null: none.
+// They move the cursor.
+[[nodiscard]] FavoritesNode* FindMasterFavoritesNode(std::string_view path);
+[[nodiscard]] FTPSitesNode* FindNavFTPSitesNode(std::string_view name);
 
 } // namespace solvane

@@ -22,6 +22,9 @@ std::int32_t& NumSelected = ActiveSet.NumConSel;
 std::uint16_t& ActuallyZero = ActiveSet.ActuallyZero;
 std::uint16_t& AtFTPMount = ActiveSet.AtFTPMount;
 std::uint16_t& AtWHDLoadGamesRootDrawer = ActiveSet.AtWHDLoadGamesRootDrawer;
+std::uint16_t& WhichOS4Depot = ActiveSet.WhichOS4Depot;
+std::uint16_t& WhichAminet = ActiveSet.WhichAminet;
+Text<128>& FTPMountSiteName = ActiveSet.FTPMountSiteName;
 
 std::unique_ptr<GenericList<HistoryNode>>& HistoryList = ActiveSet.HistoryList;
 HistoryNode*& CurrentHistory = ActiveSet.CurrentHistory;

@@ -230,6 +230,7 @@ void CollectPrefs() {
     if (!MainWindow || !MainWindow->IsOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
         return;
     }
+    Prefs.NavigationWidth = GetNavigationWidth();
     Prefs.DetailsHeight = GetDetailsHeight();
     if (AtPreferences == 0 && Prefs.AutosaveWindowPosition != 0) {
         const intuition::Box box = MainWindow->Geometry();

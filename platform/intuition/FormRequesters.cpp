@@ -1,14 +1,18 @@
 #include "platform/intuition/FormRequesters.h"
 
+#include "platform/dos/HostPaths.h"
 #include "platform/intuition/Application.h"
 #include "platform/intuition/Images.h"
 #include "platform/intuition/Native.h"
 #include "platform/intuition/RequestDialog.h"
 #include "platform/intuition/StringGadget.h"
 
+#include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QToolButton>
 
 #include <algorithm>
 #include <memory>
@@ -22,6 +26,19 @@ constexpr int FieldWidth = 260, ListWidth = 420, ListHeight = 140; // layout uni
 constexpr int PictureSide = 48;
 
 FormHandler Handler; // empty: the user is asked
+
+// Opens the choice of a drawer over the dialog; it goes by itself. The field takes what is chosen.
+void ChooseDrawer(QWidget& dialog, StringGadget& field, const QString& title) {
+    const std::string start = dos::HostPath(field.Text()).value_or(std::string());
+    auto chooser = std::make_unique<QFileDialog>(&dialog, title, QString::fromStdString(start));
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setFileMode(QFileDialog::Directory);
+    chooser->setOption(QFileDialog::ShowDirsOnly);
+    QObject::connect(chooser.get(), &QFileDialog::fileSelected, &dialog, [&field](const QString& chosen) {
+        field.SetText(dos::FromHostPath(QFile::encodeName(chosen).toStdString()));
+    });
+    chooser.release()->open();
+}
 
 // What stands over the gadgets of the dialog.
 class FormBody : public QWidget {
@@ -37,10 +54,11 @@ public:
         setLayout(grid.release());
     }
 
-    void TakeFocus() {
+    void TakeFocus(std::size_t field) {
         if (!Fields.empty()) {
-            Fields.front()->SelectAll();
-            Fields.front()->Native().Widget->setFocus();
+            StringGadget& first = *Fields[std::min(field, Fields.size() - 1)];
+            first.SelectAll();
+            first.Native().Widget->setFocus();
         } else if (List != nullptr) {
             List->setFocus();
         }
@@ -72,9 +90,25 @@ private:
         auto line = std::make_unique<StringGadget>(0, field.Text, field.MaximumBytes, field.Forbidden);
         line->SetHint(field.Label);
         line->SetMinimum(FieldWidth, -1);
+        auto* edit = static_cast<QLineEdit*>(line->Native().Widget.get());
+        QObject::connect(edit, &QLineEdit::returnPressed, this, [this] { focusNextChild(); });
+        label->setBuddy(edit);
         grid.addWidget(label.release(), row, 1);
-        grid.addWidget(line->Native().Widget.get(), row, 2);
+        grid.addWidget(edit, row, 2);
+        if (!field.ChooserTitle.empty())
+            AddChooser(grid, row, field, *line);
         Fields.push_back(std::move(line));
+    }
+    // It comes behind the fields and the gadgets in the round of the keyboard.
+    void AddChooser(QGridLayout& grid, int row, const FormField& field, StringGadget& line) {
+        auto button = std::make_unique<QToolButton>();
+        button->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
+        button->setToolTip(HintText(field.ChooserTitle));
+        button->setAccessibleName(DisplayText(field.ChooserTitle));
+        QObject::connect(
+            button.get(), &QToolButton::clicked, this,
+            [this, &line, title = TitleText(field.ChooserTitle)] { ChooseDrawer(*window(), line, title); });
+        grid.addWidget(button.release(), row, 3);
     }
     void AddChoices(QGridLayout& grid, const std::vector<std::string>& choices) {
         auto list = std::make_unique<QListWidget>();
@@ -106,7 +140,7 @@ FormAnswer AskForm(Window* parent, const FormSpec& spec) {
         std::move(made));
     if (QListWidget* list = body.Choices())
         QObject::connect(list, &QListWidget::itemDoubleClicked, &dialog, [&dialog] { dialog.done(1); });
-    body.TakeFocus();
+    body.TakeFocus(spec.Focus);
     FormAnswer answer;
     answer.Gadget = dialog.Ask();
     body.Read(answer);

@@ -14,7 +14,8 @@ struct FormField {
     std::string Label;
     std::string Text;
     std::size_t MaximumBytes = 127;
-    std::string Forbidden{}; // ASCII characters that cannot be typed
+    std::string Forbidden{};    // ASCII characters that cannot be typed
+    std::string ChooserTitle{}; // a button beside the field lets a drawer be chosen, under this title
 };
 
 // A dialog with fields under each other, or with a list of which one entry is chosen. Names are data.
@@ -22,8 +23,9 @@ struct FormSpec {
     std::string Title;
     std::string Picture{}; // path of a picture file beside the fields
     std::vector<FormField> Fields{};
+    std::size_t Focus = 0;              // the field that has the keyboard first
     std::vector<std::string> Choices{}; // the first is chosen at the start
-    std::vector<std::string> Gadgets;   // as of a requester
+    std::vector<std::string> Gadgets{}; // as of a requester
 };
 
 struct FormAnswer {

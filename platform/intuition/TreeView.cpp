@@ -59,7 +59,10 @@ void TreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
     const std::size_t row = Tree.RowOf(index);
     if (row == NoRow || Tree.Rows()[row].Kind != TreeRowKind::Separator) {
-        QStyledItemDelegate::paint(painter, option, index);
+        QStyleOptionViewItem shown =
+            option; // a narrow list has a wider column; text is cut where it ends to show
+        shown.rect.setRight(std::min(shown.rect.right(), Tree.viewport()->width() - 1));
+        QStyledItemDelegate::paint(painter, shown, index);
         return;
     }
     const int middle = option.rect.center().y();

@@ -121,18 +121,12 @@ TEST_F(WindowSequenceTest, ALostScreenMovesTheWindowToTheDefaultOneWithItsDrawer
     EXPECT_THAT(Rows(), ElementsAre("file"));
 }
 
-TEST_F(WindowSequenceTest, AStartPlaceThatIsGoneLeadsToTheHomeDrawer) {
-    File("at home");
-    dos::VolumeInfo home;
-    home.Device = "HOME0";
-    home.Volume = "Home";
-    home.HostRoot = HostRoot.string();
-    ASSERT_TRUE(dos::AddVolume(home));
+TEST_F(WindowSequenceTest, AStartPlaceThatIsGoneLeadsToTheComputer) {
     Prefs.DefaultOpenAt = static_cast<std::int32_t>(LocationKind::Drawer);
     Prefs.DefaultOpenAtPath = Path("gone");
     ASSERT_EQ(RunSequence(), Station::WaitLoop);
     EXPECT_THAT(Requests, ElementsAre("Drawer does not exist."));
-    EXPECT_THAT(Rows(), ElementsAre("at home"));
+    EXPECT_EQ(LBLocation, LocationKind::Computer);
 }
 
 struct QuitCase {

@@ -1,4 +1,4 @@
-#include "automation/Windows.h"
+#include "interface/Windows.h"
 
 #include "model/Program.h"
 #include "platform/application/Start.h"

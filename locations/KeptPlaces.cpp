@@ -1,0 +1,299 @@
+#include "locations/KeptPlaces.h"
+
+#include "content/Drawers.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "interface/PlaceItems.h"
+#include "interface/Windows.h"
+#include "locations/EditNode.h"
+#include "locations/EnterDrawer.h"
+#include "locations/NavigationList.h"
+#include "locations/PlaceRouter.h"
+#include "locations/Tabs.h"
+#include "locations/VirtualPlaces.h"
+#include "media/Preview.h"
+#include "model/Content.h"
+#include "prefs/LoadSavePrefs.h"
+#include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace solvane {
+
+namespace {
+
+bool Tell(MessageNumber text, RequesterImage image = RequesterImage::Information) {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, image, SAK_LocaleString(text),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    return false;
+}
+
+// In what the two kinds differ.
+template <class Node>
+struct KindOf;
+
+template <>
+struct KindOf<BookmarksNode> {
+    static constexpr MessageNumber Refusal = MSG_CAN_NOT_BOOKMARK, DialogTitle = MSG_EDIT_BOOKMARK;
+    static constexpr std::string_view Picture = "PROGDIR:Images/Img_Bookmarks.png";
+    static auto& List() { return MasterBookmarksList; }
+    static void SetKey(BookmarksNode& node) { node.Key = FormatText("[Bkm]%s", node.Name); }
+    static void RemoveItems() { RemoveBookmarksItems(); }
+    static void ShowChange() {
+        FillInBookmarksItems();
+        SetMenuState();
+        UpdateAllSpeedBars();
+    }
+};
+
+template <>
+struct KindOf<FavoritesNode> {
+    static constexpr MessageNumber Refusal = MSG_CAN_NOT_FAVORITE, DialogTitle = MSG_EDIT_FAVORITE;
+    static constexpr std::string_view Picture = "PROGDIR:Images/Img_Favorites.png";
+    static auto& List() { return MasterFavoritesList; }
+    // The Workbench has its fixed word, as it has when the list is loaded.
+    static void SetKey(FavoritesNode& node) {
+        const bool isWorkbench = node.Location == LocationKind::Workbench && node.Name == "Workbench";
+        node.Key = isWorkbench ? std::string("Workbench") : FormatText("[Fav]%s", node.Path);
+    }
+    static void RemoveItems() { RemoveFavoritesItems(); }
+    static void ShowChange() {
+        FillInFavoritesItems();
+        BuildNavigationList();
+        SavePrefs(0);
+        SetMenuState();
+    }
+};
+
+bool CanBeKept(LocationKind location) {
+    return location == LocationKind::Drawer ||
+           (location >= LocationKind::Workbench && location <= LocationKind::Aminet);
+}
+
+// A place, apart from the record that may go while one gets there.
+struct KeptPlace {
+    LocationKind Location = LocationKind::Drawer;
+    Text<128> Name;
+    Text<1024> Path;
+};
+
+template <class Node>
+KeptPlace PlaceOf(const Node& node) {
+    return {node.Location, node.Name, node.Path};
+}
+
+KeptPlace PlaceOnShow() {
+    if (LBLocation == LocationKind::Drawer) {
+        CheckLastCharPath();
+        return {LBLocation, NameOfPath(CurrentPath), CurrentPath};
+    }
+    const std::uint16_t which = LBLocation == LocationKind::OS4Depot ? WhichOS4Depot
+                                : LBLocation == LocationKind::Aminet ? WhichAminet
+                                                                     : std::uint16_t{0};
+    const VirtualPlace* list = VirtualPlaceOf(LBLocation, which);
+    const std::string_view name = list != nullptr ? SAK_LocaleString(list->Name) : std::string_view();
+    return {LBLocation, name, Text<1024>(name)};
+}
+
+// Lets the user edit name and drawer, of a list of places the name alone. False when he gives it up.
+template <class Node>
+bool Edit(KeptPlace& place) {
+    const std::string_view title = SAK_LocaleString(KindOf<Node>::DialogTitle);
+    const std::string_view picture = KindOf<Node>::Picture;
+    if (place.Location == LocationKind::Drawer) {
+        AslReqFile = place.Name;
+        AslReqDrawer = place.Path;
+        if (EditNode(title, picture, SAK_LocaleString(MSG_NAME), SAK_LocaleString(MSG_DRAWER)) <= 0) {
+            return false;
+        }
+        place.Name = AslReqFile;
+        place.Path = AslReqDrawer;
+        return true;
+    }
+    AslReqFile.Clear();
+    AslReqDrawer = place.Name;
+    if (EditNodeNoDrawer(title, picture, SAK_LocaleString(MSG_NAME)) <= 0) {
+        return false;
+    }
+    place.Name = AslReqDrawer.View();
+    return true;
+}
+
+template <class Node>
+bool AddNode(GenericList<Node>& list, const KeptPlace& place) {
+    auto node = SAK_CreateGenericListNode<Node>();
+    if (!node) {
+        return Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
+    }
+    node->Location = place.Location;
+    node->Name = place.Name;
+    node->Path = place.Path;
+    KindOf<Node>::SetKey(*node);
+    SAK_AddGenericListNode(list, std::move(node));
+    return true;
+}
+
+template <class Node>
+void AddCurrentLocation(AskFirst ask) {
+    if (!CanBeKept(LBLocation)) {
+        Tell(KindOf<Node>::Refusal);
+        return;
+    }
+    KeptPlace place = PlaceOnShow();
+    if (ask == AskFirst::Yes) {
+        SetPreviewPaneNone();
+        BlockMainWindow(1);
+        const bool isConfirmed = Edit<Node>(place);
+        BlockMainWindow(0);
+        if (!isConfirmed) {
+            return;
+        }
+    }
+    KindOf<Node>::RemoveItems();
+    if (AddNode(*KindOf<Node>::List(), place)) {
+        KindOf<Node>::ShowChange();
+    }
+}
+
+template <class Node>
+void Handle(std::uint32_t index) {
+    const Node* node = SAK_GetGenericListNode(*KindOf<Node>::List(), index);
+    if (node == nullptr) {
+        return;
+    }
+    const KeptPlace place = PlaceOf(*node);
+    if (!OpenedElsewhere(ArgumentOfKeptPlace(place.Location, place.Name, place.Path))) {
+        GoToKeptPlace(place.Location, place.Name, place.Path);
+    }
+}
+
+template <class Node>
+bool Rename(Node& node) {
+    KeptPlace place = PlaceOf(node);
+    if (!Edit<Node>(place)) {
+        return false;
+    }
+    node.Name = place.Name;
+    node.Path = place.Path;
+    KindOf<Node>::SetKey(node);
+    return true;
+}
+
+template <class Node>
+std::vector<KeptPlace> AllPlaces() {
+    std::vector<KeptPlace> places;
+    for (const Node& node : *KindOf<Node>::List()) {
+        places.push_back(PlaceOf(node));
+    }
+    return places;
+}
+
+template <class Node>
+void OpenAllInTabs() {
+    for (const KeptPlace& place : AllPlaces<Node>()) {
+        OpenNewTab(1);
+        GoToKeptPlace(place.Location, place.Name, place.Path);
+    }
+}
+
+template <class Node>
+void OpenAllInWindows() {
+    for (const KeptPlace& place : AllPlaces<Node>()) {
+        OpenNewSolvaneWindow(place.Path);
+    }
+}
+
+template <class Node>
+bool CopyFromMaster() {
+    for (const Node& kept : *KindOf<Node>::List()) {
+        ContentNode* node = AddPlace(kept.Name, kept.Path, kept.Key);
+        if (node == nullptr) {
+            break;
+        }
+        node->LeadsTo = kept.Location;
+        node->Selected = kept.Selected;
+    }
+    return true;
+}
+
+template <class Node>
+void CopyToMaster() {
+    auto list = SAK_CreateGenericList<Node>();
+    for (const ContentNode& node : *ContentList) {
+        if (!list || !AddNode(*list, {node.LeadsTo, node.EntryName, node.EntryPath})) {
+            return; // what was kept stays
+        }
+    }
+    if (list) {
+        SAK_SwapGenericLists(*list, *KindOf<Node>::List());
+    }
+}
+
+} // namespace
+
+void AddCurrentLocationToBookmarks(AskFirst ask) {
+    AddCurrentLocation<BookmarksNode>(ask);
+}
+void AddCurrentLocationToFavorites(AskFirst ask) {
+    AddCurrentLocation<FavoritesNode>(ask);
+}
+
+void HandleBookmarks(std::uint32_t index) {
+    Handle<BookmarksNode>(index);
+}
+void HandleFavorites(std::uint32_t index) {
+    Handle<FavoritesNode>(index);
+}
+
+bool RenameBookmarks(BookmarksNode& node) {
+    return Rename(node);
+}
+bool RenameFavorites(FavoritesNode& node) {
+    return Rename(node);
+}
+
+void OpenAllBookmarksInTabs() {
+    OpenAllInTabs<BookmarksNode>();
+}
+void OpenAllBookmarksInWindows() {
+    OpenAllInWindows<BookmarksNode>();
+}
+void OpenAllFavoritesInTabs() {
+    OpenAllInTabs<FavoritesNode>();
+}
+void OpenAllFavoritesInWindows() {
+    OpenAllInWindows<FavoritesNode>();
+}
+
+ContentNode* AddPlace(std::string_view name, std::string_view path, std::string_view key) {
+    ContentNode* node = SAK_AddGenericListNode(*ContentList, SAK_CreateGenericListNode<ContentNode>());
+    if (node == nullptr) {
+        Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
+        return nullptr;
+    }
+    DefaultContentNode(*node);
+    node->EntryName = name;
+    node->EntryPath = path;
+    node->EntryDisplayName = key;
+    return node;
+}
+
+bool CopyFromMasterBookmarksList() {
+    return CopyFromMaster<BookmarksNode>();
+}
+bool CopyFromMasterFavoritesList() {
+    return CopyFromMaster<FavoritesNode>();
+}
+void CopyToMasterBookmarksList() {
+    CopyToMaster<BookmarksNode>();
+}
+void CopyToMasterFavoritesList() {
+    CopyToMaster<FavoritesNode>();
+}
+
+} // namespace solvane
