@@ -4,6 +4,7 @@
 
 #include "platform/dos/Errors.h"
 #include "platform/dos/Handler.h"
+#include "platform/dos/MountInfo.h"
 #include "platform/dos/VolumeTable.h"
 
 #include <cstddef>
@@ -49,6 +50,7 @@ private:
 // deed(walk) gives something that is false on failure. On failure IoErr is that of the last try.
 template <typename Deed>
 auto AtEachPlace(std::string_view path, Deed deed) {
+    const MountLook look;
     DeviceWalk walk(path);
     decltype(deed(walk)) result{};
     long error = 0;

@@ -16,6 +16,7 @@ std::optional<ExamineData> ExamineObject(const FileLock& lock) {
 }
 
 std::optional<ExamineData> ExamineObject(std::string_view path) {
+    const MountLook look;
     const FileLock lock = Lock(path);
     return lock ? ExamineObject(lock) : std::nullopt;
 }
@@ -35,6 +36,7 @@ DirContext ObtainDirContext(const FileLock& drawer) {
 }
 
 DirContext ObtainDirContext(std::string_view path) {
+    const MountLook look;
     const FileLock drawer = Lock(path);
     return drawer ? ObtainDirContext(drawer) : DirContext();
 }

@@ -179,7 +179,9 @@ bool ChangeNow(const HostLock& from, const std::string& rest, const MetadataChan
     if (!CompleteSpot(spot)) {
         if (errno != EBUSY)
             return Refuse(errno, Operation::Lookup);
-        spot.Drawer = HostFd(); // a root: nothing lies beside it
+        spot.Drawer = HostFd();                      // a root: nothing lies beside it
+        if (!FactsOf(spot.Object.Get(), spot.Facts)) // its lock may have been made long ago
+            return Refuse(errno, Operation::Lookup);
     }
     if (!mode.Commit())
         return Refuse(ENOMEDIUM, Operation::Write);

@@ -26,6 +26,17 @@ bool LeadsTo(const std::string& hostPath, int descriptor) {
     return here.Id == ObjectId{device, there.stx_ino};
 }
 
+bool AskFacts(int drawer, const char* name, int flags, ObjectFacts& facts) {
+    struct statx raw {};
+    constexpr unsigned Wanted = STATX_TYPE | STATX_MODE | STATX_INO;
+    if (Host().Statx(drawer, name, flags | AT_STATX_DONT_SYNC, Wanted, &raw) != 0)
+        return false;
+    facts.Id.Device = (static_cast<std::uint64_t>(raw.stx_dev_major) << 32) | raw.stx_dev_minor;
+    facts.Id.Inode = raw.stx_ino;
+    facts.Mode = raw.stx_mode;
+    return true;
+}
+
 } // namespace
 
 HostFd& HostFd::operator=(HostFd&& other) noexcept {
@@ -60,14 +71,11 @@ HostFd DuplicateFd(const HostFd& descriptor) {
 }
 
 bool FactsOf(int descriptor, ObjectFacts& facts) {
-    struct statx raw {};
-    if (Host().Statx(descriptor, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC, STATX_TYPE | STATX_MODE | STATX_INO,
-                     &raw) != 0)
-        return false;
-    facts.Id.Device = (static_cast<std::uint64_t>(raw.stx_dev_major) << 32) | raw.stx_dev_minor;
-    facts.Id.Inode = raw.stx_ino;
-    facts.Mode = raw.stx_mode;
-    return true;
+    return AskFacts(descriptor, "", AT_EMPTY_PATH, facts);
+}
+
+bool FactsAt(const std::string& hostPath, ObjectFacts& facts) {
+    return AskFacts(AT_FDCWD, hostPath.c_str(), 0, facts);
 }
 
 std::string DescriptorPath(int descriptor) {

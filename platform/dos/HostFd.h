@@ -52,6 +52,8 @@ inline constexpr unsigned PrivilegeBits = 06000;  // run as the owner or the gro
 [[nodiscard]] HostFd DuplicateFd(const HostFd& descriptor);
 // What the descriptor (an O_PATH one too) stands for; false with errno.
 [[nodiscard]] bool FactsOf(int descriptor, ObjectFacts& facts);
+// The same of what a host path leads to now.
+[[nodiscard]] bool FactsAt(const std::string& hostPath, ObjectFacts& facts);
 // The host path under which the object is known now; empty with errno when it is gone or too deep.
 [[nodiscard]] std::string HostPathOf(int descriptor);
 // The text of a link; empty with errno on failure. An empty name means the O_PATH descriptor.

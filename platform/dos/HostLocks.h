@@ -61,7 +61,10 @@ struct Spot {
 [[nodiscard]] HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink last,
                                      WalkMode& mode);
 
+// The lock of a root on the host's own disk, which cannot be taken away, is kept for the next caller.
 [[nodiscard]] HostLockRef RootLock(const VolumeRef& volume);
+// Lets go of the roots that are kept.
+void ForgetRoots();
 
 // Is the disk of the lock still mounted? The host lets an object be used on when its disk was taken
 // away under it; here that is 218 in IoErr, before anything is done with it. Asks no file system.

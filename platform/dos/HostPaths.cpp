@@ -147,6 +147,7 @@ bool IsKnownDevice(std::string_view name) {
 }
 
 std::optional<std::string> HostPath(std::string_view path) {
+    const MountLook look;
     DeviceWalk walk(path);
     std::string could; // the first place where it could be made
     long error = ErrorObjectNotFound;
@@ -172,6 +173,7 @@ std::optional<std::string> HostPath(std::string_view path) {
 }
 
 std::string FromHostPath(std::string_view hostPathOrUrl, std::string_view hostCurrentDirectory) {
+    const MountLook look;
     const std::string text(hostPathOrUrl);
     if (text.empty() || text.find('\0') != std::string::npos)
         return text;

@@ -8,6 +8,7 @@
 #include <climits>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <mutex>
 #include <vector>
 
 namespace dos {
@@ -337,6 +338,49 @@ HostLockRef FindAtOnce(const HostLock& start, const std::string& rest, LastLink 
     return MakeLock(start.On, std::move(object), facts, start.SlowMount);
 }
 
+// Locks of roots that were asked for lately.
+struct RootLocks {
+    std::mutex Guard;
+    std::vector<HostLockRef> Kept;
+};
+
+RootLocks& Roots() {
+    static RootLocks roots;
+    return roots;
+}
+
+constexpr std::size_t MostRoots = 8;
+
+// Null when the root is not kept or when its path leads to something else by now.
+HostLockRef KeptRoot(const VolumeRef& volume) {
+    HostLockRef known;
+    {
+        const std::lock_guard hold(Roots().Guard);
+        const auto place = std::ranges::find(Roots().Kept, volume, &HostLock::On);
+        if (place != Roots().Kept.end())
+            known = *place;
+    }
+    ObjectFacts now;
+    const bool isOld = known && known->MadeUnder != KnownMounts();
+    const std::string& path = volume->RealRoot;
+    if (!known || (!isOld && (path == "/" || (FactsAt(path, now) && now.Id == known->Facts.Id))))
+        return known;
+    const std::lock_guard hold(Roots().Guard);
+    std::erase(Roots().Kept, known);
+    return nullptr;
+}
+
+// Only of the disk on which the host itself runs: another one could not be taken out any more.
+void KeepRoot(const HostLockRef& lock) {
+    const MountRow* row = lock->MadeUnder ? MountOf(*lock->MadeUnder, lock->On->RealRoot) : nullptr;
+    if (!row || row->Point != "/" || !lock->SlowMount.empty())
+        return;
+    const std::lock_guard hold(Roots().Guard);
+    if (Roots().Kept.size() == MostRoots)
+        Roots().Kept.erase(Roots().Kept.begin());
+    Roots().Kept.push_back(lock);
+}
+
 } // namespace
 
 bool FindSpot(const HostLock& start, std::string_view rest, LastLink last, WalkMode& mode, Spot& spot) {
@@ -347,6 +391,33 @@ bool FindSpot(const HostLock& start, std::string_view rest, LastLink last, WalkM
     return true;
 }
 
+namespace {
+
+HostLockRef FindByWalk(const HostLock& start, std::string_view rest, LastLink last, WalkMode& mode) {
+    Spot spot;
+    if (!FindSpot(start, rest, last, mode, spot))
+        return nullptr;
+    if (!spot.Object) {
+        Fail(ENOENT);
+        return nullptr;
+    }
+    return MakeLock(std::move(spot.On), std::move(spot.Object), spot.Facts, std::move(spot.SlowMount));
+}
+
+// For one name that the drawer does not hold as it stands.
+HostLockRef FindFoldedAtOnce(const HostLockRef& start, const std::string& name, LastLink last,
+                             WalkMode& mode) {
+    const auto real = FindRealName(start->Object.Get(), name, NameMatch::Folded, start->On->Info.Metadata);
+    if (!real) {
+        Fail(ENOENT);
+        return nullptr;
+    }
+    HostLockRef lock = FindAtOnce(*start, *real, last);
+    return lock ? lock : FindByWalk(*start, name, last, mode);
+}
+
+} // namespace
+
 HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink last, WalkMode& mode) {
     if (rest.empty())
         return start;
@@ -354,6 +425,8 @@ HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink
         const std::string path(rest.substr(0, rest.size() - (rest.ends_with('/') ? 1 : 0)));
         if (HostLockRef lock = FindAtOnce(*start, path, last))
             return lock;
+        if (errno == ENOENT && start->On->Info.Names == NameRule::Fold && path.find('/') == path.npos)
+            return FindFoldedAtOnce(start, path, last, mode);
         // On an exact volume only an alias could still lead on, and each has a "~".
         if (errno == ENOENT && start->On->Info.Names == NameRule::Exact &&
             rest.find('~') == std::string_view::npos) {
@@ -361,14 +434,7 @@ HostLockRef FindObject(const HostLockRef& start, std::string_view rest, LastLink
             return nullptr;
         }
     }
-    Spot spot;
-    if (!FindSpot(*start, rest, last, mode, spot))
-        return nullptr;
-    if (!spot.Object) {
-        Fail(ENOENT);
-        return nullptr;
-    }
-    return MakeLock(std::move(spot.On), std::move(spot.Object), spot.Facts, std::move(spot.SlowMount));
+    return FindByWalk(*start, rest, last, mode);
 }
 
 bool IsMounted(const HostLock& lock) {
@@ -381,7 +447,14 @@ bool IsMounted(const HostLock& lock) {
     return false;
 }
 
+void ForgetRoots() {
+    const std::lock_guard hold(Roots().Guard);
+    Roots().Kept.clear();
+}
+
 HostLockRef RootLock(const VolumeRef& volume) {
+    if (HostLockRef known = KeptRoot(volume))
+        return known;
     const auto open = [volume]() -> HostLockRef {
         HostFd root(Host().Openat(AT_FDCWD, volume->RealRoot.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC, 0));
         ObjectFacts facts;
@@ -389,7 +462,9 @@ HostLockRef RootLock(const VolumeRef& volume) {
             Fail(errno);
             return nullptr;
         }
-        return MakeLock(volume, std::move(root), facts, volume->SlowMount);
+        HostLockRef lock = MakeLock(volume, std::move(root), facts, volume->SlowMount);
+        KeepRoot(lock);
+        return lock;
     };
     if (volume->SlowMount.empty())
         return open();

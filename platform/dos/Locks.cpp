@@ -31,6 +31,7 @@ LockRef LocateAt(const DeviceWalk& walk) {
 }
 
 std::string NameIn(const FileLock& lock, NameForm form) {
+    const MountLook look;
     if (!lock) {
         SetIoErr(ErrorInvalidLock);
         return {};

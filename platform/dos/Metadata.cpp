@@ -130,7 +130,7 @@ void ExamineEntry(int drawer, const char* name, std::uint8_t hint, ExamineRule r
 
 Attributes AttributesOf(int drawer) {
     std::array<char, 16> value;
-    const long length = Host().Getxattr(drawer, "", ProtectionAttribute, value.data(), value.size());
+    const long length = Host().Fgetxattr(drawer, ProtectionAttribute, value.data(), value.size());
     return length < 0 && (errno == EOPNOTSUPP || errno == ENOSYS) ? Attributes::None : Attributes::Asked;
 }
 

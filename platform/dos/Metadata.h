@@ -48,7 +48,7 @@ struct ExamineRule {
 // told (DT_*), used when the entry may not be looked at.
 void ExamineEntry(int drawer, const char* name, std::uint8_t hint, ExamineRule rule, ObjectRecord& record);
 
-// Can objects of this drawer's file system have the attributes that we read?
+// Can objects of the file system of an open drawer have the attributes that we read?
 [[nodiscard]] Attributes AttributesOf(int drawer);
 
 // Reads the sidecar of a file into its record: all eight bits, the date, and the comment where it

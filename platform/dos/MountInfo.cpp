@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <fcntl.h>
 #include <mutex>
+#include <optional>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -95,6 +97,16 @@ MountCache& Cache() {
     return cache;
 }
 
+using Clock = std::chrono::steady_clock;
+constexpr auto LongestLook = std::chrono::milliseconds(1);
+
+thread_local int Looks = 0;
+thread_local std::optional<Clock::time_point> LookedAt; // only while there are looks
+
+bool HasLooked() {
+    return Looks > 0 && LookedAt && Clock::now() - *LookedAt < LongestLook;
+}
+
 bool HasChanged(int list) {
     struct pollfd question {
         list, POLLPRI, 0
@@ -129,9 +141,14 @@ HostFd OpenMountList() {
 MountRows Mounts() {
     MountCache& cache = Cache();
     const std::lock_guard hold(cache.Guard);
-    if (!cache.List)
+    const bool isNew = !cache.List;
+    if (isNew)
         cache.List = OpenMountList();
-    else if (cache.Rows && !HasChanged(cache.List.Get()))
+    else if (cache.Rows && HasLooked())
+        return cache.Rows;
+    if (Looks > 0)
+        LookedAt = Clock::now();
+    if (!isNew && cache.Rows && !HasChanged(cache.List.Get()))
         return cache.Rows;
     std::string text;
     if (cache.List && Host().Lseek(cache.List.Get(), 0, SEEK_SET) == 0 &&
@@ -140,6 +157,15 @@ MountRows Mounts() {
     if (!cache.Rows)
         cache.Rows = std::make_shared<const std::vector<MountRow>>();
     return cache.Rows;
+}
+
+MountLook::MountLook() noexcept {
+    ++Looks;
+}
+
+MountLook::~MountLook() {
+    if (--Looks == 0)
+        LookedAt.reset();
 }
 
 MountRows KnownMounts() {

@@ -29,6 +29,15 @@ using MountRows = std::shared_ptr<const std::vector<MountRow>>;
 [[nodiscard]] std::vector<MountRow> ParseMountInfo(std::string_view text);
 // The present list; the same object as long as nothing was mounted or unmounted. Never null.
 [[nodiscard]] MountRows Mounts();
+// While one lives, its thread asks for the list but once, or once in a millisecond where the work
+// takes so long: for one call of dos the disks are those that it found.
+class MountLook {
+public:
+    MountLook() noexcept;
+    MountLook(const MountLook&) = delete;
+    MountLook& operator=(const MountLook&) = delete;
+    ~MountLook();
+};
 // The list as it was last read; null before the first time. Asks the host nothing.
 [[nodiscard]] MountRows KnownMounts();
 // Has the list opened and read anew. For tests that put another in its place.

@@ -25,13 +25,17 @@ constexpr std::size_t KeptDrawers = 8;
 // clock ticks at 10 ms at most, times of some file systems are whole or even seconds).
 constexpr std::int64_t FineTick = 20'000'000;      // nanoseconds
 constexpr std::int64_t CoarseTick = 2'100'000'000; // nanoseconds
-// Own changes are believed for so long before the drawer is read again.
+// A change of another process within the tick of an own one leaves no trace, so what was carried over is
+// believed for a while only: so long that reading anew takes a tenth of the time at most.
+constexpr std::int64_t ShortestTrust = 100'000'000;  // nanoseconds
 constexpr std::int64_t LongestTrust = 2'000'000'000; // nanoseconds
+constexpr std::int64_t TrustPerReading = 10;
 
 struct Contents {
     DrawerStamp State;
     MetadataRule Rule = MetadataRule::Xattr; // by which names are read
     std::int64_t ReadAt = 0;                 // nanoseconds since 1970
+    std::int64_t ReadingTook = 0;            // nanoseconds
     bool IsPatched = false;                  // changes of our own were written in since
     AliasTable Aliases;
     bool HasFolded = false;
@@ -71,13 +75,19 @@ bool StampOf(int drawer, DrawerStamp& stamp) {
     return true;
 }
 
+// Had the clock passed the drawer's last change when it was read?
+bool IsSettled(const Contents& contents) {
+    const std::int64_t modified = contents.State.Modified;
+    return modified < contents.ReadAt - (modified % 1'000'000'000 == 0 ? CoarseTick : FineTick);
+}
+
 bool IsTrusted(const Contents& contents, const DrawerStamp& now, NameMatch match) {
     if (contents.State != now || (match == NameMatch::Folded && !contents.HasFolded))
         return false;
     if (contents.IsPatched)
-        return Now() - contents.ReadAt < LongestTrust;
-    const std::int64_t tick = now.Modified % 1'000'000'000 == 0 ? CoarseTick : FineTick;
-    return now.Modified < contents.ReadAt - tick || now.Modified > Now() + CoarseTick;
+        return Now() - contents.ReadAt <
+               std::clamp(TrustPerReading * contents.ReadingTook, ShortestTrust, LongestTrust);
+    return IsSettled(contents) || now.Modified > Now() + CoarseTick;
 }
 
 std::string FoldedKey(const Contents& contents, std::string_view hostName) {
@@ -119,17 +129,21 @@ bool ReadContents(int drawer, NameMatch match, Contents& contents) {
     });
     contents.Aliases = aliases.Table();
     contents.HasFolded = match == NameMatch::Folded;
+    contents.ReadingTook = Now() - contents.ReadAt;
     return complete;
 }
 
-// What is remembered of a drawer in this state; null when it must be read. The guard is held.
-ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match, MetadataRule rule) {
+// What is remembered of a drawer in this state; null when it must be read, and then isOwn tells whether the
+// last change known was one of ours. The guard is held.
+ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match, MetadataRule rule,
+                   bool& isOwn) {
     const auto entry = std::ranges::find_if(state.Drawers, [&](const ContentsRef& known) {
         return known->State.Id == now.Id && known->Rule == rule;
     });
     if (entry == state.Drawers.end())
         return nullptr;
     if (!IsTrusted(**entry, now, match)) {
+        isOwn = (*entry)->IsPatched && (*entry)->State == now;
         state.Drawers.erase(entry);
         return nullptr;
     }
@@ -143,15 +157,18 @@ ContentsRef ContentsOf(int drawer, NameMatch match, MetadataRule rule) {
     IndexState& state = State();
     auto fresh = std::make_shared<Contents>();
     fresh->Rule = rule;
+    bool isOwn = false;
     if (!StampOf(drawer, fresh->State))
         return nullptr;
     {
         const std::lock_guard hold(state.Guard);
-        if (ContentsRef known = Recall(state, fresh->State, match, rule))
+        if (ContentsRef known = Recall(state, fresh->State, match, rule, isOwn))
             return known;
     }
     if (!ReadContents(drawer, match, *fresh))
         return nullptr;
+    // Else a row of own changes would have it read at each of them.
+    fresh->IsPatched = isOwn && !IsSettled(*fresh);
     const std::lock_guard hold(state.Guard);
     std::erase_if(state.Drawers, [&](const ContentsRef& known) {
         return known->State.Id == fresh->State.Id && known->Rule == rule;
@@ -204,7 +221,9 @@ bool IsMissing(int hostError, bool isOtherName) {
 bool Follow(Contents& contents, const DrawerStamp& before, const DrawerStamp& now, std::string_view gone,
             std::string_view made) {
     const NameMatch match = contents.HasFolded ? NameMatch::Folded : NameMatch::AliasOnly;
-    if (!IsTrusted(contents, before, match) || !Patch(contents, gone, made))
+    // One that is to be read anew soon is followed too: then it is known whose the last change was.
+    const bool isKnown = contents.IsPatched ? contents.State == before : IsTrusted(contents, before, match);
+    if (!isKnown || !Patch(contents, gone, made))
         return false;
     contents.State = now;
     contents.IsPatched = true;

@@ -3,6 +3,7 @@
 #include "platform/dos/DiskEvents.h"
 #include "platform/dos/DiskVolumes.h"
 #include "platform/dos/Errors.h"
+#include "platform/dos/HostLocks.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/Limits.h"
 #include "platform/dos/MountFile.h"
@@ -371,6 +372,7 @@ void ResetVolumeTable() {
     const std::lock_guard hold(state.Guard);
     static_cast<Table&>(state) = Table();
     ResetAssigns();
+    ForgetRoots();
     ForgetMounts();
 }
 

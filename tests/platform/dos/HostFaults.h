@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/dos/HostCalls.h"
+#include "platform/dos/HostLocks.h"
 
 #include <algorithm>
 #include <atomic>
@@ -92,6 +93,7 @@ inline void BeginFaults(int number) {
 }
 
 inline std::size_t OpenDescriptors() {
+    dos::ForgetRoots(); // those that are kept are not lost
     std::size_t count = 0;
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
         ++count;

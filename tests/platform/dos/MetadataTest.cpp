@@ -142,6 +142,11 @@ TEST_F(MetadataTest, FileSystemWithoutAttributesIsNotAskedForEachFile) {
         errno = EOPNOTSUPP;
         return -1;
     };
+    Calls().Fgetxattr = [](int, const char*, void*, std::size_t) -> long {
+        ++questions;
+        errno = EOPNOTSUPP;
+        return -1;
+    };
     Calls().Listxattr = [](int, const char*, char*, std::size_t) -> long {
         ++questions;
         errno = EOPNOTSUPP;
