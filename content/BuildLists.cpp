@@ -14,6 +14,7 @@
 #include "sak/FilenameSupport.h"
 
 #include <memory>
+#include <vector>
 
 namespace solvane {
 
@@ -36,14 +37,14 @@ bool IsInStrip(const ContentNode& node) {
 void CollectRows(std::int32_t style) {
     lblist2.reserve(SAK_GenericListCount(*ContentList) + 1);
     std::uint32_t filmstripOffset = 0;
-    for (ContentNode& node : *ContentList) {
-        if (HasRow(node) && IsInStrip(node)) {
-            lblist2.push_back({&node, static_cast<std::uint32_t>(node.ObjectKind)});
+    for (ContentNode* node : SAK_GenericListNodes(*ContentList)) {
+        if (HasRow(*node) && IsInStrip(*node)) {
+            lblist2.push_back({node, static_cast<std::uint32_t>(node->ObjectKind)});
             if (style == ViewFilmstrip) {
-                FilmstripList.push_back({&node, filmstripOffset});
+                FilmstripList.push_back({node, filmstripOffset});
             }
         } else {
-            node.Selected = 0;
+            node->Selected = 0;
         }
         ++filmstripOffset;
     }
@@ -100,6 +101,24 @@ void ShowRows() {
     Objects.ContentList->Attach(ActiveSet.RowSource.get());
     Objects.ContentList->SetTop(LBTop);
     SetSortColumnArrow(IsDetailsStyle(style) ? SortColumnOf(LBLocation) : 1);
+}
+
+// The filmstrip has a list of its own beside the rows, and the icon view no rows.
+bool HasUsualRows(std::int32_t style) {
+    return style != ViewIcons && style != ViewFilmstrip;
+}
+
+// Shows the rows that there are in the style now in force, selection kept. In a large drawer, to look at all
+// records again would take longer than anything else here.
+void ShowSameRows() {
+    const std::vector<std::size_t> selected = Objects.ContentList->SelectedRows();
+    Objects.ContentList->Detach();
+    ActiveSet.RowSource.reset();
+    ShowRows();
+    for (const std::size_t row : selected) {
+        Objects.ContentList->Select(row, true);
+    }
+    NumSelected = static_cast<std::uint32_t>(selected.size());
 }
 
 } // namespace
@@ -164,14 +183,21 @@ void ChangeViewStyle() {
         SetViewStyle(KeepRows::Yes);
         return;
     }
+    const std::int32_t before = ViewStyleInForce();
     CollectPrefs();
     stored = ChooserSelected;
     SavePrefs(0);
     BlockMainWindow(1);
     NoteTopRow();
-    SelectContentListItems();
-    SetViewStyle(KeepRows::No);
-    HighlightContentListItems();
+    CheckLocations();
+    if (ActiveSet.RowSource && !lblist2.empty() && ActuallyZero == 0 && HasUsualRows(before) &&
+        HasUsualRows(ViewStyleInForce())) {
+        ShowSameRows();
+    } else {
+        SelectContentListItems();
+        SetViewStyle(KeepRows::No);
+        HighlightContentListItems();
+    }
     BlockMainWindow(0);
 }
 

@@ -3,25 +3,34 @@
 #include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <numeric>
 
 namespace solvane {
 
 namespace {
 
-// One entry while it is being sorted. Prefix and Number order most pairs alone: Number is the whole key of a
-// number column and the folded head of a text.
-struct SortItem {
-    std::uint64_t Number = 0;
-    const char* Bytes = nullptr; // the text key
+// One entry while it is being sorted by a text. Prefix and Head order most pairs alone.
+struct TextItem {
+    std::uint64_t Head = 0; // folded
+    const char* Bytes = nullptr;
     std::uint16_t Size = 0;
-    char Prefix = 0;       // order prefix before a name
-    std::int32_t Rank = 0; // place among equal keys
+    char Prefix = 0; // order prefix before a name
     ContentNode* Node = nullptr;
 };
 static_assert(Text<4096>::Limit <= UINT16_MAX, "the longest text key fits its size");
 
+// One entry while it is being sorted by a number.
+struct NumberItem {
+    std::uint64_t Key = 0;
+    ContentNode* Node = nullptr;
+};
+
 constexpr std::size_t LongestName = 126; // bytes of a name that count behind its prefix
+
+constexpr unsigned DigitBits = 11; // of the digits by which numbers are sorted
+constexpr std::uint64_t Digits = std::uint64_t{1} << DigitBits;
 
 constexpr std::uint64_t SignBit = 1ULL << 63;
 
@@ -61,36 +70,88 @@ bool IsNameColumn(DetailsColumn column) {
     return column <= DetailsColumn::Name || column > DetailsColumn::Version;
 }
 
-SortItem MakeItem(ContentNode* node, DetailsColumn column) {
-    SortItem item;
+TextItem MakeItem(ContentNode* node, DetailsColumn column) {
+    TextItem item;
     item.Node = node;
-    if (IsNumberColumn(column)) {
-        item.Number = NumberKey(*node, column);
-        return item;
-    }
     std::string_view text = TextKey(*node, column);
     if (IsNameColumn(column)) {
         item.Prefix = node->SortPrefix;
         text = text.substr(0, utility::CutLength(text, LongestName));
     }
-    item.Number = text.empty() ? 0 : utility::FoldPrefix(text);
+    item.Head = text.empty() ? 0 : utility::FoldPrefix(text);
     item.Bytes = text.data();
     item.Size = static_cast<std::uint16_t>(text.size());
     return item;
 }
 
 // Below, equal to or above 0. Entries that share one block of text need no look at its bytes.
-int CompareKeys(const SortItem& a, const SortItem& b) {
+int CompareTexts(const TextItem& a, const TextItem& b) {
     if (a.Prefix != b.Prefix) {
         return a.Prefix < b.Prefix ? -1 : 1;
     }
-    if (a.Number != b.Number) {
-        return a.Number < b.Number ? -1 : 1;
+    if (a.Head != b.Head) {
+        return a.Head < b.Head ? -1 : 1;
     }
     if (a.Bytes == b.Bytes) {
         return 0;
     }
     return utility::Stricmp({a.Bytes, a.Size}, {b.Bytes, b.Size});
+}
+
+void OrderByText(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order) {
+    std::vector<TextItem> items;
+    items.reserve(nodes.size());
+    for (ContentNode* node : nodes) {
+        items.push_back(MakeItem(node, column));
+    }
+    OrderAsInserted(items, order, CompareTexts);
+    std::transform(items.begin(), items.end(), nodes.begin(), [](const TextItem& item) { return item.Node; });
+}
+
+// Sorts stably by one digit of the keys, from items into sorted.
+void SortByDigit(const std::vector<NumberItem>& items, std::vector<NumberItem>& sorted, unsigned shift) {
+    std::array<std::uint32_t, Digits + 1> places = {}; // where the next item of each digit goes
+    for (const NumberItem& item : items) {
+        ++places[(item.Key >> shift) % Digits + 1];
+    }
+    std::partial_sum(places.begin(), places.end(), places.begin());
+    for (const NumberItem& item : items) {
+        sorted[places[(item.Key >> shift) % Digits]++] = item;
+    }
+}
+
+// Sorts stably, digit by digit from the lowest; digits that are the same in all keys cost nothing.
+void SortStably(std::vector<NumberItem>& items) {
+    std::uint64_t differing = 0;
+    for (const NumberItem& item : items) {
+        differing |= item.Key ^ items.front().Key;
+    }
+    std::vector<NumberItem> sorted(items.size());
+    for (unsigned shift = 0; shift < 64; shift += DigitBits) {
+        if ((differing >> shift) % Digits != 0) {
+            SortByDigit(items, sorted, shift);
+            items.swap(sorted);
+        }
+    }
+}
+
+void OrderByNumber(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order) {
+    const std::uint64_t turn = order == SortOrder::Ascending ? 0 : ~std::uint64_t{0};
+    std::vector<NumberItem> items;
+    items.reserve(nodes.size());
+    for (ContentNode* node : nodes) {
+        items.push_back({NumberKey(*node, column) ^ turn, node});
+    }
+    const auto compare = [turn](const NumberItem& a, const NumberItem& b) {
+        const std::uint64_t x = a.Key ^ turn;
+        const std::uint64_t y = b.Key ^ turn;
+        return x < y ? -1 : (x > y ? 1 : 0);
+    };
+    if (ArrangeArrivals(items, order, compare) > 0) {
+        SortStably(items);
+    }
+    std::transform(items.begin(), items.end(), nodes.begin(),
+                   [](const NumberItem& item) { return item.Node; });
 }
 
 } // namespace
@@ -151,13 +212,11 @@ bool IsNumberColumn(DetailsColumn column) {
 }
 
 void OrderByKey(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order) {
-    std::vector<SortItem> items;
-    items.reserve(nodes.size());
-    for (ContentNode* node : nodes) {
-        items.push_back(MakeItem(node, column));
+    if (IsNumberColumn(column)) {
+        OrderByNumber(nodes, column, order);
+    } else {
+        OrderByText(nodes, column, order);
     }
-    OrderAsInserted(items, order, CompareKeys);
-    std::transform(items.begin(), items.end(), nodes.begin(), [](const SortItem& item) { return item.Node; });
 }
 
 } // namespace solvane

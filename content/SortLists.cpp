@@ -84,16 +84,11 @@ void SortAndRebuild(const SortedLocation& location) {
 } // namespace
 
 void SortContentList(std::int32_t direction) {
-    if (!ContentList || SAK_GenericListCount(*ContentList) < 2) {
-        return;
+    if (ContentList) {
+        SAK_SortGenericListBy(*ContentList, [direction](std::vector<ContentNode*>& nodes) {
+            OrderByKey(nodes, SortColumnInForce(), SortOrderOf(direction));
+        });
     }
-    std::vector<ContentNode*> nodes;
-    nodes.reserve(SAK_GenericListCount(*ContentList));
-    for (ContentNode& node : *ContentList) {
-        nodes.push_back(&node);
-    }
-    OrderByKey(nodes, SortColumnInForce(), SortOrderOf(direction));
-    static_cast<void>(SAK_ReorderGenericList(*ContentList, nodes));
 }
 
 void SortWorkbenchList(std::int32_t direction) {

@@ -62,12 +62,20 @@ struct AudioTags {
 // One entry of ContentList: an object of a drawer. In the lists of places (bookmarks, favorites, devices,
 // assigns, sites) it is one place: EntryName is what its row shows, EntryPath where it leads, and
 // EntryDisplayName the key by which the place is found again ("[Fav]Work:Games").
+// What lists are sorted by stands close to the links, so that a sort, which looks at all records, fetches few
+// pieces of each.
 struct ContentNode : ListNode {
     std::uint16_t Selected = 0;      // copied from the list browser before a rebuild
     std::uint16_t DuplicateBand = 0; // band of a row in the Duplicate File Finder's results
     EntryKind ObjectKind = EntryKind::Drawer;
-    LocationKind LeadsTo = LocationKind::Drawer; // of a bookmark or favorite
+    std::uint64_t EntrySize = 0;     // bytes; 0 for anything but a plain file
+    std::unique_ptr<AudioTags> Tags; // null: no tags were read
+    std::uint32_t DateSeconds = 0;   // Amiga seconds of the last change
+    float VersionNumber = 0.0F;      // -1 for drawers and links to them, which keeps them together
     Text<128> EntryName;
+    char SortPrefix = 0; // EntrySortName is this character with EntryName behind it; no text of its own
+    LocationKind LeadsTo = LocationKind::Drawer; // of a bookmark or favorite
+    std::uint32_t DatatypeGroupValue = GroupSystem;
     Text<1024> EntryPath;        // full path; for a link that of its target
     Text<1024> EntryDisplayName; // key that ties the entry to its row
     Text<25> DatatypeGroupName;
@@ -80,15 +88,9 @@ struct ContentNode : ListNode {
     Text<66> DuplicateHash;
     Text<20> Dimensions; // "width x height x depth" without the blanks
     Text<20> VersionText;
-    std::unique_ptr<AudioTags> Tags;         // null: no tags were read
     std::unique_ptr<PlaceRecord> PlaceFacts; // of a device or assign; null: another entry
-    std::uint64_t EntrySize = 0;             // bytes; 0 for anything but a plain file
-    std::uint32_t DatatypeGroupValue = GroupSystem;
     std::uint32_t ProtectionBits = 0;
-    std::uint32_t DateSeconds = 0; // Amiga seconds of the last change
     std::uint32_t CommentSize = 0; // bytes with the terminator, 0 without a filenote
-    float VersionNumber = 0.0F;    // -1 for drawers and links to them, which keeps them together
-    char SortPrefix = 0; // EntrySortName is this character with EntryName behind it; no text of its own
 };
 
 // One link found by a scan; lives as long as ContentList.

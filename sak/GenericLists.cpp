@@ -166,12 +166,43 @@ bool GenericListCore::Relink(std::span<ListNode* const> order) {
         }
         return false;
     }
-    Head = Tail = nullptr;
-    for (ListNode* node : order) {
-        LinkBetween(Tail, node, nullptr);
-    }
-    Cursor = Tail ? Tail : Cursor;
+    LinkAll(order);
     return true;
+}
+
+// Each node is written once and none is read, so that the processor need not wait for one before the next.
+void GenericListCore::LinkAll(std::span<ListNode* const> order) noexcept {
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        order[i]->Links.Predecessor = i > 0 ? order[i - 1] : nullptr;
+        order[i]->Links.Successor = i + 1 < order.size() ? order[i + 1] : nullptr;
+    }
+    Head = order.empty() ? nullptr : order.front();
+    Tail = order.empty() ? nullptr : order.back();
+    Cursor = Tail ? Tail : Cursor;
+}
+
+// Walks from both ends at once: the time goes into waiting for the next node, and so two waits become one.
+std::vector<ListNode*> GenericListCore::Linked() const {
+    const std::lock_guard guard(Semaphore);
+    std::vector<ListNode*> nodes(Nodes - Strays.size());
+    ListNode* first = Head;
+    ListNode* last = Tail;
+    for (std::size_t low = 0, high = nodes.size(); low < high; ++low) {
+        nodes[low] = first;
+        first = first->Links.Successor;
+        if (--high > low) {
+            nodes[high] = last;
+            last = last->Links.Predecessor;
+        }
+    }
+    return nodes;
+}
+
+void GenericListCore::LinkInOrder(std::span<ListNode* const> order) {
+    const std::lock_guard guard(Semaphore);
+    if (order.size() == Nodes - Strays.size()) {
+        LinkAll(order);
+    }
 }
 
 void GenericListCore::Swap(GenericListCore& other) {

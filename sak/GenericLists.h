@@ -68,6 +68,10 @@ public:
     bool Unlink(ListNode* node); // true: the caller owns the node from now on
     void Clear() noexcept;
     bool Relink(std::span<ListNode* const> order);
+    // The linked nodes from the first on, and the way back: order must be these very nodes, in any order, and
+    // the list must not have changed in between. Cursor as after appending them one by one.
+    [[nodiscard]] std::vector<ListNode*> Linked() const;
+    void LinkInOrder(std::span<ListNode* const> order);
     void Swap(GenericListCore& other);
 
     [[nodiscard]] ListNode* Current() const;
@@ -80,6 +84,7 @@ public:
 private:
     void LeavePool() noexcept override { Clear(); }
     void LinkBetween(ListNode* before, ListNode* node, ListNode* after) noexcept;
+    void LinkAll(std::span<ListNode* const> order) noexcept;
     bool TakeOut(ListNode* node);
 
     mutable std::mutex Semaphore;
@@ -271,6 +276,18 @@ std::uint32_t SAK_GetGenericNodeOffset(GenericList<Node>& list, const std::type_
 template <class Node>
 [[nodiscard]] std::uint32_t SAK_GenericListCount(const GenericList<Node>& list) {
     return list.Core.Count();
+}
+
+// The records in their order, without the cursor. For work on all records of a long list: they are found
+// sooner than by a walk, and those that are looked at need not wait for one another.
+template <class Node>
+[[nodiscard]] std::vector<Node*> SAK_GenericListNodes(const GenericList<Node>& list) {
+    const std::vector<ListNode*> linked = list.Core.Linked();
+    std::vector<Node*> nodes(linked.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        nodes[i] = static_cast<Node*>(linked[i]);
+    }
+    return nodes;
 }
 
 // --- Finding: walk with First and Next, so the cursor ends on what was found, else on the last

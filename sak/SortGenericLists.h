@@ -8,6 +8,7 @@
 #include <compare>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <vector>
 
 namespace solvane {
@@ -19,53 +20,68 @@ enum class SortOrder { Ascending, Descending };
     return direction == 0 ? SortOrder::Ascending : SortOrder::Descending;
 }
 
-// Puts items, given in the order of their arrival, into the order of that insertion: ascending, an item at
-// least as large as all before it goes to the tail and any other before its equals; descending, every item
-// goes before its equals. So it is no stable sort; intended. compare(a, b) is below, equal to or above 0.
-// Each item has a member Rank, std::int32_t, that is written here. n log n comparisons whatever the arrival.
+// Puts items, given in the order of their arrival, where a stable sort makes the order of that insertion of
+// them: ascending, an item at least as large as all before it goes to the tail and any other before its
+// equals; descending, every item goes before its equals. So the insertion is no stable sort; intended.
+// compare(a, b) is below, equal to or above 0. Returns how many items, at the front, are not known to stand
+// in order yet; those behind them do. Linear cost.
 template <class Item, class Compare>
-void OrderAsInserted(std::vector<Item>& items, SortOrder order, Compare compare) {
-    const bool ascending = order == SortOrder::Ascending;
-    std::size_t largest = 0;
-    for (std::size_t at = 0; at < items.size(); ++at) {
-        const bool toTail = ascending && compare(items[at], items[largest]) >= 0;
-        const auto arrival = static_cast<std::int32_t>(at);
-        items[at].Rank = toTail ? arrival : -arrival;
-        largest = toTail ? at : largest;
+std::size_t ArrangeArrivals(std::vector<Item>& items, SortOrder order, Compare compare) {
+    if (order == SortOrder::Descending) {
+        std::reverse(items.begin(), items.end());
+        const auto rises = [&compare](const Item& a, const Item& b) { return compare(a, b) > 0; };
+        return std::is_sorted(items.begin(), items.end(), rises) ? 0 : items.size();
     }
-    std::sort(items.begin(), items.end(), [ascending, &compare](const Item& a, const Item& b) {
-        const int compared = compare(a, b);
-        if (compared != 0) {
-            return ascending ? compared < 0 : compared > 0;
+    std::vector<Item> others;
+    auto tail = items.begin(); // behind the last one that went to the tail, which is the largest so far
+    for (Item& item : items) {
+        if (tail == items.begin() || compare(item, *std::prev(tail)) >= 0) {
+            *tail++ = item;
+        } else {
+            others.push_back(item);
         }
-        return a.Rank < b.Rank;
-    });
+    }
+    std::move_backward(items.begin(), tail, items.end());
+    std::reverse_copy(others.begin(), others.end(), items.begin());
+    return others.size();
 }
 
-// The same for the records of a list; compare takes two of them. The cursor goes to the last record; pointers
-// to records stay good. A list of fewer than two is left alone.
-template <class Node, class Compare>
-void SAK_SortGenericList(GenericList<Node>& list, SortOrder order, Compare compare) {
-    struct Item {
-        Node* Record = nullptr;
-        std::int32_t Rank = 0;
+// Puts items, given in the order of their arrival, into the order of that insertion. n log n comparisons
+// whatever the arrival, n when the items come in order.
+template <class Item, class Compare>
+void OrderAsInserted(std::vector<Item>& items, SortOrder order, Compare compare) {
+    const auto unsorted = static_cast<std::ptrdiff_t>(ArrangeArrivals(items, order, compare));
+    const auto before = [&compare, ascending = order == SortOrder::Ascending](const Item& a, const Item& b) {
+        return ascending ? compare(a, b) < 0 : compare(a, b) > 0;
     };
+    std::stable_sort(items.begin(), items.begin() + unsorted, before);
+    std::inplace_merge(items.begin(), items.begin() + unsorted, items.end(), before);
+}
+
+// Has order put the records of a list, given as a vector of pointers, into another order; it may only move
+// them. The cursor goes to the last record; pointers to records stay good. A list of fewer than two is left
+// alone.
+template <class Node, class Order>
+void SAK_SortGenericListBy(GenericList<Node>& list, Order order) {
     if (SAK_GenericListCount(list) < 2) {
         return;
     }
-    std::vector<Item> items;
-    items.reserve(SAK_GenericListCount(list));
-    for (Node& node : list) {
-        items.push_back({&node});
+    const std::vector<Node*> linked = SAK_GenericListNodes(list);
+    std::vector<Node*> nodes = linked;
+    order(nodes);
+    if (nodes == linked) {
+        static_cast<void>(SAK_LastGenericListNode(list)); // nothing moved: the records need no visit
+    } else {
+        list.Core.LinkInOrder(std::vector<ListNode*>(nodes.begin(), nodes.end()));
     }
-    OrderAsInserted(items, order,
-                    [&compare](const Item& a, const Item& b) { return compare(*a.Record, *b.Record); });
-    std::vector<Node*> sorted;
-    sorted.reserve(items.size());
-    for (const Item& item : items) {
-        sorted.push_back(item.Record);
-    }
-    static_cast<void>(SAK_ReorderGenericList(list, sorted));
+}
+
+// Puts the records of a list into the order of the insertion; compare takes two of them.
+template <class Node, class Compare>
+void SAK_SortGenericList(GenericList<Node>& list, SortOrder order, Compare compare) {
+    SAK_SortGenericListBy(list, [order, &compare](std::vector<Node*>& nodes) {
+        OrderAsInserted(nodes, order, [&compare](Node* a, Node* b) { return compare(*a, *b); });
+    });
 }
 
 // Compares two records by one of their texts, without regard to case.

@@ -1,5 +1,7 @@
 #include "sak/GenericLists.h"
 
+#include "sak/SortGenericLists.h"
+
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -246,6 +248,31 @@ TEST_F(GenericLists, ReorderingTakesOnlyAWholeOrder) {
         EXPECT_TRUE(List->Core.IsConsistent());
         EXPECT_TRUE(other->Core.IsConsistent());
         EXPECT_EQ(Numbers(), (Order{2, 0, 3, 1}));
+    }
+}
+
+TEST_F(GenericLists, SortingLinksEveryRecordAndLeavesStraysAlone) {
+    const auto byTens = [](const Record& a, const Record& b) {
+        return static_cast<int>(a.Number / 10) - static_cast<int>(b.Number / 10);
+    };
+    const struct {
+        Order Arrivals, Ascending, Descending;
+    } rows[] = {{{}, {}, {}},
+                {{7}, {7}, {7}},
+                {{21, 11, 12}, {12, 11, 21}, {21, 12, 11}},
+                {{11, 12, 21, 10, 22}, {10, 11, 12, 21, 22}, {22, 21, 10, 12, 11}},
+                {{31, 21, 11, 1}, {1, 11, 21, 31}, {31, 21, 11, 1}}};
+    for (const auto& row : rows) {
+        for (const bool ascending : {true, false}) {
+            SAK_ClearGenericList(*List);
+            Add(99, NoWhere);
+            for (const std::uint32_t number : row.Arrivals) {
+                Add(number);
+            }
+            SAK_SortGenericList(*List, ascending ? SortOrder::Ascending : SortOrder::Descending, byTens);
+            EXPECT_EQ(Numbers(), ascending ? row.Ascending : row.Descending);
+            EXPECT_TRUE(List->Core.IsConsistent());
+        }
     }
 }
 
