@@ -2,26 +2,24 @@
 //   solvane_scan DRAWER [options of the benchmark library]
 // Time per entry is the counter "entries"; the scans' own memory is "bytes/entry".
 #include "bench/scan/WalkLimits.h"
-#include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/Drawers.h"
 #include "content/SortKeys.h"
-#include "interface/MainLayout.h"
+#include "content/SortLists.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/dos/Volumes.h"
-#include "platform/exec/Tasks.h"
-#include "platform/intuition/Application.h"
 #include "sak/Memory.h"
 
 #include <algorithm>
-#include <array>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <filesystem>
 #include <malloc.h>
 #include <random>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace solvane {
@@ -80,25 +78,43 @@ void Scan(benchmark::State& state) {
 
 enum Arrival { Random, Sorted, Reversed };
 
-// The sort alone, over the records of the last scan.
-void Sort(benchmark::State& state) {
+// The records of the last scan in the order of an arrival by that column.
+std::vector<ContentNode*> ArrivalsOf(DetailsColumn column, std::int64_t arrival) {
     std::vector<ContentNode*> arrivals;
     for (ContentNode& node : *ContentList) {
         arrivals.push_back(&node);
     }
-    const auto column = static_cast<DetailsColumn>(state.range(0));
     OrderByKey(arrivals, column, SortOrder::Ascending);
-    if (state.range(1) == Reversed) {
+    if (arrival == Reversed) {
         std::reverse(arrivals.begin(), arrivals.end());
-    } else if (state.range(1) == Random) {
+    } else if (arrival == Random) {
         std::shuffle(arrivals.begin(), arrivals.end(), std::mt19937(1));
     }
+    return arrivals;
+}
+
+// Runs sort once a round over the list in the order of that arrival; what puts it there is not timed.
+template <class SortRoutine>
+void SortArrivals(benchmark::State& state, SortRoutine sort) {
+    const std::vector<ContentNode*> arrivals =
+        ArrivalsOf(static_cast<DetailsColumn>(state.range(0)), state.range(1));
     for ([[maybe_unused]] auto round : state) {
-        std::vector<ContentNode*> nodes = arrivals;
-        OrderByKey(nodes, column, state.range(2) == 0 ? SortOrder::Ascending : SortOrder::Descending);
-        benchmark::DoNotOptimize(nodes.data());
+        state.PauseTiming();
+        if (!SAK_ReorderGenericList(*ContentList, arrivals)) {
+            state.SkipWithError("the list has lost a record");
+            return;
+        }
+        state.ResumeTiming();
+        sort();
     }
     CountEntries(state, arrivals.size());
+}
+
+// The list as a window sorts it: the records found, sorted and linked again.
+void Sort(benchmark::State& state) {
+    Prefs.ContentViewStyle = ViewDetails;
+    Prefs.ContentDetailsCISortColumn = static_cast<std::int32_t>(state.range(0));
+    SortArrivals(state, [&] { SortContentList(state.range(2) == 0 ? 0 : 1); });
 }
 
 // The least that a sort by the column costs: the keys alone, by std::sort.
@@ -130,6 +146,35 @@ std::uint64_t NumberOf(const ContentNode& node, DetailsColumn column) {
     }
 }
 
+// The same keys by std::sort again, but out of the records of the list and with the records linked again.
+template <class Key, class KeyOf>
+void SortGathered(benchmark::State& state, KeyOf keyOf) {
+    SortArrivals(state, [keyOf] {
+        std::vector<std::pair<Key, ContentNode*>> keys;
+        for (ContentNode& node : *ContentList) {
+            keys.emplace_back(keyOf(node), &node);
+        }
+        std::sort(keys.begin(), keys.end());
+        ListNode* before = nullptr;
+        for (const auto& [key, node] : keys) {
+            node->Links.Predecessor = before;
+            before = node;
+        }
+        benchmark::ClobberMemory();
+    });
+}
+
+void LimitSortGathered(benchmark::State& state) {
+    const auto column = static_cast<DetailsColumn>(state.range(0));
+    if (IsNumberColumn(column)) {
+        SortGathered<std::uint64_t>(state,
+                                    [column](const ContentNode& node) { return NumberOf(node, column); });
+    } else {
+        SortGathered<std::string_view>(state,
+                                       [column](const ContentNode& node) { return TextKey(node, column); });
+    }
+}
+
 void LimitSort(benchmark::State& state) {
     const auto column = static_cast<DetailsColumn>(state.range(0));
     std::vector<std::string> texts;
@@ -145,27 +190,6 @@ void LimitSort(benchmark::State& state) {
     }
 }
 
-// From the choice of another style to its first paint, on a display without a screen.
-void SwitchStyle(benchmark::State& state) {
-    static std::string name = "solvane_scan";
-    static std::array<char*, 2> arguments = {name.data(), nullptr};
-    if (!intuition::OpenDisplay(1, arguments.data()) || !CreateMainLayout() || !MainWindow->Open()) {
-        state.SkipWithError("cannot open a window");
-        return;
-    }
-    BuildContentList();
-    for ([[maybe_unused]] auto round : state) {
-        ChooserSelected =
-            Prefs.ContentViewStyle == ViewDetails ? static_cast<std::int32_t>(state.range(0)) : ViewDetails;
-        ChangeViewStyle();
-        Objects.ContentList->RefreshRow(0);
-        static_cast<void>(exec::CheckSignal(0));
-    }
-    FreeContentRows();
-    CloseWindowObject();
-    intuition::CloseDisplay();
-}
-
 void Register() {
     const auto add = [](const char* name, void (*run)(benchmark::State&)) {
         return benchmark::RegisterBenchmark(name, run)
@@ -177,8 +201,11 @@ void Register() {
     add("LimitWalkAndRead", LimitWalkAndRead);
     add("ScanWithoutTyping", Scan)->Arg(2);
     add("ScanWithTyping", Scan)->Arg(0);
-    add("SwitchStyle", SwitchStyle)->ArgName("style")->DenseRange(ViewTiles, ViewThumbnailDetails);
     add("LimitSort", LimitSort)->ArgName("column")->DenseRange(1, DetailsColumnCount - 1);
+    add("LimitSortGathered", LimitSortGathered)
+        ->ArgNames({"column", "arrival"})
+        ->ArgsProduct(
+            {benchmark::CreateDenseRange(1, DetailsColumnCount - 1, 1), {Random, Sorted, Reversed}});
     add("Sort", Sort)
         ->ArgNames({"column", "arrival", "descending"})
         ->ArgsProduct(
