@@ -1,6 +1,7 @@
 #include "content/DeviceKinds.h"
 
 #include "model/Program.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <array>
@@ -61,7 +62,7 @@ bool IsSystemDevice(const DevicesNode& device) {
 
 } // namespace
 
-MessageNumber NameOfDeviceType(std::uint32_t type) {
+std::int32_t NameOfDeviceType(std::uint32_t type) {
     return KindOf(type).Name;
 }
 

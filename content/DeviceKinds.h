@@ -4,7 +4,6 @@
 
 #include "model/Devices.h"
 #include "platform/intuition/WishedImages.h"
-#include "sak/Messages.h"
 
 #include <string>
 #include <string_view>
@@ -13,7 +12,7 @@
 namespace solvane {
 
 // "Hard Disk" in number; of a kind that there is not, that of an unknown device.
-[[nodiscard]] MessageNumber NameOfDeviceType(std::uint32_t type);
+[[nodiscard]] std::int32_t NameOfDeviceType(std::uint32_t type);
 
 // Path of the picture for devices of that kind, and for this very device: the one of SYS: has its own.
 [[nodiscard]] std::string_view GetDeviceType2(std::uint32_t type);

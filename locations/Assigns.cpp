@@ -1,5 +1,6 @@
 #include "locations/Assigns.h"
 
+#include "interface/MainLayout.h"
 #include "locations/NewNodes.h"
 #include "model/Devices.h"
 #include "platform/dos/Locks.h"
@@ -7,6 +8,9 @@
 #include "platform/intuition/FormRequesters.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
 #include "sak/SortGenericLists.h"
 
 #include <string>

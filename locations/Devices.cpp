@@ -1,6 +1,7 @@
 #include "locations/Devices.h"
 
 #include "content/Drawers.h"
+#include "interface/MainLayout.h"
 #include "locations/DeviceUsage.h"
 #include "locations/IdentifyDevice.h"
 #include "locations/NavigationList.h"
@@ -10,6 +11,9 @@
 #include "model/Prefs.h"
 #include "platform/dos/Volumes.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
 #include "sak/SortGenericLists.h"
 
 #include <string>
@@ -66,6 +70,11 @@ void SetVolume(DevicesNode& device, const dos::VolumeInfo& volume) {
 }
 
 } // namespace
+
+void TellNoListNode() {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
+                    SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+}
 
 bool GetDevices() {
     if (!StartList(MasterDevicesList)) {

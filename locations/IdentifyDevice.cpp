@@ -2,6 +2,7 @@
 
 #include "content/DeviceKinds.h"
 #include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/StringFunctions.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ namespace {
 constexpr std::string_view NoDosType = "DOS\\00";
 constexpr std::string_view UnknownFileSystem = "Unknown";
 
-void SetKind(DevicesNode& device, std::uint32_t type, MessageNumber name) {
+void SetKind(DevicesNode& device, std::uint32_t type, std::int32_t name) {
     device.Type = type;
     device.TypeName = SAK_LocaleString(name);
 }

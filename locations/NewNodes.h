@@ -2,11 +2,7 @@
 // Private to locations/.
 #pragma once
 
-#include "interface/MainLayout.h"
 #include "sak/GenericLists.h"
-#include "sak/Locale.h"
-#include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <memory>
 
@@ -24,13 +20,15 @@ template <class Node>
     return list != nullptr;
 }
 
+// Tells the user that there is no memory for a record.
+void TellNoListNode();
+
 // A new record at the end of the list; null after a requester.
 template <class Node>
 [[nodiscard]] Node* AppendNode(GenericList<Node>& list) {
     Node* node = SAK_AddGenericListNode(list, SAK_CreateGenericListNode<Node>());
     if (node == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+        TellNoListNode();
     }
     return node;
 }

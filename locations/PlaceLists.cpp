@@ -19,8 +19,11 @@
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "sak/Notify.h"
 #include "sak/Numbers.h"
+#include "sak/Requesters.h"
 
 #include <string>
 #include <string_view>
