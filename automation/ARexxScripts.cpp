@@ -1,12 +1,22 @@
 #include "automation/ARexxScripts.h"
 
+#include "interface/MainLayout.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
+#include "platform/dos/CommandLine.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
+#include "platform/dos/Paths.h"
+#include "platform/intuition/FileRequester.h"
+#include "platform/rexx/ScriptStart.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
 #include "sak/SortGenericLists.h"
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -52,6 +62,28 @@ bool DiscoverARexxScripts() {
 
 void SortARexxList() {
     SAK_SortGenericList(*ARexxList, SortOrder::Ascending, ByText(&ARexxNode::ScriptName));
+}
+
+void ExecuteARexxScript(std::string_view path) {
+    if (path.empty()) {
+        return;
+    }
+    const std::string line = FormatText("rx \"%s\"", dos::EscapeArgument(path));
+    if (!rexx::StartScript(line, ARexxPortBuffer.View())) {
+        SAK_IOErr = dos::IoErr();
+        SAK_IOError(MainWindow.get(), RequesterTitle, path, SAK_LocaleString(MSG_DOS_ERROR),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    }
+}
+
+void ExecuteARexxScriptSelect() {
+    static std::string drawer = "PROGDIR:ARexx"; // where the user has chosen last
+    const auto path = intuition::RequestFile(
+        MainWindow.get(), {.Title = std::string(SAK_LocaleString(MSG_TB_EXECUTE_AREXX)), .Drawer = drawer});
+    if (path) {
+        drawer = dos::PathPart(*path);
+        ExecuteARexxScript(*path);
+    }
 }
 
 } // namespace solvane

@@ -1,5 +1,8 @@
-// The ARexx scripts that the user can pick from menus.
+// The ARexx scripts that the user can pick from menus, and running a script. Each runs in a process of its
+// own and sends its commands to this instance.
 #pragma once
+
+#include <string_view>
 
 namespace solvane {
 
@@ -10,5 +13,12 @@ namespace solvane {
 
 // Puts ARexxList in order by the names of the scripts.
 void SortARexxList();
+
+// Starts the script at path and returns at once; nothing for an empty path. What it says is lost; that it
+// could not be started is told.
+void ExecuteARexxScript(std::string_view path);
+
+// Lets the user choose a script and starts it.
+void ExecuteARexxScriptSelect();
 
 } // namespace solvane

@@ -1,12 +1,17 @@
 #include "automation/ARexx.h"
 
 #include "automation/ARexxCommands.h"
+#include "automation/ARexxScripts.h"
 #include "model/Content.h"
 #include "model/Program.h"
+#include "platform/intuition/FileRequester.h"
 #include "tests/locations/OpenWindow.h"
+#include "tests/platform/dos/DosTest.h"
 
+#include <cerrno>
 #include <gmock/gmock.h>
 #include <set>
+#include <sys/stat.h>
 
 namespace solvane {
 namespace {
@@ -82,6 +87,58 @@ TEST_F(ARexxWindow, TakesNoNumberThatIsOutOfRange) {
         EXPECT_THAT(Answer(line), Pair(0, "")) << line;
         EXPECT_EQ(MainWindow->Geometry().Width, before.Width) << line;
     }
+}
+
+class ScriptsTest : public DosTest {};
+
+TEST_F(ScriptsTest, AreListedWithoutTheirIconsAndStartedWithThePathAsDataAndOurPort) {
+    static std::vector<std::string> started;
+    started.clear();
+    ASSERT_TRUE(SAK_MemorySetup(SAK_ThresholdSize, SAK_PuddleSize));
+    ARexxList = SAK_CreateGenericList<ARexxNode>();
+    Prefs.IncludeREXX = 0;
+    ProgramDir = "Test:";
+    EXPECT_FALSE(DiscoverARexxScripts()) << "there is no such drawer";
+    for (const char* name :
+         {"ARexx/b.rexx", "ARexx/A \"x* > y.rexx", "ARexx/b.rexx.info", "ARexx/drawer/c.rexx"})
+        Tree.Write(name, "/* */");
+    EXPECT_TRUE(DiscoverARexxScripts());
+    std::vector<std::string> paths;
+    for (const ARexxNode& script : *ARexxList)
+        paths.emplace_back(script.ScriptPath.View());
+    EXPECT_THAT(paths, testing::ElementsAre("Test:ARexx/A \"x* > y.rexx", "Test:ARexx/b.rexx"));
+    ARexxList.reset();
+
+    Tree.Write("rx", "#!/bin/true\n");
+    ::chmod(Tree.Path("rx").c_str(), 0755);
+    ASSERT_TRUE(dos::SetAssign("C", dos::AssignKind::NonBinding, {"Test:"}));
+    Calls().Spawn = [](const dos::SpawnOrder& order) {
+        for (char* const* at = order.Words; *at != nullptr; ++at)
+            started.emplace_back(*at);
+        for (char* const* at = order.Environment; *at != nullptr; ++at)
+            if (std::string_view(*at).starts_with("SOLVANE_AREXX_HOST="))
+                started.emplace_back(*at);
+        errno = EAGAIN;
+        return -1;
+    };
+    std::vector<std::string> told;
+    intuition::SetRequestHandler([&told](const intuition::EasyRequestSpec& spec) {
+        told.push_back(spec.Text);
+        return 0;
+    });
+    ARexxPortBuffer = "SOLVANE.7";
+    intuition::SetFileRequestHandler(
+        [](const intuition::FileRequestSpec&) { return std::optional<std::string>(); });
+    ExecuteARexxScriptSelect();
+    ExecuteARexxScript("");
+    EXPECT_TRUE(started.empty());
+    intuition::SetFileRequestHandler(
+        [&paths](const intuition::FileRequestSpec&) { return std::optional(paths[0]); });
+    ExecuteARexxScriptSelect();
+    EXPECT_THAT(started, testing::ElementsAre("rx", paths[0], "SOLVANE_AREXX_HOST=SOLVANE.7"));
+    EXPECT_EQ(told.size(), 1U) << "it could not be started here";
+    intuition::SetFileRequestHandler({});
+    intuition::SetRequestHandler({});
 }
 
 } // namespace
