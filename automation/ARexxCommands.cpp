@@ -2,6 +2,7 @@
 
 #include "automation/ARexxHandlers.h"
 #include "locations/DiskOperations.h"
+#include "locations/KeptPlaces.h"
 #include "locations/OpenTabs.h"
 #include "locations/PlaceRouter.h"
 #include "locations/Tabs.h"
@@ -54,14 +55,14 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"INFORMATION", 37, rexx_Accept, "", 0},
     {"LEAVEOUT", 38, rexx_Accept, "", 0},
     {"PUTAWAY", 39, rexx_Accept, "", 0},
-    {"ADDBOOKMARK", 40, rexx_Accept, "", 0},
-    {"OPENALLBOOKMARKSINTABS", 41, rexx_Accept, "", 0},
-    {"OPENALLBOOKMARKSINWINDOWS", 42, rexx_Accept, "", 0},
-    {"SELECTBOOKMARK", 43, rexx_Accept, "NUM/N", 0},
-    {"ADDFAVORITE", 44, rexx_Accept, "", 0},
-    {"OPENALLFAVORITESINTABS", 45, rexx_Accept, "", 0},
-    {"OPENALLFAVORITESINWINDOWS", 46, rexx_Accept, "", 0},
-    {"SELECTFAVORITE", 47, rexx_Accept, "NUM/N", 0},
+    {"ADDBOOKMARK", 40, rexx_AddBookmark, "", 0},
+    {"OPENALLBOOKMARKSINTABS", 41, WhenOpen<OpenAllBookmarksInTabs>, "", 0},
+    {"OPENALLBOOKMARKSINWINDOWS", 42, WhenOpen<OpenAllBookmarksInWindows>, "", 0},
+    {"SELECTBOOKMARK", 43, rexx_SelectBookmark, "NUM/N", 0},
+    {"ADDFAVORITE", 44, rexx_AddFavorite, "", 0},
+    {"OPENALLFAVORITESINTABS", 45, WhenOpen<OpenAllFavoritesInTabs>, "", 0},
+    {"OPENALLFAVORITESINWINDOWS", 46, WhenOpen<OpenAllFavoritesInWindows>, "", 0},
+    {"SELECTFAVORITE", 47, rexx_SelectFavorite, "NUM/N", 0},
     {"SELECTFTPSITE", 48, rexx_Accept, "NUM/N", 0},
     {"VIEWSTYLE", 49, rexx_ViewStyle, "STYLE/N", 0},
     {"LAYOUT", 50, rexx_Accept, "LAYOUT/N", 0},

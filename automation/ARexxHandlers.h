@@ -71,6 +71,10 @@ void rexx_OpenNewTab(rexx::CommandCall& call);
 void rexx_CloseTab(rexx::CommandCall& call);
 void rexx_ViewStyle(rexx::CommandCall& call);
 void rexx_DrawersOrder(rexx::CommandCall& call);
+void rexx_AddBookmark(rexx::CommandCall& call);
+void rexx_SelectBookmark(rexx::CommandCall& call);
+void rexx_AddFavorite(rexx::CommandCall& call);
+void rexx_SelectFavorite(rexx::CommandCall& call);
 void rexx_GetVersion(rexx::CommandCall& call);
 
 // --- ARexxQueries: answers; all but the first two also without a window ---

@@ -4,10 +4,12 @@
 #include "content/SortLists.h"
 #include "interface/MainLayout.h"
 #include "locations/EnterDrawer.h"
-#include "locations/Navigation.h"
+#include "locations/KeptPlaces.h"
+#include "locations/PlaceRouter.h"
 #include "locations/Tabs.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/PrefsLists.h"
 #include "model/Program.h"
 #include "platform/dos/HostPaths.h"
 #include "sak/Version.h"
@@ -101,6 +103,34 @@ void rexx_DrawersOrder(rexx::CommandCall& call) {
     if (IsWindowOpen() && order && *order < DrawersOrders) {
         Prefs.DrawersOrder = static_cast<std::int32_t>(*order);
         DrawersOrder();
+    }
+}
+
+void rexx_AddBookmark(rexx::CommandCall&) {
+    if (IsWindowOpen()) {
+        AddCurrentLocationToBookmarks(AskFirst::No);
+    }
+}
+
+void rexx_AddFavorite(rexx::CommandCall&) {
+    if (IsWindowOpen()) {
+        AddCurrentLocationToFavorites(AskFirst::No);
+    }
+}
+
+void rexx_SelectBookmark(rexx::CommandCall& call) {
+    const auto number = CountOf(call, "NUM");
+    if (IsWindowOpen() && number && *number < SAK_GenericListCount(*MasterBookmarksList)) {
+        Qualifier = 0; // keys held at the last event are not meant
+        HandleBookmarks(*number);
+    }
+}
+
+void rexx_SelectFavorite(rexx::CommandCall& call) {
+    const auto number = CountOf(call, "NUM");
+    if (IsWindowOpen() && number && *number < SAK_GenericListCount(*MasterFavoritesList)) {
+        Qualifier = 0;
+        HandleFavorites(*number);
     }
 }
 

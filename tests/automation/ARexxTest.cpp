@@ -7,6 +7,7 @@
 #include "platform/intuition/FileRequester.h"
 #include "tests/locations/OpenWindow.h"
 #include "tests/platform/dos/DosTest.h"
+#include "tests/platform/exec/Processes.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -87,6 +88,32 @@ TEST_F(ARexxWindow, TakesNoNumberThatIsOutOfRange) {
         EXPECT_THAT(Answer(line), Pair(0, "")) << line;
         EXPECT_EQ(MainWindow->Geometry().Width, before.Width) << line;
     }
+}
+
+class PortTest : public exec_tests::RuntimeTest {};
+
+TEST_F(PortTest, SendsToOthersAndTellsOfAMissingOneUnlessItIsToBeQuiet) {
+    std::vector<std::string> told;
+    intuition::SetRequestHandler([&told](const intuition::EasyRequestSpec& spec) {
+        told.push_back(spec.Text);
+        return 0;
+    });
+    ARexxPortBuffer = "SOLVANE.7";
+    ASSERT_TRUE(SetUpARexx());
+    EXPECT_FALSE(SendARexxMessage("SOLVANE.8", "QUIT", 1));
+    EXPECT_FALSE(SendARexxMessage("SOLVANE.8", "QUIT", 0));
+    EXPECT_THAT(told, testing::ElementsAre("Could not find ARexx port: SOLVANE.8"));
+    ARexxReply.Clear();
+    ASSERT_TRUE(SendARexxMessage("SOLVANE.7", "SWITCHTAB NUM=x", 0));
+    while (ARexxReply.Empty()) {
+        static_cast<void>(exec::Wait(ARexxSignal));
+        HandleARexx();
+    }
+    EXPECT_EQ(ARexxError, 1);
+    EXPECT_EQ(ARexxReply.View(), "115");
+    ShutDownARexx();
+    EXPECT_EQ(ARexxSignal, 0U);
+    intuition::SetRequestHandler({});
 }
 
 class ScriptsTest : public DosTest {};

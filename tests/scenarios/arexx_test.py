@@ -84,6 +84,7 @@ class Port(Scripts):
     def setUp(self):
         super().setUp()
         (self.home / "some drawer").mkdir()
+        (self.home / "Downloads").mkdir()
         (self.home / "some drawer" / "file").write_text("12345")
         self.program = self.start(str(self.home))
         self.assertEqual(self.rx("address command 'WaitForPort SOLVANE.1'; say rc"), ["0"])
@@ -101,6 +102,12 @@ class Port(Scripts):
         drawer = "Home:some drawer"
         self.assertEqual([line.rstrip("/") for line in shown], [
             "Home:", "0 2.4", drawer, "1", "5", "Home:", drawer, "SYS:", drawer, drawer, "SYS:"])
+
+    def test_bookmarks_are_kept_and_gone_to_by_number(self):
+        shown = self.drive("'CHANGEPATH PATH=\"Home:some drawer\"'; 'ADDBOOKMARK'; 'OPENNEWTAB PATH=Computer';"
+                           "'SELECTBOOKMARK NUM=1'; 'GETNUMENTRIES'; say result > 2; 'SELECTBOOKMARK'; say rc;"
+                           "'SELECTBOOKMARK NUM=0'; 'GETCURRENTPATH'; say result")
+        self.assertEqual([line.rstrip("/") for line in shown], ["1", "0", "Home:some drawer"])
 
     def test_what_is_no_command_is_answered_and_harms_nothing(self):
         self.assertEqual(self.drive(
@@ -131,6 +138,10 @@ class Port(Scripts):
         both = [subprocess.Popen([RX, text], env=self.environment()) for _ in range(2)]
         self.running += both
         self.assertEqual([process.wait(PATIENCE) for process in both], [0, 0])
+
+    def test_a_script_that_a_window_starts_drives_that_window(self):
+        self.rx("PROGDIR:ARexx/TwoDrawers.rexx", SOLVANE_AREXX_HOST="SOLVANE.1")
+        self.assertEqual(self.drive("'SWITCHTAB 2'; 'GETCURRENTPATH'; say result"), ["Home:"])
 
     def test_quit_ends_the_program_and_its_port(self):
         self.assertEqual(self.drive("'QUITNOSAVE'; say rc"), ["0"])
