@@ -1,6 +1,7 @@
 #include "tests/platform/commands/CommandTest.h"
 
 #include <fstream>
+#include <map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -423,13 +424,16 @@ TEST_F(CommandsTest, AFullDiskBehindAnOutputIsTold) {
 
 // The links of C: are made from a list; it names what there is.
 TEST_F(CommandsTest, EveryCommandHasItsLinkInC) {
+    const std::map<std::string, std::string> ownPrograms = {{"WBRun", "wbrun"}, {"rx", "rx"}};
     std::vector<std::string> links, names;
     for (const auto& entry : std::filesystem::directory_iterator(SOLVANE_BUILD_DIR "/share/solvane/C")) {
         links.push_back(entry.path().filename().string());
-        const std::string_view program = links.back() == "WBRun" ? "wbrun" : "amiga";
-        EXPECT_EQ(std::filesystem::read_symlink(entry.path()).filename(), program);
+        const auto own = ownPrograms.find(links.back());
+        EXPECT_EQ(std::filesystem::read_symlink(entry.path()).filename(),
+                  own == ownPrograms.end() ? "amiga" : own->second);
     }
-    names.emplace_back("WBRun"); // a program of its own
+    for (const auto& [name, program] : ownPrograms)
+        names.push_back(name);
     for (const commands::Command& command : commands::Commands())
         names.emplace_back(command.Name);
     EXPECT_THAT(links, testing::UnorderedElementsAreArray(names));
