@@ -162,6 +162,7 @@ void BuildContentList() {
 }
 
 void BuildContentList_Tabs() {
+    SetNavigationSelected(LBLocation);
     CheckLocations();
     ShowRows();
 }
