@@ -65,7 +65,7 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"SELECTFAVORITE", 47, rexx_SelectFavorite, "NUM/N", 0},
     {"SELECTFTPSITE", 48, rexx_Accept, "NUM/N", 0},
     {"VIEWSTYLE", 49, rexx_ViewStyle, "STYLE/N", 0},
-    {"LAYOUT", 50, rexx_Accept, "LAYOUT/N", 0},
+    {"LAYOUT", 50, rexx_Layout, "LAYOUT/N", 0},
     {"DRAWERSORDER", 51, rexx_DrawersOrder, "ORDER/N", 0},
     {"PROCESSINFOFILES", 52, rexx_Accept, "", 0},
     {"SHOWACTUALICONS", 53, rexx_Accept, "", 0},

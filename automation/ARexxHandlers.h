@@ -70,6 +70,7 @@ void rexx_SwitchTab(rexx::CommandCall& call);
 void rexx_OpenNewTab(rexx::CommandCall& call);
 void rexx_CloseTab(rexx::CommandCall& call);
 void rexx_ViewStyle(rexx::CommandCall& call);
+void rexx_Layout(rexx::CommandCall& call);
 void rexx_DrawersOrder(rexx::CommandCall& call);
 void rexx_AddBookmark(rexx::CommandCall& call);
 void rexx_SelectBookmark(rexx::CommandCall& call);

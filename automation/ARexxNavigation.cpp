@@ -5,6 +5,7 @@
 #include "interface/MainLayout.h"
 #include "locations/EnterDrawer.h"
 #include "locations/KeptPlaces.h"
+#include "locations/LayoutChange.h"
 #include "locations/PlaceRouter.h"
 #include "locations/Tabs.h"
 #include "model/Content.h"
@@ -25,6 +26,10 @@ namespace {
 
 constexpr std::uint32_t ViewStyles = 5;    // that a script may choose from
 constexpr std::uint32_t DrawersOrders = 3; // first, mixed, last
+
+// What LAYOUT switches: the rows of the layout chooser.
+constexpr std::uint32_t FirstPane = LayoutNavigation, PreviewHorizontal = 4, PreviewVertical = 5,
+                        LastPane = 8;
 
 // Places that a script opens by their word; all others are paths, that of the sites too.
 constexpr std::array<std::string_view, 4> WordsOfPlaces = {"Favorites", "Workbench", "Computer", "Assigns"};
@@ -96,6 +101,18 @@ void rexx_ViewStyle(rexx::CommandCall& call) {
         ChooserSelected = static_cast<std::int32_t>(*style);
         ChangeViewStyle();
     }
+}
+
+void rexx_Layout(rexx::CommandCall& call) {
+    const auto layout = CountOf(call, "LAYOUT");
+    if (!IsWindowOpen() || !layout || *layout < FirstPane || *layout > LastPane) {
+        return; // the numbers before the panes are those of bars
+    }
+    if (*layout == PreviewHorizontal || *layout == PreviewVertical) {
+        Prefs.PreviewStyle = 0;
+    }
+    ChooserSelected = static_cast<std::int32_t>(*layout);
+    ChangeLayout();
 }
 
 void rexx_DrawersOrder(rexx::CommandCall& call) {

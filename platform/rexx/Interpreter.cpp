@@ -31,7 +31,7 @@ constexpr APIRET CallFailed = 40;            // "incorrect call to routine"
 constexpr const char* Rules = "CALLS_AS_FUNCS NOEXT_COMMANDS_AS_FUNCS AREXX_BIFS AREXX_SEMANTICS";
 constexpr const char* CommandExit = "SOLVANE_COMMANDS";
 
-thread_local bool WantsResults = false; // the script that runs has asked for them
+thread_local ScriptWishes Wishes; // of the script that runs
 
 std::string_view ViewOf(const RXSTRING& text) {
     return text.strptr != nullptr ? std::string_view(text.strptr, text.strlength) : std::string_view();
@@ -77,12 +77,14 @@ LONG APIENTRY OnCommand(LONG code, LONG subcode, PEXIT parameters) {
     auto& call = *reinterpret_cast<RXCMDHST_PARM*>(parameters);
     const std::string_view host(reinterpret_cast<const char*>(call.rxcmd_address), call.rxcmd_addressl);
     HostAnswer answer = SendToHost(WithoutMark(host), std::string(ViewOf(call.rxcmd_command)));
-    if (!WantsResults) {
+    if (!Wishes.WantsResults) {
         answer.Result.reset();
     }
     SetResult(answer.Result);
     call.rxcmd_flags.rxfcfail = answer.Rc >= FailAt ? 1 : 0;
-    call.rxcmd_flags.rxfcerr = answer.Rc != 0 && answer.Rc < FailAt ? 1 : 0;
+    // Where a script waits for failures alone they are raised as errors, and nothing else is.
+    const bool raisesErrors = Wishes.WantsErrors || !Wishes.WantsFailures;
+    call.rxcmd_flags.rxfcerr = raisesErrors && answer.Rc != 0 && answer.Rc < FailAt ? 1 : 0;
     return GiveText(std::to_string(answer.Rc), call.rxcmd_retc) ? RXEXIT_HANDLED : RXEXIT_RAISE_ERROR;
 }
 
@@ -138,12 +140,12 @@ int RunScript(const Script& script) {
     RXSTRING argument = Borrow(words);
     RXSTRING result{};
     SHORT code = 0;
-    const bool outer = std::exchange(WantsResults, AsksForResults(script.Source));
+    const ScriptWishes outer = std::exchange(Wishes, WishesOf(script.Source));
     // Restricted: a name of a shell that a script makes up as it runs is refused.
     const APIRET failure =
         RexxStart(script.Arguments ? 1 : 0, &argument, script.Name.c_str(), program.data(),
                   script.Host.c_str(), RXCOMMAND | RXRESTRICTED, exits.data(), &code, &result);
-    WantsResults = outer;
+    Wishes = outer;
     if (result.strptr != nullptr) {
         RexxFreeMemory(result.strptr);
     }

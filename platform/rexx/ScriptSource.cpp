@@ -86,31 +86,50 @@ std::string MarkHost(const Token& token) {
     return text;
 }
 
-std::string ConditionFor(std::string_view word, bool isOn) {
-    const bool isBreak = utility::Stricmp(word, "BREAK_C") == 0;
-    if (!isBreak && utility::Stricmp(word, "IOERR") != 0) {
+// The word behind SIGNAL ON or OFF.
+std::string ConditionFor(std::string_view word, bool needsName, bool failuresAreErrors) {
+    const auto is = [word](std::string_view name) { return utility::Stricmp(word, name) == 0; };
+    const std::string condition = is("BREAK_C")                        ? "HALT"
+                                  : is("IOERR")                        ? "NOTREADY"
+                                  : is("FAILURE") && failuresAreErrors ? "ERROR"
+                                                                       : "";
+    if (condition.empty()) {
         return std::string(word);
     }
-    const std::string condition = isBreak ? "HALT" : "NOTREADY";
-    return isOn ? condition + " NAME " + std::string(word) : condition;
+    return needsName ? condition + " NAME " + std::string(word) : condition;
+}
+
+// What follows on the same line, without the blanks before it.
+std::string_view WithoutBlanks(std::string_view rest) {
+    return rest.substr(std::min(rest.find_first_not_of(" \t"), rest.size()));
+}
+
+bool BeginsWithName(std::string_view rest) {
+    rest = WithoutBlanks(rest);
+    return !rest.empty() && utility::Stricmp(FirstToken(rest).Text, "NAME") == 0;
 }
 
 // Walks the tokens that are no blanks; what a token becomes hangs on the two before it.
 class Translator {
 public:
-    std::string Next(const Token& token, char following);
+    explicit Translator(bool failuresAreErrors) : FailuresAreErrors(failuresAreErrors) {}
+    // rest is what stands behind the token.
+    std::string Next(const Token& token, std::string_view rest);
 
 private:
     enum class Place { ClauseStart, Address, Signal, SignalOn, SignalOff, Elsewhere };
     Place Now = Place::ClauseStart;
+    bool FailuresAreErrors;
 
-    std::string NextAtStart(const Token& token, char following);
+    std::string NextAtStart(const Token& token, std::string_view rest);
 };
 
-std::string Translator::NextAtStart(const Token& token, char following) {
+std::string Translator::NextAtStart(const Token& token, std::string_view rest) {
     const auto is = [&token](std::string_view word) { return utility::Stricmp(token.Text, word) == 0; };
     std::string text(token.Text);
     Now = Place::Elsewhere;
+    const std::string_view behind = WithoutBlanks(rest);
+    const char following = behind.empty() ? '\n' : behind.front();
     if (token.Kind != TokenKind::Symbol || following == '=' || following == '(' || following == ':') {
         return text; // an assignment, a call or a label
     }
@@ -125,11 +144,11 @@ std::string Translator::NextAtStart(const Token& token, char following) {
     return is("ECHO") ? "SAY" : text;
 }
 
-std::string Translator::Next(const Token& token, char following) {
+std::string Translator::Next(const Token& token, std::string_view rest) {
     std::string text(token.Text);
     switch (Now) {
     case Place::ClauseStart:
-        text = NextAtStart(token, following);
+        text = NextAtStart(token, rest);
         break;
     case Place::Address:
         text = MarkHost(token);
@@ -142,7 +161,7 @@ std::string Translator::Next(const Token& token, char following) {
         break;
     case Place::SignalOn:
     case Place::SignalOff:
-        text = ConditionFor(text, Now == Place::SignalOn);
+        text = ConditionFor(text, Now == Place::SignalOn && !BeginsWithName(rest), FailuresAreErrors);
         Now = Place::Elsewhere;
         break;
     case Place::Elsewhere:
@@ -154,23 +173,18 @@ std::string Translator::Next(const Token& token, char following) {
     return text;
 }
 
-// The first byte behind a token that is no blank of its line.
-char ByteBehind(std::string_view rest) {
-    const std::size_t at = rest.find_first_not_of(" \t");
-    return at == std::string_view::npos ? '\n' : rest[at];
-}
-
 } // namespace
 
 std::string TranslateSource(std::string_view source) {
     std::string translated;
     translated.reserve(source.size());
-    Translator translator;
+    const ScriptWishes wishes = WishesOf(source);
+    Translator translator(!wishes.WantsErrors);
     while (!source.empty()) {
         const Token token = FirstToken(source);
         source.remove_prefix(token.Text.size());
-        translated += token.Kind == TokenKind::Blank ? std::string(token.Text)
-                                                     : translator.Next(token, ByteBehind(source));
+        translated +=
+            token.Kind == TokenKind::Blank ? std::string(token.Text) : translator.Next(token, source);
     }
     return translated;
 }
@@ -180,21 +194,24 @@ std::string_view WithoutMark(std::string_view host) {
     return IsOneOf(name, MarkedHosts) ? name : host;
 }
 
-bool AsksForResults(std::string_view source) {
+ScriptWishes WishesOf(std::string_view source) {
+    ScriptWishes wishes;
     bool isInOptions = false;
+    bool isBehindOn = false;
     while (!source.empty()) {
         const Token token = FirstToken(source);
         source.remove_prefix(token.Text.size());
-        if (token.Kind == TokenKind::ClauseEnd) {
-            isInOptions = false;
-        } else if (token.Kind == TokenKind::Symbol && utility::Stricmp(token.Text, "OPTIONS") == 0) {
-            isInOptions = true;
-        } else if (isInOptions && token.Kind == TokenKind::Symbol &&
-                   utility::Stricmp(token.Text, "RESULTS") == 0) {
-            return true;
+        const auto is = [&token](std::string_view word) { return utility::Stricmp(token.Text, word) == 0; };
+        if (token.Kind == TokenKind::Blank) {
+            continue;
         }
+        isInOptions = token.Kind != TokenKind::ClauseEnd && (isInOptions || is("OPTIONS"));
+        wishes.WantsResults = wishes.WantsResults || (isInOptions && is("RESULTS"));
+        wishes.WantsErrors = wishes.WantsErrors || (isBehindOn && is("ERROR"));
+        wishes.WantsFailures = wishes.WantsFailures || (isBehindOn && is("FAILURE"));
+        isBehindOn = is("ON");
     }
-    return false;
+    return wishes;
 }
 
 } // namespace rexx

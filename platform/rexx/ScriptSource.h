@@ -16,7 +16,12 @@ namespace rexx {
 // The name of a host as the script has it.
 [[nodiscard]] std::string_view WithoutMark(std::string_view host);
 
-// Whether the script says OPTIONS RESULTS anywhere.
-[[nodiscard]] bool AsksForResults(std::string_view source);
+// What a script says anywhere.
+struct ScriptWishes {
+    bool WantsResults = false; // OPTIONS RESULTS
+    bool WantsErrors = false;  // SIGNAL ON ERROR or CALL ON ERROR
+    bool WantsFailures = false;
+};
+[[nodiscard]] ScriptWishes WishesOf(std::string_view source);
 
 } // namespace rexx

@@ -74,6 +74,14 @@ class Interpreter(Scripts):
             process.send_signal(signal.SIGINT)
             self.assertEqual(process.wait(PATIENCE), code)
 
+    def test_errors_and_failures_of_commands_are_raised(self):
+        self.script("fail.rexx", "exit 10\n")
+        self.script("warn.rexx", "exit 5\n")
+        for trap, warning in (("error", "raised 5"), ("failure", "not raised")):
+            for name, expected in (("fail", "raised 10"), ("warn", warning)):
+                self.assertEqual(self.rx("signal on %s; '%s'; say 'not raised'; exit; %s: say 'raised' rc" % (trap, name, trap)),
+                                 [expected], (trap, name))
+
     def test_macros_call_each_other_and_survive_their_errors(self):
         self.script("inner.rexx", "parse arg a\nif a = 'bad' then say 1/0\nsay 'inner' a\nexit 4\n")
         self.assertEqual(self.rx("'inner x > y'; say rc; 'inner bad'; say rc; 'nosuch'; say rc"),

@@ -19,6 +19,9 @@ TEST(ScriptSource, ChangesWordsThatBeginAClauseAndNothingElse) {
         {"x = 'it''s'; echo x", "x = 'it''s'; SAY x"},
         {"signal on break_c\nsignal off BREAK_C", "signal on HALT NAME break_c\nsignal off HALT"},
         {"signal on ioerr; signal on error", "signal on NOTREADY NAME ioerr; signal on error"},
+        {"signal on break_c name x", "signal on HALT name x"},
+        {"signal on failure; say failure", "signal on ERROR NAME failure; say failure"},
+        {"call on failure; call on error", "call on failure; call on error"},
         {"echo: address command", "echo: address command."},
         {"/* never closed", "/* never closed"},
         {"say 'never closed\necho 1", "say 'never closed\nSAY 1"},
@@ -30,10 +33,10 @@ TEST(ScriptSource, ChangesWordsThatBeginAClauseAndNothingElse) {
 }
 
 TEST(ScriptSource, SeesWhetherResultsAreAskedFor) {
-    EXPECT_TRUE(AsksForResults("/* x */\nOptions FAILAT 10 results"));
+    EXPECT_TRUE(WishesOf("/* x */\nOptions FAILAT 10 results").WantsResults);
     for (const char* source :
          {"say results", "options prompt; results", "/* options results */", "'options results'"})
-        EXPECT_FALSE(AsksForResults(source)) << source;
+        EXPECT_FALSE(WishesOf(source).WantsResults) << source;
 }
 
 } // namespace
