@@ -1,10 +1,14 @@
 #include "platform/intuition/Requesters.h"
 
+#include "platform/dos/HostPaths.h"
+#include "platform/intuition/FileRequester.h"
 #include "platform/intuition/Label.h"
 #include "tests/platform/intuition/Stage.h"
+#include "tests/support/TempTree.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QFileDialog>
 #include <QLabel>
 #include <QTimer>
 
@@ -22,6 +26,10 @@ protected:
     // Acts on the requester once it is up, as its user.
     template <typename Deed>
     int AskAnd(const EasyRequestSpec& spec, Deed deed) {
+        return WhileUp(deed, [&] { return EasyRequest(&Stage.Frame, spec); });
+    }
+    template <typename Deed, typename Ask>
+    auto WhileUp(Deed deed, Ask ask) {
         QTimer poll;
         bool acted = false;
         QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
@@ -32,7 +40,7 @@ protected:
             deed(*dialog);
         });
         poll.start(1);
-        return EasyRequest(&Stage.Frame, spec);
+        return ask();
     }
 };
 
@@ -47,6 +55,19 @@ TEST_F(RequestersTest, HandlerAnswersInTheUsersPlaceUntilItIsTakenAway) {
     const RequestHandler old = SetRequestHandler({});
     EXPECT_EQ(old(DeleteQuestion), 2);
     EXPECT_EQ(AskAnd(DeleteQuestion, [](QDialog& dialog) { dialog.close(); }), 0);
+}
+
+TEST_F(RequestersTest, AFileIsChosenOrNot) {
+    const TempTree tree{"a & b.rexx", "other"};
+    const auto ask = [&] { return RequestFile(&Stage.Frame, {"Choose", tree.Root()}); };
+    const auto choose = [&](QDialog& dialog) {
+        auto& files = dynamic_cast<QFileDialog&>(dialog);
+        EXPECT_EQ(files.directory().path().toStdString(), tree.Root());
+        files.selectFile(QStringLiteral("a & b.rexx"));
+        QMetaObject::invokeMethod(&files, "accept");
+    };
+    EXPECT_EQ(WhileUp(choose, ask), dos::FromHostPath(tree.Path("a & b.rexx")));
+    EXPECT_EQ(WhileUp([](QDialog& dialog) { dialog.close(); }, ask), std::nullopt);
 }
 
 TEST_F(RequestersTest, KeysPressItsButtons) {
