@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <iterator>
 #include <numeric>
 
 namespace solvane {
@@ -16,7 +17,8 @@ struct TextItem {
     std::uint64_t Head = 0; // folded
     const char* Bytes = nullptr;
     std::uint16_t Size = 0;
-    char Prefix = 0; // order prefix before a name
+    char Prefix = 0;       // order prefix before a name
+    std::int32_t Rank = 0; // place among equal keys
     ContentNode* Node = nullptr;
 };
 static_assert(Text<4096>::Limit <= UINT16_MAX, "the longest text key fits its size");
@@ -135,6 +137,26 @@ void SortStably(std::vector<NumberItem>& items) {
     }
 }
 
+// Puts items, given in the order of their arrival, where a stable sort makes the order of OrderAsInserted of
+// them: those that went to the tail come last, the others before them from the last to the first.
+void ArrangeArrivals(std::vector<NumberItem>& items, SortOrder order) {
+    if (order == SortOrder::Descending) {
+        std::reverse(items.begin(), items.end());
+        return;
+    }
+    std::vector<NumberItem> others;
+    auto tail = items.begin(); // behind the last one that went to the tail, which is the largest so far
+    for (const NumberItem& item : items) {
+        if (tail == items.begin() || item.Key >= std::prev(tail)->Key) {
+            *tail++ = item;
+        } else {
+            others.push_back(item);
+        }
+    }
+    std::move_backward(items.begin(), tail, items.end());
+    std::reverse_copy(others.begin(), others.end(), items.begin());
+}
+
 void OrderByNumber(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order) {
     const std::uint64_t turn = order == SortOrder::Ascending ? 0 : ~std::uint64_t{0};
     std::vector<NumberItem> items;
@@ -142,12 +164,9 @@ void OrderByNumber(std::vector<ContentNode*>& nodes, DetailsColumn column, SortO
     for (ContentNode* node : nodes) {
         items.push_back({NumberKey(*node, column) ^ turn, node});
     }
-    const auto compare = [turn](const NumberItem& a, const NumberItem& b) {
-        const std::uint64_t x = a.Key ^ turn;
-        const std::uint64_t y = b.Key ^ turn;
-        return x < y ? -1 : (x > y ? 1 : 0);
-    };
-    if (ArrangeArrivals(items, order, compare) > 0) {
+    ArrangeArrivals(items, order);
+    const auto before = [](const NumberItem& a, const NumberItem& b) { return a.Key < b.Key; };
+    if (!std::is_sorted(items.begin(), items.end(), before)) {
         SortStably(items);
     }
     std::transform(items.begin(), items.end(), nodes.begin(),

@@ -8,7 +8,6 @@
 #include <compare>
 #include <cstdint>
 #include <functional>
-#include <iterator>
 #include <vector>
 
 namespace solvane {
@@ -20,42 +19,36 @@ enum class SortOrder { Ascending, Descending };
     return direction == 0 ? SortOrder::Ascending : SortOrder::Descending;
 }
 
-// Puts items, given in the order of their arrival, where a stable sort makes the order of that insertion of
-// them: ascending, an item at least as large as all before it goes to the tail and any other before its
-// equals; descending, every item goes before its equals. So the insertion is no stable sort; intended.
-// compare(a, b) is below, equal to or above 0. Returns how many items, at the front, are not known to stand
-// in order yet; those behind them do. Linear cost.
-template <class Item, class Compare>
-std::size_t ArrangeArrivals(std::vector<Item>& items, SortOrder order, Compare compare) {
-    if (order == SortOrder::Descending) {
-        std::reverse(items.begin(), items.end());
-        const auto rises = [&compare](const Item& a, const Item& b) { return compare(a, b) > 0; };
-        return std::is_sorted(items.begin(), items.end(), rises) ? 0 : items.size();
-    }
-    std::vector<Item> others;
-    auto tail = items.begin(); // behind the last one that went to the tail, which is the largest so far
-    for (Item& item : items) {
-        if (tail == items.begin() || compare(item, *std::prev(tail)) >= 0) {
-            *tail++ = item;
-        } else {
-            others.push_back(item);
-        }
-    }
-    std::move_backward(items.begin(), tail, items.end());
-    std::reverse_copy(others.begin(), others.end(), items.begin());
-    return others.size();
-}
-
-// Puts items, given in the order of their arrival, into the order of that insertion. n log n comparisons
-// whatever the arrival, n when the items come in order.
+// Puts items, given in the order of their arrival, into the order of that insertion: ascending, an item at
+// least as large as all before it goes to the tail and any other before its equals; descending, every item
+// goes before its equals. So it is no stable sort; intended. compare(a, b) is below, equal to or above 0.
+// Each item has a member Rank, std::int32_t, that is written here. n log n comparisons whatever the arrival,
+// n when the items come in ascending order; no memory but that of the items.
 template <class Item, class Compare>
 void OrderAsInserted(std::vector<Item>& items, SortOrder order, Compare compare) {
-    const auto unsorted = static_cast<std::ptrdiff_t>(ArrangeArrivals(items, order, compare));
-    const auto before = [&compare, ascending = order == SortOrder::Ascending](const Item& a, const Item& b) {
-        return ascending ? compare(a, b) < 0 : compare(a, b) > 0;
-    };
-    std::stable_sort(items.begin(), items.begin() + unsorted, before);
-    std::inplace_merge(items.begin(), items.begin() + unsorted, items.end(), before);
+    const bool ascending = order == SortOrder::Ascending;
+    bool rises = true;
+    std::size_t largest = 0;
+    for (std::size_t at = 0; at < items.size(); ++at) {
+        const bool isLargest = compare(items[at], items[largest]) >= 0;
+        const auto arrival = static_cast<std::int32_t>(at);
+        items[at].Rank = ascending && isLargest ? arrival : -arrival;
+        largest = isLargest ? at : largest;
+        rises = rises && isLargest;
+    }
+    if (rises) {
+        if (!ascending) {
+            std::reverse(items.begin(), items.end());
+        }
+        return;
+    }
+    std::sort(items.begin(), items.end(), [ascending, &compare](const Item& a, const Item& b) {
+        const int compared = compare(a, b);
+        if (compared != 0) {
+            return ascending ? compared < 0 : compared > 0;
+        }
+        return a.Rank < b.Rank;
+    });
 }
 
 // Has order put the records of a list, given as a vector of pointers, into another order; it may only move
@@ -79,8 +72,20 @@ void SAK_SortGenericListBy(GenericList<Node>& list, Order order) {
 // Puts the records of a list into the order of the insertion; compare takes two of them.
 template <class Node, class Compare>
 void SAK_SortGenericList(GenericList<Node>& list, SortOrder order, Compare compare) {
+    struct Item {
+        Node* Record = nullptr;
+        std::int32_t Rank = 0;
+    };
     SAK_SortGenericListBy(list, [order, &compare](std::vector<Node*>& nodes) {
-        OrderAsInserted(nodes, order, [&compare](Node* a, Node* b) { return compare(*a, *b); });
+        std::vector<Item> items;
+        items.reserve(nodes.size());
+        for (Node* node : nodes) {
+            items.push_back({node});
+        }
+        OrderAsInserted(items, order,
+                        [&compare](const Item& a, const Item& b) { return compare(*a.Record, *b.Record); });
+        std::transform(items.begin(), items.end(), nodes.begin(),
+                       [](const Item& item) { return item.Record; });
     });
 }
 
