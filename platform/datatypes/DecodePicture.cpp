@@ -100,6 +100,9 @@ DecodedPicture Finish(const QImage& image, const QSize& full, const PictureBox& 
 }
 
 DecodedPicture DecodeIlbm(Bytes file, const PictureBox& box) {
+    std::unique_lock<std::mutex> alone(LargePictures, std::defer_lock);
+    if (IlbmPixels(file) > LargePixels / 2) // squared, they are twice as many
+        alone.lock();
     const std::optional<Picture> picture = ParseIlbm(file, MostPixels);
     return picture ? Finish(AsImage(*picture), {}, box) : Refused(PictureFault::Broken);
 }

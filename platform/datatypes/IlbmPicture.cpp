@@ -13,6 +13,8 @@ constexpr std::uint32_t HamMode = 0x800, HalfBrightMode = 0x80; // bits of CAMG
 constexpr std::uint32_t MostPlanes = 32;
 constexpr std::size_t MostColours = 256;
 constexpr std::uint32_t ByteRun = 1;
+constexpr std::uint64_t MostUnpacked = 64; // bytes that a packed byte stands for at most
+constexpr std::uint64_t LeastPart = 16; // a picture of which less than one part in so many is there is none
 
 enum class Masking : std::uint32_t { None = 0, Plane = 1, Colour = 2, Lasso = 3 };
 enum class Layout { Rows, Chunky, WholePlanes };
@@ -32,6 +34,7 @@ struct Form {
     [[nodiscard]] std::uint32_t AspectX() const { return U8(Header, 14); }
     [[nodiscard]] std::uint32_t AspectY() const { return U8(Header, 15); }
     [[nodiscard]] std::size_t PlaneBytes() const { return (Width() + 15) / 16 * 2; }
+    [[nodiscard]] std::uint64_t Pixels() const { return std::uint64_t{Width()} * Height(); }
 };
 
 Layout LayoutOf(Bytes file) {
@@ -63,12 +66,20 @@ Form ReadForm(Bytes file) {
     return form;
 }
 
+// A short file with a large header would take much memory for nothing.
+bool HasEnoughData(const Form& form) {
+    const std::uint64_t row = form.Order == Layout::Chunky ? form.Width() : form.PlaneBytes() * form.Planes();
+    const bool packed = form.Packing() == ByteRun && form.Order != Layout::WholePlanes;
+    return form.Data.size() * (packed ? MostUnpacked : 1) >= row * form.Height() / LeastPart;
+}
+
 bool CanDecode(const Form& form, std::uint64_t mostPixels) {
-    const std::uint64_t pixels = std::uint64_t{form.Width()} * form.Height();
+    const std::uint64_t pixels = form.Pixels();
     const std::uint32_t planes = form.Planes();
     const bool knownDepth = (planes >= 1 && planes <= 8) || planes == 24 || planes == MostPlanes;
     return form.Header.size() >= 16 && pixels > 0 && pixels <= mostPixels && knownDepth &&
-           form.Packing() <= ByteRun && !form.Data.empty() && (form.Order == Layout::Rows || planes <= 8);
+           form.Packing() <= ByteRun && !form.Data.empty() && (form.Order == Layout::Rows || planes <= 8) &&
+           HasEnoughData(form);
 }
 
 Mode ModeOf(const Form& form) {
@@ -124,7 +135,7 @@ class Unpacker {
 public:
     Unpacker(Bytes data, bool packed) : Data(data), Left(packed ? 0 : data.size()) {}
 
-    // False when the data end before the row is full; what is missing is 0.
+    // False when no byte of the row is there; what is missing is 0.
     bool Fill(std::vector<std::uint8_t>& row) {
         std::size_t done = 0;
         while (done < row.size() && (Left > 0 || NextRun())) {
@@ -136,7 +147,7 @@ public:
             done += count;
         }
         std::fill(row.begin() + static_cast<std::ptrdiff_t>(done), row.end(), std::uint8_t{0});
-        return done == row.size();
+        return done > 0;
     }
 
 private:
@@ -175,14 +186,14 @@ public:
     // False when nothing of the row is there.
     bool Next() {
         if (Source.Order == Layout::Chunky) {
-            const bool whole = Packed.Fill(Plane);
+            const bool any = Packed.Fill(Plane);
             std::copy_n(Plane.begin(), Numbers.size(), Numbers.begin());
-            return whole;
+            return any;
         }
         std::ranges::fill(Numbers, 0U);
-        bool whole = true;
+        bool any = false;
         for (std::uint32_t plane = 0; plane < Source.Planes(); ++plane) {
-            whole = FillPlane(plane) && whole;
+            any = FillPlane(plane) || any;
             AddPlane(plane);
         }
         if (HasMask) {
@@ -191,7 +202,7 @@ public:
                 Shown[x] = (Plane[x / 8] >> (7 - x % 8) & 1) != 0;
         }
         ++Row;
-        return whole;
+        return any;
     }
     [[nodiscard]] const std::vector<std::uint32_t>& Pixels() const { return Numbers; }
     [[nodiscard]] bool IsShown(std::size_t x) const { return Shown[x]; }
@@ -200,10 +211,9 @@ private:
     bool FillPlane(std::uint32_t plane) {
         if (Source.Order == Layout::Rows)
             return Packed.Fill(Plane);
-        const std::size_t at = (std::size_t{plane} * Source.Height() + Row) * Plane.size();
-        if (at + Plane.size() > Source.Data.size())
-            return false;
-        return Unpacker(Source.Data.subspan(at, Plane.size()), false).Fill(Plane);
+        const std::size_t at =
+            std::min((std::size_t{plane} * Source.Height() + Row) * Plane.size(), Source.Data.size());
+        return Unpacker(Source.Data.subspan(at), false).Fill(Plane);
     }
     void AddPlane(std::uint32_t plane) {
         for (std::size_t i = 0; i < Plane.size(); ++i) {
@@ -295,6 +305,10 @@ icon::IconPicture SquarePixels(icon::IconPicture picture, std::uint32_t across, 
 bool IsIlbm(Bytes file) {
     return HasMark(file, 0, "FORM") &&
            (HasMark(file, 8, "ILBM") || HasMark(file, 8, "PBM ") || HasMark(file, 8, "ACBM"));
+}
+
+std::uint64_t IlbmPixels(Bytes file) {
+    return IsIlbm(file) ? ReadForm(file).Pixels() : 0;
 }
 
 std::optional<icon::IconPicture> ParseIlbm(Bytes file, std::uint64_t mostPixels) {

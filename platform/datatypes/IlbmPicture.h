@@ -6,6 +6,7 @@
 #include "platform/datatypes/Bytes.h"
 #include "platform/icon/IconPicture.h"
 
+#include <cstdint>
 #include <optional>
 
 namespace datatypes {
@@ -13,9 +14,12 @@ namespace datatypes {
 // Whether the bytes begin as such a file does.
 [[nodiscard]] bool IsIlbm(Bytes file);
 
+// How many pixels the header announces, before they are squared; 0 without a header.
+[[nodiscard]] std::uint64_t IlbmPixels(Bytes file);
+
 // The picture in its own size; one drawn for pixels twice as high as wide, or the reverse, is squared.
-// Nothing when there is no header, no data, a size of 0 or more than mostPixels. Where the data end early
-// the rest stays transparent.
+// Nothing when there is no header, no data or far too few, a size of 0 or more than mostPixels. Where the
+// data end early the rest stays transparent.
 [[nodiscard]] std::optional<icon::IconPicture> ParseIlbm(Bytes file, std::uint64_t mostPixels);
 
 } // namespace datatypes

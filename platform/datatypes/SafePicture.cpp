@@ -5,7 +5,9 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <array>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -44,13 +46,48 @@ bool IsSafeJpeg(Bytes file, std::uint64_t pixels) {
     return pixels <= MostPixels && facts.Scans * pixels <= MostScannedPixels;
 }
 
-// What an element refers to, in the old spelling or the new one.
-QString TargetOf(const QXmlStreamAttributes& attributes) {
-    const QString target = attributes.value(QStringLiteral("href")).toString();
-    return target.isEmpty()
-               ? attributes.value(QStringLiteral("http://www.w3.org/1999/xlink"), QStringLiteral("href"))
-                     .toString()
-               : target;
+// What an element refers to, whatever the prefix: which spelling the reader follows is its own affair.
+std::set<QString> TargetsOf(const QXmlStreamAttributes& attributes) {
+    std::set<QString> targets;
+    for (const QXmlStreamAttribute& attribute : attributes)
+        if (attribute.name() == QStringLiteral("href"))
+            targets.insert(attribute.value().toString());
+    return targets;
+}
+
+// A drawing within a drawing would be read without a check, so only plain pictures may be embedded.
+bool IsEmbeddedPicture(const QString& target) {
+    const QString mark = QStringLiteral("base64,");
+    const qsizetype at = target.lastIndexOf(mark);
+    if (!target.startsWith(QStringLiteral("data:")) || at < 0)
+        return false;
+    const QByteArray data = QByteArray::fromBase64(target.mid(at + mark.size()).toLatin1());
+    return data.startsWith("\x89PNG") || data.startsWith("\xFF\xD8\xFF") || data.startsWith("GIF8");
+}
+
+// A picture out of a drawer has no business with other files.
+bool LoadsNoFile(const QXmlStreamReader& reader) {
+    constexpr std::array<QStringView, 5> loading = {u"image", u"feImage", u"font-face-uri", u"audio",
+                                                    u"video"};
+    if (std::ranges::find(loading, QStringView(reader.name())) == loading.end())
+        return true;
+    const std::set<QString> targets = TargetsOf(reader.attributes());
+    return !targets.empty() && std::ranges::all_of(targets, IsEmbeddedPicture);
+}
+
+// Instructions name style sheets, which the reader opens. The usual document type says nothing; one with
+// declarations of its own may hide anything behind an entity.
+bool IsSafeToken(const QXmlStreamReader& reader) {
+    switch (reader.tokenType()) {
+    case QXmlStreamReader::ProcessingInstruction:
+        return false;
+    case QXmlStreamReader::DTD:
+        return !reader.text().contains(u'[');
+    case QXmlStreamReader::StartElement:
+        return LoadsNoFile(reader);
+    default:
+        return true;
+    }
 }
 
 // Counts what a drawing draws when every "use" is followed, as the elements are met.
@@ -59,8 +96,9 @@ public:
     void Open(const QXmlStreamAttributes& attributes, bool isUse) {
         Element element{attributes.value(QStringLiteral("id")).toString().toStdString(), 1};
         if (isUse) {
-            const QString target = TargetOf(attributes);
-            const auto known = Weights.find(target.mid(1).toStdString());
+            const std::set<QString> targets = TargetsOf(attributes);
+            const auto known =
+                targets.size() == 1 ? Weights.find(targets.begin()->mid(1).toStdString()) : Weights.end();
             // What comes later in the file, or holds this very element, is not known yet.
             if (known == Weights.end())
                 Unknown = true;
@@ -101,11 +139,9 @@ bool IsSafeDrawing(Bytes file) {
     DrawingCounter counter;
     while (!reader.atEnd() && counter.IsSafe()) {
         reader.readNext();
+        if (!IsSafeToken(reader))
+            return false;
         if (reader.isStartElement()) {
-            // A picture out of a drawer has no business with other files.
-            if (reader.name() == QStringLiteral("image") &&
-                !TargetOf(reader.attributes()).startsWith(QStringLiteral("data:")))
-                return false;
             counter.Open(reader.attributes(), reader.name() == QStringLiteral("use"));
         } else if (reader.isEndElement()) {
             counter.Close();

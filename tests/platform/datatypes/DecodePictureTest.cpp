@@ -108,11 +108,19 @@ TEST(DecodePicture, ChunkyPicturesRunsOverRowsAndLowNibblesAreUnderstood) {
 }
 
 TEST(DecodePicture, RowsBehindTheEndOfTheDataStayTransparent) {
-    const std::string file = Ilbm("ILBM", Header(8, 2, 1, 0, 0), Chunk("BODY", {'\xFF', '\0'}));
-    const DecodedPicture decoded = DecodePicture(AsBytes(file));
-    ASSERT_TRUE(decoded.Shown);
-    EXPECT_EQ(At(*decoded.Shown, 0, 0), 0xFFFFFFFF);
-    EXPECT_EQ(At(*decoded.Shown, 0, 1), 0U);
+    // The second row is there by half; of whole planes, one row of the second.
+    const std::string body = Chunk("BODY", {'\xFF', '\0', '\xFF'});
+    const std::string planes = Chunk("ABIT", {'\xFF', '\0', '\0', '\0', '\0', '\0', '\xFF'});
+    const std::array<std::pair<std::string, std::array<std::uint32_t, 3>>, 2> files = {{
+        {Ilbm("ILBM", Header(8, 3, 1, 0, 0), body), {0xFFFFFFFF, 0xFFFFFFFF, 0}},
+        {Ilbm("ACBM", Header(8, 3, 2, 0, 0), planes), {0xFFFFFFFF, 0xFF000000, 0xFF000000}},
+    }};
+    for (const auto& [file, rows] : files) {
+        const DecodedPicture decoded = DecodePicture(AsBytes(file));
+        ASSERT_TRUE(decoded.Shown);
+        for (std::uint32_t y = 0; y < 3; ++y)
+            EXPECT_EQ(At(*decoded.Shown, 0, y), rows[y]) << y;
+    }
 }
 
 std::string PngHeader(std::uint32_t side) {
@@ -141,6 +149,14 @@ std::string UseBomb(int levels) {
     return file + "</svg>";
 }
 
+// A drawing of one path, with something before it and something within.
+std::string Drawing(const std::string& before, const std::string& within) {
+    return before +
+           R"(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" xmlns:o="o:")"
+           R"( width="9" height="9"><path id="a" d="M0 0h9"/><path id="b" d="M0 9h9"/>)" +
+           within + "</svg>";
+}
+
 // A progressive picture of that many empty scans.
 std::string ScanBomb(int scans) {
     const std::string frame("\xFF\xC2\0\x0B\x08\x40\0\x40\0\x01\x01\x11\0", 13);
@@ -152,7 +168,7 @@ std::string ScanBomb(int scans) {
 
 TEST(DecodePicture, RefusesWhatIsBrokenOrUnsafe) {
     const std::string body = Chunk("BODY", std::string(8, '\0'));
-    const std::array<std::pair<const char*, std::string>, 13> files = {{
+    const std::array<std::pair<const char*, std::string>, 20> files = {{
         {"no data", Sample("missing-body-chunk.iff")},
         {"colours that hide the data", Sample("incorrect-cmap-size.iff")},
         {"huge IFF", Ilbm("ILBM", Header(65535, 65535, 8, 0, 1), body)},
@@ -164,8 +180,16 @@ TEST(DecodePicture, RefusesWhatIsBrokenOrUnsafe) {
         {"huge PNG", PngHeader(65535)},
         {"PNG without data", PngHeader(16)},
         {"drawing that swells", UseBomb(40)},
-        {"drawing that names files",
-         R"(<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"><image href="/etc/a.png"/></svg>)"},
+        {"IFF far too short for its size",
+         Ilbm("ILBM", Header(5792, 5792, 8, 0, 1), Chunk("BODY", std::string(2000, '\0')))},
+        {"drawing that names files", Drawing("", R"(<image href="/etc/a.png"/>)")},
+        {"two names",
+         Drawing("", R"(<image href="data:image/png;base64,iVBORw0KGgo=" xlink:href="/etc/a"/>)")},
+        {"another prefix", Drawing("", R"(<image o:href="/etc/a.png"/>)")},
+        {"a drawing within", Drawing("", R"(<image href="data:image/svg+xml;base64,PHN2Zz48L3N2Zz4="/>)")},
+        {"two things to use", Drawing("", R"(<use href="#a" xlink:href="#b"/>)")},
+        {"style sheet", Drawing(R"(<?xml-stylesheet type="text/css" href="/dev/null"?>)", "")},
+        {"entities", Drawing(R"(<!DOCTYPE svg [<!ENTITY a "b">]>)", "")},
         {"scans without end", ScanBomb(2000)},
     }};
     for (const auto& [what, file] : files) {
@@ -174,6 +198,9 @@ TEST(DecodePicture, RefusesWhatIsBrokenOrUnsafe) {
         EXPECT_EQ(decoded.Fault, PictureFault::Broken) << what;
     }
     EXPECT_TRUE(DecodePicture(AsBytes(UseBomb(5))).Shown) << "drawings that use others are fine";
+    const std::string usual =
+        R"(<?xml version="1.0"?><!DOCTYPE svg PUBLIC "-//W3C//DTD SVG 1.1//EN" "svg11.dtd">)";
+    EXPECT_TRUE(DecodePicture(AsBytes(Drawing(usual, R"(<use xlink:href="#a"/>)"))).Shown);
     EXPECT_EQ(DecodePicture(AsBytes("a text")).Fault, PictureFault::Unknown);
 }
 
