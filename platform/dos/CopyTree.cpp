@@ -485,16 +485,22 @@ void TreeCopier::CopyEntry(const NodeRef& node, const Sides& open, const TreeEnt
 
 // The name that an entry of the target has, and what it is; the name as given when there is none.
 std::string TreeCopier::NameThere(const Node& node, int to, const std::string& name, HostFd& object) {
+    const MetadataRule rule = node.ToOn->Info.Metadata;
     const auto look = [&](const std::string& as) {
         object = HostFd(Host().Openat(to, as.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
         return static_cast<bool>(object);
     };
+    const auto isSidecar = [&](const std::string& as) {
+        return rule == MetadataRule::Uaem && IsSidecarInUse(to, as);
+    };
+    // An object of a name like that of another one's sidecar has it as an escape.
+    if (isSidecar(name))
+        return NameThere(node, to, HostNameFor(rule, OwnNameOf(rule, name)), object);
     if (look(name) || errno != ENOENT)
         return name;
     // One that was given without an escape is meant too, unless the source has it for itself.
-    const MetadataRule rule = node.ToOn->Info.Metadata;
     const std::string own = OwnNameOf(rule, name);
-    if (own != name && !node.IsInOrder && !IsEscape(own) && look(own))
+    if (own != name && !node.IsInOrder && !IsEscape(own) && !isSidecar(own) && look(own))
         return own;
     if (node.ToOn->Info.Names != NameRule::Fold)
         return name;

@@ -4,6 +4,7 @@
 #include "platform/dos/HostFd.h"
 #include "platform/dos/NameEscapes.h"
 #include "platform/dos/Sidecar.h"
+#include "platform/dos/SidecarFiles.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
@@ -98,6 +99,10 @@ std::string FoldedKey(const Contents& contents, std::string_view hostName) {
 bool GoesBefore(const Contents& contents, std::string_view name, std::string_view other) {
     if (contents.Rule == MetadataRule::Uaem && IsEscape(name) != IsEscape(other))
         return IsEscape(name);
+    // What may be a sidecar hides no object.
+    if (contents.Rule == MetadataRule::Uaem &&
+        name.ends_with(SidecarSuffix) != other.ends_with(SidecarSuffix))
+        return other.ends_with(SidecarSuffix);
     return name < other;
 }
 
@@ -230,6 +235,25 @@ bool Follow(Contents& contents, const DrawerStamp& before, const DrawerStamp& no
     return true;
 }
 
+std::optional<std::string> FindRemembered(int drawer, std::string_view name, NameMatch match,
+                                          MetadataRule rule) {
+    const bool mayBeAlias =
+        LooksLikeAlias(match == NameMatch::Folded ? utility::Fold(name) : std::string(name));
+    if (match == NameMatch::AliasOnly && !mayBeAlias)
+        return {};
+    const ContentsRef contents = ContentsOf(drawer, match, rule);
+    if (!contents)
+        return {};
+    const std::lock_guard hold(State().Guard);
+    if (const auto real = contents->Aliases.RealOf.find(name); real != contents->Aliases.RealOf.end())
+        return real->second;
+    if (match == NameMatch::AliasOnly)
+        return {};
+    if (const auto real = contents->Folded.find(utility::Fold(name)); real != contents->Folded.end())
+        return real->second;
+    return mayBeAlias ? FindFoldedAlias(contents->Aliases, name) : std::nullopt;
+}
+
 } // namespace
 
 HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name, std::string& hostName,
@@ -241,7 +265,7 @@ HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name, std::s
         return found;
     const int error = errno;
     // Somebody who knows nothing of escapes may have given the name as it is.
-    if (isEscaped && !IsEscape(name)) {
+    if (isEscaped && !IsEscape(name) && !IsSidecarInUse(drawer, name)) {
         found = open(std::string(name));
         if (found || errno != ENOENT) {
             hostName = name;
@@ -265,21 +289,9 @@ HostFd OpenMeant(int drawer, const VolumeInfo& on, std::string_view name, std::s
 
 std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match,
                                         MetadataRule rule) {
-    const bool mayBeAlias =
-        LooksLikeAlias(match == NameMatch::Folded ? utility::Fold(name) : std::string(name));
-    if (match == NameMatch::AliasOnly && !mayBeAlias)
-        return {};
-    const ContentsRef contents = ContentsOf(drawer, match, rule);
-    if (!contents)
-        return {};
-    const std::lock_guard hold(State().Guard);
-    if (const auto real = contents->Aliases.RealOf.find(name); real != contents->Aliases.RealOf.end())
-        return real->second;
-    if (match == NameMatch::AliasOnly)
-        return {};
-    if (const auto real = contents->Folded.find(utility::Fold(name)); real != contents->Folded.end())
-        return real->second;
-    return mayBeAlias ? FindFoldedAlias(contents->Aliases, name) : std::nullopt;
+    std::optional<std::string> real = FindRemembered(drawer, name, match, rule);
+    const bool isObject = !real || rule != MetadataRule::Uaem || !IsSidecarInUse(drawer, *real);
+    return isObject ? real : std::nullopt;
 }
 
 std::string ShownName(int drawer, std::string_view hostName, MetadataRule rule) {

@@ -27,7 +27,7 @@ struct DrawerStamp {
 
 // The host's name of the entry of drawer (a descriptor, O_PATH will do) that name means in another
 // case or as an alias; nothing when there is none or the drawer cannot be read. Of names that differ
-// in case only the first in byte order is meant.
+// in case only the first in byte order is meant; never the sidecar of an object.
 [[nodiscard]] std::optional<std::string> FindRealName(int drawer, std::string_view name, NameMatch match,
                                                       MetadataRule rule);
 

@@ -63,16 +63,33 @@ RelayEnd Relay::Run(std::function<void(Relay&)> work, const std::function<bool()
 
 RelayEnd Relay::Serve(const std::function<bool()>& goesOn) {
     std::unique_lock hold(Guard);
+    try {
+        return Attend(hold, goesOn);
+    } catch (...) {
+        if (!hold.owns_lock())
+            hold.lock();
+        IsLeft = true;
+        Asked = nullptr;
+        Changed.notify_all();
+        throw;
+    }
+}
+
+RelayEnd Relay::Attend(std::unique_lock<std::mutex>& hold, const std::function<bool()>& goesOn) {
     Patience patience(Watch);
     bool wasEnding = false;
+    Clock::time_point next = Clock::now() + PollInterval;
     while (!IsDone) {
         if (Asked) {
             Answer(hold);
             patience.Renew();
-            continue;
+        } else {
+            Changed.wait_until(hold, next, [this] { return IsDone || Asked; });
         }
-        if (Changed.wait_for(hold, PollInterval, [this] { return IsDone || Asked; }))
+        // Work that asks without a pause hears of the end too.
+        if (IsDone || Clock::now() < next)
             continue;
+        next = Clock::now() + PollInterval;
         hold.unlock();
         if (!goesOn())
             IsEnding = true;
@@ -103,7 +120,7 @@ bool Relay::Ask(const std::function<void()>& deed) {
     Asked = &deed;
     Changed.notify_all();
     Changed.wait(hold, [this] { return !Asked; });
-    return true;
+    return !IsLeft;
 }
 
 } // namespace dos

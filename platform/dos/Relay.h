@@ -28,7 +28,8 @@ public:
     // false is as EndSoon.
     [[nodiscard]] static RelayEnd Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn);
 
-    // For the work: has a deed done on the calling thread; false when nobody waits any more.
+    // For the work: has a deed done on the calling thread; false when nobody waits any more. What a deed
+    // or goesOn throws ends Run, and the work is left behind.
     [[nodiscard]] bool Ask(const std::function<void()>& deed);
     // For the work: may it go on?
     [[nodiscard]] bool GoesOn() const noexcept { return !IsEnding && !IsLeft; }
@@ -37,6 +38,7 @@ public:
 
 private:
     RelayEnd Serve(const std::function<bool()>& goesOn);
+    RelayEnd Attend(std::unique_lock<std::mutex>& hold, const std::function<bool()>& goesOn);
     void Answer(std::unique_lock<std::mutex>& hold);
 
     std::mutex Guard;

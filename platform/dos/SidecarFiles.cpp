@@ -58,6 +58,17 @@ bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
     return true;
 }
 
+bool IsSidecarInUse(int drawer, std::string_view hostName) {
+    if (!hostName.ends_with(SidecarSuffix) || hostName == SidecarSuffix)
+        return false;
+    const std::string owner(hostName.substr(0, hostName.size() - SidecarSuffix.size()));
+    struct statx about {};
+    if (Host().Statx(drawer, owner.c_str(), AT_SYMLINK_NOFOLLOW, STATX_TYPE, &about) != 0)
+        return !IsNoSidecar(errno);
+    SidecarFile sidecar;
+    return !FindSidecar(drawer, owner, sidecar) || sidecar.State == SidecarState::Ours;
+}
+
 bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar) {
     if (!FindSidecar(drawer, owner, sidecar))
         return Refuse(errno, Operation::Read);

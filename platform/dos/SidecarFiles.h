@@ -33,6 +33,10 @@ struct SidecarFile {
 // Looks for the sidecar of an entry. False with errno when the disk does not tell.
 [[nodiscard]] bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar);
 
+// Does a name of the host belong to a sidecar whose owner is there? Such an entry is no object of its own.
+// So it counts too while the disk does not tell.
+[[nodiscard]] bool IsSidecarInUse(int drawer, std::string_view hostName);
+
 // Whether an entry may be opened for reading, as far as its sidecar says; fills that in. False with
 // IoErr: 224, or the reason why the disk does not tell.
 [[nodiscard]] bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar);

@@ -134,6 +134,35 @@ TEST_F(EscapedNamesTest, TwoEntriesOfOneNameAreBothReached) {
     EXPECT_EQ(Tree.Read("amiga/a%2ab"), "escape");
 }
 
+// "foo.uaem" is the name of an object too, which is not the sidecar of another.
+TEST_F(EscapedNamesTest, NoNameReachesTheSidecarOfAnother) {
+    const std::string line = "-s--rwed 2024-03-15 19:01:02.50 note\n";
+    Tree.Write("amiga/foo", "foo");
+    Tree.Write("amiga/foo.uaem", line);
+    Tree.Write("plain/from/foo.uaem", "no sidecar");
+    Tree.Write("amiga/orphans/foo.uaem", line);
+    for (const std::string name : {"UA:foo.uaem", "UF:foo.uaem", "UF:FOO.UAEM"}) {
+        EXPECT_EQ(Find(name), "error 205") << name;
+        EXPECT_FALSE(dos::Delete(name));
+        EXPECT_FALSE(dos::Rename(name, "UA:bar"));
+        EXPECT_TRUE(dos::WriteWhole(name, "own"));
+        EXPECT_EQ(dos::ReadWhole(name, 10), "own");
+        EXPECT_EQ(OnHost("amiga").size(), 5u) << name;
+        EXPECT_TRUE(dos::Rename("UA:foo", "UA:bar") && dos::Rename("UA:bar", "UA:foo"));
+        EXPECT_TRUE(dos::Delete(name));
+        EXPECT_EQ(Tree.Read("amiga/foo.uaem"), line);
+    }
+    const dos::TreeOptions options{.Copy = {.Replaces = true}};
+    const std::string plain = "Host:" + Tree.Path("plain").substr(1) + "/";
+    for (const std::string& from : {plain + "from", std::string("UA:orphans")}) {
+        for (const std::string to : {"UA:", "UF:"}) {
+            EXPECT_TRUE(dos::CopyTree(from, to, options)) << from << dos::IoErr();
+            EXPECT_EQ(Tree.Read("amiga/foo.uaem"), line) << from << " " << to;
+            EXPECT_EQ(Tree.Read("amiga/foo.uae%6d").size(), from == "UA:orphans" ? line.size() : 10u);
+        }
+    }
+}
+
 TEST_F(EscapedNamesTest, CopiesHaveTheNameOfTheirVolume) {
     Tree.Write("plain/from/a*b", "star");
     Tree.Write("plain/from/a%2ab", "text");

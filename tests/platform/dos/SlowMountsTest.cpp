@@ -3,13 +3,16 @@
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Limits.h"
+#include "platform/dos/Relay.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/dos/HostFaults.h"
 
 #include <algorithm>
 #include <condition_variable>
 #include <fcntl.h>
+#include <future>
 #include <mutex>
+#include <stdexcept>
 
 namespace {
 
@@ -220,6 +223,32 @@ TEST_F(SlowMountsTest, TreesOnADyingDiskEndAndAreCancelled) {
     }
     EXPECT_TRUE(Tree.Exists("dead/tree/b"));
     EXPECT_FALSE(Tree.Exists("here/1/b/stuck") || Tree.Exists("here/2/b/stuck"));
+}
+
+TEST(RelayTest, WorkThatKeepsAskingHearsOfTheEnd) {
+    bool hasHeard = false;
+    const auto end = dos::Relay::Run(
+        [&](dos::Relay& relay) {
+            for (int i = 0; i < 1'000'000 && relay.GoesOn(); ++i)
+                static_cast<void>(relay.Ask([] {}));
+            hasHeard = !relay.GoesOn();
+        },
+        [] { return false; });
+    EXPECT_EQ(end, dos::RelayEnd::Done);
+    EXPECT_TRUE(hasHeard);
+}
+
+TEST(RelayTest, ADeedThatThrowsLetsTheWorkGo) {
+    auto answer = std::make_shared<std::promise<bool>>();
+    const auto run = [&] {
+        return dos::Relay::Run(
+            [answer](dos::Relay& relay) {
+                answer->set_value(relay.Ask([] { throw std::runtime_error("deed"); }));
+            },
+            [] { return true; });
+    };
+    EXPECT_THROW(static_cast<void>(run()), std::runtime_error);
+    EXPECT_FALSE(answer->get_future().get());
 }
 
 TEST(LimitsTest, WorkThatGoesOnIsWaitedFor) {
