@@ -48,6 +48,15 @@ std::string_view NextField(std::string_view& line) {
     return field;
 }
 
+// The number of the mount that an object lies on; nothing where the host does not tell.
+std::optional<std::uint64_t> MountOf(int drawer, const char* name) {
+    struct statx raw {};
+    if (Host().Statx(drawer, name, AT_EMPTY_PATH | AT_STATX_DONT_SYNC, STATX_MNT_ID, &raw) != 0 ||
+        (raw.stx_mask & STATX_MNT_ID) == 0)
+        return {};
+    return raw.stx_mnt_id;
+}
+
 // File systems that ask another machine or a program of the user's; autofs waits for both.
 bool IsSlowType(std::string_view type) {
     static constexpr std::array<std::string_view, 17> Slow = {
@@ -190,12 +199,10 @@ const MountRow* MountOf(const std::vector<MountRow>& rows, std::string_view host
 }
 
 bool HasVanished(int descriptor, const std::vector<MountRow>& rows) {
-    struct statx raw {};
-    if (rows.empty() ||
-        Host().Statx(descriptor, "", AT_EMPTY_PATH | AT_STATX_DONT_SYNC, STATX_MNT_ID, &raw) != 0 ||
-        (raw.stx_mask & STATX_MNT_ID) == 0)
-        return false; // nothing speaks against it
-    return std::ranges::none_of(rows, [&](const MountRow& row) { return row.Id == raw.stx_mnt_id; });
+    const auto mount = MountOf(descriptor, "");
+    if (rows.empty() || !mount || mount == MountOf(AT_FDCWD, "/"))
+        return false; // nothing speaks against it; a root that is no mount point of its own is in no list
+    return std::ranges::none_of(rows, [&](const MountRow& row) { return row.Id == *mount; });
 }
 
 } // namespace dos

@@ -233,11 +233,13 @@ TEST_F(DisksTest, HostileListsOfDevicesAreOnlyLeftOut) {
 
 TEST(VanishedMountTest, ObjectOfAMountThatIsNotInTheListHasVanished) {
     const dos::HostFd root(dos::Host().Openat(AT_FDCWD, "/", O_PATH | O_CLOEXEC, 0));
+    const dos::HostFd other(dos::Host().Openat(AT_FDCWD, "/proc", O_PATH | O_CLOEXEC, 0));
     auto rows = *dos::Mounts();
-    EXPECT_FALSE(dos::HasVanished(root.Get(), rows));
-    std::erase_if(rows, [](const dos::MountRow& row) { return row.Point == "/"; });
+    EXPECT_FALSE(dos::HasVanished(other.Get(), rows));
+    std::erase_if(rows, [](const dos::MountRow& row) { return row.Point == "/proc" || row.Point == "/"; });
     rows.emplace_back().Id = ~std::uint64_t{0};
-    EXPECT_TRUE(dos::HasVanished(root.Get(), rows));
+    EXPECT_TRUE(dos::HasVanished(other.Get(), rows));
+    EXPECT_FALSE(dos::HasVanished(root.Get(), rows)) << "the root of a chroot is in no list";
 }
 
 } // namespace
