@@ -15,6 +15,7 @@
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 #include <utility>
@@ -88,21 +89,23 @@ void ForgetStandingDocument() {
     }
 }
 
-// The document, or an empty dictionary for one that is missing, cannot be read or cannot be understood.
-Dictionary ReadDocument() {
+// The document, or nothing for one that is missing or cannot be read.
+std::string ReadDocument() {
     ForgetStandingDocument();
     const auto document = dos::ReadWhole(ProgramPrefsFile.View(), LargestDocument);
     if (!document) {
         if (!IsMissing(dos::IoErr())) {
             LetDocumentStand();
         }
-        return {};
     }
-    auto dictionary = Dictionary::FromXml(*document);
-    if (!dictionary && !document->empty() && !KeepCopy(*document)) {
+    return document.value_or(std::string());
+}
+
+// The next save replaces what was not taken over.
+void KeepWhatWasNotTaken(const std::string& document) {
+    if (!document.empty() && !KeepCopy(document)) {
         LetDocumentStand();
     }
-    return std::move(dictionary).value_or(Dictionary());
 }
 
 void LoadSettings(const Dictionary& dictionary) {
@@ -125,6 +128,12 @@ bool LoadLists(const Dictionary& dictionary) {
         }
     }
     return true;
+}
+
+// Whether the list has fewer records than the document has elements for it.
+bool HasPassedElements(const Dictionary& dictionary, const PrefsList& list) {
+    const application::PrefsArray* stored = dictionary.Array(list.Key);
+    return stored != nullptr && list.Save().size() < stored->size();
 }
 
 std::string MakeDocument() {
@@ -196,10 +205,17 @@ void FreePrefs() {
 }
 
 bool LoadPrefs() {
-    const Dictionary dictionary = ReadDocument();
+    const std::string document = ReadDocument();
+    const auto understood = Dictionary::FromXml(document);
+    const Dictionary dictionary = understood.value_or(Dictionary());
     LoadSettings(dictionary);
     if (!LoadLists(dictionary)) {
         return false;
+    }
+    if (!understood || std::ranges::any_of(PrefsLists(), [&dictionary](const PrefsList& list) {
+            return HasPassedElements(dictionary, list);
+        })) {
+        KeepWhatWasNotTaken(document);
     }
     RinghioMessage("Solvane", SAK_LocaleString(MSG_PREFS_LOADED), "FRONT", RinghioImageBuffer.View(), "");
     return true;

@@ -173,6 +173,12 @@ TEST_F(PrefsDocument, BrokenDocumentsGiveTheDefaultsAndAreKept) {
     }
     EXPECT_EQ(Tree.Read(Document + ".broken"), whole.substr(0, whole.size() / 2));
     EXPECT_EQ(Tree.Read(Document + ".broken3"), "<plist>");
+    const std::string passed =
+        Plist("<key>Bookmarks</key><array><array><integer>13</integer><string>x</string>"
+              "<string>" +
+              std::string(1024, 'p') + "</string></array></array>");
+    ASSERT_TRUE(Load(passed));
+    EXPECT_EQ(Tree.Read(Document + ".broken4"), passed) << "its bookmark would be gone with the next save";
     EXPECT_THAT(Requests, IsEmpty());
 }
 
