@@ -69,15 +69,19 @@ int RowLines(std::int32_t style) {
     return style == ViewContent ? LinesOf(RowLabel::Content) : 1;
 }
 
-// Of the location's Details view.
-std::int32_t SortColumnOf(LocationKind location) {
+// The column by which the location is sorted; 0 for what stands in the user's own order.
+std::int32_t SortColumnOf(LocationKind location, std::int32_t style) {
     switch (location) {
+    case LocationKind::Bookmarks:
+    case LocationKind::Favorites:
+    case LocationKind::FTPSites:
+        return 0;
     case LocationKind::Computer:
-        return Prefs.ComputerDetailsCISortColumn;
+        return IsDetailsStyle(style) ? Prefs.ComputerDetailsCISortColumn : 1;
     case LocationKind::Assigns:
         return 1;
     default:
-        return Prefs.ContentDetailsCISortColumn;
+        return IsDetailsStyle(style) ? Prefs.ContentDetailsCISortColumn : 1;
     }
 }
 
@@ -100,7 +104,7 @@ void ShowRows() {
     Objects.ContentList->SetVerticalSeparators(style == ViewList || IsDetailsStyle(style));
     Objects.ContentList->Attach(ActiveSet.RowSource.get());
     Objects.ContentList->SetTop(LBTop);
-    SetSortColumnArrow(IsDetailsStyle(style) ? SortColumnOf(LBLocation) : 1);
+    SetSortColumnArrow(SortColumnOf(LBLocation, style));
 }
 
 // The filmstrip has a list of its own beside the rows, and the icon view no rows.

@@ -166,8 +166,12 @@ intuition::ImageWish RowPictures::WishOf(const ContentNode& node) const {
     if (Prefs.ShowActualIcons != 0) {
         const auto icons = HasLargePictures(Style) ? IconSteps(node) : OwnIconSteps(node);
         wish.Steps.insert(wish.Steps.end(), icons.begin(), icons.end());
-    } else if (!IsLinkKind(node.ObjectKind) && wish.Steps.empty()) {
-        wish = UsualWithIcon(node);
+    } else if (!IsLinkKind(node.ObjectKind)) {
+        const intuition::ImageWish usual = UsualWithIcon(node);
+        if (wish.Steps.empty()) {
+            return usual;
+        }
+        wish.Steps.insert(wish.Steps.end(), usual.Steps.begin(), usual.Steps.end());
     }
     return wish;
 }

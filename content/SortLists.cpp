@@ -57,6 +57,16 @@ DetailsColumn SortColumnInForce() {
     return details ? static_cast<DetailsColumn>(Prefs.ContentDetailsCISortColumn) : DetailsColumn::Name;
 }
 
+// The styles without columns sort by the name and leave the choice unkept.
+bool CanSortBy(std::int32_t column) {
+    const std::int32_t style = ViewStyleInForce();
+    const std::int32_t count =
+        IsDetailsStyle(style)
+            ? static_cast<std::int32_t>(InfoOf(ColumnSetOf(LBLocation, style)).Columns.size())
+            : DetailsColumnCount;
+    return column >= 1 && column < count;
+}
+
 // Takes the choice over into the preferences. True when the direction was turned round.
 bool TakeSortChoice(const SortedLocation& location, std::int32_t column) {
     const bool isDetails = location.Column != nullptr && IsDetailsStyle(ViewStyleInForce());
@@ -103,7 +113,7 @@ void SortDOSList() {
 
 void SortBy(std::int32_t column) {
     const SortedLocation* location = SortedLocationOnShow();
-    if (location == nullptr || (column != SameColumn && (column < 1 || column >= DetailsColumnCount))) {
+    if (location == nullptr || (column != SameColumn && !CanSortBy(column))) {
         return;
     }
     BlockMainWindow(1);

@@ -95,20 +95,20 @@ Text<1024> PlainPath(const Text<1024>& path) {
     return path;
 }
 
+bool IsListOfKeptPlaces(LocationKind location) {
+    return location == LocationKind::Bookmarks || location == LocationKind::Favorites ||
+           location == LocationKind::FTPSites;
+}
+
 bool AtPlaceList() {
     return LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns;
 }
 
 void TellSelection() {
-    switch (LBLocation) {
-    case LocationKind::Bookmarks:
-    case LocationKind::Favorites:
-    case LocationKind::FTPSites:
+    if (IsListOfKeptPlaces(LBLocation)) {
         DetailsPane5();
-        break;
-    default:
+    } else {
         DetailsPane3();
-        break;
     }
 }
 
@@ -139,6 +139,8 @@ void ServeTitleClick(std::size_t column) {
     }
     if (AtPlaceList()) {
         DetailsPane4();
+    } else if (IsListOfKeptPlaces(LBLocation)) {
+        ShowCountStatus(); // places have no bytes
     } else {
         ShowContentStatus();
     }
@@ -212,11 +214,6 @@ void OpenKeptPlace(const ContentNode& entry) {
     } else if (!OpenedElsewhere(ArgumentOfKeptPlace(location, name, path))) {
         GoToKeptPlace(location, name, path);
     }
-}
-
-bool IsListOfKeptPlaces(LocationKind location) {
-    return location == LocationKind::Bookmarks || location == LocationKind::Favorites ||
-           location == LocationKind::FTPSites;
 }
 
 } // namespace

@@ -325,6 +325,11 @@ TEST_F(ScanTest, OtherColumnIsChosenWithoutTurningTheDirection) {
     EXPECT_EQ(Prefs.ContentSortDirection, 1);
     SortBy(77);
     EXPECT_EQ(Prefs.ContentDetailsCISortColumn, 2) << "there is no such column";
+    LBLocation = LocationKind::Computer;
+    Prefs.ComputerDetailsCISortColumn = 1;
+    Prefs.ComputerViewStyle = ViewDetails;
+    SortBy(6);
+    EXPECT_EQ(Prefs.ComputerDetailsCISortColumn, 1) << "drawers have such a column, this list has none";
     SortDirection = 1;
     LBLocation = LocationKind::Workbench;
     SortBy(1);
