@@ -7,6 +7,7 @@
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
 #include "locations/PlaceRouter.h"
+#include "locations/RescanTabs.h"
 #include "locations/Tabs.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -99,7 +100,7 @@ void rexx_ViewStyle(rexx::CommandCall& call) {
     const auto style = CountOf(call, "STYLE");
     if (IsWindowOpen() && style && *style < ViewStyles && HasViewStyles(LBLocation)) {
         ChooserSelected = static_cast<std::int32_t>(*style);
-        ChangeViewStyle();
+        ChangeViewStyleOfTabs();
     }
 }
 

@@ -11,10 +11,12 @@
 #include "interface/MenuState.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
+#include "locations/RescanTabs.h"
 #include "locations/Tabs.h"
 #include "locations/VisitHistory.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
+#include "model/Tabs.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
 #include "sak/Locale.h"
@@ -78,7 +80,7 @@ void ServeGadget(const WindowEvent& event) {
         break;
     case GadgetViewStyle:
         ChooserSelected = event.Code;
-        ChangeViewStyle();
+        ChangeViewStyleOfTabs();
         break;
     case GadgetNavigationList:
         HandleNavigationListBrowser("");
@@ -93,7 +95,12 @@ void ServeGadget(const WindowEvent& event) {
 
 void ToggleHiddenEntries() {
     Prefs.ShowHiddenEntries = Prefs.ShowHiddenEntries == 0 ? 1 : 0;
-    ReloadDrawer();
+    SetRescanAllTabsByLocation(LocationKind::Drawer);
+    SetRescanAllTabsByLocation(LocationKind::Workbench);
+    if (ActiveTab != nullptr) {
+        ActiveTab->RescanTab = 0;
+    }
+    ReloadLocation();
 }
 
 // The number that a digit key stands for, 10 for the 0; none for other keys.

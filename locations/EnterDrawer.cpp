@@ -11,6 +11,7 @@
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
+#include "model/Tabs.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
@@ -85,6 +86,9 @@ Text<128> NameOfPath(std::string_view path) {
 void SetCurrentPath(std::string_view path) {
     CurrentPath = path;
     PathUndoBuffer = CurrentPath;
+    if (ActiveTab != nullptr) {
+        ActiveTab->Path = CurrentPath;
+    }
     SetTabLabel(NameOfPath(CurrentPath), CurrentPath);
     ShowCurrentPath();
 }
@@ -94,8 +98,9 @@ bool PopulateContent2(std::string_view name, std::string_view path) {
     const Text<128> called = name;
     BeforeSwitchHistory();
     if (Prefs.ShowFullPathForAssigns != 0 && FindMasterAssignsNode(target) != nullptr) {
-        target = GetFullPathForAssign(target);
+        target = FittingPath(GetFullPathForAssign(target));
     }
+    CheckLastCharPathOther(target);
     if (target.Empty() || !ShowDrawer(target)) {
         return false;
     }

@@ -77,6 +77,9 @@ void StartHistory(std::string_view name, std::string_view path, LocationKind loc
 }
 
 void BeforeSwitchHistory() {
+    if (DoReload != 0) {
+        return; // the entry is that of the list to come, and has its position already
+    }
     if (CurrentHistory != nullptr && !lblist2.empty()) {
         NoteTopRow();
         CurrentHistory->LBTop = LBTop;
@@ -128,11 +131,6 @@ HistoryNode* HistoryForward() {
 HistoryNode* HistoryFirst() {
     BeforeSwitchHistory();
     return Entries() > 0 ? GoTo(Entries() - 1) : nullptr;
-}
-
-HistoryNode* HistoryLast() {
-    BeforeSwitchHistory();
-    return GoTo(0);
 }
 
 HistoryNode* ChooseHistory(std::size_t index) {

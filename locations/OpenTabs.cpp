@@ -36,6 +36,7 @@ NodePointer<TabsNode> WithoutRows(TabsNode& node) {
 
 void AddTabAtComputer() {
     if (NodePointer<TabsNode> node = SAK_CreateGenericListNode<TabsNode>()) {
+        node->Settings = ActiveSet.Settings;
         node->Location = LocationKind::Computer;
         node->Path = SAK_LocaleString(MSG_COMPUTER);
         SAK_AddGenericListNode(*CommandLineTabsList, std::move(node));

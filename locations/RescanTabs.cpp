@@ -1,7 +1,10 @@
 #include "locations/RescanTabs.h"
 
+#include "content/BuildLists.h"
+#include "content/ViewStyles.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
+#include "model/Prefs.h"
 #include "sak/FilenameSupport.h"
 
 #include <vector>
@@ -54,6 +57,21 @@ void SetRescanAllTabsByPath(std::string_view path, std::uint32_t tabNumber) {
 
 void SetRescanAllTabsComputer() {
     SetRescanAllTabsByLocation(LocationKind::Computer);
+}
+
+void ChangeViewStyleOfTabs() {
+    const std::int32_t& style = StylePreferenceOf(LBLocation);
+    const std::int32_t before = style;
+    ChangeViewStyle();
+    if (style == before || Prefs.ChangeAllTabs == 0) {
+        return;
+    }
+    const std::uint16_t marked = ActiveTab != nullptr ? ActiveTab->RescanTab : std::uint16_t(0);
+    SetRescanAllTabsByLocation(LBLocation);
+    GiveSettingToTabs(style);
+    if (ActiveTab != nullptr) {
+        ActiveTab->RescanTab = marked; // shows it already
+    }
 }
 
 void RescanAllTabs() {

@@ -16,6 +16,9 @@ void SetRescanAllTabsByLocation(LocationKind location);
 void SetRescanAllTabsByPath(std::string_view path, std::uint32_t tabNumber);
 void SetRescanAllTabsComputer();
 
+// Changes the view style as its chooser says; with ChangeAllTabs that of this kind of place in all tabs.
+void ChangeViewStyleOfTabs();
+
 // Shows each marked tab once, so that it is read anew, and comes back to the active one.
 void RescanAllTabs();
 

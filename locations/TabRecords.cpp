@@ -243,6 +243,19 @@ void AfterSwitchTabs(TabsNode& other, int setView) {
     }
 }
 
+void GiveSettingToTabs(const std::int32_t& setting) {
+    if (!TabsList) {
+        return;
+    }
+    for (TabsNode& node : *TabsList) {
+        ForEachSetting(node.Settings, [&setting](auto& own, const auto& common) {
+            if (static_cast<const void*>(&common) == &setting) {
+                own = common;
+            }
+        });
+    }
+}
+
 void DeleteTabsNode(std::uint32_t userData) {
     TabsNode* node = FindTabsNode(userData);
     if (node == nullptr) {

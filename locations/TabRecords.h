@@ -35,6 +35,9 @@ void BeforeSwitchTabs(int keepSelection);
 // active tab from then on. Its rows are not shown yet. With setView not 0 choosers show its view style.
 void AfterSwitchTabs(TabsNode& other, int setView);
 
+// Gives one setting of Prefs that tabs have of their own, as it is now, to all tabs.
+void GiveSettingToTabs(const std::int32_t& setting);
+
 // Frees a tab with all it has, in list and bar. Of the active one only the record remains to be taken.
 void DeleteTabsNode(std::uint32_t userData);
 

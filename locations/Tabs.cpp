@@ -47,10 +47,11 @@ bool AddTabAt(const TabsNode& place) {
     if (node == nullptr) {
         return false;
     }
-    node->Location = place.Location;
+    const bool isKept = place.Location >= LocationKind::Bookmarks && place.Location <= LocationKind::Aminet;
+    node->Location = isKept ? place.Location : LocationKind::Drawer;
     node->Path = node->PathUndo = place.Path;
     if (HistoryNode* entry = SAK_FirstGenericListNode(*node->HistoryList)) {
-        entry->Location = place.Location;
+        entry->Location = node->Location;
         entry->Name = label;
         entry->Path = place.Path;
     }
@@ -144,13 +145,19 @@ void ShowDrawerTab() {
     if (ScanDrawer()) {
         DetailsPane1();
         ShowContentStatus();
+    } else {
+        DetailsPaneSwitchedTabs(); // what the tab before has shown is none of this one's
     }
 }
 
 void ShowTabOfPlaces() {
     const bool marked = std::exchange(ActiveTab->RescanTab, 0) != 0;
     if (lblist2.empty() || marked) {
+        SetCurrentPath(Text<1024>(CurrentPath));
+        DetailsPaneSwitchedTabs(); // should the place not come
+        DoReload = 1;
         GoToPlace(WordOfLocation(LBLocation));
+        DoReload = 0;
     } else {
         ShowKeptRows();
     }
@@ -158,7 +165,6 @@ void ShowTabOfPlaces() {
 
 void ShowActiveTab() {
     BlockMainWindow(1);
-    SwitchedTabs = 1;
     Qualifier = 0; // the keys that chose the tab are no wish for another
     switch (LBLocation) {
     case LocationKind::SearchResults:
@@ -176,17 +182,12 @@ void ShowActiveTab() {
     }
     SetMenuState();
     SetToolbarState();
-    SwitchedTabs = 0;
     BlockMainWindow(0);
 }
 
 // The empty list of a new tab, with the columns of its place.
 void SetBlankListContentListBrowser() {
-    const LocationKind location = std::exchange(SBLLocation, LocationKind::None);
-    const LocationKind own = LBLocation;
-    LBLocation = location != LocationKind::None ? location : own;
     SetColumnInfo();
-    LBLocation = own;
     DetailsPaneSwitchedTabs();
     SetCurrentPath(Text<1024>(CurrentPath));
 }
@@ -262,7 +263,7 @@ void SwitchTabs(ClickTabNode* tab, int noRebuild) {
     if (IsExtra(tab)) {
         MakeRealTab(*tab, *node);
     }
-    const bool isOnShow = node == ActiveTab && !lblist2.empty() && node->RescanTab == 0;
+    const bool isOnShow = node == ActiveTab && !lblist2.empty();
     currTab = tab;
     AttachTabs();
     AfterSwitchTabs(*node, 1);
@@ -271,6 +272,8 @@ void SwitchTabs(ClickTabNode* tab, int noRebuild) {
     }
     if (noRebuild == 0 && !isOnShow) {
         ShowActiveTab();
+    } else if (noRebuild == 0 && std::exchange(node->RescanTab, 0) != 0) {
+        ReloadLocation(); // the list on show keeps its selection
     }
 }
 

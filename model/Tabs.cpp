@@ -11,7 +11,5 @@ std::uint32_t FirstTabID = 0;
 std::uint32_t TabsOpen = 0;
 std::uint16_t TabClosed = 0;
 std::uint16_t IsNewTab = 0;
-std::uint16_t SwitchedTabs = 0;
-LocationKind SBLLocation = LocationKind::None;
 
 } // namespace solvane

@@ -35,15 +35,11 @@ struct ClickTabNode : ListNode {
 extern std::unique_ptr<GenericList<TabsNode>> TabsList;
 extern std::unique_ptr<GenericList<ClickTabNode>> tabslist; // the bar, the extra tab last
 extern ClickTabNode* currTab;                               // the tab of the bar that is on show; null: none
-extern TabsNode* ActiveTab;        // whose set is in ActiveSet; null before the first, or when it is closed
-extern std::uint32_t TabID;        // for the next new tab
-extern std::uint32_t FirstTabID;   // of the first one made
-extern std::uint32_t TabsOpen;     // tabs of the bar, the extra one counted
-extern std::uint16_t TabClosed;    // the active tab must not be saved by the next switch
-extern std::uint16_t IsNewTab;     // the switch under way opens a new tab
-extern std::uint16_t SwitchedTabs; // a switch is under way: lists are shown, not read
-// The location for which the empty list of a new tab is drawn; None for its own. Set before OpenNewTab, good
-// for one tab.
-extern LocationKind SBLLocation;
+extern TabsNode* ActiveTab;      // whose set is in ActiveSet; null before the first, or when it is closed
+extern std::uint32_t TabID;      // for the next new tab
+extern std::uint32_t FirstTabID; // of the first one made
+extern std::uint32_t TabsOpen;   // tabs of the bar, the extra one counted
+extern std::uint16_t TabClosed;  // the active tab must not be saved by the next switch
+extern std::uint16_t IsNewTab;   // the switch under way opens a new tab
 
 } // namespace solvane

@@ -229,6 +229,29 @@ TEST_F(TabsTest, AMarkedTabIsReadAnewWhenItIsShown) {
     EXPECT_THAT(Rows(), ElementsAre("in c", "new"));
 }
 
+TEST_F(TabsTest, AMarkedTabOnShowKeepsItsSelection) {
+    ThreeTabs();
+    Objects.ContentList->Select(0, true);
+    File("c/new");
+    SetRescanAllTabsByLocation(LocationKind::Drawer);
+    SwitchToTabNumber(3);
+    EXPECT_THAT(Rows(), ElementsAre("in c", "new"));
+    EXPECT_THAT(Objects.ContentList->SelectedRows(), ElementsAre(0U));
+}
+
+TEST_F(TabsTest, AViewStyleIsThatOfAllTabsWhenThePreferencesSaySo) {
+    ThreeTabs();
+    for (const bool all : {false, true}) {
+        Prefs.ChangeAllTabs = all ? 1 : 0;
+        ChooserSelected = all ? ViewList : ViewTiles;
+        ChangeViewStyleOfTabs();
+        SwitchToTabNumber(1);
+        EXPECT_EQ(Prefs.ContentViewStyle == ViewList, all);
+        EXPECT_THAT(Rows(), ElementsAre("in a"));
+        SwitchToTabNumber(3);
+    }
+}
+
 TEST_F(TabsTest, AChangeIsNoticedWhileTheTabIsNotOnShow) {
     Prefs.MonitorDrawer = 1;
     ASSERT_TRUE(SAK_SetUpNotify());
@@ -259,7 +282,9 @@ TEST_F(TabsTest, StartUpTabsAreReadWhenTheyAreShown) {
     EXPECT_THAT(Requests, IsEmpty());
     SwitchToTabNumber(3);
     EXPECT_THAT(Rows(), ElementsAre("2"));
+    ShowContentStatus();
     SwitchToTabNumber(2);
+    EXPECT_EQ(StatusBarBuffer1.View(), "");
     EXPECT_THAT(Requests, ElementsAre("Drawer does not exist."));
     EXPECT_THAT(Rows(), IsEmpty());
 }
@@ -321,6 +346,21 @@ TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
     AddHistoryNode("found", "Search results", LocationKind::SearchResults);
     HandleHistory();
     EXPECT_THAT(Rows(), ElementsAre("1")) << "results are not there any more: the list stays";
+}
+
+TEST_F(TabsTest, TheWayBackToAListLeavesItsPositionAlone) {
+    for (int at = 100; at < 300; ++at) {
+        File("a/" + std::to_string(at));
+    }
+    GoToPlace("FTPSites");
+    ASSERT_EQ(LBLocation, LocationKind::FTPSites);
+    Go("a");
+    Objects.ContentList->SetTop(77);
+    GoBackInHistory();
+    EXPECT_EQ(LBLocation, LocationKind::FTPSites);
+    EXPECT_EQ(CurrentHistory->LBTop, 0U);
+    GoForwardInHistory();
+    EXPECT_EQ(Objects.ContentList->Top(), 77U);
 }
 
 TEST_F(TabsTest, HundredsOfTabsAndThousandsOfPlaces) {
