@@ -161,8 +161,13 @@ std::shared_ptr<Child> Child::Start(ChildOrder order, EndFunction ended, TickFun
     child->Ended = std::move(ended);
     child->Tick = std::move(tick);
     child->Process = SpawnChild(order);
-    if (child->Process < 0)
+    if (child->Process < 0) {
+        const int error = errno;
+        child = nullptr; // closing what both hold may end with other errors
+        order = ChildOrder();
+        errno = error;
         return nullptr;
+    }
     if (child->Reader)
         child->Reader->Ask();
     child->EndSign = HostFd(Host().OpenProcess(child->Process));

@@ -355,6 +355,8 @@ bool TreeCopier::OpenCopy(const NodeRef& in, const TreeEntry& entry, Node& node)
             name = NameThere(*in, in->Open.To->Get(), name, there);
         if (!there && MakeCopy(in, entry, name, node))
             return true;
+        if (Tally.IsStopped)
+            return false;
         long error = IoErr();
         if (!there && error == ErrorObjectExists)
             name = NameThere(*in, in->Open.To->Get(), name, there);
@@ -650,7 +652,8 @@ void TreeCopier::Unprotect(const Problem& problem, const std::string& name) {
     spot.On = problem.In->ToOn;
     spot.Drawer = HostFd(Host().Duplicate(problem.Open.To->Get()));
     spot.Name = NameThere(*problem.In, problem.Open.To->Get(), name, spot.Object);
-    if (spot.Drawer && spot.Object && FactsOf(spot.Object.Get(), spot.Facts) && !IsLinkMode(spot.Facts.Mode))
+    if (spot.Drawer && spot.Object && FactsOf(spot.Object.Get(), spot.Facts) &&
+        !IsLinkMode(spot.Facts.Mode) && !Tally.IsStopped)
         static_cast<void>(ChangeStored(spot, {.Protection = 0}));
 }
 

@@ -163,7 +163,7 @@ void TreeDeleter::Enter(const NodeRef& in, const TreeEntry& entry) {
     bool isForced = false;
     while (const long error = OpenNode(in, entry, *node, isForced)) {
         // One that is empty goes even where it cannot be looked into.
-        if (error != ErrorDeleteProtected && error != ErrorObjectInUse &&
+        if (error != ErrorDeleteProtected && error != ErrorObjectInUse && !Tally.IsStopped &&
             Host().Unlinkat(in->Open->Get(), entry.Name.c_str(), AT_REMOVEDIR) == 0)
             return Done(*node, "", true);
         if (!AskTrouble(PathOf(*in, entry.Name), true, TreeStep::Examine, error, isForced)) {
@@ -256,8 +256,13 @@ long TreeDeleter::DeleteEntry(const Node& node, int drawer, const TreeEntry& ent
     if (Rule == Protected::Respected && !isForced)
         if (const long error = ProtectionOf(node, drawer, entry))
             return error;
+    if (Tally.IsStopped) // the disk may have taken long to answer
+        return ErrorBreak;
     if (Host().Unlinkat(drawer, entry.Name.c_str(), 0) != 0 && errno != ENOENT)
         return ErrorFromErrno(errno, Operation::Delete);
+    // A cancel does not part an object from its sidecar.
+    if (Tally.IsLeft)
+        return ErrorBreak;
     if (entry.HasSidecar && Host().Unlinkat(drawer, SidecarNameOf(entry.Name).c_str(), 0) != 0 &&
         errno != ENOENT)
         return ErrorFromErrno(errno, Operation::Delete);
@@ -319,19 +324,18 @@ void TreeDeleter::Settle(NodeRef node) {
 void TreeDeleter::RemoveDrawer(Node& node) {
     Node& parent = *node.Parent;
     bool isForced = false;
-    if (Tally.IsStopped) {
-        parent.IsKept = true;
-        return;
-    }
-    while (Host().Unlinkat(parent.Open->Get(), node.Entry.Name.c_str(), AT_REMOVEDIR) != 0 &&
-           errno != ENOENT) {
+    const auto isGone = [&] {
+        return Host().Unlinkat(parent.Open->Get(), node.Entry.Name.c_str(), AT_REMOVEDIR) == 0 ||
+               errno == ENOENT;
+    };
+    while (Tally.IsStopped || !isGone()) {
         const long error = ErrorFromErrno(errno == EEXIST ? ENOTEMPTY : errno, Operation::Delete);
         if (Tally.IsStopped || !AskTrouble(PathOf(node, ""), true, TreeStep::Delete, error, isForced)) {
             parent.IsKept = true;
             return;
         }
     }
-    if (node.Entry.HasSidecar &&
+    if (node.Entry.HasSidecar && !Tally.IsLeft &&
         Host().Unlinkat(parent.Open->Get(), SidecarNameOf(node.Entry.Name).c_str(), 0) != 0 &&
         errno != ENOENT) {
         Tally.Skip(ErrorFromErrno(errno, Operation::Delete));

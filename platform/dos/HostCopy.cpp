@@ -131,7 +131,7 @@ bool IsStillThere(const Spot& spot, long otherwise) {
 }
 
 // Moves a file over another in one step; the sidecars follow. Nothing where disks do not let us.
-std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target) {
+std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target, const CopyProgress& progress) {
     SidecarFile ofSource;
     SidecarFile ofTarget;
     const int from = source.Drawer.Get();
@@ -144,6 +144,10 @@ std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target) {
         return CopyResult{CopyEnd::TargetRefused, 0};
     const OwnChange out(from);
     const OwnChange in(to);
+    if (progress && !progress(0)) { // the disk may have taken long to answer
+        SetIoErr(ErrorBreak);
+        return CopyResult{CopyEnd::Cancelled, 0};
+    }
     if (Host().Renameat2(from, source.Name.c_str(), to, target.Name.c_str(), 0) != 0)
         return {};
     EndMove(out, source.Name, in, target.Name);
@@ -180,7 +184,7 @@ CopyResult CopyDrawer(ObjectCopier& copier, const CopySource& source, const Copy
 CopyResult CopyPlanned(const CopyPlan& plan, const CopyOptions& options, const CopyProgress& progress) {
     const Spot& from = plan.Source;
     if (options.Moves && plan.Target.Object)
-        if (const auto moved = MoveOver(from, plan.Target))
+        if (const auto moved = MoveOver(from, plan.Target, progress))
             return *moved;
     SidecarFile sidecar;
     sidecar.State = SidecarState::Ours; // until it is looked for

@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <sys/stat.h>
 
 namespace dos {
@@ -123,6 +124,10 @@ CopyResult ObjectCopier::CopyFile(const CopySource& source, const CopyPlace& pla
         return result;
     if (!Contents.GoesOn()) // it may have taken long
         return Ends(CopyEnd::Cancelled, ErrorBreak);
+    // A disk that stores the drawer is busy, not dead.
+    std::optional<FlushScope> flush;
+    if (Options.Moves)
+        flush.emplace();
     if (!file.TakePlace(place.Name, replaces ? Existing::Replaced : Existing::Kept))
         return Fails(CopyEnd::TargetRefused, Operation::Write);
     result.Lost |= KeepSidecar(source, place, file.File());
@@ -137,6 +142,8 @@ CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& pla
     if (text.empty() || !StatusOf(source.Object, about))
         return Fails(CopyEnd::SourceRefused, Operation::Read);
     const OwnChange change(place.Drawer);
+    if (!Contents.GoesOn()) // the disk may have taken long to answer
+        return Ends(CopyEnd::Cancelled, ErrorBreak);
     if (!PutLink(text, place)) {
         errno = errno == EPERM ? ENOTSUP : errno;
         return Fails(CopyEnd::TargetRefused, Operation::Write);
@@ -152,6 +159,8 @@ CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& pla
 
 CopyResult ObjectCopier::MakeDrawer(const CopyPlace& place, HostFd& made) {
     const OwnChange change(place.Drawer);
+    if (!Contents.GoesOn())
+        return Ends(CopyEnd::Cancelled, ErrorBreak);
     if (Host().Mkdirat(place.Drawer, place.Name.c_str(), Options.Protection ? 0700 : 0777) != 0)
         return Fails(CopyEnd::TargetRefused, Operation::Write);
     made = HostFd(

@@ -283,7 +283,9 @@ long Launch::RunAside(SystemJob* job) {
 long Launch::RunBuiltIn(const BuiltIn& command) const {
     const BuiltInResult result = command(Command.Arguments);
     const long error = IoErr();
-    if (!result.Output.empty() && !WriteMessage(Output(), Input(), result.Output))
+    // A file that the line names is made or emptied also by a command that says nothing.
+    const bool isFile = Command.Output.has_value();
+    if ((isFile || !result.Output.empty()) && !WriteMessage(Output(), Input(), result.Output))
         return Refuse(Command.Command, std::max(result.Code, CodeError));
     SetIoErr(error);
     return result.Code;

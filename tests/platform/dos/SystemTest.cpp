@@ -251,6 +251,13 @@ TEST_F(SystemTest, BuiltInCommandsComeFirst) {
     EXPECT_EQ(Run("SHOW a \"b c\""), "own a \"b c\"\n=5");
     EXPECT_EQ(Run("show x >out"), "=5");
     EXPECT_EQ(Tree.Read("out"), "own x \n");
+    dos::SetBuiltIn("Still", [](std::string_view) { return dos::BuiltInResult{0, ""}; });
+    EXPECT_EQ(Run("still >>out"), "=0");
+    EXPECT_EQ(Tree.Read("out"), "own x \n");
+    EXPECT_EQ(Run("still >none"), "=0");
+    EXPECT_EQ(Tree.Read("none"), "");
+    EXPECT_TRUE(dos::ExamineObject("none"));
+    dos::SetBuiltIn("Still", {});
     EXPECT_EQ(Run("Run QUIET run \"Run\" show x"), "own x\n=0");
     Calls().Write = [](int, const void*, std::size_t) -> long {
         errno = ENOSPC;
