@@ -3,6 +3,7 @@
 #include "platform/intuition/Native.h"
 #include "platform/utility/Text.h"
 
+#include <QDialog>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -56,6 +57,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override {
         if (event->key() == Qt::Key_Escape) {
             setText(Entered);
+            event->setAccepted(qobject_cast<QDialog*>(window()) == nullptr); // a dialog is cancelled by it
             return;
         }
         QLineEdit::keyPressEvent(event);

@@ -8,6 +8,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QDialog>
 #include <QImage>
 #include <QLineEdit>
 #include <QSplitter>
@@ -125,6 +126,18 @@ TEST_F(GadgetsTest, InputIsCutAtAWholeCharacterAndFiltered) {
     QTest::keyClicks(&stage.Widget(), QStringLiteral("a:b/"));
     WidgetOf<QLineEdit>(stage.Content).insert(QStringLiteral("ääz"));
     EXPECT_EQ(stage.Content.Text(), "abä");
+}
+
+TEST_F(GadgetsTest, EscapeInAFieldCancelsTheDialogAroundIt) {
+    QDialog dialog;
+    StringGadget field(1, "old", 20);
+    QWidget* const outside = field.Native().Widget->parentWidget();
+    field.Native().Widget->setParent(&dialog);
+    dialog.show();
+    QTest::keyClick(field.Native().Widget.get(), Qt::Key_X);
+    QTest::keyClick(field.Native().Widget.get(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog.isVisible());
+    field.Native().Widget->setParent(outside);
 }
 
 TEST_F(GadgetsTest, ReturnSendsGadgetUpAndEscapeBringsTheOldTextBack) {
