@@ -17,25 +17,13 @@ namespace {
 constexpr std::string_view FavoriteMark = "[Fav]", DeviceMark = "[Dev]", SiteMark = "[FTP]";
 
 // The text of the row of a place; empty for one without a row.
-std::string_view WordOf(LocationKind location) {
-    switch (location) {
-    case LocationKind::Favorites:
-        return "Favorites";
-    case LocationKind::Workbench:
-        return "Workbench";
-    case LocationKind::Computer:
-        return "Computer";
-    case LocationKind::Assigns:
-        return "Assigns";
-    case LocationKind::FTPSites:
-        return "FTPSites";
-    case LocationKind::OS4Depot:
-        return WhichOS4Depot == 0 ? "OS4DepotRecent" : "OS4DepotFull";
-    case LocationKind::Aminet:
-        return WhichAminet == 0 ? "AminetRecent" : "AminetFull";
-    default:
-        return {};
+std::string WordOf(LocationKind location) {
+    std::string word(location == LocationKind::Bookmarks ? std::string_view() : WordOfLocation(location));
+    if (location == LocationKind::OS4Depot || location == LocationKind::Aminet) {
+        const bool isRecent = (location == LocationKind::OS4Depot ? WhichOS4Depot : WhichAminet) == 0;
+        word += isRecent ? "Recent" : "Full";
     }
+    return word;
 }
 
 void SelectRow(std::size_t row) {
@@ -87,7 +75,7 @@ void SetNavigationSelected(LocationKind location) {
         SelectRow(intuition::NoRow);
     } else if (location == LocationKind::Drawer) {
         SelectDrawer();
-    } else if (const std::string_view word = WordOf(location); !word.empty()) {
+    } else if (const std::string word = WordOf(location); !word.empty()) {
         SelectFirst([word](const Text<1024>& text) { return text == word; });
     }
 }

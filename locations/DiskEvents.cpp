@@ -125,6 +125,9 @@ void DisksChanged() {
     SetRescanAllTabsComputer();
     if (LBLocation == LocationKind::Computer) {
         ShowComputer();
+        if (ActiveTab != nullptr) {
+            ActiveTab->RescanTab = 0; // it has just been read
+        }
     }
     BlockMainWindow(0);
 }

@@ -9,6 +9,7 @@
 #include "locations/EnterDrawer.h"
 #include "locations/NavigationList.h"
 #include "locations/PlaceRouter.h"
+#include "locations/RescanTabs.h"
 #include "locations/Tabs.h"
 #include "locations/VirtualPlaces.h"
 #include "media/Preview.h"
@@ -45,6 +46,8 @@ struct KindOf<BookmarksNode> {
     static void SetKey(BookmarksNode& node) { node.Key = FormatText("[Bkm]%s", node.Name); }
     static void RemoveItems() { RemoveBookmarksItems(); }
     static void ShowChange() {
+        SetRescanAllTabsByLocation(
+            LocationKind::Bookmarks); // a tab with older copies must not give them back
         FillInBookmarksItems();
         SetMenuState();
         UpdateAllSpeedBars();
@@ -63,6 +66,7 @@ struct KindOf<FavoritesNode> {
     }
     static void RemoveItems() { RemoveFavoritesItems(); }
     static void ShowChange() {
+        SetRescanAllTabsByLocation(LocationKind::Favorites); // as above
         FillInFavoritesItems();
         BuildNavigationList();
         SavePrefs(0);

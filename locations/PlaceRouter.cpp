@@ -105,15 +105,15 @@ bool GoToSite(std::string_view name, Keys keys) {
     if (site == nullptr) {
         return Tell(MSG_NO_FTP_SITE_IN_LIST);
     }
+    if (FoundFTPMount == 0) {
+        return Tell(MSG_COMES_LATER); // before a tab or window is opened for nothing
+    }
     const Text<128> called = site->Name;
     const Text<1024> path = MountPathOf(*site);
     if (IsElsewhere(keys, path)) {
         return true;
     }
     FTPMountSiteName = called;
-    if (FoundFTPMount == 0) {
-        return Tell(MSG_COMES_LATER);
-    }
     if (!GoToDrawer(called, path)) {
         return false;
     }

@@ -104,29 +104,6 @@ void DropActiveSet() {
 
 } // namespace
 
-std::string_view WordOfLocation(LocationKind location) {
-    switch (location) {
-    case LocationKind::Bookmarks:
-        return "Bookmarks";
-    case LocationKind::Favorites:
-        return "Favorites";
-    case LocationKind::Workbench:
-        return "Workbench";
-    case LocationKind::Computer:
-        return "Computer";
-    case LocationKind::Assigns:
-        return "Assigns";
-    case LocationKind::FTPSites:
-        return "FTPSites";
-    case LocationKind::OS4Depot:
-        return "OS4Depot";
-    case LocationKind::Aminet:
-        return "Aminet";
-    default:
-        return {};
-    }
-}
-
 std::uint32_t MakeTabID() {
     static std::minstd_rand generator(
         static_cast<std::uint32_t>(std::chrono::system_clock::now().time_since_epoch().count()));

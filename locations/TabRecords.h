@@ -9,9 +9,6 @@
 
 namespace solvane {
 
-// The word by which the router knows a location; empty for those that it does not lead to.
-[[nodiscard]] std::string_view WordOfLocation(LocationKind location);
-
 // A number that no tab has yet.
 [[nodiscard]] std::uint32_t MakeTabID();
 

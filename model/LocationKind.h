@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace solvane {
 
@@ -20,5 +21,8 @@ enum class LocationKind : std::uint32_t {
     Drawer = 13,
     None = 99, // before the first location is shown
 };
+
+// The word by which the router knows a location; empty for those that it does not lead to.
+[[nodiscard]] std::string_view WordOfLocation(LocationKind location);
 
 } // namespace solvane

@@ -29,7 +29,7 @@ bool IsMissing(const Found& object) {
     return !object.Data && dos::IoErr() == dos::ErrorObjectNotFound;
 }
 
-// Nothing to delete is a warning, so that a script goes on.
+// An object that is not there is a warning, so that a script goes on.
 int Missing(Context& context, const Found& object) {
     const int code = Complain(context, object.Text);
     return code == ReturnError ? ReturnWarn : code;

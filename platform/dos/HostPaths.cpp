@@ -19,24 +19,6 @@ namespace {
 
 constexpr std::string_view UrlScheme = "file:";
 
-// Nothing for an escape that is none, or for one that no path can hold.
-std::optional<std::string> DecodeUrl(std::string_view text) {
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            out.push_back(text[i]);
-            continue;
-        }
-        const int high = i + 2 < text.size() ? HexDigitValue(text[i + 1]) : -1;
-        const int low = i + 2 < text.size() ? HexDigitValue(text[i + 2]) : -1;
-        if (high < 0 || low < 0 || high + low == 0)
-            return {};
-        out.push_back(static_cast<char>(high * 16 + low));
-        i += 2;
-    }
-    return out;
-}
-
 // The path of a file: URL of this machine; nothing for what is none.
 std::optional<std::string> PathOfUrl(std::string_view text) {
     if (utility::Stricmp(text.substr(0, UrlScheme.size()), UrlScheme) != 0)
@@ -50,7 +32,10 @@ std::optional<std::string> PathOfUrl(std::string_view text) {
             return {};
         text.remove_prefix(end);
     }
-    return text.starts_with('/') ? DecodeUrl(text) : std::nullopt;
+    if (!text.starts_with('/'))
+        return {};
+    auto path = DecodePercents(text);
+    return path && path->find('\0') == std::string::npos ? path : std::nullopt;
 }
 
 bool IsOnSlowMount(std::string_view hostPath) {

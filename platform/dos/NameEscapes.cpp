@@ -9,8 +9,15 @@ namespace dos {
 
 namespace {
 
-// Nothing where an escape is incomplete.
-bool Decode(std::string_view text, std::string& out) {
+// Names that a path could not hold.
+bool IsNoName(std::string_view name) {
+    return name == "." || name == ".." || name.find_first_of(std::string_view("/\0", 2)) != name.npos;
+}
+
+} // namespace
+
+std::optional<std::string> DecodePercents(std::string_view text) {
+    std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '%') {
             out.push_back(text[i]);
@@ -19,19 +26,12 @@ bool Decode(std::string_view text, std::string& out) {
         const int high = i + 2 < text.size() ? HexDigitValue(text[i + 1]) : -1;
         const int low = i + 2 < text.size() ? HexDigitValue(text[i + 2]) : -1;
         if (high < 0 || low < 0)
-            return false;
+            return {};
         out.push_back(static_cast<char>(high * 16 + low));
         i += 2;
     }
-    return true;
+    return out;
 }
-
-// Names that a path could not hold.
-bool IsNoName(std::string_view name) {
-    return name == "." || name == ".." || name.find_first_of(std::string_view("/\0", 2)) != name.npos;
-}
-
-} // namespace
 
 int HexDigitValue(char c) noexcept {
     if (c >= '0' && c <= '9')
@@ -84,10 +84,11 @@ std::string EscapedName(std::string_view name) {
 }
 
 std::string UnescapedName(std::string_view hostName) {
-    std::string name;
-    const bool isEscape = hostName.find('%') != hostName.npos && Decode(hostName, name) && !IsNoName(name) &&
-                          EscapedName(name) == hostName;
-    return isEscape ? name : std::string(hostName);
+    if (hostName.find('%') == hostName.npos)
+        return std::string(hostName);
+    const auto name = DecodePercents(hostName);
+    const bool isEscape = name && !IsNoName(*name) && EscapedName(*name) == hostName;
+    return isEscape ? *name : std::string(hostName);
 }
 
 bool IsEscape(std::string_view hostName) {
