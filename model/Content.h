@@ -72,6 +72,7 @@ extern std::uint16_t& AtFTPMount;   // CurrentPath lies on an FTP mount: nothing
 extern std::uint16_t& AtWHDLoadGamesRootDrawer;
 extern std::uint16_t& WhichOS4Depot;        // 0 its recent index is on show, 1 the full one
 extern std::uint16_t& WhichAminet;          // the same
+extern std::uint16_t& IsLhAArchive;         // of the archive on show: LhA can change it
 extern Text<128>& FTPMountSiteName;         // of the user's sites, the one that was entered last
 extern std::uint16_t ColInfo_GetDimensions; // a shown Details column needs this datum; written by ColumnInfo
 extern std::uint16_t ColInfo_GetMP3;

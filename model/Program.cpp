@@ -65,6 +65,7 @@ std::uint16_t ReloadPrefs = 0;
 std::uint16_t GoFullScreen = 0;
 std::uint16_t ClearPreviewWhenUniconfy = 0;
 std::int32_t JumpToARexxCmd = NoJump;
+std::uint16_t ClipExists = 0;
 std::uint32_t JumpToCount = 0;
 std::uint16_t SameJumpTo = 0;
 std::uint16_t AnimPlaying = 0;

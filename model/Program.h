@@ -91,6 +91,7 @@ extern std::uint16_t ReloadPrefs;   // the record is being loaded anew: the wind
 extern std::uint16_t GoFullScreen;  // the window fills the screen and does not stand for its settings
 extern std::uint16_t ClearPreviewWhenUniconfy;
 extern std::int32_t JumpToARexxCmd; // a command that a handler left for the loop
+extern std::uint16_t ClipExists;    // entries have been cut or copied; written by fileops/Clipboard
 extern std::uint32_t JumpToCount;   // type-ahead: ticks since the last key
 extern std::uint16_t SameJumpTo;
 extern std::uint16_t AnimPlaying, SoundPlaying;

@@ -24,6 +24,7 @@ std::uint16_t& AtFTPMount = ActiveSet.AtFTPMount;
 std::uint16_t& AtWHDLoadGamesRootDrawer = ActiveSet.AtWHDLoadGamesRootDrawer;
 std::uint16_t& WhichOS4Depot = ActiveSet.WhichOS4Depot;
 std::uint16_t& WhichAminet = ActiveSet.WhichAminet;
+std::uint16_t& IsLhAArchive = ActiveSet.IsLhAArchive;
 Text<128>& FTPMountSiteName = ActiveSet.FTPMountSiteName;
 
 std::unique_ptr<GenericList<HistoryNode>>& HistoryList = ActiveSet.HistoryList;

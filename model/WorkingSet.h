@@ -50,6 +50,7 @@ struct TabValues {
     Text<15> TotalBytesBuffer, SelectedBytesBuffer;
     std::uint16_t AtFTPMount = 0, AtWHDLoadGamesRootDrawer = 0;
     std::uint16_t WhichOS4Depot = 0, WhichAminet = 0;
+    std::uint16_t IsLhAArchive = 0;
     Text<128> FTPMountSiteName;
     std::array<Text<128>, 8> Details; // Details1Buffer to Details8Buffer; the ninth is no tab's own
     std::int32_t GaugeLevel = -1;     // of the Details pane, in per cent; -1: none
