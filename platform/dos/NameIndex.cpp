@@ -16,12 +16,14 @@
 #include <sys/stat.h>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace dos {
 
 namespace {
 
 constexpr std::size_t KeptDrawers = 8;
+constexpr std::size_t MostEndedChanges = 10'000; // during one reading
 // A drawer changed so shortly before it was read may change again without a new time (the host's
 // clock ticks at 10 ms at most, times of some file systems are whole or even seconds).
 constexpr std::int64_t FineTick = 20'000'000;      // nanoseconds
@@ -46,9 +48,25 @@ struct Contents {
 
 using ContentsRef = std::shared_ptr<Contents>;
 
+// A change of our own that was ended while its drawer was being read.
+struct EndedChange {
+    DrawerStamp Before;
+    DrawerStamp After;
+    std::string Gone;
+    std::string Made;
+};
+
+// A reading of a drawer under way: its names may have been read before such a change or after it.
+struct Reading {
+    ObjectId Drawer;
+    std::vector<EndedChange> Changes;
+    bool IsSpoiled = false; // a change is not among them
+};
+
 struct IndexState {
     std::mutex Guard;               // also over what the contents hold
     std::list<ContentsRef> Drawers; // the one used last in front
+    std::list<Reading> Readings;
 };
 
 IndexState& State() {
@@ -120,7 +138,10 @@ bool RemoveFolded(Contents& contents, std::string_view name) {
     const std::string folded = FoldedKey(contents, name);
     if (contents.Twins.contains(folded))
         return false;
-    contents.Folded.erase(folded);
+    // What was read after the change may hold another spelling already.
+    if (const auto known = contents.Folded.find(folded);
+        known != contents.Folded.end() && known->second == name)
+        contents.Folded.erase(known);
     return true;
 }
 
@@ -156,42 +177,6 @@ ContentsRef Recall(IndexState& state, const DrawerStamp& now, NameMatch match, M
     return state.Drawers.front();
 }
 
-// The contents of a drawer as they are now; null when it cannot be read. Reads without the guard,
-// since the disk may hang.
-ContentsRef ContentsOf(int drawer, NameMatch match, MetadataRule rule) {
-    IndexState& state = State();
-    auto fresh = std::make_shared<Contents>();
-    fresh->Rule = rule;
-    bool isOwn = false;
-    if (!StampOf(drawer, fresh->State))
-        return nullptr;
-    {
-        const std::lock_guard hold(state.Guard);
-        if (ContentsRef known = Recall(state, fresh->State, match, rule, isOwn))
-            return known;
-    }
-    if (!ReadContents(drawer, match, *fresh))
-        return nullptr;
-    // Else a row of own changes would have it read at each of them.
-    fresh->IsPatched = isOwn && !IsSettled(*fresh);
-    const std::lock_guard hold(state.Guard);
-    std::erase_if(state.Drawers, [&](const ContentsRef& known) {
-        return known->State.Id == fresh->State.Id && known->Rule == rule;
-    });
-    state.Drawers.push_front(fresh);
-    if (state.Drawers.size() > KeptDrawers)
-        state.Drawers.pop_back();
-    return fresh;
-}
-
-// A folded search for an alias; aliases are few.
-std::optional<std::string> FindFoldedAlias(const AliasTable& aliases, std::string_view name) {
-    for (const auto& [alias, real] : aliases.RealOf)
-        if (utility::Stricmp(alias, name) == 0)
-            return real;
-    return {};
-}
-
 // Rare: the aliases of the whole drawer are weighed anew.
 bool TouchesAliases(const Contents& contents, std::string_view hostName) {
     const std::string name = OwnNameOf(contents.Rule, hostName);
@@ -218,10 +203,6 @@ bool Patch(Contents& contents, std::string_view gone, std::string_view made) {
     return true;
 }
 
-bool IsMissing(int hostError, bool isOtherName) {
-    return hostError == ENOENT || (isOtherName && hostError == ENAMETOOLONG);
-}
-
 // Carries an own change over into what is remembered; false when that is to be forgotten.
 bool Follow(Contents& contents, const DrawerStamp& before, const DrawerStamp& now, std::string_view gone,
             std::string_view made) {
@@ -233,6 +214,75 @@ bool Follow(Contents& contents, const DrawerStamp& before, const DrawerStamp& no
     contents.State = now;
     contents.IsPatched = true;
     return true;
+}
+
+// Takes part in what is ended while a drawer is read. Begun before the first name is read.
+class ReadingScope {
+public:
+    // The guard is held.
+    ReadingScope(IndexState& state, const ObjectId& drawer)
+        : State(state), Own(state.Readings.insert(state.Readings.end(), Reading{drawer, {}, false})) {}
+    ReadingScope(const ReadingScope&) = delete;
+    ReadingScope& operator=(const ReadingScope&) = delete;
+    ~ReadingScope() {
+        const std::lock_guard hold(State.Guard);
+        State.Readings.erase(Own);
+    }
+
+    // Carries over what happened meanwhile; false when the contents may lack some of it. The guard is held.
+    [[nodiscard]] bool CatchUp(Contents& contents) const {
+        return !Own->IsSpoiled && std::ranges::all_of(Own->Changes, [&](const EndedChange& change) {
+            return Follow(contents, change.Before, change.After, change.Gone, change.Made);
+        });
+    }
+
+private:
+    IndexState& State;
+    std::list<Reading>::iterator Own;
+};
+
+// The contents of a drawer as they are now; null when it cannot be read. Reads without the guard,
+// since the disk may hang.
+ContentsRef ContentsOf(int drawer, NameMatch match, MetadataRule rule) {
+    IndexState& state = State();
+    auto fresh = std::make_shared<Contents>();
+    fresh->Rule = rule;
+    bool isOwn = false;
+    if (!StampOf(drawer, fresh->State))
+        return nullptr;
+    std::optional<ReadingScope> reading;
+    {
+        const std::lock_guard hold(state.Guard);
+        if (ContentsRef known = Recall(state, fresh->State, match, rule, isOwn))
+            return known;
+        reading.emplace(state, fresh->State.Id);
+    }
+    if (!ReadContents(drawer, match, *fresh))
+        return nullptr;
+    const std::lock_guard hold(state.Guard);
+    // Else a row of own changes would have it read at each of them.
+    fresh->IsPatched = isOwn && !IsSettled(*fresh);
+    if (fresh->IsPatched && !reading->CatchUp(*fresh))
+        fresh->IsPatched = false;
+    std::erase_if(state.Drawers, [&](const ContentsRef& known) {
+        return known->State.Id == fresh->State.Id && known->Rule == rule;
+    });
+    state.Drawers.push_front(fresh);
+    if (state.Drawers.size() > KeptDrawers)
+        state.Drawers.pop_back();
+    return fresh;
+}
+
+// A folded search for an alias; aliases are few.
+std::optional<std::string> FindFoldedAlias(const AliasTable& aliases, std::string_view name) {
+    for (const auto& [alias, real] : aliases.RealOf)
+        if (utility::Stricmp(alias, name) == 0)
+            return real;
+    return {};
+}
+
+bool IsMissing(int hostError, bool isOtherName) {
+    return hostError == ENOENT || (isOtherName && hostError == ENAMETOOLONG);
 }
 
 std::optional<std::string> FindRemembered(int drawer, std::string_view name, NameMatch match,
@@ -318,28 +368,41 @@ OwnChange::OwnChange(int drawer) : Drawer(drawer) {
     IndexState& state = State();
     {
         const std::lock_guard hold(state.Guard);
-        if (state.Drawers.empty())
+        if (state.Drawers.empty() && state.Readings.empty())
             return;
     }
-    IsRemembered = StampOf(drawer, Before);
+    if (!StampOf(drawer, Before))
+        Before = DrawerStamp();
 }
 
 void EndMove(const OwnChange& out, std::string_view from, const OwnChange& in, std::string_view to) {
-    if (out.Before.Id == in.Before.Id)
+    if (out.Before.Id == in.Before.Id && out.Before.Id != ObjectId())
         return in.End(from, to);
     out.End(from, {});
     in.End({}, to);
 }
 
 void OwnChange::End(std::string_view gone, std::string_view made) const {
-    DrawerStamp now;
-    if (!IsRemembered || !StampOf(Drawer, now))
-        return; // its next stamp is not one remembered
     IndexState& state = State();
+    {
+        // A reading may have begun since.
+        const std::lock_guard hold(state.Guard);
+        if (state.Drawers.empty() && state.Readings.empty())
+            return;
+    }
+    DrawerStamp now;
+    const bool isKnown = StampOf(Drawer, now);
     const std::lock_guard hold(state.Guard);
     std::erase_if(state.Drawers, [&](const ContentsRef& known) {
-        return known->State.Id == now.Id && !Follow(*known, Before, now, gone, made);
+        return !isKnown || (known->State.Id == now.Id && !Follow(*known, Before, now, gone, made));
     });
+    for (Reading& reading : state.Readings) {
+        if (isKnown && reading.Drawer != now.Id)
+            continue;
+        reading.IsSpoiled |= !isKnown || reading.Changes.size() == MostEndedChanges;
+        if (!reading.IsSpoiled)
+            reading.Changes.push_back({Before, now, std::string(gone), std::string(made)});
+    }
 }
 
 } // namespace dos

@@ -59,8 +59,7 @@ public:
 
 private:
     int Drawer;
-    bool IsRemembered = false;
-    DrawerStamp Before;
+    DrawerStamp Before; // empty while nothing was remembered: then it is no stamp of any drawer
 };
 
 void EndMove(const OwnChange& out, std::string_view from, const OwnChange& in, std::string_view to);

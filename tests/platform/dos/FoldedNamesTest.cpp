@@ -2,7 +2,12 @@
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
+#include <atomic>
+#include <chrono>
+#include <ctime>
 #include <filesystem>
+#include <sys/stat.h>
+#include <thread>
 
 namespace {
 
@@ -109,6 +114,38 @@ TEST_F(FoldedNamesTest, ChangeOfAnotherDuringAnOwnOneIsSeen) {
     ASSERT_TRUE(dos::Close(file));
     EXPECT_TRUE(dos::Lock("Test:Drawer/other"));
     EXPECT_FALSE(dos::CreateDir("Test:Drawer/other"));
+}
+
+std::atomic<std::int64_t> DiskTime; // of all objects, on a disk that counts whole seconds
+std::atomic<bool> MakesWhileRead;
+
+TEST_F(FoldedNamesTest, ANameMadeWhileItsDrawerIsReadIsNotOverlooked) {
+    Tree.Drawer("Drawer");
+    DiskTime = 1'000'000'000;
+    Calls().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* about) {
+        const int result = dos::RealHost().Statx(drawer, name, flags, mask, about);
+        about->stx_mtime = about->stx_ctime = {DiskTime, 0, 0};
+        return result;
+    };
+    Calls().Mkdirat = [](int drawer, const char* name, unsigned mode) {
+        if (DiskTime == 1'000'000'000)
+            DiskTime = std::time(nullptr);
+        return dos::RealHost().Mkdirat(drawer, name, mode);
+    };
+    Calls().Getdents = [](int drawer, void* buffer, std::size_t size) {
+        const long got = dos::RealHost().Getdents(drawer, buffer, size);
+        if (got == 0 && MakesWhileRead.exchange(false))
+            std::thread([] { EXPECT_TRUE(dos::CreateDir("Test:Drawer/Second")); }).join();
+        return got;
+    };
+    EXPECT_FALSE(dos::Lock("Test:Drawer/none")); // now remembered
+    EXPECT_TRUE(dos::CreateDir("Test:Drawer/First"));
+    std::this_thread::sleep_for(std::chrono::milliseconds(150)); // until it is to be read anew
+    MakesWhileRead = true;
+    EXPECT_FALSE(dos::Lock("Test:Drawer/none"));
+    EXPECT_FALSE(MakesWhileRead);
+    EXPECT_TRUE(dos::Lock("Test:Drawer/SECOND"));
+    EXPECT_TRUE(dos::Lock("Test:Drawer/FIRST"));
 }
 
 TEST_F(FoldedNamesTest, ChangesOfOthersAreSeenAtOnce) {
