@@ -108,7 +108,7 @@ CopySource SourceOf(const Spot& spot, int object, const SidecarFile& sidecar) {
             .Drawer = spot.Drawer ? spot.Drawer.Get() : NoDescriptor,
             .On = spot.On,
             .Name = spot.Name,
-            .MayHaveSidecar = sidecar.State == SidecarState::Ours};
+            .MayHaveSidecar = sidecar.State != SidecarState::None};
 }
 
 // Opens what is to be copied, if its bits let us; empty with IoErr.

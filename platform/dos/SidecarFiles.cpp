@@ -70,8 +70,11 @@ bool IsSidecarInUse(int drawer, std::string_view hostName) {
 }
 
 bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar) {
-    if (!FindSidecar(drawer, owner, sidecar))
-        return Refuse(errno, Operation::Read);
+    if (!FindSidecar(drawer, owner, sidecar)) {
+        if (errno != EACCES && errno != EPERM)
+            return Refuse(errno, Operation::Read);
+        sidecar.State = SidecarState::Foreign;
+    }
     if (sidecar.State != SidecarState::Ours || (*sidecar.Facts.Protection & ProtectRead) == 0)
         return true;
     SetIoErr(ErrorReadProtected);

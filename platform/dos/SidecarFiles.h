@@ -37,8 +37,9 @@ struct SidecarFile {
 // So it counts too while the disk does not tell.
 [[nodiscard]] bool IsSidecarInUse(int drawer, std::string_view hostName);
 
-// Whether an entry may be opened for reading, as far as its sidecar says; fills that in. False with
-// IoErr: 224, or the reason why the disk does not tell.
+// Whether an entry may be opened for reading, as far as its sidecar says; fills that in. One that may not
+// be read itself forbids nothing and counts as foreign. False with IoErr: 224, or the reason why the
+// disk does not tell.
 [[nodiscard]] bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar);
 
 // Writes the sidecar anew, as a whole or not at all; false with errno. Facts need bits and date.
