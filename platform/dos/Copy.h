@@ -44,7 +44,8 @@ struct CopyOptions {
     bool Replaces = false;    // a file that is there; else 203
     bool FollowsLink = false; // copies what a soft link at the end of the source path leads to
     bool Moves = false;       // the source goes: by renaming within a disk, else after its copy;
-                              // never together with FollowsLink (209)
+                              // never together with FollowsLink (209). Under a new name a renamed
+                              // object keeps all; it replaces a file only where all is kept
 };
 
 // Told of the bytes copied since the last call; false cancels. Called on the caller's thread, often:

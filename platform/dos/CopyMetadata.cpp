@@ -1,6 +1,7 @@
 #include "platform/dos/CopyMetadata.h"
 
 #include "platform/dos/Dates.h"
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/Metadata.h"
 #include "platform/dos/MetadataWriting.h"
 
@@ -74,7 +75,7 @@ unsigned KeepMode(int to, const struct statx& copy, const struct statx& source) 
         return 0;
     if (isOthers && Host().Fchown(to, source.stx_uid, source.stx_gid) != 0)
         mode &= ~PrivilegeBits;
-    if (Host().Fchmod(to, mode) != 0)
+    if (!IsAwaited() || Host().Fchmod(to, mode) != 0)
         return LostProtection;
     struct statx now {};
     const bool isKnown = Host().Statx(to, "", AT_EMPTY_PATH, STATX_MODE, &now) == 0;
@@ -129,7 +130,9 @@ unsigned AttributeCopier::CopyOne(int from, int to, const char* name) {
     });
     if (length < 0)
         return errno == ENODATA ? 0 : LossOf(name);
-    return Host().Fsetxattr(to, name, Value.data(), static_cast<std::size_t>(length)) == 0 ? 0 : LossOf(name);
+    const bool isKept =
+        IsAwaited() && Host().Fsetxattr(to, name, Value.data(), static_cast<std::size_t>(length)) == 0;
+    return isKept ? 0 : LossOf(name);
 }
 
 bool HandsDownAccess(int drawer) {

@@ -2,6 +2,7 @@
 #include "platform/dos/DeviceWalk.h"
 #include "platform/dos/Examine.h"
 #include "platform/dos/HostLocks.h"
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/Metadata.h"
 #include "platform/dos/NameEscapes.h"
@@ -261,7 +262,7 @@ long TreeDeleter::DeleteEntry(const Node& node, int drawer, const TreeEntry& ent
     if (Host().Unlinkat(drawer, entry.Name.c_str(), 0) != 0 && errno != ENOENT)
         return ErrorFromErrno(errno, Operation::Delete);
     // A cancel does not part an object from its sidecar.
-    if (Tally.IsLeft)
+    if (!IsAwaited())
         return ErrorBreak;
     if (entry.HasSidecar && Host().Unlinkat(drawer, SidecarNameOf(entry.Name).c_str(), 0) != 0 &&
         errno != ENOENT)
@@ -335,7 +336,7 @@ void TreeDeleter::RemoveDrawer(Node& node) {
             return;
         }
     }
-    if (node.Entry.HasSidecar && !Tally.IsLeft &&
+    if (node.Entry.HasSidecar && IsAwaited() &&
         Host().Unlinkat(parent.Open->Get(), SidecarNameOf(node.Entry.Name).c_str(), 0) != 0 &&
         errno != ENOENT) {
         Tally.Skip(ErrorFromErrno(errno, Operation::Delete));

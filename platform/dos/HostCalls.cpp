@@ -297,6 +297,13 @@ void SetThreadWatch(HostWatch* watch) noexcept {
     WatchOfThread = watch;
 }
 
+bool IsAwaited() noexcept {
+    if (!WatchOfThread || !WatchOfThread->IsLeft)
+        return true;
+    errno = ENOMEDIUM;
+    return false;
+}
+
 const HostCalls& RealHost() noexcept {
     return RealCalls;
 }

@@ -3,6 +3,7 @@
 #include "platform/dos/HostChanges.h"
 #include "platform/dos/HostDirectory.h"
 #include "platform/dos/HostFiles.h"
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
@@ -130,6 +131,31 @@ bool IsStillThere(const Spot& spot, long otherwise) {
     return facts.Id == spot.Facts.Id || Fails(otherwise);
 }
 
+// Brings the sidecars after their file: that of the source, or none.
+bool FollowFile(const Spot& source, const SidecarFile& ofSource, const Spot& target,
+                const SidecarFile& ofTarget) {
+    const int from = source.Drawer.Get();
+    const int to = target.Drawer.Get();
+    const std::string old = SidecarNameOf(source.Name);
+    const std::string name = SidecarNameOf(target.Name);
+    if (ofSource.State != SidecarState::Ours && ofTarget.State != SidecarState::Ours)
+        return true;
+    if (ofTarget.State == SidecarState::Foreign || !IsAwaited())
+        return false;
+    const OwnChange out(from);
+    const OwnChange in(to);
+    if (ofSource.State == SidecarState::Ours) {
+        if (Host().Renameat2(from, old.c_str(), to, name.c_str(), 0) != 0)
+            return false;
+        EndMove(out, old, in, name);
+    } else {
+        if (Host().Unlinkat(to, name.c_str(), 0) != 0)
+            return false;
+        in.End(name, {});
+    }
+    return true;
+}
+
 // Moves a file over another in one step; the sidecars follow. Nothing where disks do not let us.
 std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target, const CopyProgress& progress) {
     SidecarFile ofSource;
@@ -151,18 +177,8 @@ std::optional<CopyResult> MoveOver(const Spot& source, const Spot& target, const
     if (Host().Renameat2(from, source.Name.c_str(), to, target.Name.c_str(), 0) != 0)
         return {};
     EndMove(out, source.Name, in, target.Name);
-    const std::string old = SidecarNameOf(source.Name);
-    const std::string name = SidecarNameOf(target.Name);
-    CopyResult result{CopyEnd::Done, 0};
-    bool follows = true;
-    if (ofSource.State == SidecarState::Ours)
-        follows = ofTarget.State != SidecarState::Foreign &&
-                  Host().Renameat2(from, old.c_str(), to, name.c_str(), 0) == 0;
-    else if (ofTarget.State == SidecarState::Ours)
-        follows = Host().Unlinkat(to, name.c_str(), 0) == 0;
-    if (!follows)
-        result.Lost = LostProtection | LostComment | LostDate;
-    return result;
+    const bool follows = FollowFile(source, ofSource, target, ofTarget);
+    return CopyResult{CopyEnd::Done, follows ? 0 : LostProtection | LostComment | LostDate};
 }
 
 bool IsUnchanged(int file, const struct statx& before) {
@@ -183,7 +199,9 @@ CopyResult CopyDrawer(ObjectCopier& copier, const CopySource& source, const Copy
 
 CopyResult CopyPlanned(const CopyPlan& plan, const CopyOptions& options, const CopyProgress& progress) {
     const Spot& from = plan.Source;
-    if (options.Moves && plan.Target.Object)
+    // What is renamed keeps all of its own.
+    const bool keepsAll = options.Protection && options.Comment && options.Date;
+    if (options.Moves && plan.Target.Object && keepsAll)
         if (const auto moved = MoveOver(from, plan.Target, progress))
             return *moved;
     SidecarFile sidecar;

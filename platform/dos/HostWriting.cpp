@@ -1,6 +1,7 @@
 #include "platform/dos/HostWriting.h"
 
 #include "platform/dos/HostDirectory.h"
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/Metadata.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/TemporaryNames.h"
@@ -88,7 +89,7 @@ bool RenameByClaim(int fromDrawer, const std::string& from, int toDrawer, const 
                  : !HostFd(Host().Openat(toDrawer, to.c_str(),
                                          O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)))
         return false;
-    if (Host().Renameat2(fromDrawer, from.c_str(), toDrawer, to.c_str(), 0) == 0)
+    if (IsAwaited() && Host().Renameat2(fromDrawer, from.c_str(), toDrawer, to.c_str(), 0) == 0)
         return true;
     const int error = errno;
     Host().Unlinkat(toDrawer, to.c_str(), isDrawer ? AT_REMOVEDIR : 0);
@@ -224,6 +225,8 @@ bool Temporary::Make(int drawer, unsigned mode, unsigned modeWhileNamed) {
 bool Temporary::TakePlace(const std::string& name, Existing existing) {
     const bool replaces = existing == Existing::Replaced;
     const OwnChange change(Drawer);
+    if (!IsAwaited())
+        return false;
     if (Name.empty() && !replaces) {
         const bool done = Host().LinkObject(Open.Get(), Drawer, name.c_str()) == 0;
         if (done)
@@ -235,6 +238,8 @@ bool Temporary::TakePlace(const std::string& name, Existing existing) {
         if (Host().LinkObject(Open.Get(), Drawer, between.c_str()) != 0)
             return false;
         Name = std::move(between);
+        if (!IsAwaited())
+            return false;
     }
     const bool done = replaces ? Host().Renameat2(Drawer, Name.c_str(), Drawer, name.c_str(), 0) == 0
                                : RenameKeeping(Drawer, Name, Drawer, name, S_IFREG);

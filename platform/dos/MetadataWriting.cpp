@@ -1,6 +1,7 @@
 #include "platform/dos/MetadataWriting.h"
 
 #include "platform/dos/Dates.h"
+#include "platform/dos/HostWatch.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/Metadata.h"
 
@@ -32,7 +33,7 @@ bool WithLent(const Spot& spot, unsigned permission, Deed deed) {
     if (errno != EACCES || (mode & permission) != 0)
         return false;
     const int refusal = errno;
-    if (Host().ChangeMode(spot.Object.Get(), mode | permission) != 0) {
+    if (!IsAwaited() || Host().ChangeMode(spot.Object.Get(), mode | permission) != 0) {
         errno = refusal;
         return false;
     }
@@ -86,7 +87,7 @@ bool StoreAttribute(const Spot& spot, const char* attribute, const std::optional
 
 void RestoreAttribute(const Spot& spot, const char* attribute, const std::optional<std::string>& value) {
     const int error = errno;
-    if (!StoreAttribute(spot, attribute, value))
+    if (!StoreAttribute(spot, attribute, value) && IsAwaited())
         static_cast<void>(StoreAttribute(spot, attribute, value)); // a passing trouble is over by now
     errno = error;
 }
@@ -115,14 +116,14 @@ bool StoreMode(const Spot& spot, unsigned wanted) {
     const unsigned old = spot.Facts.Mode & PermissionBits;
     if (wanted == old)
         return true;
-    if (Host().ChangeMode(spot.Object.Get(), wanted) != 0)
+    if (!IsAwaited() || Host().ChangeMode(spot.Object.Get(), wanted) != 0)
         return false;
     ObjectFacts now;
     const bool isKnown = FactsOf(spot.Object.Get(), now);
     if (isKnown && (now.Mode & OwnerModes) == (wanted & OwnerModes))
         return true;
     const int error = isKnown ? ENOTSUP : errno;
-    if (Host().ChangeMode(spot.Object.Get(), old) != 0)
+    if (Host().ChangeMode(spot.Object.Get(), old) != 0 && IsAwaited())
         Host().ChangeMode(spot.Object.Get(), old);
     errno = error;
     return false;
@@ -176,7 +177,7 @@ bool ChangeDate(const Spot& spot, std::uint32_t date) {
     const std::int64_t wanted = UnixFromAmigaSeconds(date);
     struct statx_timestamp old {};
     struct statx_timestamp now {};
-    if (!ReadTime(spot, old) || Host().SetTime(spot.Object.Get(), wanted, 0) != 0)
+    if (!ReadTime(spot, old) || !IsAwaited() || Host().SetTime(spot.Object.Get(), wanted, 0) != 0)
         return Refuse(errno, Operation::Write);
     const bool isKnown = ReadTime(spot, now);
     const std::int64_t difference = now.tv_sec - wanted;
@@ -212,9 +213,9 @@ bool FactsBefore(const Spot& spot, const StoredMetadata& stored, SidecarFacts& f
 
 // The sidecar tells all; the host's own values follow where the host lets them.
 void Mirror(const Spot& spot, const MetadataChange& change) {
-    if (change.Protection)
+    if (change.Protection && IsAwaited())
         Host().ChangeMode(spot.Object.Get(), ModeWithBits(spot.Facts.Mode, *change.Protection));
-    if (change.Date)
+    if (change.Date && IsAwaited())
         Host().SetTime(spot.Object.Get(), UnixFromAmigaSeconds(*change.Date), 0);
 }
 
@@ -283,7 +284,7 @@ bool TellAll(const Spot& spot, SidecarFacts& facts, SidecarFile& sidecar) {
 
 bool ChangeStored(const Spot& spot, const MetadataChange& wish) {
     StoredMetadata stored;
-    if (!ReadStored(spot, stored))
+    if (!ReadStored(spot, stored) || !IsAwaited())
         return Refuse(errno, Operation::Write);
     MetadataChange change = wish;
     if (change.Protection)

@@ -64,7 +64,8 @@ bool PutLink(const std::string& text, const CopyPlace& place) {
     const std::string between = NextTemporaryName();
     if (Host().Symlinkat(text.c_str(), place.Drawer, between.c_str()) != 0)
         return false;
-    if (Host().Renameat2(place.Drawer, between.c_str(), place.Drawer, place.Name.c_str(), 0) == 0)
+    if (IsAwaited() &&
+        Host().Renameat2(place.Drawer, between.c_str(), place.Drawer, place.Name.c_str(), 0) == 0)
         return true;
     const int error = errno;
     if (Host().Unlinkat(place.Drawer, between.c_str(), 0) != 0)
@@ -150,7 +151,7 @@ CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& pla
     }
     change.End({}, place.Name);
     CopyResult result{CopyEnd::Done, 0};
-    if (Options.Date)
+    if (Options.Date && IsAwaited())
         result.Lost = KeepTimesOfLink(place.Drawer, place.Name, about);
     if (const HostFd made = OpenPlain(place.Drawer, place.Name))
         result.Lost |= KeepSidecar(source, place, made.Get());
@@ -180,11 +181,11 @@ unsigned ObjectCopier::FinishDrawer(const CopySource& source, int made) {
     struct statx about {};
     struct statx now {};
     unsigned lost = Attributes.Run(source.Object, made, Options);
-    if (!StatusOf(source.Object, about))
+    if (!StatusOf(source.Object, about) || !IsAwaited())
         return lost | LostProtection | LostDate;
     if (Options.Date && !KeepTimes(made, about))
         lost |= LostDate;
-    if (!StatusOf(made, now))
+    if (!StatusOf(made, now) || !IsAwaited())
         return lost | LostProtection | LostDate;
     return lost | KeepStatus(made, now, about, Options);
 }

@@ -68,7 +68,7 @@ RelayEnd Relay::Serve(const std::function<bool()>& goesOn) {
     } catch (...) {
         if (!hold.owns_lock())
             hold.lock();
-        IsLeft = true;
+        Watch.IsLeft = true;
         Asked = nullptr;
         Changed.notify_all();
         throw;
@@ -97,7 +97,7 @@ RelayEnd Relay::Attend(std::unique_lock<std::mutex>& hold, const std::function<b
         if (IsEnding && !std::exchange(wasEnding, true))
             patience.Renew();
         if (!IsDone && !Asked && patience.IsOver(IsEnding)) {
-            IsLeft = true;
+            Watch.IsLeft = true;
             return IsEnding ? RelayEnd::Cancelled : RelayEnd::NoAnswer;
         }
     }
@@ -115,12 +115,12 @@ void Relay::Answer(std::unique_lock<std::mutex>& hold) {
 
 bool Relay::Ask(const std::function<void()>& deed) {
     std::unique_lock hold(Guard);
-    if (IsLeft)
+    if (Watch.IsLeft)
         return false;
     Asked = &deed;
     Changed.notify_all();
     Changed.wait(hold, [this] { return !Asked; });
-    return !IsLeft;
+    return !Watch.IsLeft;
 }
 
 } // namespace dos

@@ -32,7 +32,7 @@ public:
     // or goesOn throws ends Run, and the work is left behind.
     [[nodiscard]] bool Ask(const std::function<void()>& deed);
     // For the work: may it go on?
-    [[nodiscard]] bool GoesOn() const noexcept { return !IsEnding && !IsLeft; }
+    [[nodiscard]] bool GoesOn() const noexcept { return !IsEnding && !Watch.IsLeft; }
     // For a deed: the work is to end, whether the disk answers or not.
     void EndSoon() noexcept { IsEnding = true; }
 
@@ -46,7 +46,6 @@ private:
     const std::function<void()>* Asked = nullptr;
     bool IsDone = false;
     std::atomic<bool> IsEnding{false};
-    std::atomic<bool> IsLeft{false};
     HostWatch Watch; // of the work's threads
 };
 

@@ -93,7 +93,6 @@ TreeResult RunTree(Disks disks, TreeStep step, const TreeControl& control, TreeD
     });
     if (end == RelayEnd::Done)
         return *answer;
-    tally->IsLeft = true;
     tally->IsStopped = true;
     const long error = end == RelayEnd::NotBegun ? IoErr() : ErrorNoDisk;
     if (end != RelayEnd::Cancelled)

@@ -38,7 +38,6 @@ struct TreeTally {
     std::atomic<unsigned> Lost{0};
     std::atomic<long> FirstError{0};
     std::atomic<bool> IsStopped{false};
-    std::atomic<bool> IsLeft{false}; // nobody waits any more: not even what was begun is finished
 
     void Skip(long error);
     [[nodiscard]] TreeResult Result() const;

@@ -298,6 +298,12 @@ TEST_F(CopyTest, AMoveRenamesOrCopiesAndDeletes) {
     ASSERT_TRUE(dos::Copy("Test:two", "Test:old", {.Replaces = true, .Moves = true})) << dos::IoErr();
     EXPECT_EQ(Tree.Read("old"), "two");
     EXPECT_EQ(dos::ExamineObject("Test:old")->Comment, "A note");
+    // What a file that is replaced passes on comes by no renaming.
+    Tree.Write("four", "four");
+    ASSERT_TRUE(dos::SetComment("Test:four", "Mine") || dos::IoErr() == dos::ErrorActionNotKnown);
+    ASSERT_TRUE(dos::Copy("Test:four", "Test:old", {.Comment = false, .Replaces = true, .Moves = true}));
+    EXPECT_EQ(dos::ExamineObject("Test:old")->Comment, "A note");
+    EXPECT_EQ(Tree.Read("old") + (Tree.Exists("four") ? "?" : ""), "four");
     Calls().Renameat2 = [](int, const char*, int, const char*, unsigned) {
         errno = EXDEV;
         return -1;

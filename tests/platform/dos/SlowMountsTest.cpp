@@ -225,6 +225,80 @@ TEST_F(SlowMountsTest, TreesOnADyingDiskEndAndAreCancelled) {
     EXPECT_FALSE(Tree.Exists("here/1/b/stuck") || Tree.Exists("here/2/b/stuck"));
 }
 
+enum class Hang { None, Rename, Link, Attribute };
+std::atomic<Hang> Hanging; // what is done, but not answered
+
+void HangIf(Hang call) {
+    const int error = errno;
+    if (Hanging == call)
+        std::shared_ptr(TheDoor)->Pass();
+    errno = error;
+}
+
+// Each deed has a second step, which nobody waits for any more.
+TEST_F(SlowMountsTest, ADeedOfTwoStepsThatIsLeftBehindBeginsNoSecondOne) {
+    const std::string line = "----r-ed 2001-02-03 04:05:06.08 A note\n";
+    for (const char* name : {"dead/from", "dead/to", "dead/tree/file", "here/tree/file"})
+        Tree.Write(name, name);
+    for (const char* name : {"dead/from.uaem", "dead/tree/file.uaem"})
+        Tree.Write(name, line);
+    Tree.Link("dead/link", "new");
+    Tree.Link("dead/old", "old");
+    dos::Host().Openat = OpenBehindTheDoor;
+    HangingName = "";
+    dos::Host().Renameat2 = [](int from, const char* name, int to, const char* as, unsigned flags) {
+        const int result = dos::RealHost().Renameat2(from, name, to, as, flags);
+        HangIf(Hang::Rename);
+        return result;
+    };
+    dos::Host().Symlinkat = [](const char* text, int drawer, const char* name) {
+        const int result = dos::RealHost().Symlinkat(text, drawer, name);
+        HangIf(Hang::Link);
+        return result;
+    };
+    dos::Host().Getxattr = [](int drawer, const char* name, const char* attribute, void* into,
+                              std::size_t size) {
+        const long result = dos::RealHost().Getxattr(drawer, name, attribute, into, size);
+        HangIf(Hang::Attribute);
+        return result;
+    };
+    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
+    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
+    const auto force = [] {
+        dos::TreeControl control;
+        control.Trouble = [](const dos::TreeTrouble& trouble) {
+            Hanging = Hang::Attribute;
+            return trouble.Error == 223 ? dos::TroubleAnswer::Force : dos::TroubleAnswer::Skip;
+        };
+        return static_cast<bool>(
+            dos::CopyTree("Here:tree", "Dead:tree", {.Copy = {.Replaces = true}}, control));
+    };
+    using Deed = std::function<bool()>;
+    for (const auto& [call, deed] :
+         {std::pair<Hang, Deed>{Hang::Rename,
+                                [] {
+                                    return static_cast<bool>(
+                                        dos::Copy("Dead:from", "Dead:to", {.Replaces = true, .Moves = true}));
+                                }},
+          {Hang::Link,
+           [] { return static_cast<bool>(dos::Copy("Dead:link", "Dead:old", {.Replaces = true})); }},
+          {Hang::None, force}}) {
+        TheDoor = std::make_shared<Door>();
+        Hanging = call;
+        const std::size_t descriptors = OpenDescriptors();
+        EXPECT_FALSE(deed());
+        EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
+        TheDoor->Open();
+        while (OpenDescriptors() > descriptors) // until the work that was left behind has ended
+            std::this_thread::yield();
+    }
+    EXPECT_EQ(Tree.Read("dead/to"), "dead/from"); // by the step that hung
+    EXPECT_TRUE(Tree.Exists("dead/from.uaem") && !Tree.Exists("dead/to.uaem"));
+    EXPECT_EQ(std::filesystem::read_symlink(DeadRoot + "/old"), "old");
+    EXPECT_EQ(Tree.Read("dead/tree/file.uaem"), line);
+    EXPECT_EQ(Tree.Read("dead/tree/file"), "dead/tree/file");
+}
+
 TEST(RelayTest, WorkThatKeepsAskingHearsOfTheEnd) {
     bool hasHeard = false;
     const auto end = dos::Relay::Run(
