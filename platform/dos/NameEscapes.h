@@ -35,8 +35,8 @@ void AppendEscape(std::string& text, unsigned char c);
 // The value of a hexadecimal digit; -1 for another character.
 [[nodiscard]] int HexDigitValue(char c) noexcept;
 
-// The text with each "%" and its two hexadecimal digits as the byte that they stand for; nothing where an escape
-// is incomplete. The bytes may be any, NUL too.
+// The text with each "%" and its two hexadecimal digits as the byte that they stand for; nothing where an
+// escape is incomplete. The bytes may be any, NUL too.
 [[nodiscard]] std::optional<std::string> DecodePercents(std::string_view text);
 
 } // namespace dos
