@@ -6,6 +6,7 @@
 #include "locations/NavigationList.h"
 #include "locations/NewNodes.h"
 #include "locations/PlaceLists.h"
+#include "locations/PlaceRouter.h"
 #include "locations/RescanTabs.h"
 #include "locations/Tabs.h"
 #include "model/Content.h"
@@ -14,14 +15,15 @@
 #include "platform/dos/DiskEvents.h"
 #include "sak/FilenameSupport.h"
 
+#include <algorithm>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 namespace solvane {
 
 exec::SignalMask DiskEventSignal = 0;
 Text<128> DeviceRoot;
+Text<128> RemovedDevice;
 std::uint16_t FoundRoot = 0;
 
 namespace {
@@ -50,16 +52,17 @@ bool HasLeft(const DevicesNode& before) {
     return now == nullptr || now->VolumeName != before.VolumeName;
 }
 
-bool LiesOn(const Text<1024>& path, std::string_view volume) {
+// By the name of its volume or of its device.
+bool LiesOnRemoved(const Text<1024>& path) {
     Text<1024> root;
-    return SAK_GetDeviceRoot(path, root) && root == volume;
+    return SAK_GetDeviceRoot(path, root) && (root == DeviceRoot || root == RemovedDevice);
 }
 
-std::vector<std::uint32_t> RestingTabsOn(std::string_view volume) {
+std::vector<std::uint32_t> RestingTabsOnRemoved() {
     std::vector<std::uint32_t> found;
     for (const TabsNode& tab : *TabsList) {
         const bool isResting = &tab != ActiveTab && tab.TabUserData != ExtraTab;
-        if (isResting && tab.Location == LocationKind::Drawer && LiesOn(tab.Path, volume)) {
+        if (isResting && tab.Location == LocationKind::Drawer && LiesOnRemoved(tab.Path)) {
             found.push_back(tab.TabUserData);
         }
     }
@@ -67,13 +70,13 @@ std::vector<std::uint32_t> RestingTabsOn(std::string_view volume) {
 }
 
 // Closes the tabs of a volume that has gone; the last tab stays, at the list of devices.
-void CloseAllByVolumeName(std::string_view volume) {
+void CloseAllOnRemoved() {
     if (TabsList) {
-        for (const std::uint32_t tab : RestingTabsOn(volume)) {
+        for (const std::uint32_t tab : RestingTabsOnRemoved()) {
             static_cast<void>(CloseTabOf(tab));
         }
     }
-    if (LBLocation != LocationKind::Drawer || !LiesOn(CurrentPath, volume)) {
+    if (LBLocation != LocationKind::Drawer || !LiesOnRemoved(CurrentPath)) {
         return;
     }
     if (currTab == nullptr || CloseTab() == Closing::WithWindow) {
@@ -85,8 +88,39 @@ void CloseAllByVolumeName(std::string_view volume) {
 void CloseTabsOfLostVolumes() {
     FigureOutDiskRemoved_2();
     while (FoundRoot != 0) {
-        CloseAllByVolumeName(DeviceRoot);
+        CloseAllOnRemoved();
         FigureOutDiskRemoved_2();
+    }
+}
+
+bool IsNoted(const DevicesNode& device) {
+    return std::any_of(RemovedDevicesList->begin(), RemovedDevicesList->end(), [&](const DevicesNode& noted) {
+        return noted.DeviceName == device.DeviceName && noted.VolumeName == device.VolumeName;
+    });
+}
+
+// What is there now is what the next disk event compares with, however often the lists are read until then.
+void NoteDevicesAnew() {
+    RemovedDevicesList.reset();
+    FigureOutDiskRemoved_1();
+}
+
+// The lists that show devices; that on show is read at once.
+void ShowDevicesAnew() {
+    BuildNavigationList();
+    SetRescanAllTabsComputer();
+    SetRescanAllTabsByLocation(LocationKind::Workbench);
+    const bool isOnShow = LBLocation == LocationKind::Computer || LBLocation == LocationKind::Workbench;
+    if (!isOnShow) {
+        return;
+    }
+    if (LBLocation == LocationKind::Computer) {
+        ShowComputer();
+    } else {
+        ReloadLocation();
+    }
+    if (ActiveTab != nullptr) {
+        ActiveTab->RescanTab = 0;
     }
 }
 
@@ -104,6 +138,7 @@ bool StartDiskEvents() {
     }
     DiskEventSignal = exec::SignalMask{1} << Watch.MountsSignal;
     ListenToDeviceUsage(Watch.UsageSignal);
+    NoteDevicesAnew();
     return true;
 }
 
@@ -113,6 +148,7 @@ void EndDiskEvents() {
     exec::FreeSignal(Watch.MountsSignal);
     exec::FreeSignal(Watch.UsageSignal);
     Watch = WatchState();
+    RemovedDevicesList.reset();
     DiskEventSignal = 0;
 }
 
@@ -121,22 +157,27 @@ void DisksChanged() {
     FigureOutDiskRemoved_1();
     UpdateDevicesList();
     CloseTabsOfLostVolumes();
-    BuildNavigationList();
-    SetRescanAllTabsComputer();
-    if (LBLocation == LocationKind::Computer) {
-        ShowComputer();
-        if (ActiveTab != nullptr) {
-            ActiveTab->RescanTab = 0; // it has just been read
-        }
-    }
+    NoteDevicesAnew();
+    ShowDevicesAnew();
     BlockMainWindow(0);
 }
 
+void VolumeWasRenamed(const DevicesNode& device) {
+    if (RemovedDevicesList) {
+        for (DevicesNode& noted : *RemovedDevicesList) {
+            noted.VolumeName = noted.DeviceName == device.DeviceName ? device.VolumeName : noted.VolumeName;
+        }
+    }
+}
+
 void FigureOutDiskRemoved_1() {
-    if (!StartList(RemovedDevicesList) || !MasterDevicesList) {
+    if (!MasterDevicesList || (!RemovedDevicesList && !StartList(RemovedDevicesList))) {
         return;
     }
     for (const DevicesNode& device : *MasterDevicesList) {
+        if (IsNoted(device)) {
+            continue;
+        }
         DevicesNode* node = AppendNode(*RemovedDevicesList);
         if (node == nullptr) {
             return;
@@ -150,12 +191,14 @@ void FigureOutDiskRemoved_1() {
 void FigureOutDiskRemoved_2() {
     FoundRoot = 0;
     DeviceRoot.Clear();
+    RemovedDevice.Clear();
     if (!RemovedDevicesList || !MasterDevicesList) {
         return;
     }
     for (DevicesNode& before : *RemovedDevicesList) {
         if (HasLeft(before)) {
             DeviceRoot = before.VolumeName;
+            RemovedDevice = before.DeviceName;
             FoundRoot = 1;
             SAK_DeleteGenericListNode(*RemovedDevicesList, &before); // the next call finds the next one
             return;

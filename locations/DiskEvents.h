@@ -1,6 +1,7 @@
 // Disks that come and go: the master lists, the list on show and the tabs of what has gone follow.
 #pragma once
 
+#include "model/Devices.h"
 #include "platform/exec/Tasks.h"
 #include "sak/Text.h"
 
@@ -12,8 +13,9 @@ namespace solvane {
 
 extern exec::SignalMask DiskEventSignal; // one for each burst of changes; written by StartDiskEvents
 
-// The volume that FigureOutDiskRemoved_2 has found, valid when FoundRoot is 1.
+// The volume that FigureOutDiskRemoved_2 has found, and the device that it was in; valid when FoundRoot is 1.
 extern Text<128> DeviceRoot;
+extern Text<128> RemovedDevice;
 extern std::uint16_t FoundRoot;
 
 // --- Functions ---
@@ -27,8 +29,12 @@ void EndDiskEvents(); // harmless before StartDiskEvents
 // that has gone.
 void DisksChanged();
 
-// Notes the names of all devices in RemovedDevicesList; and then, with the lists read anew, finds the first
-// volume of it that has left: its device has gone, or has another volume in it.
+// The volume in a device has another name, and has not left.
+void VolumeWasRenamed(const DevicesNode& device);
+
+// Adds the devices that RemovedDevicesList does not know yet to it, which has had those of the last disk
+// event since then; and then, with the lists read anew, finds the first volume of it that has left: its
+// device has gone, or has another volume in it.
 void FigureOutDiskRemoved_1();
 void FigureOutDiskRemoved_2();
 

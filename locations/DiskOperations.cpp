@@ -3,8 +3,10 @@
 #include "content/Selection.h"
 #include "interface/MainLayout.h"
 #include "locations/Devices.h"
+#include "locations/DiskEvents.h"
 #include "locations/NavigationList.h"
 #include "locations/PlaceLists.h"
+#include "locations/TabRecords.h"
 #include "model/Content.h"
 #include "model/Program.h"
 #include "platform/dos/Errors.h"
@@ -117,6 +119,7 @@ void RelabelDisk() {
         return;
     }
     const Text<128> device = selected->DeviceName;
+    const Text<128> before = selected->VolumeName;
     BlockMainWindow(1);
     const std::optional<std::string> name = AskName(WithoutColons(selected->VolumeName));
     BlockMainWindow(0);
@@ -129,6 +132,10 @@ void RelabelDisk() {
     }
     UpdateAllLists();
     UpdateDevicesList();
+    if (const DevicesNode* renamed = FindMasterDevicesNode(device)) {
+        RenameVolumeInTabs(before, renamed->VolumeName);
+        VolumeWasRenamed(*renamed);
+    }
     BuildNavigationList();
     if (LBLocation == LocationKind::Computer) {
         ShowComputer();

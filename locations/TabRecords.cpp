@@ -5,9 +5,11 @@
 #include "content/Selection.h"
 #include "interface/MainLayout.h"
 #include "interface/TabBar.h"
+#include "locations/EnterDrawer.h"
 #include "locations/History.h"
 #include "model/Prefs.h"
 #include "prefs/LoadSavePrefs.h"
+#include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
@@ -15,6 +17,7 @@
 
 #include <chrono>
 #include <random>
+#include <string>
 #include <utility>
 
 namespace solvane {
@@ -91,6 +94,42 @@ void RemoveClickTab(std::uint32_t userData) {
     SAK_DeleteGenericListNode(*tabslist, tab);
     TabsOpen = SAK_GenericListCount(*tabslist);
 }
+
+// The new name of a volume, put into what names the old one.
+struct NewRoot {
+    std::string_view Before, Now;
+
+    [[nodiscard]] bool Has(const Text<1024>& path) const { return IsRootOf(path, Now); }
+    static bool IsRootOf(const Text<1024>& path, std::string_view volume) {
+        Text<1024> root;
+        return SAK_GetDeviceRoot(path, root) && root == volume;
+    }
+    void PutIn(Text<1024>& path) const {
+        if (!IsRootOf(path, Before)) {
+            return;
+        }
+        const std::string renamed = std::string(Now).append(path.View().substr(Before.size()));
+        if (renamed.size() <= Text<1024>::Limit) {
+            path = renamed;
+        }
+    }
+    void PutIn(HistoryNode& entry) const {
+        if (entry.Location == LocationKind::Drawer) {
+            PutIn(entry.Path);
+            entry.Name = entry.Name == Before ? Text<128>(Now) : entry.Name;
+        }
+    }
+    void PutIn(WorkingSet& set) const {
+        for (Text<1024>* path : {&set.Path, &set.PathUndo, &set.PathRead}) {
+            PutIn(*path);
+        }
+        if (set.HistoryList) {
+            for (HistoryNode& entry : *set.HistoryList) {
+                PutIn(entry);
+            }
+        }
+    }
+};
 
 // Ends what the active tab shows; what it owns goes with its set.
 void DropActiveSet() {
@@ -231,6 +270,28 @@ void GiveSettingToTabs(const std::int32_t& setting) {
             }
         });
     }
+}
+
+void RenameVolumeInTabs(std::string_view before, std::string_view now) {
+    if (!TabsList) {
+        return;
+    }
+    const NewRoot root{before, now};
+    DetachTabs();
+    for (TabsNode& node : *TabsList) {
+        root.PutIn(node);
+        if (&node == ActiveTab) {
+            root.PutIn(ActiveSet);
+        }
+        if (node.Location == LocationKind::Drawer && root.Has(node.Path)) {
+            node.RescanTab = 1; // its records have the paths of before
+            ClickTabNode* tab = FindClickTab(node.TabUserData);
+            if (tab != nullptr && node.TabUserData != ExtraTab) {
+                tab->Label = NameOfPath(node.Path);
+            }
+        }
+    }
+    AttachTabs();
 }
 
 void DeleteTabsNode(std::uint32_t userData) {

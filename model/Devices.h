@@ -97,8 +97,9 @@ struct PlaceRecord {
 // --- State: written by locations/ ---
 
 extern std::unique_ptr<GenericList<DevicesNode>> MasterDevicesList;
-extern std::unique_ptr<GenericList<DevicesNode>> NavDevicesList;     // the mounted ones
-extern std::unique_ptr<GenericList<DevicesNode>> RemovedDevicesList; // the names before the last disk event
+extern std::unique_ptr<GenericList<DevicesNode>> NavDevicesList; // the mounted ones
+extern std::unique_ptr<GenericList<DevicesNode>>
+    RemovedDevicesList; // the names after the last disk event, and later ones
 extern std::unique_ptr<GenericList<AssignsNode>> MasterAssignsList;
 extern std::unique_ptr<GenericList<MultiAssignNode>> MultiAssignList;
 
