@@ -1,10 +1,12 @@
 #include "content/DetailsPane.h"
 
+#include "content/DeviceKinds.h"
 #include "content/RowPictures.h"
 #include "content/Status.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
 #include "model/Content.h"
+#include "model/Devices.h"
 #include "model/Prefs.h"
 #include "platform/dos/Info.h"
 #include "platform/intuition/WishedImages.h"
@@ -18,6 +20,7 @@
 #include <array>
 #include <initializer_list>
 #include <string>
+#include <utility>
 
 namespace solvane {
 
@@ -108,7 +111,11 @@ void FillPlace(Bytes bytes) {
 
 // What a volume has besides; nothing where that cannot be found out.
 void FillVolume() {
-    const auto info = dos::Info(CurrentPath);
+    auto info = dos::Info(CurrentPath);
+    const DevicesNode* device = FindMasterDevicesNode(CurrentPath);
+    if (info && device != nullptr && device->Type == DeviceRAM) {
+        SetMemoryFigures(*info);
+    }
     if (!info || info->Blocks == 0) {
         return;
     }
@@ -124,16 +131,19 @@ void FillVolume() {
 }
 
 void ShowPictureOf(const ContentNode& node) {
-    if (!ShowsThumbnail()) {
-        return;
+    ShowFirstPicture(IconSteps(node), IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
+                                                                    : "PROGDIR:Images/Img_Project.png");
+}
+
+// An assign stands before a volume of its name.
+void ShowPictureOfRoot(std::string_view root) {
+    const DevicesNode* device =
+        FindMasterAssignsNode(root) == nullptr ? FindMasterDevicesNode(root) : nullptr;
+    if (device != nullptr) {
+        ShowFirstPicture(DeviceImageSteps(*device), "PROGDIR:Images/Img_DeviceUnknown.png");
+    } else {
+        ShowFirstPicture({}, "PROGDIR:Images/Img_Assigns.png");
     }
-    intuition::ImageWish wish;
-    wish.Steps = IconSteps(node);
-    wish.Width = wish.Height = DetailsPictureSide;
-    wish.Fallback = intuition::ObtainImage(IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
-                                                                         : "PROGDIR:Images/Img_Project.png");
-    SetDetailsPicture(intuition::LoadImage(wish));
-    intuition::ReleaseImage(wish.Fallback);
 }
 
 void FillEntry(const ContentNode& node) {
@@ -206,15 +216,26 @@ void DetailsPaneBrowsers() {
 }
 
 void SetContentImage(std::string_view path) {
-    const std::string place(path);
-    if (!SAK_IsDeviceRoot(path)) {
-        ShowPicture({place + ".info", "ENVARC:Sys/def_drawer.info", "PROGDIR:Images/Img_Drawer.png"});
+    if (AtFTPMount != 0) {
+        ShowPicture({"PROGDIR:Images/Img_FTPSites.png"});
+    } else if (SAK_IsDeviceRoot(path)) {
+        ShowPictureOfRoot(path);
+    } else {
+        ShowPicture(
+            {std::string(path) + ".info", "ENVARC:Sys/def_drawer.info", "PROGDIR:Images/Img_Drawer.png"});
+    }
+}
+
+void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view last) {
+    if (!ShowsThumbnail()) {
         return;
     }
-    const Text<128> root(path);
-    const bool isSystem = root == "DH0:" || root == "SYS:";
-    ShowPicture({place + "Disk.info", isSystem ? "ENVARC:Sys/def_sys.info" : "ENVARC:Sys/def_disk.info",
-                 "PROGDIR:Images/Img_DeviceUnknown.png"});
+    intuition::ImageWish wish;
+    wish.Steps = std::move(steps);
+    wish.Width = wish.Height = DetailsPictureSide;
+    wish.Fallback = intuition::ObtainImage(last);
+    SetDetailsPicture(intuition::LoadImage(wish));
+    intuition::ReleaseImage(wish.Fallback);
 }
 
 void DetailsPaneSwitchedTabs() {

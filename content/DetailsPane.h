@@ -1,7 +1,10 @@
 // What the Details pane and the status bar tell: about the place on show, or about what is selected in it.
 #pragma once
 
+#include "platform/intuition/WishedImages.h"
+
 #include <string_view>
+#include <vector>
 
 namespace solvane {
 
@@ -21,8 +24,11 @@ void DetailsPane5();
 // The same in a list of what is online.
 void DetailsPaneBrowsers();
 
-// Shows the icon of the drawer or volume at path, else the one of its kind.
+// Shows the icon of the drawer or volume at path, else the one of its kind; the picture of assigns for one.
 void SetContentImage(std::string_view path);
+
+// Shows the first of these pictures that there is, the one of the path last when there is none.
+void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view last);
 
 // Shows what the pane and the status bar told when the tab on show was left; no disk is asked.
 void DetailsPaneSwitchedTabs();

@@ -1,6 +1,7 @@
 #include "content/DeviceKinds.h"
 
 #include "model/Program.h"
+#include "platform/exec/Memory.h"
 #include "sak/Messages.h"
 
 #include <algorithm>
@@ -73,6 +74,14 @@ std::string_view GetDeviceType2(std::uint32_t type) {
 std::string_view GetDeviceType(const DevicesNode& device) {
     return device.Type == DeviceHardDisk && IsSystemDevice(device) ? SystemImage
                                                                    : GetDeviceType2(device.Type);
+}
+
+void SetMemoryFigures(dos::InfoData& info) {
+    constexpr std::uint64_t BlockSize = 512;
+    const exec::MemoryFigures memory = exec::AvailMem();
+    info.BytesPerBlock = BlockSize;
+    info.Blocks = memory.Total / BlockSize;
+    info.BlocksUsed = (memory.Total - std::min(memory.Free, memory.Total)) / BlockSize;
 }
 
 std::vector<intuition::ImageStep> DeviceImageSteps(const DevicesNode& device) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/Devices.h"
+#include "platform/dos/Info.h"
 #include "platform/intuition/WishedImages.h"
 
 #include <string>
@@ -21,5 +22,8 @@ namespace solvane {
 // Where the large picture of a device may come from: its own "Disk.info", where its kind may have one, and
 // that of its kind. Nothing is looked up on a device that may never answer.
 [[nodiscard]] std::vector<intuition::ImageStep> DeviceImageSteps(const DevicesNode& device);
+
+// The RAM disk takes what memory there is: its size is the machine's, not that of the disk that it lies on.
+void SetMemoryFigures(dos::InfoData& info);
 
 } // namespace solvane

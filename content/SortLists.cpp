@@ -130,6 +130,12 @@ void SortBy(std::int32_t column) {
     SetSortByDirection();
 }
 
+void SortAnew() {
+    if (const SortedLocation* location = SortedLocationOnShow()) {
+        SortAndRebuild(*location);
+    }
+}
+
 void DrawersOrder() {
     const SortedLocation* location = SortedLocationOnShow();
     SavePrefs(0);

@@ -29,6 +29,10 @@ void SortDOSList();
 // not.
 void SortBy(std::int32_t column);
 
+// Sorts what is on show as it is sorted already, after what a sort goes by has changed; selection and place
+// are kept.
+void SortAnew();
+
 // Saves the preferences and applies Prefs.DrawersOrder to a drawer on show.
 void DrawersOrder();
 

@@ -1,5 +1,6 @@
 #include "locations/DeviceUsage.h"
 
+#include "content/DeviceKinds.h"
 #include "locations/IdentifyDevice.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -14,8 +15,10 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace solvane {
@@ -100,38 +103,100 @@ std::string WithoutColon(std::string_view name) {
 }
 
 // A new answer may tell what the medium is.
-bool TakeAnswer(DevicesNode& device, const std::optional<dos::InfoData>& info) {
+bool TakeAnswer(DevicesNode& device, std::optional<dos::InfoData> info) {
     device.TotalBlocks = info ? info->Blocks : 0;
     device.BytesPerBlock = info ? info->BytesPerBlock : 0;
     IdentifyDevice(device);
+    if (info && device.Type == DeviceRAM) {
+        SetMemoryFigures(*info);
+    }
     return SetDeviceUsage(device, info);
 }
 
+// An answer with the volume that it is about, which may have left the device since it was asked.
+struct UsageAnswer {
+    std::string Device;
+    Text<128> Volume;
+    std::optional<dos::InfoData> Info;
+};
+
+// The volumes of questions that have no answer yet, by device.
+std::map<std::string, Text<128>> Asked;
+bool TypesChanged = false; // since DeviceTypesChanged was asked last
+
+std::vector<UsageAnswer> WithVolumes(std::vector<dos::VolumeAnswer> answers) {
+    std::vector<UsageAnswer> told;
+    for (dos::VolumeAnswer& answer : answers) {
+        auto asked = Asked.extract(answer.Device);
+        told.push_back(
+            {std::move(answer.Device), asked ? asked.mapped() : Text<128>(), std::move(answer.Info)});
+    }
+    return told;
+}
+
+// A device whose last question hangs is not asked again: its volume of then stays noted.
+std::vector<UsageAnswer> Ask(const std::vector<const DevicesNode*>& devices,
+                             std::chrono::milliseconds limit) {
+    std::vector<std::string> names;
+    for (const DevicesNode* device : devices) {
+        names.push_back(WithoutColon(device->DeviceName));
+        Asked.try_emplace(names.back(), device->VolumeName);
+    }
+    return WithVolumes(TheQuestions().Ask(names, limit));
+}
+
 template <class Visit>
-void ForDevice(std::string_view name, Visit visit) {
-    const Text<128> wanted(std::string(name) + ":");
+void ForDevice(const Text<128>& name, Visit visit) {
     if (MasterDevicesList) {
         for (DevicesNode& device : *MasterDevicesList) {
-            if (device.DeviceName == wanted) {
+            if (device.DeviceName == name) {
                 visit(device);
             }
         }
     }
-    if (ContentList && LBLocation == LocationKind::Computer) {
+    const bool showsDevices = LBLocation == LocationKind::Computer || LBLocation == LocationKind::Workbench;
+    if (ContentList && showsDevices) {
         for (ContentNode& entry : *ContentList) {
             DevicesNode* device = DeviceOf(entry);
-            if (device != nullptr && device->DeviceName == wanted) {
+            if (device != nullptr && device->DeviceName == name) {
                 visit(*device);
             }
         }
     }
 }
 
-bool GiveToLists(const std::vector<dos::VolumeAnswer>& answers) {
-    for (const dos::VolumeAnswer& answer : answers) {
-        ForDevice(answer.Device, [&answer](DevicesNode& device) { TakeAnswer(device, answer.Info); });
+void GiveTypeToPane(const DevicesNode& known) {
+    if (!NavDevicesList) {
+        return;
     }
-    return !answers.empty();
+    for (DevicesNode& device : *NavDevicesList) {
+        if (device.DeviceName == known.DeviceName && device.Type != known.Type) {
+            device.Type = known.Type;
+            TypesChanged = true;
+        }
+    }
+}
+
+// What is told of a volume that has left concerns nobody; the one that is there now is asked about.
+void GiveToLists(const std::vector<UsageAnswer>& answers) {
+    std::vector<const DevicesNode*> again;
+    for (const UsageAnswer& answer : answers) {
+        const Text<128> name(answer.Device + ":");
+        ForDevice(name, [&answer](DevicesNode& device) {
+            if (device.VolumeName == answer.Volume) {
+                TakeAnswer(device, answer.Info);
+            }
+        });
+        const DevicesNode* known = FindMasterDevicesNode(name);
+        if (known != nullptr && known->VolumeName == answer.Volume) {
+            GiveTypeToPane(*known);
+        } else if (known != nullptr && known->Mounted != 0) {
+            again.push_back(known);
+        }
+    }
+    if (!again.empty()) {
+        GiveToLists(Ask(again, std::chrono::milliseconds(0)));
+    }
 }
 
 } // namespace
@@ -162,9 +227,9 @@ bool GetDeviceUsage(DevicesNode& device) {
     }
     const std::string name = WithoutColon(device.DeviceName);
     bool isKnown = SetDeviceUsage(device, std::nullopt);
-    std::vector<dos::VolumeAnswer> answers = TheQuestions().Ask({name}, AtOnce);
-    for (const dos::VolumeAnswer& answer : answers) {
-        if (answer.Device == name) {
+    const std::vector<UsageAnswer> answers = Ask({&device}, AtOnce);
+    for (const UsageAnswer& answer : answers) {
+        if (answer.Device == name && answer.Volume == device.VolumeName) {
             isKnown = TakeAnswer(device, answer.Info);
         }
     }
@@ -176,25 +241,33 @@ void GetAllDeviceUsage() {
     if (!MasterDevicesList) {
         return;
     }
-    std::vector<std::string> names;
+    std::vector<const DevicesNode*> mounted;
     for (DevicesNode& device : *MasterDevicesList) {
         if (device.Mounted != 0) {
-            names.push_back(WithoutColon(device.DeviceName));
+            mounted.push_back(&device);
         }
         if (device.Usage == UsageState::Unasked) {
             SetDeviceUsage(device, std::nullopt); // until it answers
         }
     }
-    GiveToLists(TheQuestions().Ask(names, AtOnce));
+    GiveToLists(Ask(mounted, AtOnce));
 }
 
 bool TakeDeviceUsage() {
-    return Questions && GiveToLists(Questions->Take());
+    const std::vector<UsageAnswer> answers =
+        Questions ? WithVolumes(Questions->Take()) : std::vector<UsageAnswer>();
+    GiveToLists(answers);
+    return !answers.empty();
+}
+
+bool DeviceTypesChanged() {
+    return std::exchange(TypesChanged, false);
 }
 
 void ListenToDeviceUsage(int signal) {
     if (signal < 0) {
         Questions.reset();
+        Asked.clear();
         DeviceUsageSignal = 0;
         return;
     }

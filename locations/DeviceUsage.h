@@ -37,8 +37,11 @@ void GetAllDeviceUsage();
 // GetDeviceUsage.
 bool SetDeviceUsage(DevicesNode& device, const std::optional<dos::InfoData>& info);
 
-// Answers that came late go to MasterDevicesList and the devices in ContentList. True when there were any.
+// Answers that came late go to the lists of devices and the devices in ContentList. True when there were any.
+// What concerns a volume that has left its device meanwhile is dropped.
 [[nodiscard]] bool TakeDeviceUsage();
+// True when an answer has told since the last call that a device of NavDevicesList is of another kind.
+[[nodiscard]] bool DeviceTypesChanged();
 
 // Makes late answers set that signal of the calling task; -1 ends it, and forgets what is still asked.
 void ListenToDeviceUsage(int signal);

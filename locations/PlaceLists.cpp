@@ -1,10 +1,12 @@
 #include "locations/PlaceLists.h"
 
 #include "content/BuildLists.h"
+#include "content/DetailsPane.h"
 #include "content/DeviceKinds.h"
 #include "content/Drawers.h"
 #include "content/PlaceRows.h"
 #include "content/Selection.h"
+#include "content/SortLists.h"
 #include "content/Status.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
@@ -13,11 +15,14 @@
 #include "locations/DeviceUsage.h"
 #include "locations/EnterDrawer.h"
 #include "locations/History.h"
+#include "locations/NavigationList.h"
 #include "locations/NewNodes.h"
 #include "locations/PlaceRouter.h"
+#include "locations/RescanTabs.h"
 #include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/Tabs.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -79,19 +84,6 @@ std::string Colon(MessageNumber label, std::string_view text) {
     return FormatText("%s: %s", SAK_LocaleString(label), text);
 }
 
-// Shows the first picture there is; the program's own last.
-void ShowPicture(std::vector<intuition::ImageStep> steps, std::string_view last) {
-    if (!ShowsThumbnail()) {
-        return;
-    }
-    intuition::ImageWish wish;
-    wish.Steps = std::move(steps);
-    wish.Width = wish.Height = DetailsPictureSide;
-    wish.Fallback = intuition::ObtainImage(last);
-    SetDetailsPicture(intuition::LoadImage(wish));
-    intuition::ReleaseImage(wish.Fallback);
-}
-
 void FillComputer() {
     GetRAMUsage();
     Details1Buffer = SAK_LocaleString(MSG_COMPUTER);
@@ -99,13 +91,13 @@ void FillComputer() {
     Details5Buffer = Colon(MSG_TOTAL_RAM, totalRAMBuffer);
     Details7Buffer = ItemCount();
     SetFuelGaugeImage(static_cast<int>(percentRAM));
-    ShowPicture({{.Path = "ENVARC:Sys/def_computer.info"}}, "PROGDIR:Images/Img_Computer.png");
+    ShowFirstPicture({{.Path = "ENVARC:Sys/def_computer.info"}}, "PROGDIR:Images/Img_Computer.png");
 }
 
 void FillAssigns() {
     Details1Buffer = SAK_LocaleString(MSG_ASSIGNS);
     Details7Buffer = ItemCount();
-    ShowPicture({}, "PROGDIR:Images/Img_Assigns.png");
+    ShowFirstPicture({}, "PROGDIR:Images/Img_Assigns.png");
 }
 
 void FillDevice(const DevicesNode& device) {
@@ -122,21 +114,21 @@ void FillDevice(const DevicesNode& device) {
     if (device.Usage == UsageState::Known) {
         SetFuelGaugeImage(static_cast<int>(device.PercentUsed));
     }
-    ShowPicture(DeviceImageSteps(device), "PROGDIR:Images/Img_DeviceUnknown.png");
+    ShowFirstPicture(DeviceImageSteps(device), "PROGDIR:Images/Img_DeviceUnknown.png");
 }
 
 void FillAssign(const AssignsNode& assign) {
     Details1Buffer = assign.Name;
     Details2Buffer = SAK_LocaleString(assign.MultiAssign != 0 ? MSG_MULTI_ASSIGN : MSG_ASSIGN);
     Details3Buffer = assign.Target;
-    ShowPicture({}, "PROGDIR:Images/Img_Assigns.png");
+    ShowFirstPicture({}, "PROGDIR:Images/Img_Assigns.png");
 }
 
 void FillSelection() {
     Details1Buffer = Count(NumSelected, SAK_LocaleString(MSG_ITEMS_SELECTED));
     Details7Buffer = ItemCount();
-    ShowPicture({}, LBLocation == LocationKind::Computer ? "PROGDIR:Images/Img_MultiDevice.png"
-                                                         : "PROGDIR:Images/Img_MultiAssigns.png");
+    ShowFirstPicture({}, LBLocation == LocationKind::Computer ? "PROGDIR:Images/Img_MultiDevice.png"
+                                                              : "PROGDIR:Images/Img_MultiAssigns.png");
 }
 
 void FillPlace() {
@@ -165,20 +157,6 @@ void OpenRoot(std::string_view path) {
     PopulateContent2(root, root);
     SetMenuState();
     SetToolbarState();
-}
-
-void OpenMultiAssign(const Text<128>& name) {
-    BlockMainWindow(1);
-    const bool isThere = GetMultiAssign(name);
-    const std::int32_t chosen = isThere ? GetMultiAssignReq(name) : -1;
-    BlockMainWindow(0);
-    if (chosen < 0) {
-        return;
-    }
-    if (const MultiAssignNode* node =
-            SAK_GetGenericListNode(*MultiAssignList, static_cast<std::uint32_t>(chosen))) {
-        OpenRoot(node->Path);
-    }
 }
 
 } // namespace
@@ -231,6 +209,9 @@ void ShowComputer() {
     CopyFromMasterDevicesList();
     SortDevicesList(Prefs.ComputerSortDirection);
     BuildComputerList();
+    if (DeviceTypesChanged()) {
+        BuildNavigationList();
+    }
     DetailsPane4();
     SetMenuState();
     SetToolbarState();
@@ -252,15 +233,14 @@ void ShowAssigns() {
 void OpenPlace(const ContentNode& entry) {
     const AssignsNode* assign = AssignOf(entry);
     const DevicesNode* device = DeviceOf(entry);
-    if (assign != nullptr && assign->MultiAssign != 0) {
-        OpenMultiAssign(assign->Name);
-    } else if (assign != nullptr) {
-        OpenRoot(assign->Name);
-    } else if (device != nullptr && FindMasterDevicesNode(device->DeviceName) == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        SAK_LocaleString(MSG_NO_DEVICE_IN_LIST), SAK_LocaleString(MSG_CONTINUE_GAD));
+    if (assign != nullptr) {
+        const Text<1024> root = assign->MultiAssign != 0 ? ChooseDrawerOfAssign(Text<128>(assign->Name))
+                                                         : Text<1024>(assign->Name);
+        if (!root.Empty()) {
+            OpenRoot(root);
+        }
     } else if (device != nullptr && device->Mounted != 0) {
-        OpenRoot(device->VolumeName);
+        HandleNavigationListBrowser(Text<128>(device->Key)); // by what is in the device now
     }
 }
 
@@ -273,14 +253,24 @@ void DetailsPane4() {
 }
 
 void DeviceUsageCame() {
-    if (!TakeDeviceUsage() || LBLocation != LocationKind::Computer) {
+    if (!TakeDeviceUsage()) {
         return;
     }
-    if (Objects.ContentList != nullptr) {
+    if (DeviceTypesChanged()) {
+        BuildNavigationList();
+    }
+    const std::uint16_t marked = ActiveTab != nullptr ? ActiveTab->RescanTab : std::uint16_t(0);
+    SetRescanAllTabsComputer();
+    SetRescanAllTabsByLocation(LocationKind::Workbench);
+    if (ActiveTab != nullptr) {
+        ActiveTab->RescanTab = marked; // has the figures already
+    }
+    if (LBLocation == LocationKind::Computer) {
+        SortAnew();
+        DetailsPane4();
+    } else if (LBLocation == LocationKind::Workbench && Objects.ContentList != nullptr) {
         Objects.ContentList->Refresh();
     }
-    SelectContentListItems();
-    DetailsPane4();
 }
 
 } // namespace solvane
