@@ -5,6 +5,7 @@
 #include "sak/FilenameSupport.h"
 #include "sak/Text.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -26,10 +27,14 @@ std::string WordOf(LocationKind location) {
     return word;
 }
 
+std::string OldText; // of the selected row, which finds it again among rows that were made anew
+
 void SelectRow(std::size_t row) {
     Objects.Navigation->SetSelected(row);
     const std::size_t selected = Objects.Navigation->Selected();
-    OldSelected = selected == intuition::NoRow ? NothingSelected : static_cast<std::int32_t>(selected);
+    const bool isNone = selected == intuition::NoRow;
+    OldSelected = isNone ? NothingSelected : static_cast<std::int32_t>(selected);
+    OldText = isNone ? std::string() : Objects.Navigation->Rows()[selected].UserData;
 }
 
 template <class Fits>
@@ -78,6 +83,17 @@ void SetNavigationSelected(LocationKind location) {
     } else if (const std::string word = WordOf(location); !word.empty()) {
         SelectFirst([word](const Text<1024>& text) { return text == word; });
     }
+}
+
+void FindOldRow() {
+    if (Objects.Navigation == nullptr) {
+        return;
+    }
+    const auto& rows = Objects.Navigation->Rows();
+    const auto found = std::find_if(rows.begin(), rows.end(), [](const intuition::TreeRow& row) {
+        return !OldText.empty() && row.UserData == OldText;
+    });
+    SelectRow(found != rows.end() ? static_cast<std::size_t>(found - rows.begin()) : intuition::NoRow);
 }
 
 void SelectOldRow() {

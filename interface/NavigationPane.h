@@ -19,6 +19,9 @@ extern std::int32_t OldSelected; // the selected row; written here alone
 // away. Nothing without a pane.
 void SetNavigationSelected(LocationKind location);
 
+// Selects the row of the text that was selected before, after all rows were made anew; none when it has gone.
+void FindOldRow();
+
 // Selects the row that was selected before, after a click on one that cannot be.
 void SelectOldRow();
 

@@ -232,6 +232,7 @@ void BuildNavigationList() {
     Objects.Navigation->SetBackgrounds(OwnColour(Prefs.NavBackground1Color, "CFCFCF"),
                                        OwnColour(Prefs.NavBackground2Color, "C0C0C0"));
     WishForIcons();
+    FindOldRow();
     SetNavigationSelected(LBLocation);
 }
 
