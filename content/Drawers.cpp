@@ -52,12 +52,15 @@ void TellCannotRead() {
                 SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
-// False when there is no room for the "/".
+// The names of entries are put behind CurrentPath as it stands. False, after a requester, when there is no
+// room for the "/".
 bool AppendFinalSlash() {
     if (CurrentPath.View().ends_with(':') || CurrentPath.View().ends_with('/')) {
         return true;
     }
     if (CurrentPath.Size() == CurrentPath.Limit) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                        SAK_LocaleString(MSG_PATH_TOO_LONG), SAK_LocaleString(MSG_CONTINUE_GAD));
         return false;
     }
     CurrentPath.Append("/");
@@ -129,6 +132,7 @@ bool ScanDrawer() {
     }
     if (drawers.empty()) {
         DoReload = 0;
+        CheckLastCharPath();
         return false;
     }
     NoteFtpMount();
@@ -143,6 +147,7 @@ bool ScanDrawer() {
     DoReload = 0;
     BuildContentList();
     RestoreSelection(selection);
+    CheckLastCharPath();
     BlockMainWindow(0);
     return true;
 }

@@ -24,8 +24,12 @@ void CheckLocations() {
     if (!LocationsList) {
         return;
     }
+    std::string path(CurrentPath.View()); // "Work:Games/" is as good a text for a drawer as "Work:Games"
+    if (LBLocation == LocationKind::Drawer && !path.ends_with(':') && !path.ends_with('/')) {
+        path += '/';
+    }
     for (const LocationsNode& node : *LocationsList) {
-        if (SAK_Find(CurrentPath, CurrentPath.Size(), node.Path, FindMode::FoldCase) >= 0) {
+        if (SAK_Find(path, path.size(), node.Path, FindMode::FoldCase) >= 0) {
             LocationsViewStyle = node.ViewStyle;
             return;
         }

@@ -497,12 +497,14 @@ TEST_F(ScanTest, MultiAssignListsAllItsDrawersInOrderWithTheTotalsOfTheLast) {
     EXPECT_EQ(TotalBytes, 4U);
 }
 
-TEST_F(ScanTest, FinalSlashIsAddedForTheScanAndTakenOffOnce) {
-    Drawer("a");
-    ASSERT_TRUE(Scan("a"));
-    EXPECT_EQ(CurrentPath.View(), Path("a/"));
-    CheckLastCharPath();
-    CheckLastCharPath();
+TEST_F(ScanTest, PathOnShowHasNoFinalSlash) {
+    File("a/x");
+    for (const char* path : {"a", "a/"}) {
+        ASSERT_TRUE(Scan(path));
+        EXPECT_EQ(CurrentPath.View(), Path("a"));
+        EXPECT_EQ(Entry("x").EntryPath.View(), Path("a/x"));
+    }
+    static_cast<void>(ReloadDrawer());
     EXPECT_EQ(CurrentPath.View(), Path("a"));
     ASSERT_TRUE(Scan());
     EXPECT_EQ(CurrentPath.View(), Volume);
