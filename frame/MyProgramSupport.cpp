@@ -147,7 +147,11 @@ constexpr std::array Steps = {
                   return true;
               },
               NoMessage},
-    SetUpStep{CheckFormatVersion, NoMessage},
+    SetUpStep{[] {
+                  static_cast<void>(CheckFormatVersion()); // there need not be one
+                  return true;
+              },
+              NoMessage},
     SetUpStep{CheckSoundDatatypeVersion, NoMessage},
     SetUpStep{[] { return SAK_SetupNetworkInformation() && SAK_GetNetworkInformation(); }, MSG_NO_LIST},
 };

@@ -5,6 +5,7 @@
 #include "platform/dos/Volumes.h"
 #include "platform/utility/Text.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Version.h"
 
 #include <charconv>
 #include <cstddef>
@@ -16,6 +17,7 @@ namespace solvane {
 namespace {
 
 constexpr std::string_view VersionMark = "$VER: ";
+constexpr std::string_view FormatTool = "SYS:System/Format";
 constexpr std::size_t LargestTool = 64U << 20U; // bytes that are searched for a version string
 
 Text<1024> ToolPath(std::string_view name) {
@@ -87,8 +89,12 @@ bool CheckForFTPMount() {
 }
 
 bool CheckFormatVersion() {
-    EnhancerFormat =
-        VersionStringOf("SYS:System/Format").find("A-EON Technology Ltd") != std::string::npos ? 1 : 0;
+    EnhancerFormat = 0;
+    if (!SAK_FileExists(FormatTool) || !SAK_GetVersion(FormatTool)) {
+        return false;
+    }
+    const bool isEnhancer = SAK_GetVersionComment.View().find("A-EON Technology Ltd") != std::string::npos;
+    EnhancerFormat = isEnhancer ? 1 : 0;
     return true;
 }
 

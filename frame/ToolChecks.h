@@ -9,9 +9,11 @@ namespace solvane {
 [[nodiscard]] bool CheckForjhead();
 [[nodiscard]] bool CheckForjpegtran();
 
+// "SYS:System/Format" exists and has a version; whose it is goes to EnhancerFormat.
+[[nodiscard]] bool CheckFormatVersion();
+
 // These find out about optional parts and always result in true.
 [[nodiscard]] bool CheckForFTPMount();
-[[nodiscard]] bool CheckFormatVersion();
 [[nodiscard]] bool CheckSoundDatatypeVersion();
 
 } // namespace solvane

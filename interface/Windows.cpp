@@ -1,8 +1,12 @@
 #include "interface/Windows.h"
 
+#include "interface/MainLayout.h"
 #include "model/Program.h"
 #include "platform/dos/CommandLine.h"
 #include "platform/dos/System.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
 
 #include <string>
 
@@ -14,11 +18,16 @@ constexpr std::size_t LongestLine = 2047; // bytes
 
 } // namespace
 
-void OpenNewSolvaneWindow(std::string_view argument) {
+bool OpenNewSolvaneWindow(std::string_view argument) {
     const std::string line =
         "\"" + dos::EscapeArgument(ProgramComplete.View()) + "\" \"" + dos::EscapeArgument(argument) + "\"";
-    if (!ProgramComplete.View().empty() && line.size() <= LongestLine)
-        static_cast<void>(dos::StartSystem(line));
+    const bool fits = !ProgramComplete.Empty() && line.size() <= LongestLine;
+    if (fits && dos::StartSystem(line) == 0) {
+        return true;
+    }
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error, SAK_LocaleString(MSG_NO_WINDOW),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    return false;
 }
 
 } // namespace solvane

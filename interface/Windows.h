@@ -5,8 +5,8 @@
 
 namespace solvane {
 
-// Starts a new instance with one argument, which is data whatever it holds. Nothing is told of a failure; a
-// line that does not fit is not started.
-void OpenNewSolvaneWindow(std::string_view argument);
+// Starts a new instance with one argument, which is data whatever it holds. False, after a requester, when
+// that cannot be started or does not fit on a command line.
+bool OpenNewSolvaneWindow(std::string_view argument);
 
 } // namespace solvane

@@ -144,7 +144,7 @@ bool AddNode(GenericList<Node>& list, const KeptPlace& place) {
 
 template <class Node>
 void AddCurrentLocation(AskFirst ask) {
-    if (!CanBeKept(LBLocation)) {
+    if (!CanBeKept(LBLocation) || !KindOf<Node>::List()) {
         Tell(KindOf<Node>::Refusal);
         return;
     }
@@ -166,7 +166,8 @@ void AddCurrentLocation(AskFirst ask) {
 
 template <class Node>
 void Handle(std::uint32_t index) {
-    const Node* node = SAK_GetGenericListNode(*KindOf<Node>::List(), index);
+    const auto& list = KindOf<Node>::List();
+    const Node* node = list ? SAK_GetGenericListNode(*list, index) : nullptr;
     if (node == nullptr) {
         return;
     }
@@ -191,8 +192,10 @@ bool Rename(Node& node) {
 template <class Node>
 std::vector<KeptPlace> AllPlaces() {
     std::vector<KeptPlace> places;
-    for (const Node& node : *KindOf<Node>::List()) {
-        places.push_back(PlaceOf(node));
+    if (KindOf<Node>::List()) {
+        for (const Node& node : *KindOf<Node>::List()) {
+            places.push_back(PlaceOf(node));
+        }
     }
     return places;
 }
@@ -208,12 +211,17 @@ void OpenAllInTabs() {
 template <class Node>
 void OpenAllInWindows() {
     for (const KeptPlace& place : AllPlaces<Node>()) {
-        OpenNewSolvaneWindow(place.Path);
+        if (!OpenNewSolvaneWindow(ArgumentOfKeptPlace(place.Location, place.Name, place.Path))) {
+            return; // nor would the others come
+        }
     }
 }
 
 template <class Node>
 bool CopyFromMaster() {
+    if (!KindOf<Node>::List() || !ContentList) {
+        return true;
+    }
     for (const Node& kept : *KindOf<Node>::List()) {
         ContentNode* node = AddPlace(kept.Name, kept.Path, kept.Key);
         if (node == nullptr) {
@@ -227,6 +235,9 @@ bool CopyFromMaster() {
 
 template <class Node>
 void CopyToMaster() {
+    if (!KindOf<Node>::List() || !ContentList) {
+        return;
+    }
     auto list = SAK_CreateGenericList<Node>();
     for (const ContentNode& node : *ContentList) {
         if (!list || !AddNode(*list, {node.LeadsTo, node.EntryName, node.EntryPath})) {
