@@ -9,6 +9,7 @@
 #include "interface/Locale.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "locations/EnterDrawer.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
 #include "locations/RescanTabs.h"
@@ -75,7 +76,7 @@ void ServeGadget(const WindowEvent& event) {
         ReloadLocation();
         break;
     case GadgetPath:
-        CurrentPath = Objects.Path->Text();
+        CurrentPath = TypedPath(Objects.Path->Text()).value_or(PathTooLong);
         HandlePathGadget();
         break;
     case GadgetViewStyle:

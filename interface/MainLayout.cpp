@@ -30,8 +30,8 @@ Text<128>& StatusBarBuffer2 = ActiveSet.StatusBar2;
 namespace {
 
 constexpr std::chrono::milliseconds RepaintInterval(30);
-constexpr std::size_t LongestPath = 1023;
-constexpr std::int32_t LeastPane = 5; // per cent
+constexpr std::size_t LongestPath = 4096; // what is too long is told, not cut
+constexpr std::int32_t LeastPane = 5;     // per cent
 
 template <class Kind>
 Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int weight = 0) {

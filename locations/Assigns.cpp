@@ -2,6 +2,7 @@
 
 #include "interface/MainLayout.h"
 #include "locations/NewNodes.h"
+#include "model/ContentNode.h"
 #include "model/Devices.h"
 #include "platform/dos/Locks.h"
 #include "platform/dos/Volumes.h"
@@ -25,6 +26,9 @@ namespace {
 // hang.
 Text<1024> ResolvedPath(const std::string& path) {
     Text<1024> resolved;
+    if (path.size() > Text<1024>::Limit) {
+        return PathTooLong; // which is told when it is chosen
+    }
     const DevicesNode* device = SAK_GetDeviceRoot(path, resolved) ? FindMasterDevicesNode(resolved) : nullptr;
     if (device != nullptr && device->MayHang != 0) {
         return path;
@@ -96,6 +100,18 @@ std::int32_t GetMultiAssignReq(std::string_view name) {
     }
     const bool isChosen = answer.Gadget == 1 && answer.Choice < form.Choices.size();
     return isChosen ? static_cast<std::int32_t>(answer.Choice) : -1;
+}
+
+Text<1024> ChooseDrawerOfAssign(const Text<128>& name) {
+    if (!GetMultiAssign(name) || SAK_GenericListCount(*MultiAssignList) < 2) {
+        return Text<1024>(name);
+    }
+    BlockMainWindow(1);
+    const std::int32_t chosen = GetMultiAssignReq(name);
+    BlockMainWindow(0);
+    const MultiAssignNode* node =
+        chosen >= 0 ? SAK_GetGenericListNode(*MultiAssignList, static_cast<std::uint32_t>(chosen)) : nullptr;
+    return node != nullptr ? node->Path : Text<1024>();
 }
 
 } // namespace solvane

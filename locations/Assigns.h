@@ -1,6 +1,8 @@
 // The lists of assigns, and the choice among the drawers of one that stands for several.
 #pragma once
 
+#include "sak/Text.h"
+
 #include <cstdint>
 #include <string_view>
 
@@ -17,5 +19,9 @@ void SortMasterAssignsList(); // by name
 
 // Lets the user choose one of these drawers: its place in MultiAssignList, -1 for none.
 [[nodiscard]] std::int32_t GetMultiAssignReq(std::string_view name);
+
+// Where an assign leads: to itself, but for a multi-assign to the drawer of it that the user chooses. Empty
+// when he gives that up.
+[[nodiscard]] Text<1024> ChooseDrawerOfAssign(const Text<128>& name);
 
 } // namespace solvane

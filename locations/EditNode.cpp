@@ -1,12 +1,14 @@
 #include "locations/EditNode.h"
 
 #include "interface/MainLayout.h"
+#include "locations/EnterDrawer.h"
 #include "platform/intuition/FormRequesters.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +27,8 @@ void Tell(MessageNumber text, RequesterImage image) {
 std::vector<std::string> Buttons() {
     return {std::string(SAK_LocaleString(MSG_OK_GAD)), std::string(SAK_LocaleString(MSG_CANCEL_GAD))};
 }
+
+constexpr std::size_t LongestTyped = 4096; // bytes; host paths may be longer than what they become
 
 // Asks until nothing is empty that must not be. The result is the gadget; the fields have what was entered.
 int AskUntilWhole(intuition::FormSpec& form, EmptyValues empty) {
@@ -61,14 +65,22 @@ int EditNode(std::string_view title, std::string_view picture, std::string_view 
                            .MaximumBytes = Text<128>::Limit});
     form.Fields.push_back({.Label = std::string(drawerLabel),
                            .Text = std::string(AslReqDrawer.View()),
-                           .MaximumBytes = Text<1024>::Limit,
+                           .MaximumBytes = LongestTyped,
                            .ChooserTitle = std::string(SAK_LocaleString(MSG_SELECT_DRAWER))});
-    const int result = AskUntilWhole(form, empty);
-    if (result > 0) {
-        AslReqFile = form.Fields[0].Text;
-        AslReqDrawer = form.Fields[1].Text;
+    for (;;) {
+        const int result = AskUntilWhole(form, empty);
+        const std::optional<Text<1024>> drawer = TypedPath(form.Fields[1].Text);
+        if (result > 0 && !drawer) {
+            Tell(MSG_PATH_TOO_LONG, RequesterImage::Information);
+            form.Focus = 1;
+            continue;
+        }
+        if (result > 0) {
+            AslReqFile = form.Fields[0].Text;
+            AslReqDrawer = *drawer;
+        }
+        return result;
     }
-    return result;
 }
 
 int EditNodeNoDrawer(std::string_view title, std::string_view picture, std::string_view label,

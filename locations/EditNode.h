@@ -19,8 +19,8 @@ enum class EmptyValues : std::uint8_t { Refused, Allowed };
 
 // Asks for a name and a drawer, with a button that lets a drawer be chosen. Above 0: confirmed, and both hold
 // what was entered. 0: cancelled, below 0: the dialog could not be opened, which was told; both stay. A value
-// that is empty and must not be is told, and the dialog comes back. picture: path of the picture beside the
-// fields.
+// that is empty and must not be is told, and the dialog comes back. So is a drawer that is too long; it may
+// be typed as in the path gadget. picture: path of the picture beside the fields.
 [[nodiscard]] int EditNode(std::string_view title, std::string_view picture, std::string_view nameLabel,
                            std::string_view drawerLabel, EmptyValues empty = EmptyValues::Refused);
 

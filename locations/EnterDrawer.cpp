@@ -12,6 +12,7 @@
 #include "model/Devices.h"
 #include "model/Prefs.h"
 #include "model/Tabs.h"
+#include "platform/dos/HostPaths.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
@@ -19,6 +20,7 @@
 #include "sak/Requesters.h"
 
 #include <algorithm>
+#include <string>
 
 namespace solvane {
 
@@ -81,6 +83,15 @@ Text<128> NameOfPath(std::string_view path) {
     Text<128> name;
     SAK_SplitFilename(path, drawer, name);
     return name.Empty() ? Text<128>(path) : name;
+}
+
+std::optional<Text<1024>> TypedPath(std::string_view typed) {
+    std::string path = dos::FromHostPath(typed);
+    const bool climbs = path.ends_with("//") || path.ends_with(":/"); // to the parent
+    if (path.ends_with('/') && !climbs) {
+        path.pop_back();
+    }
+    return path.size() <= Text<1024>::Limit ? std::optional(Text<1024>(path)) : std::nullopt;
 }
 
 void SetCurrentPath(std::string_view path) {

@@ -3,12 +3,17 @@
 
 #include "sak/Text.h"
 
+#include <optional>
 #include <string_view>
 
 namespace solvane {
 
 // What history and tabs call a path: its last component, or all of a root.
 [[nodiscard]] Text<128> NameOfPath(std::string_view path);
+
+// What a person has typed as a path: host paths, file: URLs and "~" become volume paths, and a final "/" is
+// dropped. Nothing when it does not fit.
+[[nodiscard]] std::optional<Text<1024>> TypedPath(std::string_view typed);
 
 // Makes path the path on show and the one to return to. It must fit (1023 bytes).
 void SetCurrentPath(std::string_view path);

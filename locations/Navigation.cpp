@@ -7,11 +7,11 @@
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "locations/Assigns.h"
 #include "locations/PlaceLists.h"
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
-#include "platform/dos/HostPaths.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
@@ -75,7 +75,12 @@ void GoToTypedDrawer() {
 
 void GoToTypedAssign() {
     const Text<1024> assign = CurrentPath;
-    PopulateContent2(assign, assign);
+    ReturnToPathOnShow(); // until a drawer is chosen and on show
+    const Text<1024> path = ChooseDrawerOfAssign(Text<128>(assign));
+    if (path.Empty()) {
+        return;
+    }
+    PopulateContent2(path, path);
     SetMenuState();
     SetToolbarState();
 }
@@ -155,14 +160,15 @@ void ServeDoubleClick(std::size_t row) {
 } // namespace
 
 void HandlePathGadget() {
-    const std::string typed = dos::FromHostPath(CurrentPath);
-    if (typed.size() > Text<1024>::Limit) {
-        TellNoDrawer();
+    const Text<1024> typed = TypedPath(CurrentPath).value_or(PathTooLong);
+    if (typed.View() == PathTooLong) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                        SAK_LocaleString(MSG_PATH_TOO_LONG), SAK_LocaleString(MSG_CONTINUE_GAD));
         ReturnToPathOnShow();
         return;
     }
     CurrentPath = typed;
-    if (typed.find(':') == std::string::npos) {
+    if (typed.View().find(':') == std::string_view::npos) {
         GoToTypedPlace(NavigationWordOf(typed));
     } else if (FindMasterAssignsNode(CurrentPath) != nullptr) {
         GoToTypedAssign();

@@ -2,6 +2,7 @@
 
 #include "content/Selection.h"
 #include "interface/MenuState.h"
+#include "locations/Assigns.h"
 #include "locations/Navigation.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
@@ -43,6 +44,48 @@ void AddTabAtComputer() {
     }
 }
 
+// Where a selected row leads. Word: by what it is routed; else one of the rest counts.
+struct TabTarget {
+    Text<1024> Word;
+    Text<128> MultiAssign; // which of its drawers is asked
+    LocationKind LeadsTo = LocationKind::Drawer;
+    Text<128> Name;
+    Text<1024> Path;
+};
+
+// A drive without a medium has nothing to show.
+bool HasPlaceBehind(const ContentNode& entry) {
+    const DevicesNode* device = DeviceOf(entry);
+    const bool isEmpty = device != nullptr && device->Mounted == 0;
+    return IsDrawerKind(entry.ObjectKind) && !entry.EntryName.Empty() && !isEmpty;
+}
+
+TabTarget TargetOf(const ContentNode& entry) {
+    if (DeviceOf(entry) != nullptr || LBLocation == LocationKind::FTPSites) {
+        return {.Word = entry.EntryDisplayName, .MultiAssign = {}, .Name = {}, .Path = {}};
+    }
+    const AssignsNode* assign = AssignOf(entry);
+    return {.Word = {},
+            .MultiAssign = assign != nullptr && assign->MultiAssign != 0 ? assign->Name : Text<128>(),
+            .LeadsTo = entry.LeadsTo,
+            .Name = entry.EntryName,
+            .Path = entry.EntryPath};
+}
+
+void OpenInTab(const TabTarget& target) {
+    const Text<1024> path =
+        target.MultiAssign.Empty() ? target.Path : ChooseDrawerOfAssign(target.MultiAssign);
+    if (target.Word.Empty() && path.Empty()) {
+        return; // none was chosen
+    }
+    OpenNewTab(1);
+    if (!target.Word.Empty()) {
+        GoToPlace(target.Word);
+    } else {
+        GoToKeptPlace(target.LeadsTo, target.Name, path);
+    }
+}
+
 } // namespace
 
 void CloneTab() {
@@ -66,27 +109,18 @@ void CloneTab() {
 void OpenMultipleNewTabs() {
     Qualifier = 0;
     SelectContentListItems();
-    struct Target {
-        LocationKind LeadsTo;
-        Text<128> Name;
-        Text<1024> Path, Key;
-    };
-    const bool areSites = LBLocation == LocationKind::FTPSites;
-    std::vector<Target> targets; // records go with their list, should the tab be read anew
+    std::vector<TabTarget> targets; // records go with their list, should the tab be read anew
     for (const ListRow& row : lblist2) {
-        if (row.Record != nullptr && row.Record->Selected != 0 && IsDrawerKind(row.Record->ObjectKind) &&
-            !row.Record->EntryName.Empty()) {
-            targets.push_back({row.Record->LeadsTo, row.Record->EntryName, row.Record->EntryPath,
-                               row.Record->EntryDisplayName});
+        if (row.Record != nullptr && row.Record->Selected != 0 && HasPlaceBehind(*row.Record)) {
+            targets.push_back(TargetOf(*row.Record));
         }
     }
-    for (const Target& target : targets) {
-        OpenNewTab(1);
-        if (areSites) {
-            GoToPlace(target.Key);
-        } else {
-            GoToKeptPlace(target.LeadsTo, target.Name, target.Path);
-        }
+    if (LBLocation == LocationKind::FTPSites && FoundFTPMount == 0 && !targets.empty()) {
+        GoToPlace(targets.front().Word); // tells that there is none, and opens no tab
+        return;
+    }
+    for (const TabTarget& target : targets) {
+        OpenInTab(target);
     }
     SetMenuState();
     SetToolbarState();

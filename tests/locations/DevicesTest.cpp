@@ -248,9 +248,11 @@ TEST_F(DevicesTest, DisksThatComeAndGoAreSeenAndLeft) {
     Prefs.ShowVolumeLabelAs = 1;
     ASSERT_TRUE(GetDevices());
     File("disk3/file");
-    PopulateContent2("disk3", "disk3:");
+    DisksChanged();
+    PopulateContent2("disk3", Device("disk3:").DeviceName);
     EXPECT_THAT(Rows(), ElementsAre("file"));
     Mount({"disk4", "new"});
+    ASSERT_TRUE(GetDevices()); // a look at the devices for another reason comes first
     DisksChanged();
     EXPECT_EQ(LBLocation, LocationKind::Computer) << "the disk on show has gone with others";
     EXPECT_THAT(Rows(), Contains("new:"));
@@ -313,6 +315,9 @@ TEST_F(DevicesTest, MultiAssignLetsTheUserChoose) {
     EXPECT_EQ(asked.Title, "Select multi-assign path for " + name);
     EXPECT_THAT(asked.Choices, ElementsAre(Path("one"), Path("two")));
     EXPECT_EQ(LBLocation, LocationKind::Assigns) << "nothing was chosen";
+    CurrentPath = name;
+    HandlePathGadget();
+    EXPECT_EQ(CurrentPath.View(), "Assigns") << "nor for a typed one";
     intuition::SetFormHandler([](const intuition::FormSpec&) {
         return intuition::FormAnswer{.Gadget = 1, .Texts = {}, .Choice = 1};
     });

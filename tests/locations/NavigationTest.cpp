@@ -102,7 +102,7 @@ TEST_F(NavigationTest, AssignIsShownUnderItsOwnName) {
                                {Path("one"), Path("two")}));
     ASSERT_TRUE(GetAssigns());
     EXPECT_EQ(FindMasterAssignsNode(name)->MultiAssign, 1);
-    Type(name);
+    PopulateContent2(name, name);
     EXPECT_EQ(PathUndoBuffer.View(), name);
     EXPECT_THAT(Rows(), ElementsAre("a", "b"));
     Prefs.ShowFullPathForAssigns = 1;

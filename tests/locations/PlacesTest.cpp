@@ -129,7 +129,7 @@ TEST_F(PlacesTest, WordsLeadToTheirLists) {
                 {"FTPSites", LocationKind::FTPSites, "FTP Sites", "FTPSites"},
                 {"OS4DepotFull", LocationKind::OS4Depot, "OS4Depot Full", "OS4DepotFull"},
                 {"AminetRecent", LocationKind::Aminet, "Aminet Recent", "AminetRecent"},
-                {"[fav]" + Path("d"), LocationKind::Drawer, Path("d/"), "[Fav]" + Path("d")},
+                {"[fav]" + Path("d"), LocationKind::Drawer, Path("d"), "[Fav]" + Path("d")},
                 {"[Dev]" + std::string(FindMasterDevicesNode(Volume)->DeviceName.View()),
                  LocationKind::Drawer, Volume, std::string(FindMasterDevicesNode(Volume)->Key.View())},
                 {"OS4Depot", LocationKind::Drawer, Volume, // and nothing happens
@@ -179,6 +179,8 @@ TEST_F(PlacesTest, AltOpensElsewhereAndLeavesThisWindowAlone) {
     }
     HandleFavorites(0);
     EXPECT_EQ(LBLocation, LocationKind::Drawer);
+    EXPECT_THAT(Requests, ElementsAre("Could not open window.", "Could not open window.",
+                                      "Could not open window.", "Could not open window."));
     EXPECT_TRUE(GoToPlace("Computer")) << "keys that are held for something else do not count";
     EXPECT_EQ(LBLocation, LocationKind::Computer);
 }
@@ -207,6 +209,15 @@ TEST_F(PlacesTest, PaneComesAndGoesWithRowsAndSelectionInPlace) {
         EXPECT_EQ(GetNavigationWidth(), width);
     }
     EXPECT_EQ(SelectedText(), std::string(FindMasterDevicesNode(Volume)->Key.View()));
+}
+
+TEST_F(PlacesTest, SelectedRowIsFoundAgainAmongNewRows) {
+    ASSERT_TRUE(GoToPlace("Assigns"));
+    LBLocation = LocationKind::SearchResults; // has no row of its own
+    AddFavorite("before it", Path("d"));
+    EXPECT_EQ(SelectedText(), "Assigns");
+    SelectOldRow();
+    EXPECT_EQ(SelectedText(), "Assigns");
 }
 
 TEST_F(PlacesTest, PlaceOnShowIsKeptUnderTheNameThatTheUserGives) {
@@ -262,8 +273,10 @@ TEST_F(PlacesTest, ListsOfPlacesAreKeptByTheirNames) {
 
 TEST_F(PlacesTest, RenamedEntriesHaveNewKeys) {
     FavoritesNode& drawer = AddFavorite("old", Path("d"));
-    Answer({FormAnswer{1, {"new", Path("e")}, 0}, FormAnswer{1, {"Online"}, 0}});
+    Answer({FormAnswer{1, {"new", Volume + std::string(1100, 'x')}, 0},
+            FormAnswer{1, {"new", Host("e").string() + "/"}, 0}, FormAnswer{1, {"Online"}, 0}});
     EXPECT_TRUE(RenameFavorites(drawer));
+    EXPECT_THAT(Requests, ElementsAre("Path is too long."));
     EXPECT_EQ(drawer.Key.View(), "[Fav]" + Path("e"));
     FavoritesNode& online = AddFavorite("Aminet Recent", "Aminet Recent", LocationKind::Aminet);
     EXPECT_TRUE(RenameFavorites(online));

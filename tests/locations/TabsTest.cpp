@@ -6,13 +6,17 @@
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
 #include "locations/History.h"
+#include "locations/KeptPlaces.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
 #include "locations/RescanTabs.h"
 #include "locations/TabRecords.h"
 #include "locations/VisitHistory.h"
 #include "model/Program.h"
+#include "platform/dos/Volumes.h"
 #include "platform/exec/Tasks.h"
+#include "platform/intuition/FormRequesters.h"
+#include "prefs/PrefsLists.h"
 #include "sak/Notify.h"
 #include "tests/content/DrawerTest.h"
 #include "tests/locations/OpenWindow.h"
@@ -227,6 +231,55 @@ TEST_F(TabsTest, AMarkedTabIsReadAnewWhenItIsShown) {
     RescanAllTabs();
     EXPECT_THAT(Labels(), ElementsAre("a", "b", "*c", "New tab"));
     EXPECT_THAT(Rows(), ElementsAre("in c", "new"));
+}
+
+TEST_F(TabsTest, TabsFollowAVolumeThatIsRenamed) {
+    ThreeTabs();
+    PopulateContent2("root", Volume);
+    OpenOn("a");
+    RenameVolumeInTabs(Volume, "New:");
+    EXPECT_THAT(Labels(), ElementsAre("a", "b", "New:", "*a", "New tab"));
+    EXPECT_EQ(CurrentPath.View(), "New:a");
+    EXPECT_EQ(CurrentHistory->Path.View(), "New:a");
+    EXPECT_EQ(ActiveTab->RescanTab, 1) << "its records have the old paths";
+    RenameVolumeInTabs("New:", Volume);
+    SwitchToTabNumber(3);
+    GoBackInHistory();
+    EXPECT_THAT(Rows(), ElementsAre("in c"));
+}
+
+TEST_F(TabsTest, RestingListsOfKeptPlacesAreMarkedWhenOneChanges) {
+    ASSERT_TRUE(CreatePrefsLists());
+    for (const auto& [word, add] : {std::pair{"Favorites", &AddCurrentLocationToFavorites},
+                                    std::pair{"Bookmarks", &AddCurrentLocationToBookmarks}}) {
+        GoToPlace(word);
+        OpenOn("start");
+        add(AskFirst::No);
+        SwitchToTabNumber(1);
+        EXPECT_THAT(Rows(), ElementsAre("start")) << word;
+    }
+    FreePrefsLists();
+}
+
+TEST_F(TabsTest, SelectedAssignsAskWhichOfTheirDrawersIsMeant) {
+    File("one/a");
+    File("two/b");
+    const std::string name = "Tab" + Volume;
+    ASSERT_TRUE(dos::SetAssign(name.substr(0, name.size() - 1), dos::AssignKind::Directory,
+                               {Path("one"), Path("two")}));
+    for (const int gadget : {0, 1}) {
+        GoToPlace("Assigns");
+        for (std::size_t row = 0; row < lblist2.size(); ++row) {
+            Objects.ContentList->Select(row, lblist2[row].Record->EntryName == name);
+        }
+        intuition::SetFormHandler([gadget](const intuition::FormSpec&) {
+            return intuition::FormAnswer{gadget, {}, 1};
+        });
+        OpenMultipleNewTabs();
+    }
+    intuition::SetFormHandler({});
+    EXPECT_EQ(TabsOpen, 3U) << "none was opened for the one that was given up";
+    EXPECT_THAT(Rows(), ElementsAre("b"));
 }
 
 TEST_F(TabsTest, AMarkedTabOnShowKeepsItsSelection) {
