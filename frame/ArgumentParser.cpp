@@ -10,6 +10,7 @@
 #include "platform/utility/Text.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
+#include "sak/Icons.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Numbers.h"
@@ -169,22 +170,8 @@ bool StackIsEnough() {
     return false;
 }
 
-// The program's icon, wherever a start from the desktop may have left it; icons of other types do not count.
-std::optional<icon::DiskObject> SAK_GetProgramIcon() {
-    const std::array<std::string, 4> places = {
-        std::string(ProgramName.View()), "PROGDIR:" + std::string(ProgramName.View()),
-        std::string(ProgramComplete.View()), std::string(ProgramDir.View())};
-    for (const std::string& place : places) {
-        auto object = icon::GetDiskObject(place);
-        if (object && object->Type == icon::IconType::Tool) {
-            return object;
-        }
-    }
-    return std::nullopt;
-}
-
 bool TakeToolTypes(bool pathsWanted) {
-    const auto object = SAK_GetProgramIcon();
+    const auto object = SAK_GetProgramIcon(ProgramName.View(), ProgramDir.View());
     if (!object) {
         return true;
     }

@@ -3,6 +3,7 @@
 #include "automation/ARexxScripts.h"
 #include "content/BuildLists.h"
 #include "content/Drawers.h"
+#include "fileops/Drops.h"
 #include "frame/Terminate.h"
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
@@ -238,6 +239,9 @@ void Dispatch(const WindowEvent& event) {
     case EventClass::ChangeWindow:
         KeepGeometry();
         break;
+    case EventClass::AppMessage:
+        AppMsgFunc(event.Objects);
+        break;
     case EventClass::Iconify:
         static_cast<void>(Iconify());
         break;
@@ -302,8 +306,7 @@ Station ActOnARexxJump() {
         static_cast<void>(Iconify());
         return Station::WaitLoop;
     case 6:
-        Uniconify();
-        return Station::EntryC;
+        return LeaveIcon();
     case 9:
         GoToParent();
         return Station::WaitLoop;

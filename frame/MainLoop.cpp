@@ -3,6 +3,7 @@
 #include "automation/ARexx.h"
 #include "automation/Commodity.h"
 #include "content/DrawerMonitor.h"
+#include "fileops/Drops.h"
 #include "frame/EventDispatch.h"
 #include "frame/LanguageCheck.h"
 #include "frame/Ports.h"
@@ -14,6 +15,7 @@
 #include "locations/DeviceUsage.h"
 #include "locations/DiskEvents.h"
 #include "locations/PlaceLists.h"
+#include "locations/Tabs.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -43,12 +45,33 @@ exec::SignalMask PortMask() {
     return Port ? Port->Mask() : 0;
 }
 
-// Messages of the icon come with the icon: each is replied as it is.
-Station ServeAppIcon() {
-    while (auto message = exec::GetMsg(*AppIconPort)) {
-        exec::ReplyMsg(std::move(message));
+// The user wants the window to work in.
+Station ShowProgram() {
+    if (Iconified != 0) {
+        return LeaveIcon();
     }
+    if (!MainWindow || !MainWindow->IsOpen()) { // waits as a commodity
+        LoadImages = 1;
+        SecondRun = 1;
+        return Station::EntryB;
+    }
+    MainWindow->ToFront();
+    MainWindow->Activate();
     return Station::WaitLoop;
+}
+
+Station ServeAppIcon() {
+    return AppIconMsg(*AppIconPort) ? ShowProgram() : Station::WaitLoop;
+}
+
+Station ServeAppMenu() {
+    if (!AppIconMsg(*AppMenuPort)) {
+        return Station::WaitLoop;
+    }
+    if (MainWindow && MainWindow->IsOpen()) {
+        OpenNewTab(0);
+    }
+    return ShowProgram();
 }
 
 // The public port only names the instance; commands have a port of their own.
@@ -120,17 +143,10 @@ Station ServeTimer() {
     return Station::WaitLoop;
 }
 
-// The user has picked one of the program's notices.
+// The user has picked one of the program's notices or its entry in the dock.
 Station ServeDesktop() {
-    if (Iconified != 0) {
-        Uniconify();
-        return Station::EntryC;
-    }
-    if (MainWindow && MainWindow->IsOpen()) {
-        MainWindow->ToFront();
-        MainWindow->Activate();
-    }
-    return Station::WaitLoop;
+    static_cast<void>(AppIconMsg(*AppLibPort));
+    return done != 0 ? Station::WaitLoop : ShowProgram();
 }
 
 Station ServeDisks() {
@@ -162,7 +178,7 @@ constexpr std::array Sources = {
     SignalSource{[] { return ARexxSignal; }, ServeARexx},
     SignalSource{[] { return CxSignal; }, ServeNothing},
     SignalSource{PortMask<AppIconPort>, ServeAppIcon},
-    SignalSource{[] { return AppMenuSignal; }, ServeNothing},
+    SignalSource{[] { return AppMenuSignal; }, ServeAppMenu},
     SignalSource{[] { return AppLibSignal; }, ServeDesktop},
     SignalSource{[] { return SAK_TimerMP ? SAK_TimerMP->Mask() : exec::SignalMask{0}; }, ServeTimer},
     SignalSource{[] { return PreviewSoundSignal; }, ServeNothing},

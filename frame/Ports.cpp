@@ -4,7 +4,6 @@ namespace solvane {
 
 std::unique_ptr<exec::PublicPort> port;
 std::unique_ptr<exec::MsgPort> UserPort;
-std::unique_ptr<exec::MsgPort> AppIconPort;
 std::unique_ptr<exec::MsgPort> ScrNotPort;
 std::unique_ptr<exec::Timer> SAK_TimerMP;
 

@@ -13,7 +13,6 @@ namespace solvane {
 
 extern std::unique_ptr<exec::PublicPort> port; // names this instance to the others; number free once gone
 extern std::unique_ptr<exec::MsgPort> UserPort;
-extern std::unique_ptr<exec::MsgPort> AppIconPort;
 extern std::unique_ptr<exec::MsgPort> ScrNotPort;
 extern std::unique_ptr<exec::Timer> SAK_TimerMP; // progress of animations and sounds
 

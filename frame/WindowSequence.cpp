@@ -167,6 +167,15 @@ Station RunEntryC() {
     return Station::WaitLoop;
 }
 
+Station LeaveIcon() {
+    Uniconify();
+    if (StartIconified != 0) {
+        StartIconified = 0;
+        Iconified = 0;
+    }
+    return Station::EntryC;
+}
+
 void CloseMainWindow() {
     if (QuitNoSave == 0) {
         SavePrefs(Prefs.SavePrefsOnExit);

@@ -10,6 +10,10 @@ namespace solvane {
 [[nodiscard]] Station RunEntryB();
 [[nodiscard]] Station RunEntryC();
 
+// Takes the program off the desktop where it is an icon; results in the entry that opens its window. A
+// program that was started as an icon does its first-opening work then.
+[[nodiscard]] Station LeaveIcon();
+
 // Closes the window for good or, as a background program, for a while; saves the preferences.
 void CloseMainWindow();
 

@@ -1,33 +1,203 @@
 #include "interface/Iconify.h"
 
+#include "interface/MainLayout.h"
 #include "interface/Ringhio.h"
+#include "interface/Screens.h"
+#include "model/LocationKind.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "model/WorkingSet.h"
+#include "platform/dos/Paths.h"
+#include "platform/icon/IconPicture.h"
+#include "platform/intuition/AppIcon.h"
+#include "sak/Icons.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Notify.h"
+#include "sak/Requesters.h"
+
+#include <array>
+#include <optional>
+#include <string_view>
 
 namespace solvane {
 
+std::unique_ptr<exec::MsgPort> AppIconPort;
+std::unique_ptr<exec::MsgPort> AppMenuPort;
+std::unique_ptr<exec::MsgPort> AppLibPort;
 exec::SignalMask AppMenuSignal = 0;
 exec::SignalMask AppLibSignal = 0;
+std::uint16_t appShowIcon = 0;
+std::uint16_t IconifiedAppDocky = 0;
+std::uint16_t AcceptDD = 0;
+
+namespace {
+
+constexpr std::uint32_t IconSide = 128; // pixels; sharp at twice the size of a layout unit
+constexpr std::int32_t NotGiven = -2;   // of Icon_X and Icon_Y
+
+std::unique_ptr<intuition::AppIcon> OnDesktop, InMenu, InDock;
+
+// Null when the program has no picture at all.
+std::unique_ptr<intuition::AppIcon> ShowIcon(std::string_view label, exec::MsgPort& port, bool needsTray) {
+    const icon::DiskObject object = SAK_GetProgramIcon(ProgramName.View(), ProgramDir.View())
+                                        .value_or(icon::GetDefaultIcon(icon::IconType::Tool));
+    auto picture = icon::DrawIcon(object, IconSide, IconSide, icon::IconState::Normal);
+    if (!picture) {
+        return nullptr;
+    }
+    return std::make_unique<intuition::AppIcon>(
+        intuition::AppIconSpec{.Label = std::string(label),
+                               .QuitText = std::string(SAK_LocaleString(MSG_MENU_QUIT)),
+                               .Width = picture->Width,
+                               .Height = picture->Height,
+                               .Pixels = std::move(picture->Pixels),
+                               .Left = Icon_X == NotGiven ? Prefs.Icon_X : Icon_X,
+                               .Top = Icon_Y == NotGiven ? Prefs.Icon_Y : Icon_Y,
+                               .NeedsTray = needsTray},
+        port);
+}
+
+// The drawer on show names the icon and takes what is dropped on it.
+std::string LabelOfIcon() {
+    const std::string_view path = CurrentPath.View();
+    AcceptDD = LBLocation == LocationKind::Drawer && path.find(':') != path.npos ? 1 : 0;
+    if (AcceptDD == 0) {
+        return std::string(AppIconName.View());
+    }
+    std::string_view drawer = path;
+    while (drawer.ends_with('/')) {
+        drawer.remove_suffix(1);
+    }
+    const std::string_view last = dos::FilePart(drawer);
+    return std::string(last.empty() ? path : last);
+}
+
+bool Iconify_AppIcon() {
+    OnDesktop = ShowIcon(LabelOfIcon(), *AppIconPort, false);
+    return OnDesktop != nullptr;
+}
+
+// Shown beside an open window only where there is a tray for it.
+bool ShowMenuItem(bool needsTray) {
+    InMenu = ShowIcon(AppIconName.View(), *AppMenuPort, needsTray);
+    return InMenu != nullptr;
+}
+
+bool Iconify_AppMenu() {
+    if ((AppMenuSignal != 0 || SetUpAppMenuItem()) && ShowMenuItem(false)) {
+        return true;
+    }
+    SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Error, SAK_LocaleString(MSG_NO_APPMENU),
+                    SAK_LocaleString(MSG_TERMINATE_GAD));
+    return false;
+}
+
+// The entry stands in the dock all the time where the user wants it, and always while it stands for the
+// window.
+bool RenewDockEntry() {
+    const bool isWanted = appShowInAmiDock != 0 || IconifiedAppDocky != 0;
+    appShowIcon = isWanted ? 0 : 1;
+    InDock =
+        isWanted && AppLibPort ? ShowIcon(AppIconName.View(), *AppLibPort, IconifiedAppDocky == 0) : nullptr;
+    return InDock != nullptr;
+}
+
+bool Iconify_AmiDockDocky() {
+    IconifiedAppDocky = 1;
+    return RenewDockEntry();
+}
+
+struct Form {
+    const std::int16_t& IsWanted;
+    bool (*Take)();
+};
+const std::array Forms = {Form{Prefs.IconifyAppIcon, Iconify_AppIcon},
+                          Form{Prefs.IconifyAppMenu, Iconify_AppMenu},
+                          Form{Prefs.IconifyAppDocky, Iconify_AmiDockDocky}};
+
+void TakeForms() {
+    bool isSomewhere = false;
+    for (std::size_t i = 0; i < Forms.size(); ++i) {
+        if (Forms[i].IsWanted == 0) {
+            continue;
+        }
+        if (Forms[i].Take()) {
+            isSomewhere = true;
+        } else {
+            SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Information,
+                            FormatMessage(MSG_NO_ICONIFY, static_cast<std::uint32_t>(i + 1)),
+                            SAK_LocaleString(MSG_CONTINUE_GAD));
+        }
+    }
+    if (!isSomewhere) {
+        static_cast<void>(Iconify_AmiDockDocky()); // or nobody could bring the window back
+    }
+}
+
+} // namespace
 
 bool RegisterApp() {
-    AppLibSignal = OpenNotices();
+    AppLibPort = std::make_unique<exec::MsgPort>();
+    AppLibSignal = OpenNotices() | AppLibPort->Mask();
+    static_cast<void>(RenewDockEntry());
     return true;
 }
 
 void UnregisterApp() {
+    InDock.reset();
     CloseNotices();
+    AppLibPort.reset();
     AppLibSignal = 0;
 }
 
 bool Iconify() {
-    return false;
-}
-
-void Uniconify() {}
-
-bool SetUpAppMenuItem() {
+    if (Prefs.OpenOnOwnScreen != 0) {
+        return false;
+    }
+    Iconified = 1;
+    SAK_StopNotify();
+    if (WindowClosed == 0 && MainWindow) {
+        MainWindow->Close();
+        WindowClosed = 1;
+    }
+    ReleaseActiveScreen();
+    TakeForms();
     return true;
 }
 
-void ShutDownAppMenuItem() {}
+void Uniconify() {
+    if (Iconified == 0) {
+        return;
+    }
+    OnDesktop.reset();
+    while (AppIconPort) {
+        auto message = exec::GetMsg(*AppIconPort);
+        if (!message) {
+            break;
+        }
+        exec::ReplyMsg(std::move(message));
+    }
+    if (Prefs.UseCommodity == 0) {
+        ShutDownAppMenuItem();
+    } else if (AppMenuPort) {
+        static_cast<void>(ShowMenuItem(true));
+    }
+    IconifiedAppDocky = 0;
+    static_cast<void>(RenewDockEntry());
+}
+
+bool SetUpAppMenuItem() {
+    AppMenuPort = std::make_unique<exec::MsgPort>();
+    AppMenuSignal = AppMenuPort->Mask();
+    return AppMenuSignal != 0 && ShowMenuItem(true);
+}
+
+void ShutDownAppMenuItem() {
+    InMenu.reset();
+    AppMenuPort.reset(); // what waits in it goes back
+    AppMenuSignal = 0;
+}
 
 void ClearPreviewPaneAfterUniconify() {}
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace intuition {
 
@@ -18,6 +19,7 @@ enum class EventClass : std::uint16_t {
     IntuiTicks = 14,   // ten a second while SetTicks is on and the window is active
     MouseButtons = 16, // Code: middle, fourth and fifth button and the wheel with Control held
     ScreenJump = 18,
+    AppMessage = 19, // Objects: what was dropped on the window
 };
 
 struct WindowEvent {
@@ -26,6 +28,7 @@ struct WindowEvent {
     std::uint16_t Code = 0;
     std::uint16_t Qualifier = 0; // keys held at the moment of the event
     std::string Text = {};       // RawKey: what the key types, UTF-8; empty for keys that type nothing
+    std::vector<std::string> Objects = {}; // AppMessage: paths, volume paths where there is a volume
 };
 
 namespace qualifier {

@@ -1,9 +1,11 @@
 #include "platform/intuition/NativeWindow.h"
 
+#include "platform/intuition/DroppedObjects.h"
 #include "platform/intuition/Native.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QInputEvent>
 #include <QKeyEvent>
@@ -15,6 +17,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 #include <vector>
 
 namespace intuition {
@@ -77,6 +80,7 @@ NativeWindow::NativeWindow(const WindowSpec& spec) {
     auto layout = std::make_unique<QVBoxLayout>();
     layout->setContentsMargins(0, 0, 0, 0);
     setLayout(layout.release());
+    setAcceptDrops(true);
     Place({spec.Left, spec.Top, spec.Width, spec.Height});
 }
 
@@ -292,6 +296,15 @@ void NativeWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (IsBlocked())
         SetPointer();
+}
+
+void NativeWindow::dragEnterEvent(QDragEnterEvent* event) {
+    TakeDrag(*event);
+}
+
+void NativeWindow::dropEvent(QDropEvent* event) {
+    if (auto objects = DroppedObjects(*event); !objects.empty())
+        Post({.Class = EventClass::AppMessage, .Objects = std::move(objects)});
 }
 
 } // namespace intuition

@@ -70,8 +70,8 @@ HostAnswer RunLine(const std::string& line) {
 
 HostAnswer RunMacro(const std::string& command) {
     static int depth = 0;
-    const auto [name, arguments] = SplitFirst(command);
-    const auto path = FindScript(name);
+    const auto words = SplitFirst(command);
+    const auto path = FindScript(words.first);
     const auto source = path ? ReadScript(*path) : std::nullopt;
     if (!source || depth >= DeepestMacro) {
         return {ReturnError};
@@ -83,7 +83,7 @@ HostAnswer RunMacro(const std::string& command) {
         const auto runner = exec::CreateTask("ARexx macro", [&] {
             dos::CurrentDir(drawer);
             dos::SetRequesters(false);
-            code = RunScript({*path, *source, arguments});
+            code = RunScript({*path, *source, words.second});
         });
     }
     --depth;

@@ -1,0 +1,52 @@
+#include "fileops/Drops.h"
+
+#include "interface/Iconify.h"
+#include "model/Content.h"
+#include "model/Program.h"
+#include "platform/intuition/AppIcon.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+
+namespace solvane {
+
+namespace {
+
+void TellAndContinue(std::int32_t message) {
+    SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Information, SAK_LocaleString(message),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
+}
+
+} // namespace
+
+void AppMsgFunc(const std::vector<std::string>& objects) {
+    if (objects.empty()) {
+        return;
+    }
+    // The store of cut and copied entries comes with pasting; until then there is none to open.
+    TellAndContinue(LBLocation == LocationKind::Drawer ? MSG_NO_CLIPBOARD : MSG_CAN_NOT_COPY_HERE);
+}
+
+bool AppIconMsg(exec::MsgPort& port) {
+    bool isOpened = false;
+    while (auto message = exec::GetMsg(port)) {
+        if (const auto* deed = dynamic_cast<const intuition::AppMessage*>(message.get())) {
+            if (deed->Quits) {
+                done = 1;
+            } else if (deed->Arguments.empty()) {
+                isOpened = true;
+            } else if (AcceptDD == 0) {
+                TellAndContinue(MSG_CAN_NOT_COPY_HERE);
+            } else {
+                AppMsgFunc(deed->Arguments);
+            }
+        }
+        exec::ReplyMsg(std::move(message));
+    }
+    if (isOpened) {
+        Uniconify();
+    }
+    return isOpened;
+}
+
+} // namespace solvane

@@ -1,0 +1,38 @@
+// The program as an icon on the user's desktop: an item of the tray where there is one, else a small window
+// of its own. All icons of the process share one such place; it shows the oldest one's label and picture, and
+// what the user does with it goes to that one's port.
+#pragma once
+
+#include "platform/exec/Ports.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace intuition {
+
+// What the user did with an icon.
+struct AppMessage : exec::Message {
+    bool Quits = false;                   // he wants the program to end
+    std::vector<std::string> Arguments{}; // paths of the objects that he dropped; none: he wants the program
+};
+
+struct AppIconSpec {
+    std::string Label{};                 // data
+    std::string QuitText{};              // of the menu's entry that ends the program; "_" marks its key
+    std::uint32_t Width = 0, Height = 0; // of the picture, pixels
+    std::vector<std::uint32_t> Pixels{}; // 0xAARRGGBB, row by row; fewer than Width * Height: no picture
+    int Left = -1, Top = -1;             // of the small window; -1: where the desktop puts it
+    bool NeedsTray = false;              // shows nothing where there is no tray
+};
+
+class AppIcon {
+public:
+    // Needs an open display. The port must outlive the icon.
+    AppIcon(AppIconSpec spec, exec::MsgPort& port);
+    ~AppIcon();
+    AppIcon(const AppIcon&) = delete;
+    AppIcon& operator=(const AppIcon&) = delete;
+};
+
+} // namespace intuition
