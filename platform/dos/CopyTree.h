@@ -1,7 +1,8 @@
 // Whole trees copied and deleted. The work knows people only through a control record, so that it
 // serves a window, a command and a test alike; all its functions are called on the caller's thread.
 // Links are never followed, and neither depth nor size of a tree has a limit of its own. On network
-// and FUSE mounts a cancel is heard while the disk is waited for, and a dead one ends the work.
+// and FUSE mounts a cancel is heard while the disk is waited for, and a dead one
+// ends the work unless the answer is to wait on.
 #pragma once
 
 #include "platform/dos/Copy.h"
@@ -20,7 +21,8 @@ struct TreeTrouble {
     std::string Path;     // of the object, below the drawer that was given; empty for that itself
     TreeStep Step;        // what was tried
     long Error;           // 212 for a pipe, a socket or a device: these are never opened; 226 with an
-                          // empty path for a disk that does not answer: the work is over then
+                          // empty path for a disk that does not answer: Retry waits on for it, else
+                          // the work is over
     CopyEnd End;          // of Copy; what failed
     bool IsDrawer;        // skipping it leaves all that is in it
     std::uint32_t Type{}; // as of ExamineData

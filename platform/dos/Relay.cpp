@@ -26,9 +26,10 @@ public:
         Seen = Watch.Calls;
         Since = Clock::now();
     }
+    [[nodiscard]] bool HasMoved() const { return Watch.Calls != Seen; }
     // isEnding: since somebody wanted the end, no disk is waited for any longer than that.
     bool IsOver(bool isEnding) {
-        if (Watch.Calls != Seen)
+        if (HasMoved())
             Renew();
         return Clock::now() - Since >
                (Watch.Flushes > 0 && !isEnding ? Clock::duration(FlushLimit) : Clock::duration(AnswerLimit));
@@ -42,7 +43,8 @@ private:
 
 } // namespace
 
-RelayEnd Relay::Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn) {
+RelayEnd Relay::Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn,
+                    const std::function<bool()>& waitsOn) {
     auto relay = std::make_shared<Relay>();
     try {
         std::thread([relay, job = std::move(work)]() mutable {
@@ -58,13 +60,13 @@ RelayEnd Relay::Run(std::function<void(Relay&)> work, const std::function<bool()
         SetIoErr(ErrorNoFreeStore);
         return RelayEnd::NotBegun;
     }
-    return relay->Serve(goesOn);
+    return relay->Serve(goesOn, waitsOn);
 }
 
-RelayEnd Relay::Serve(const std::function<bool()>& goesOn) {
+RelayEnd Relay::Serve(const std::function<bool()>& goesOn, const std::function<bool()>& waitsOn) {
     std::unique_lock hold(Guard);
     try {
-        return Attend(hold, goesOn);
+        return Attend(hold, goesOn, waitsOn);
     } catch (...) {
         if (!hold.owns_lock())
             hold.lock();
@@ -75,7 +77,8 @@ RelayEnd Relay::Serve(const std::function<bool()>& goesOn) {
     }
 }
 
-RelayEnd Relay::Attend(std::unique_lock<std::mutex>& hold, const std::function<bool()>& goesOn) {
+RelayEnd Relay::Attend(std::unique_lock<std::mutex>& hold, const std::function<bool()>& goesOn,
+                       const std::function<bool()>& waitsOn) {
     Patience patience(Watch);
     bool wasEnding = false;
     Clock::time_point next = Clock::now() + PollInterval;
@@ -96,12 +99,25 @@ RelayEnd Relay::Attend(std::unique_lock<std::mutex>& hold, const std::function<b
         hold.lock();
         if (IsEnding && !std::exchange(wasEnding, true))
             patience.Renew();
-        if (!IsDone && !Asked && patience.IsOver(IsEnding)) {
+        if (IsDone || Asked || !patience.IsOver(IsEnding))
+            continue;
+        if (!IsEnding && (MayWaitOn(hold, waitsOn) || patience.HasMoved())) {
+            patience.Renew();
+        } else if (!IsDone) {
             Watch.IsLeft = true;
             return IsEnding ? RelayEnd::Cancelled : RelayEnd::NoAnswer;
         }
     }
     return RelayEnd::Done;
+}
+
+bool Relay::MayWaitOn(std::unique_lock<std::mutex>& hold, const std::function<bool()>& waitsOn) {
+    if (!waitsOn)
+        return false;
+    hold.unlock();
+    const bool mayWait = waitsOn();
+    hold.lock();
+    return mayWait;
 }
 
 void Relay::Answer(std::unique_lock<std::mutex>& hold) {

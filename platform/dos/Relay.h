@@ -25,11 +25,13 @@ public:
     // host call of it was answered for two seconds (ten minutes while a disk stores what it was
     // given). Work that is left behind goes on alone: it owns whatever it uses, and it is to end
     // before it changes anything more. goesOn is called on the calling thread, many times a second;
-    // false is as EndSoon.
-    [[nodiscard]] static RelayEnd Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn);
+    // false is as EndSoon. waitsOn is asked there before work without an answer is left behind; true
+    // gives the host as much time again, and work that got an answer meanwhile is not left.
+    [[nodiscard]] static RelayEnd Run(std::function<void(Relay&)> work, const std::function<bool()>& goesOn,
+                                      const std::function<bool()>& waitsOn = {});
 
-    // For the work: has a deed done on the calling thread; false when nobody waits any more. What a deed
-    // or goesOn throws ends Run, and the work is left behind.
+    // For the work: has a deed done on the calling thread; false when nobody waits any more. What a deed,
+    // goesOn or waitsOn throws ends Run, and the work is left behind.
     [[nodiscard]] bool Ask(const std::function<void()>& deed);
     // For the work: may it go on?
     [[nodiscard]] bool GoesOn() const noexcept { return !IsEnding && !Watch.IsLeft; }
@@ -37,8 +39,10 @@ public:
     void EndSoon() noexcept { IsEnding = true; }
 
 private:
-    RelayEnd Serve(const std::function<bool()>& goesOn);
-    RelayEnd Attend(std::unique_lock<std::mutex>& hold, const std::function<bool()>& goesOn);
+    RelayEnd Serve(const std::function<bool()>& goesOn, const std::function<bool()>& waitsOn);
+    RelayEnd Attend(std::unique_lock<std::mutex>& hold, const std::function<bool()>& goesOn,
+                    const std::function<bool()>& waitsOn);
+    bool MayWaitOn(std::unique_lock<std::mutex>& hold, const std::function<bool()>& waitsOn);
     void Answer(std::unique_lock<std::mutex>& hold);
 
     std::mutex Guard;

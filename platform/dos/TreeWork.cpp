@@ -86,21 +86,29 @@ TreeResult RunTree(Disks disks, TreeStep step, const TreeControl& control, TreeD
     const auto work = [tally, answer, told, own = std::move(deed)](Relay& relay) {
         *answer = own(Relayed(*told, relay), *tally);
     };
-    const RelayEnd end = Relay::Run(work, [&] {
+    const auto goesOn = [&] {
         if (control.Progress && !control.Progress({tally->Objects, tally->Bytes}))
             tally->IsStopped = true;
         return !tally->IsStopped;
-    });
+    };
+    const auto ask = [&](long error) {
+        const TreeTrouble trouble{"", step, error, CopyEnd::ContentsFailed, true};
+        const TroubleAnswer answer = control.Trouble ? control.Trouble(trouble) : TroubleAnswer::Skip;
+        if (answer == TroubleAnswer::Abort)
+            tally->IsStopped = true;
+        return answer == TroubleAnswer::Retry;
+    };
+    const RelayEnd end = Relay::Run(work, goesOn, [&] { return ask(ErrorNoDisk); });
     if (end == RelayEnd::Done)
         return *answer;
-    tally->IsStopped = true;
+    const bool isCancelled = tally->IsStopped.exchange(true);
     const long error = end == RelayEnd::NotBegun ? IoErr() : ErrorNoDisk;
-    if (end != RelayEnd::Cancelled)
+    if (!isCancelled)
         tally->Skip(error);
     TreeResult result = tally->Result();
-    result.IsCancelled = end == RelayEnd::Cancelled;
-    if (!result.IsCancelled && control.Trouble)
-        control.Trouble({"", step, error, CopyEnd::ContentsFailed, true});
+    result.IsCancelled = isCancelled;
+    if (end == RelayEnd::NotBegun)
+        static_cast<void>(ask(error)); // it would be no other when tried again
     return result;
 }
 

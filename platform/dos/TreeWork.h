@@ -47,8 +47,8 @@ struct TreeTally {
 [[nodiscard]] bool MayHang(const Spot& spot);
 
 // Runs the work on a tree: at once or, where a disk may not answer, on a thread of its own that asks
-// the calling one what it has to ask. Such work owns what it uses; when it is left behind, trouble
-// 226 is told, or it counts as cancelled, and its tally is stopped.
+// the calling one what it has to ask. Such work owns what it uses. Before it is left behind trouble
+// 226 is told, unless it was cancelled, and its tally is stopped.
 using TreeDeed = std::function<TreeResult(const TreeControl& control, TreeTally& tally)>;
 enum class Disks { Answer, MayHang };
 [[nodiscard]] TreeResult RunTree(Disks disks, TreeStep step, const TreeControl& control, TreeDeed deed);

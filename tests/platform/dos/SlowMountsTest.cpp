@@ -225,6 +225,36 @@ TEST_F(SlowMountsTest, TreesOnADyingDiskEndAndAreCancelled) {
     EXPECT_FALSE(Tree.Exists("here/1/b/stuck") || Tree.Exists("here/2/b/stuck"));
 }
 
+// A disk that only sleeps is woken by the time it takes to ask.
+TEST_F(SlowMountsTest, ATreeGoesOnWhenItsDiskIsWaitedFor) {
+    for (const char* name : {"dead/tree/a", "dead/tree/stuck", "here/old"})
+        Tree.Write(name, name);
+    dos::Host().Openat = OpenBehindTheDoor;
+    dos::Host().Unlinkat = UnlinkBehindTheDoor;
+    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
+    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
+    HangingName = "stuck";
+    int asked = 0;
+    dos::TreeControl control;
+    control.Trouble = [&](const dos::TreeTrouble& trouble) {
+        EXPECT_TRUE(trouble.Error == dos::ErrorNoDisk && trouble.Path.empty());
+        if (++asked == 2)
+            TheDoor->Open();
+        return dos::TroubleAnswer::Retry;
+    };
+    EXPECT_TRUE(dos::CopyTree("Dead:tree", "Here:tree", {}, control));
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(Tree.Read("here/tree/stuck"), "dead/tree/stuck");
+    TheDoor = std::make_shared<Door>();
+    const std::size_t descriptors = OpenDescriptors();
+    control.Trouble = [&](const dos::TreeTrouble&) { return dos::TroubleAnswer::Abort; };
+    EXPECT_TRUE(dos::DeleteTree("Dead:tree", dos::Protected::Respected, control).IsCancelled);
+    EXPECT_EQ(dos::IoErr(), dos::ErrorBreak);
+    TheDoor->Open();
+    while (OpenDescriptors() > descriptors)
+        std::this_thread::yield();
+}
+
 enum class Hang { None, Rename, Link, Attribute };
 std::atomic<Hang> Hanging; // what is done, but not answered
 
