@@ -506,8 +506,10 @@ std::string TreeCopier::NameThere(const Node& node, int to, const std::string& n
         return own;
     if (node.ToOn->Info.Names != NameRule::Fold)
         return name;
-    const auto real = FindRealName(to, own, NameMatch::Folded, rule);
-    return real && look(*real) ? *real : name;
+    // Entries that are kept apart are told apart by what the host calls them, so "a*" is not "a%2a".
+    const auto real = node.IsInOrder ? FindRealName(to, name, NameMatch::Folded, MetadataRule::Xattr)
+                                     : FindRealName(to, own, NameMatch::Folded, rule);
+    return real && !isSidecar(*real) && look(*real) ? *real : name;
 }
 
 // What has the name of a copy already, and whether it may go; false with IoErr.

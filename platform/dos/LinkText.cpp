@@ -31,11 +31,7 @@ std::string Shown(std::string_view hostName, MetadataRule rule) {
 std::string AbsoluteTarget(std::string_view hostTarget) {
     const std::string clean = CleanHostPath(hostTarget);
     const VolumeRef volume = VolumeOfHostPath(clean);
-    const std::string& root = RootAbove(*volume, clean);
-    std::string path = PathNameOf(volume) + ":";
-    for (const std::string_view part : PartsOf(std::string_view(clean).substr(root.size())))
-        path.append(path.ends_with(':') ? "" : "/").append(Shown(part, volume->Info.Metadata));
-    return path;
+    return PathNameOf(volume) + ":" + PathBelow(RootAbove(*volume, clean), clean, volume->Info.Metadata);
 }
 
 } // namespace

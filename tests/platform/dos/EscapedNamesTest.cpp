@@ -163,6 +163,20 @@ TEST_F(EscapedNamesTest, NoNameReachesTheSidecarOfAnother) {
     }
 }
 
+// Both keep their names, whichever of them is shown under its own.
+TEST_F(EscapedNamesTest, ATreeWithANameAndItsEscapeIsCopiedWhole) {
+    Tree.Write("amiga/from/a*", "raw");
+    Tree.Write("amiga/from/a%2a", "star");
+    Tree.Link("amiga/link", Tree.Path("amiga/from/a*"));
+    for (const std::string to : {"UF:new", "UA:other"}) {
+        EXPECT_TRUE(dos::CopyTree("UF:from", to)) << dos::IoErr();
+        EXPECT_EQ(Tree.Read("amiga/" + to.substr(3) + "/a*"), "raw");
+        EXPECT_EQ(Tree.Read("amiga/" + to.substr(3) + "/a%2a"), "star");
+    }
+    const std::string target = List("UA:")["link"].LinkTarget;
+    EXPECT_EQ(dos::ReadWhole(target, 10), "raw") << target;
+}
+
 TEST_F(EscapedNamesTest, CopiesHaveTheNameOfTheirVolume) {
     Tree.Write("plain/from/a*b", "star");
     Tree.Write("plain/from/a%2ab", "text");
