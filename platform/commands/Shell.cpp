@@ -3,6 +3,7 @@
 #include "platform/commands/Command.h"
 #include "platform/commands/TextOutput.h"
 #include "platform/dos/Errors.h"
+#include "platform/dos/Examine.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/System.h"
 #include "platform/utility/Text.h"
@@ -10,6 +11,8 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <span>
+#include <thread>
 
 namespace commands {
 
@@ -69,6 +72,52 @@ FileRef OpenFor(const std::string& name, dos::OpenMode mode, bool isAppend) {
     return file;
 }
 
+// A file that is read and written from one place ("<>"). Each side has its own handle: a program reads while
+// what it writes is taken on another thread. Its output begins behind what it has read by then.
+class OnePlace {
+public:
+    OnePlace(const FileRef& in, FileRef out)
+        : Lines(in), In(in), Out(std::move(out)), Owner(std::this_thread::get_id()) {}
+
+    std::optional<std::string> Next() { return Lines.Next(); }
+
+    // The side that is read, for a program.
+    dos::FileHandle* AtNext() {
+        dos::FileHandle* file = Lines.AtNext();
+        return ReadOnFrom(Place()) ? file : nullptr;
+    }
+
+    bool Put(std::string_view bytes) {
+        const bool isOurs = std::this_thread::get_id() == Owner;
+        if (isOurs)
+            Lines.AtNext();
+        const std::int64_t place = Place();
+        return place >= 0 && dos::Seek(*Out, place, dos::SeekFrom::Beginning) >= 0 &&
+               dos::Write(*Out, std::as_bytes(std::span(bytes.data(), bytes.size()))) >= 0 &&
+               (!isOurs || ReadOnFrom(place + static_cast<std::int64_t>(bytes.size())));
+    }
+
+private:
+    [[nodiscard]] std::int64_t Place() {
+        return std::max(dos::Seek(*In, 0, dos::SeekFrom::Current),
+                        dos::Seek(*Out, 0, dos::SeekFrom::Current));
+    }
+    // What is read does not grow.
+    bool ReadOnFrom(std::int64_t place) {
+        return dos::Seek(*In, place, dos::SeekFrom::Beginning) >= 0 ||
+               dos::Seek(*In, 0, dos::SeekFrom::End) >= 0;
+    }
+
+    LineSource Lines;
+    FileRef In, Out;
+    std::thread::id Owner;
+};
+
+// Is it a file, or could it be one? A device gives one stream for both sides.
+bool IsFileName(const std::string& name) {
+    return dos::ExamineObject(name) || dos::IoErr() == dos::ErrorObjectNotFound;
+}
+
 // The streams of one line in place of the context's own while it lives.
 class Redirected {
 public:
@@ -108,7 +157,10 @@ private:
             Out = OpenFor(*line.Input, dos::OpenMode::ReadWrite, false);
             if (!Out)
                 return false;
-            ReadFrom(Out);
+            if (!IsFileName(*line.Input))
+                ReadFrom(Out);
+            else if (!ShareFile(*line.Input))
+                return false;
         } else if (line.Input) {
             const FileRef in = OpenFor(*line.Input, dos::OpenMode::Old, false);
             if (!in)
@@ -121,7 +173,8 @@ private:
                 return false;
         }
         if (Out) {
-            Where.Output = OutputTo(Out);
+            Where.Output =
+                Both ? [both = Both](std::string_view bytes) { return both->Put(bytes); } : OutputTo(Out);
             Where.IsTerminal = false;
         }
         if (!line.ErrorOutput)
@@ -136,6 +189,17 @@ private:
         return Errors != nullptr;
     }
 
+    bool ShareFile(const std::string& name) {
+        const bool isThere = static_cast<bool>(dos::Lock(name)); // a new one is not before it is closed
+        const FileRef in = OpenFor(isThere ? name : "NIL:", dos::OpenMode::Old, false);
+        if (!in)
+            return false;
+        Both = std::make_shared<OnePlace>(in, Out);
+        Where.Input = [both = Both] { return both->Next(); };
+        Where.InputFile = [both = Both] { return both->AtNext(); };
+        return true;
+    }
+
     void ReadFrom(const FileRef& file) {
         const auto lines = std::make_shared<LineSource>(file);
         Where.Input = [lines] { return lines->Next(); };
@@ -145,6 +209,7 @@ private:
     Context& Where;
     Context Before;
     FileRef Out, Errors;
+    std::shared_ptr<OnePlace> Both; // of one file
     bool IsGood = false;
 };
 

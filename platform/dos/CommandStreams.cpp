@@ -258,4 +258,9 @@ bool WriteMessage(const SystemStream& output, const SystemStream& input, std::st
            Close(file);
 }
 
+bool WriteAtStart(const std::string& name, std::string_view text) {
+    FileHandle file = Open(name, OpenMode::ReadWrite);
+    return file && Write(file, BytesOf(text)) >= 0 && Close(file);
+}
+
 } // namespace dos

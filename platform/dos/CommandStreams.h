@@ -45,4 +45,8 @@ private:
 // Writes text where an output leads, outside of any command. False with IoErr when not all of it went there.
 [[nodiscard]] bool WriteMessage(const SystemStream& output, const SystemStream& input, std::string_view text);
 
+// Writes text over the beginning of a file, which keeps what stands behind it, or to a device. False with
+// IoErr.
+[[nodiscard]] bool WriteAtStart(const std::string& name, std::string_view text);
+
 } // namespace dos

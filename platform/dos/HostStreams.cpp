@@ -134,6 +134,10 @@ std::int64_t PlaceOf(int file, std::int64_t offset, SeekFrom from, std::int64_t&
 }
 
 std::int64_t SeekNow(int file, std::int64_t offset, SeekFrom from) {
+    // A mere question moves nothing: a child may be reading from this place.
+    if (offset == 0 && from == SeekFrom::Current)
+        if (const std::int64_t current = Host().Lseek(file, 0, SEEK_CUR); current >= 0)
+            return current;
     std::int64_t end = 0;
     const std::int64_t place = PlaceOf(file, offset, from, end);
     if (place >= 0 && place <= end && Host().Lseek(file, place, SEEK_SET) == place)

@@ -285,7 +285,11 @@ long Launch::RunBuiltIn(const BuiltIn& command) const {
     const long error = IoErr();
     // A file that the line names is made or emptied also by a command that says nothing.
     const bool isFile = Command.Output.has_value();
-    if ((isFile || !result.Output.empty()) && !WriteMessage(Output(), Input(), result.Output))
+    const auto write = [&] {
+        return Command.OneStream ? WriteAtStart(*Command.Output, result.Output)
+                                 : WriteMessage(Output(), Input(), result.Output);
+    };
+    if ((isFile || !result.Output.empty()) && !write())
         return Refuse(Command.Command, std::max(result.Code, CodeError));
     SetIoErr(error);
     return result.Code;

@@ -40,6 +40,13 @@ TEST_F(ScriptTest, ProgramsOfTheHostShareStreamsAndVariables) {
     EXPECT_EQ(Out("Execute <in s"), "1\n[2]\n7,73\n4\n");
     EXPECT_EQ(Out("Execute <in >out s"), "");
     EXPECT_EQ(Tree.Read("w/out"), "1\n[2]\n7,73\n4\n");
+    // One place for reading and writing, and whoever writes a file that is not there yet.
+    Tree.Write("w/s", "head -n 1\nEcho X\nhead -n 1\n");
+    Tree.Write("w/both", "1\n2\n3\n4\n5\n6\n");
+    EXPECT_EQ(Out("Execute <>both s"), "");
+    EXPECT_EQ(Tree.Read("w/both"), "1\n1\nX\n4\n4\n6\n");
+    EXPECT_EQ(Out("Execute <>fresh s"), "");
+    EXPECT_EQ(Tree.Read("w/fresh"), "X\n");
     EXPECT_EQ(Run("Echo `head -c 100000 /dev/zero`"), 20) << "too much for a line";
     EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
 }

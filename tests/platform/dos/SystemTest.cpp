@@ -249,6 +249,9 @@ TEST_F(SystemTest, BuiltInCommandsComeFirst) {
     });
     EXPECT_EQ(Run("SHOW a \"b*\""), "Command line: argument line invalid or too long\n=10");
     EXPECT_EQ(Run("SHOW a \"b c\""), "own a \"b c\"\n=5");
+    Tree.Write("two", "0123456789");
+    EXPECT_EQ(Run("show x <>two"), "=5");
+    EXPECT_EQ(Tree.Read("two"), "own x \n789");
     EXPECT_EQ(Run("show x >out"), "=5");
     EXPECT_EQ(Tree.Read("out"), "own x \n");
     dos::SetBuiltIn("Still", [](std::string_view) { return dos::BuiltInResult{0, ""}; });
