@@ -3,6 +3,7 @@
 #include "content/BuildLists.h"
 #include "content/SortLists.h"
 #include "interface/MainLayout.h"
+#include "interface/Panes.h"
 #include "locations/EnterDrawer.h"
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
@@ -27,10 +28,6 @@ namespace {
 
 constexpr std::uint32_t ViewStyles = 5;    // that a script may choose from
 constexpr std::uint32_t DrawersOrders = 3; // first, mixed, last
-
-// What LAYOUT switches: the rows of the layout chooser.
-constexpr std::uint32_t FirstPane = LayoutNavigation, PreviewHorizontal = 4, PreviewVertical = 5,
-                        LastPane = 8;
 
 // Places that a script opens by their word; all others are paths, that of the sites too.
 constexpr std::array<std::string_view, 4> WordsOfPlaces = {"Favorites", "Workbench", "Computer", "Assigns"};
@@ -106,14 +103,15 @@ void rexx_ViewStyle(rexx::CommandCall& call) {
 
 void rexx_Layout(rexx::CommandCall& call) {
     const auto layout = CountOf(call, "LAYOUT");
-    if (!IsWindowOpen() || !layout || *layout < FirstPane || *layout > LastPane) {
-        return; // the numbers before the panes are those of bars
+    if (!IsWindowOpen() || !layout || *layout > LayoutStatusBar || *layout == LayoutUserButtons) {
+        return;
     }
-    if (*layout == PreviewHorizontal || *layout == PreviewVertical) {
+    if (*layout == LayoutPreviewHorizontal || *layout == LayoutPreviewVertical) {
+        CollectPaneWeights(); // before they would count for the other style
         Prefs.PreviewStyle = 0;
     }
     ChooserSelected = static_cast<std::int32_t>(*layout);
-    ChangeLayout();
+    ChangeLayoutOrToolbars();
 }
 
 void rexx_DrawersOrder(rexx::CommandCall& call) {

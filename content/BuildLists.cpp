@@ -5,6 +5,7 @@
 #include "content/RowLabels.h"
 #include "content/Selection.h"
 #include "content/ViewStyles.h"
+#include "interface/Choosers.h"
 #include "interface/MainLayout.h"
 #include "interface/NavigationPane.h"
 #include "model/Content.h"
@@ -171,9 +172,13 @@ void BuildContentList_Tabs() {
     ShowRows();
 }
 
+void PopViewStyleChooser() {
+    PopUpViewStyles(LBLocation == LocationKind::Drawer ? StylesOfDrawers : StylesElsewhere,
+                    ViewStyleInForce());
+}
+
 void SetViewStyle(KeepRows keep) {
-    const bool drawer = LBLocation == LocationKind::Drawer || LBLocation == LocationKind::None;
-    ShowViewStyle(drawer ? StylesOfDrawers : StylesElsewhere, ViewStyleInForce());
+    UpdateGadgets_ViewStyle(ViewStyleInForce());
     if (keep == KeepRows::No) {
         FreeContentRows();
         BuildContentList();

@@ -159,14 +159,18 @@ void FillEntry(const ContentNode& node) {
     ShowPictureOf(node);
 }
 
+void ShowPictureOfSelection() {
+    const PlacePictures* place = PicturesOfPlace();
+    ShowPicture({place != nullptr ? place->Multi : "PROGDIR:Images/Img_MultiProject.png"});
+}
+
 void FillSelection(Bytes bytes) {
     ClearDetailsBuffers();
     Details1Buffer =
         FormatText("%s %s", SAK_LocalizeNumber(NumSelected), SAK_LocaleString(MSG_ITEMS_SELECTED));
     FillCounts(bytes);
     SetFuelGaugeImage(-1);
-    const PlacePictures* place = PicturesOfPlace();
-    ShowPicture({place != nullptr ? place->Multi : "PROGDIR:Images/Img_MultiProject.png"});
+    ShowPictureOfSelection();
 }
 
 // What is selected, or the place when nothing is.
@@ -236,6 +240,17 @@ void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view 
     wish.Fallback = intuition::ObtainImage(last);
     SetDetailsPicture(intuition::LoadImage(wish));
     intuition::ReleaseImage(wish.Fallback);
+}
+
+void DetailsPicture() {
+    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
+    if (entry != nullptr) {
+        ShowPictureOf(*entry);
+    } else if (NumSelected > 1) {
+        ShowPictureOfSelection();
+    } else {
+        ShowPictureOfPlace();
+    }
 }
 
 void DetailsPaneSwitchedTabs() {

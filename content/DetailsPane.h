@@ -30,6 +30,9 @@ void SetContentImage(std::string_view path);
 // Shows the first of these pictures that there is, the one of the path last when there is none.
 void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view last);
 
+// Shows the picture of what is selected, or of the place, in a pane that has just come. Texts stay.
+void DetailsPicture();
+
 // Shows what the pane and the status bar told when the tab on show was left; no disk is asked.
 void DetailsPaneSwitchedTabs();
 

@@ -5,12 +5,16 @@
 #include "content/Drawers.h"
 #include "fileops/Drops.h"
 #include "frame/Terminate.h"
+#include "frame/Toolbars.h"
 #include "frame/WindowSequence.h"
+#include "interface/Choosers.h"
 #include "interface/Iconify.h"
 #include "interface/Locale.h"
 #include "interface/MainLayout.h"
-#include "interface/MenuState.h"
+#include "interface/SpeedBars.h"
 #include "locations/EnterDrawer.h"
+#include "locations/KeptPlaces.h"
+#include "locations/LayoutChange.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
 #include "locations/RescanTabs.h"
@@ -53,13 +57,62 @@ void CloseWindowWith(Closing closing) {
     }
 }
 
+// The bars, and the buttons at their ends. False: another gadget.
+bool ServeBars(const WindowEvent& event) {
+    constexpr int step = 3; // buttons
+    switch (event.Id) {
+    case GadgetBookmarksLeft:
+    case GadgetBookmarksRight:
+        ScrollSpeedBar_Bookmarks(event.Id == GadgetBookmarksLeft ? -step : step);
+        return true;
+    case GadgetBookmarks:
+        HandleBookmarks(event.Code);
+        return true;
+    case GadgetToolbarLeft:
+    case GadgetToolbarRight:
+        ScrollSpeedBar_Toolbar(event.Id == GadgetToolbarLeft ? -step : step);
+        return true;
+    case GadgetToolbar:
+        HandleToolbars(event.Code);
+        return true;
+    case GadgetUserButtonsLeft:
+    case GadgetUserButtonsRight:
+        ScrollSpeedBar_UserButtons(event.Id == GadgetUserButtonsLeft ? -step : step);
+        return true;
+    default:
+        return false;
+    }
+}
+
+// What was picked in one of the lists that pop up. False: another gadget.
+bool ServeChooser(const WindowEvent& event) {
+    switch (event.Id) {
+    case GadgetHistoryChooser:
+        HandleHistoryChooser();
+        return true;
+    case GadgetARexxChooser:
+        HandleScriptChooser(event.Code);
+        return true;
+    case GadgetViewStyleChooser:
+        ChooserSelected = event.Code;
+        ChangeViewStyleOfTabs();
+        return true;
+    case GadgetLayoutChooser:
+        ChooserSelected = event.Code;
+        ChangeLayoutOrToolbars();
+        return true;
+    default:
+        return false;
+    }
+}
+
 void ServeGadget(const WindowEvent& event) {
+    if (ServeBars(event) || ServeChooser(event)) {
+        return;
+    }
     switch (event.Id) {
     case GadgetTabs:
         CloseWindowWith(HandleTabBar());
-        break;
-    case GadgetHistoryChooser:
-        HandleHistoryChooser();
         break;
     case GadgetBack:
         GoBackInHistory();
@@ -81,8 +134,10 @@ void ServeGadget(const WindowEvent& event) {
         HandlePathGadget();
         break;
     case GadgetViewStyle:
-        ChooserSelected = event.Code;
-        ChangeViewStyleOfTabs();
+        PopViewStyleChooser();
+        break;
+    case GadgetLayout:
+        PopUpLayout();
         break;
     case GadgetNavigationList:
         HandleNavigationListBrowser("");
@@ -222,11 +277,6 @@ void ServeTick() {
     }
 }
 
-void KeepGeometry() {
-    UpdateAllSpeedBars();
-    SavePrefs(0);
-}
-
 void Dispatch(const WindowEvent& event) {
     switch (event.Class) {
     case EventClass::CloseWindow:
@@ -237,7 +287,7 @@ void Dispatch(const WindowEvent& event) {
         break;
     case EventClass::NewSize:
     case EventClass::ChangeWindow:
-        KeepGeometry();
+        SavePrefs(0);
         break;
     case EventClass::AppMessage:
         AppMsgFunc(event.Objects);

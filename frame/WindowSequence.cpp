@@ -52,7 +52,6 @@ bool OpenWindow() {
     ScreenToFront();
     BlockMainWindow(1);
     AttachMenuStrip();
-    UpdateAllSpeedBars();
     SetViewStyle(KeepRows::Yes);
     RefreshFilmstrip();
     return true;

@@ -63,11 +63,6 @@ std::unique_ptr<intuition::Layout> Column(std::size_t column) {
 std::unique_ptr<intuition::Layout> CreateDetailsPaneGroup() {
     auto pane = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 12, .Margin = 4});
-    if (Prefs.ThumbnailPane != 0) {
-        auto picture = std::make_unique<intuition::ImageGadget>(DetailsPictureSide, DetailsPictureSide);
-        Gadgets.Picture = picture.get();
-        pane->Add(std::move(picture));
-    }
     for (std::size_t column = 0; column < ColumnWeights.size(); ++column) {
         pane->Add(Column(column), ColumnWeights[column]);
     }
@@ -77,6 +72,12 @@ std::unique_ptr<intuition::Layout> CreateDetailsPaneGroup() {
     gauge->SetShown(false);
     pane->Add(std::move(gauge));
     return pane;
+}
+
+std::unique_ptr<intuition::Gadget> CreateThumbnailPane() {
+    auto picture = std::make_unique<intuition::ImageGadget>(DetailsPictureSide, DetailsPictureSide);
+    Gadgets.Picture = picture.get();
+    return picture;
 }
 
 void ForgetDetailsGadgets() {

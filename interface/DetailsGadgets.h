@@ -23,9 +23,11 @@ extern Text<128> Details9Buffer;
 
 // --- Functions ---
 
-// Makes the pane for the window that is being built, showing the buffers.
+// Makes the texts and the gauge, showing the buffers.
 [[nodiscard]] std::unique_ptr<intuition::Layout> CreateDetailsPaneGroup();
-// The gadgets are gone with their window.
+// Makes the picture beside them.
+[[nodiscard]] std::unique_ptr<intuition::Gadget> CreateThumbnailPane();
+// The gadgets are gone with their window, or with their pane.
 void ForgetDetailsGadgets();
 
 void ClearDetailsBuffers();

@@ -1,6 +1,9 @@
 #include "interface/MainLayout.h"
 
+#include "interface/Choosers.h"
 #include "interface/DetailsGadgets.h"
+#include "interface/Panes.h"
+#include "interface/SpeedBars.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -12,12 +15,9 @@
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace solvane {
 
@@ -31,7 +31,8 @@ namespace {
 
 constexpr std::chrono::milliseconds RepaintInterval(30);
 constexpr std::size_t LongestPath = 4096; // what is too long is told, not cut
-constexpr std::int32_t LeastPane = 5;     // per cent
+constexpr std::size_t LongestSearch = 127;
+constexpr int SearchWidth = 120; // layout units
 
 template <class Kind>
 Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int weight = 0) {
@@ -45,19 +46,6 @@ intuition::Button* AddImageButton(intuition::Layout& layout, GadgetId id, std::s
     return AddGadget(layout, std::make_unique<intuition::Button>(id, intuition::ObtainImage(image), hint));
 }
 
-// By value of the style; the icon view has no name of its own.
-constexpr std::array StyleNames = {MSG_STYLE_LIST,     MSG_STYLE_DETAILS,   MSG_STYLE_TILES,
-                                   MSG_STYLE_CONTENT,  MSG_STYLE_THUMBNAIL, MSG_STYLE_THUMBNAIL_DETAILS,
-                                   MSG_STYLE_FILMSTRIP};
-
-std::vector<std::string> StyleLabels(std::size_t offered) {
-    std::vector<std::string> labels;
-    for (std::size_t style = 0; style < std::min(offered, StyleNames.size()); ++style) {
-        labels.emplace_back(SAK_LocaleString(StyleNames[style]));
-    }
-    return labels;
-}
-
 void AddHistoryGadgets(intuition::Layout& row) {
     Objects.Back =
         AddImageButton(row, GadgetBack, "PROGDIR:Images/TBImages/back.png", SAK_LocaleString(MSG_HINT_BACK));
@@ -65,11 +53,19 @@ void AddHistoryGadgets(intuition::Layout& row) {
                                      SAK_LocaleString(MSG_HINT_FORWARD));
     Objects.History = AddImageButton(row, GadgetHistory, "PROGDIR:Images/TBImages/history.png",
                                      SAK_LocaleString(MSG_HINT_HISTORY));
-    Objects.HistoryChooser = AddGadget(row, std::make_unique<intuition::PopUpList>(
-                                                GadgetHistoryChooser, SAK_LocaleString(MSG_HINT_HISTORY)));
     for (intuition::Button* button : {Objects.Back, Objects.Forward, Objects.History}) {
         button->SetDisabled(true); // until there is a history
     }
+}
+
+void AddSearchGadgets(intuition::Layout& row) {
+    Objects.Search =
+        AddGadget(row, std::make_unique<intuition::StringGadget>(GadgetSearch, "", LongestSearch));
+    Objects.Search->SetHint(SAK_LocaleString(MSG_HINT_SEARCH));
+    Objects.Search->SetPlaceholder(SAK_LocaleString(MSG_HINT_SEARCH));
+    Objects.Search->SetFixed(SearchWidth, -1);
+    AddImageButton(row, GadgetAdvancedSearch, "PROGDIR:Images/TBImages/search.png",
+                   SAK_LocaleString(MSG_HINT_ADVANCED_SEARCH));
 }
 
 // The row of navigation gadgets.
@@ -84,59 +80,18 @@ std::unique_ptr<intuition::Layout> CreatePathGroup() {
     Objects.Path = AddGadget(
         *row, std::make_unique<intuition::StringGadget>(GadgetPath, CurrentPath.View(), LongestPath), 1);
     Objects.Path->SetHint(SAK_LocaleString(MSG_HINT_PATH));
-    Objects.ViewStyle =
-        AddGadget(*row, std::make_unique<intuition::Chooser>(GadgetViewStyle, StyleLabels(StyleNames.size()),
-                                                             SAK_LocaleString(MSG_HINT_VIEW_STYLE)));
+    AddSearchGadgets(*row);
+    Objects.ViewStyle = AddImageButton(*row, GadgetViewStyle, "PROGDIR:Images/TBImages/viewstyle.png",
+                                       SAK_LocaleString(MSG_HINT_VIEW_STYLE));
+    Objects.Layout = AddImageButton(*row, GadgetLayout, "PROGDIR:Images/TBImages/layout.png",
+                                    SAK_LocaleString(MSG_HINT_LAYOUT));
     return row;
-}
-
-std::unique_ptr<intuition::ListBrowser> CreateContentPane() {
-    auto list = std::make_unique<intuition::ListBrowser>(GadgetContentList, intuition::ListKeys::Own);
-    list->SetStripes(true);
-    Objects.ContentList = list.get();
-    return list;
-}
-
-int NavigationWeight() {
-    return std::clamp(Prefs.NavigationWidth, LeastPane, 100 - LeastPane);
-}
-
-void AddNavigationPane() {
-    auto tree =
-        std::make_unique<intuition::TreeBrowser>(GadgetNavigationList, SAK_LocaleString(MSG_MENU_NAVIGATION));
-    Objects.Navigation = tree.get();
-    Objects.NavCon->Insert(0, std::move(tree), NavigationWeight());
-}
-
-std::unique_ptr<intuition::Layout> CreateNavConGroup() {
-    auto group = std::make_unique<intuition::Layout>(
-        intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Bars = true});
-    Objects.NavCon = group.get();
-    group->Add(CreateContentPane(), 100 - NavigationWeight());
-    if (Prefs.NavigationPane != 0) {
-        AddNavigationPane();
-    }
-    return group;
-}
-
-// The panes between the bars, as far as there are any.
-void AddPanes(intuition::Layout& root) {
-    if (Prefs.DetailsPane == 0) {
-        root.Add(CreateNavConGroup(), 1);
-        return;
-    }
-    auto panes = std::make_unique<intuition::Layout>(
-        intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Bars = true});
-    Objects.Panes = panes.get();
-    const int height = std::clamp(Prefs.DetailsHeight, LeastPane, 100 - LeastPane);
-    panes->Add(CreateNavConGroup(), 100 - height);
-    panes->Add(CreateDetailsPaneGroup(), height);
-    root.Add(std::move(panes), 1);
 }
 
 std::unique_ptr<intuition::Layout> CreateStatusBarGroup() {
     auto row = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 8, .Margin = 2});
+    Objects.StatusBar = row.get();
     Objects.StatusLeft = AddGadget(*row, std::make_unique<intuition::Label>(StatusBarBuffer1.View()), 1);
     Objects.StatusRight =
         AddGadget(*row, std::make_unique<intuition::Label>(StatusBarBuffer2.View(), intuition::Align::Right));
@@ -157,13 +112,14 @@ std::string WindowTitle() {
 bool CreateMainLayout() {
     auto root = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Vertical, .Spacing = 4, .Margin = 4});
+    Objects.Root = root.get();
     Objects.Tabs =
         AddGadget(*root, std::make_unique<intuition::ClickTab>(GadgetTabs, SAK_LocaleString(MSG_MENU_TABS)));
     root->Add(CreatePathGroup());
-    AddPanes(*root);
-    if (Prefs.StatusBar != 0) {
-        root->Add(CreateStatusBarGroup());
-    }
+    CreateHiddenChoosers(*root);
+    root->Add(CreateNavConPreDetGroup(), 1);
+    ShowSpeedBars();
+    ShowStatusBar();
     MainWindow = std::make_unique<intuition::Window>(intuition::WindowSpec{.Title = WindowTitle(),
                                                                            .Left = Prefs.WindowX,
                                                                            .Top = Prefs.WindowY,
@@ -194,42 +150,18 @@ void CloseWindowObject() {
     MainWindow.reset();
 }
 
-void ShowNavigationPane() {
-    const bool isShown = Objects.Navigation != nullptr;
-    if (Objects.NavCon == nullptr || isShown == (Prefs.NavigationPane != 0)) {
+void ShowStatusBar() {
+    const bool isShown = Objects.StatusBar != nullptr;
+    if (Objects.Root == nullptr || isShown == (Prefs.StatusBar != 0)) {
         return;
     }
     if (isShown) {
-        Objects.NavCon->Remove(*Objects.Navigation);
-        Objects.Navigation = nullptr;
+        Objects.Root->Remove(*Objects.StatusBar);
+        Objects.StatusBar = nullptr;
+        Objects.StatusLeft = Objects.StatusRight = nullptr;
     } else {
-        AddNavigationPane();
-        Objects.NavCon->SetWeights({NavigationWeight(), 100 - NavigationWeight()});
+        Objects.Root->Add(CreateStatusBarGroup());
     }
-}
-
-std::int32_t GetNavigationWidth() {
-    if (Objects.Navigation == nullptr) {
-        return Prefs.NavigationWidth;
-    }
-    return Objects.NavCon->Weights().front();
-}
-
-std::int32_t GetDetailsHeight() {
-    if (Objects.Panes == nullptr) {
-        return Prefs.DetailsHeight;
-    }
-    return Objects.Panes->Weights().back();
-}
-
-void ShowViewStyle(std::size_t offered, std::int32_t style) {
-    if (Objects.ViewStyle == nullptr) {
-        return;
-    }
-    if (Objects.ViewStyle->Count() != std::min(offered, StyleNames.size())) {
-        Objects.ViewStyle->SetLabels(StyleLabels(offered));
-    }
-    Objects.ViewStyle->SetSelected(style);
 }
 
 void SetStatusBar(std::string_view left, std::string_view right) {

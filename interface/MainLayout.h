@@ -3,12 +3,13 @@
 #pragma once
 
 #include "platform/intuition/Button.h"
-#include "platform/intuition/Chooser.h"
 #include "platform/intuition/ClickTab.h"
 #include "platform/intuition/Label.h"
 #include "platform/intuition/Layout.h"
 #include "platform/intuition/ListBrowser.h"
+#include "platform/intuition/Page.h"
 #include "platform/intuition/PopUpList.h"
+#include "platform/intuition/SpeedBar.h"
 #include "platform/intuition/StringGadget.h"
 #include "platform/intuition/TreeBrowser.h"
 #include "platform/intuition/Window.h"
@@ -23,33 +24,61 @@ namespace solvane {
 // Ids under which the window reports its gadgets.
 enum GadgetId : std::uint16_t {
     GadgetTabs = 2,
+    GadgetBookmarksLeft = 6, // the ends of a bar scroll it
+    GadgetBookmarks = 7,
+    GadgetBookmarksRight = 8,
     GadgetHistoryChooser = 11,
+    GadgetTypeChooser = 12,
+    GadgetArchiveChooser = 13,
+    GadgetARexxChooser = 14,
+    GadgetViewStyleChooser = 15,
+    GadgetLayoutChooser = 16,
+    GadgetToolbarLeft = 20,
+    GadgetToolbar = 21,
+    GadgetToolbarRight = 22,
+    GadgetUserButtonsLeft = 28,
+    GadgetUserButtons = 29,
+    GadgetUserButtonsRight = 30,
     GadgetBack = 33,
     GadgetForward = 34,
     GadgetHistory = 35,
     GadgetParent = 36,
     GadgetReload = 37,
     GadgetPath = 38,
-    GadgetViewStyle = 43,
+    GadgetSearch = 39,
+    GadgetAdvancedSearch = 40,
+    GadgetViewStyle = 41,
+    GadgetLayout = 42,
     GadgetNavigationList = 46,
     GadgetContentList = 49,
 };
 
 // The gadgets of the open window; all null while the window is closed. The window owns them.
 struct MainObjects {
+    intuition::Layout* Root = nullptr; // everything
+    // Null while they are switched off.
+    intuition::SpeedBar *Bookmarks = nullptr, *Toolbar = nullptr, *UserButtons = nullptr;
     intuition::ClickTab* Tabs = nullptr;
     intuition::Button* Back = nullptr;
     intuition::Button* Forward = nullptr;
     intuition::Button* History = nullptr;
-    intuition::PopUpList* HistoryChooser = nullptr; // pops up under it
+    // They pop up under the buttons that they belong to.
+    intuition::PopUpList *HistoryChooser = nullptr, *TypeChooser = nullptr, *ArchiveChooser = nullptr;
+    intuition::PopUpList *ARexxChooser = nullptr, *ViewStyleChooser = nullptr, *LayoutChooser = nullptr;
     intuition::Button* Parent = nullptr;
     intuition::Button* Reload = nullptr;
     intuition::StringGadget* Path = nullptr;
-    intuition::Chooser* ViewStyle = nullptr;
-    intuition::Layout* Panes = nullptr;  // the Content list over the Details pane; null without the pane
-    intuition::Layout* NavCon = nullptr; // the Navigation pane beside the Content list
+    intuition::StringGadget* Search = nullptr;
+    intuition::Button* ViewStyle = nullptr;
+    intuition::Button* Layout = nullptr;
+    intuition::Layout* Panes = nullptr;   // NavCon over Details
+    intuition::Layout* NavCon = nullptr;  // the Navigation pane beside ConPre
+    intuition::Layout* ConPre = nullptr;  // the Content list over or beside the Preview pane
+    intuition::Layout* Details = nullptr; // the Thumbnail pane beside the texts; null without the pane
     intuition::TreeBrowser* Navigation = nullptr; // null without the pane
     intuition::ListBrowser* ContentList = nullptr;
+    intuition::Page* Preview = nullptr;     // null without the pane
+    intuition::Layout* StatusBar = nullptr; // null while it is switched off, as are its texts
     intuition::Label* StatusLeft = nullptr;
     intuition::Label* StatusRight = nullptr;
 };
@@ -74,20 +103,8 @@ void DetachAllLists();
 // Closes the window and drops it with its gadgets; nothing while it is closed.
 void CloseWindowObject();
 
-// Takes the Navigation pane into the open window or out of it, empty, as Prefs.NavigationPane says.
-// Everything else in the window stays as it is.
-void ShowNavigationPane();
-
-// The weight of the Navigation pane in per cent: as the user has dragged it, or as it is set while there is
-// none.
-[[nodiscard]] std::int32_t GetNavigationWidth();
-
-// The weight of the Details pane in per cent: as the user has dragged it, or as it is set while there is
-// none.
-[[nodiscard]] std::int32_t GetDetailsHeight();
-
-// Offers that many of the view styles, from List on, and shows that one as chosen; nothing without a window.
-void ShowViewStyle(std::size_t offered, std::int32_t style);
+// Takes the status bar into the open window or out of it, as Prefs.StatusBar says.
+void ShowStatusBar();
 
 // Keeps both texts and shows them when the window has a status bar.
 void SetStatusBar(std::string_view left, std::string_view right);

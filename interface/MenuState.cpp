@@ -1,6 +1,8 @@
 #include "interface/MenuState.h"
 
 #include "interface/MainLayout.h"
+#include "interface/SpeedBars.h"
+#include "interface/StateTable.h"
 #include "model/History.h"
 
 #include <cstdint>
@@ -9,7 +11,11 @@ namespace solvane {
 
 void SetMenuState() {}
 
-void SetToolbarState() {}
+void SetToolbarState() {
+    if (const auto state = PresentState()) {
+        ShowToolbarState(*state);
+    }
+}
 
 void SetHistoryGadgetsState() {
     if (Objects.Back == nullptr) {
@@ -21,7 +27,5 @@ void SetHistoryGadgetsState() {
     Objects.Forward->SetDisabled(HistorySelected <= 0);
     Objects.History->SetDisabled(entries <= 1);
 }
-
-void UpdateAllSpeedBars() {}
 
 } // namespace solvane

@@ -7,6 +7,5 @@ namespace solvane {
 void SetMenuState();
 void SetToolbarState();
 void SetHistoryGadgetsState();
-void UpdateAllSpeedBars();
 
 } // namespace solvane

@@ -4,6 +4,7 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/PlaceItems.h"
+#include "interface/SpeedBars.h"
 #include "interface/Windows.h"
 #include "locations/EditNode.h"
 #include "locations/EnterDrawer.h"
@@ -50,7 +51,7 @@ struct KindOf<BookmarksNode> {
             LocationKind::Bookmarks); // a tab with older copies must not give them back
         FillInBookmarksItems();
         SetMenuState();
-        UpdateAllSpeedBars();
+        UpdateSpeedBar_Bookmarks();
     }
 };
 

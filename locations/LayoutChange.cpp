@@ -1,35 +1,129 @@
 #include "locations/LayoutChange.h"
 
+#include "content/DetailsPane.h"
+#include "content/Selection.h"
 #include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "interface/Panes.h"
+#include "interface/SpeedBars.h"
 #include "locations/NavigationList.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
+#include "prefs/LoadSavePrefs.h"
 
 namespace solvane {
 
 namespace {
 
+void Flip(std::int16_t& setting) {
+    setting = setting == 0 ? 1 : 0;
+}
+
 void SwitchNavigationPane() {
     FreeNavigationList();
-    Prefs.NavigationPane = Prefs.NavigationPane == 0 ? 1 : 0;
-    ShowNavigationPane();
+    Flip(Prefs.NavigationPane);
+    ArrangePanes();
     BuildNavigationList();
+}
+
+void SwitchPreviewPane(std::int32_t style) {
+    if (Prefs.PreviewPane != 0 && Prefs.PreviewStyle == style) {
+        Prefs.PreviewPane = 0;
+    } else {
+        Prefs.PreviewStyle = style;
+        Prefs.PreviewPane = 1;
+    }
+    ArrangePanes();
+}
+
+void SwitchDetails(std::int16_t& setting) {
+    Flip(setting);
+    ArrangePanes();
+    SelectContentListItems();
+    DetailsPicture();
+}
+
+void SwitchStatusBar() {
+    Flip(Prefs.StatusBar);
+    ShowStatusBar();
+}
+
+void SwitchPane() {
+    switch (ChooserSelected) {
+    case LayoutNavigation:
+        SwitchNavigationPane();
+        break;
+    case LayoutPreviewHorizontal:
+        SwitchPreviewPane(0);
+        break;
+    case LayoutPreviewVertical:
+        SwitchPreviewPane(1);
+        break;
+    case LayoutDetails:
+        SwitchDetails(Prefs.DetailsPane);
+        break;
+    case LayoutThumbnail:
+        SwitchDetails(Prefs.ThumbnailPane);
+        break;
+    case LayoutStatusBar:
+        SwitchStatusBar();
+        break;
+    default:
+        break;
+    }
+}
+
+void SwitchBar() {
+    switch (ChooserSelected) {
+    case LayoutBookmarks:
+        Flip(Prefs.BookmarksBar);
+        break;
+    case LayoutToolbar:
+        Flip(Prefs.Toolbar);
+        break;
+    case LayoutUserButtons:
+        Flip(Prefs.UserButtonsBar);
+        break;
+    default:
+        break;
+    }
+    ShowSpeedBars();
+    SetToolbarState();
+}
+
+void ArrangeTabOrder() {
+    if (MainWindow) {
+        MainWindow->ArrangeTabOrder();
+    }
 }
 
 } // namespace
 
 void ChangeLayout() {
-    Prefs.NavigationWidth = GetNavigationWidth();
-    Prefs.DetailsHeight = GetDetailsHeight();
+    CollectPaneWeights();
     if (ChooserSelected == NoLayoutChange) {
         return;
     }
     SetPreviewPaneNone();
     BlockMainWindow(1);
-    if (ChooserSelected == LayoutNavigation) {
-        SwitchNavigationPane();
-    }
+    SwitchPane();
+    ArrangeTabOrder();
     BlockMainWindow(0);
+}
+
+void ChangeToolbars() {
+    CollectPaneWeights();
+    SwitchBar();
+    SavePrefs(0);
+    ArrangeTabOrder();
+}
+
+void ChangeLayoutOrToolbars() {
+    if (ChooserSelected <= LayoutUserButtons) {
+        ChangeToolbars();
+    } else {
+        ChangeLayout();
+    }
 }
 
 } // namespace solvane

@@ -1,4 +1,4 @@
-// Switching panes of the open window on and off, as the user picks it.
+// Switching bars and panes of the open window on and off, as the user picks it.
 #pragma once
 
 #include <cstdint>
@@ -6,10 +6,20 @@
 namespace solvane {
 
 // Values of ChooserSelected.
-inline constexpr std::int32_t LayoutNavigation = 3, NoLayoutChange = 99;
+inline constexpr std::int32_t LayoutBookmarks = 0, LayoutToolbar = 1, LayoutUserButtons = 2;
+inline constexpr std::int32_t LayoutNavigation = 3, LayoutPreviewHorizontal = 4, LayoutPreviewVertical = 5;
+inline constexpr std::int32_t LayoutDetails = 6, LayoutThumbnail = 7, LayoutStatusBar = 8;
+inline constexpr std::int32_t NoLayoutChange = 99;
 
-// Reads the panes' weights into Prefs, and switches the pane that ChooserSelected names. Rows and selection
-// of the Content list stay as they are.
+// Reads the panes' weights into Prefs, and switches the pane or the status bar that ChooserSelected names.
+// Of the two styles of the Preview pane the one in force switches it off. Rows and selection of the Content
+// list stay as they are.
 void ChangeLayout();
+
+// The same for the bar that ChooserSelected names.
+void ChangeToolbars();
+
+// One of the two, for a pick among all of them.
+void ChangeLayoutOrToolbars();
 
 } // namespace solvane

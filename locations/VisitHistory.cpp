@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace solvane {
@@ -94,13 +95,14 @@ void PopHistoryChooser() {
     if (Objects.HistoryChooser == nullptr || !HistoryList) {
         return;
     }
-    std::vector<std::string> labels;
-    labels.reserve(SAK_GenericListCount(*HistoryList));
+    std::vector<intuition::PopUpChoice> entries;
+    entries.reserve(SAK_GenericListCount(*HistoryList));
     for (const HistoryNode& entry : *HistoryList) {
-        labels.emplace_back(entry.Name.View());
+        const bool isCurrent = std::cmp_equal(entries.size(), std::max(HistorySelected, 0));
+        entries.push_back({.Label = std::string(entry.Name.View()),
+                           .Mark = isCurrent ? intuition::ChoiceMark::Dot : intuition::ChoiceMark::None});
     }
-    Objects.HistoryChooser->PopUp(*Objects.History, labels,
-                                  static_cast<std::size_t>(std::max(HistorySelected, 0)));
+    Objects.HistoryChooser->PopUp(*Objects.History, std::move(entries));
 }
 
 void HandleHistoryChooser() {

@@ -1,6 +1,7 @@
 #include "prefs/LoadSavePrefs.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Panes.h"
 #include "interface/Ringhio.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -246,8 +247,7 @@ void CollectPrefs() {
     if (!MainWindow || !MainWindow->IsOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
         return;
     }
-    Prefs.NavigationWidth = GetNavigationWidth();
-    Prefs.DetailsHeight = GetDetailsHeight();
+    CollectPaneWeights();
     if (AtPreferences == 0 && Prefs.AutosaveWindowPosition != 0) {
         const intuition::Box box = MainWindow->Geometry();
         Prefs.WindowX = box.Left;

@@ -120,4 +120,10 @@ void Layout::SetWeights(const std::vector<int>& weights) {
     }
 }
 
+void Layout::SetDirection(Orientation direction) {
+    BoxNative& native = NativeOf(*this);
+    if (native.Box == nullptr)
+        BarsOf(native).Turn(direction == Orientation::Horizontal ? Qt::Horizontal : Qt::Vertical);
+}
+
 } // namespace intuition

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::vector<int> Weights() const;
     // As many as there are children; a child cannot gain or lose its being weighted. Others are left alone.
     void SetWeights(const std::vector<int>& weights);
+    // Turns a layout with bars; weights stay.
+    void SetDirection(Orientation direction);
 
 private:
     std::vector<std::unique_ptr<Gadget>> Children;

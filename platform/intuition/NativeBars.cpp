@@ -66,6 +66,11 @@ void BarSplitter::SetWeights(const std::vector<int>& weights) {
     ApplyWeights();
 }
 
+void BarSplitter::Turn(Qt::Orientation orientation) {
+    setOrientation(orientation);
+    ApplyWeights();
+}
+
 void BarSplitter::ApplyWeights() {
     const double sum = std::accumulate(Shares.begin(), Shares.end(), 0.0);
     int left = Extent(contentsRect().size()) - handleWidth() * std::max(count() - 1, 0);

@@ -17,6 +17,7 @@ public:
     void RemoveChild(int position);
     [[nodiscard]] std::vector<int> Weights() const;
     void SetWeights(const std::vector<int>& weights);
+    void Turn(Qt::Orientation orientation);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

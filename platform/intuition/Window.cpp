@@ -8,8 +8,10 @@
 #include <QFile>
 #include <QLayout>
 #include <QSaveFile>
+#include <QSplitter>
 
 #include <cerrno>
+#include <vector>
 
 namespace intuition {
 
@@ -23,6 +25,29 @@ bool WritePicture(const QPixmap& picture, const QString& file) {
     const long code = dos::ErrorFromErrno(errno, dos::Operation::Write);
     dos::SetIoErr(code != 0 ? code : dos::ErrorDiskFull);
     return false;
+}
+
+// The widgets that may take the keyboard, in the order in which they lie in their layouts.
+void Collect(QWidget& widget, std::vector<QWidget*>& into) {
+    if (const QLayout* layout = widget.layout(); layout != nullptr) {
+        for (int at = 0; at < layout->count(); ++at) {
+            if (QWidget* child = layout->itemAt(at)->widget(); child != nullptr)
+                Collect(*child, into);
+        }
+        return;
+    }
+    if (const auto* splitter = qobject_cast<QSplitter*>(&widget); splitter != nullptr) {
+        for (int at = 0; at < splitter->count(); ++at)
+            Collect(*splitter->widget(at), into);
+        return;
+    }
+    into.push_back(&widget);
+    if (widget.focusPolicy() != Qt::NoFocus)
+        return;
+    for (QObject* child : widget.children()) {
+        if (auto* inner = qobject_cast<QWidget*>(child); inner != nullptr && !inner->isWindow())
+            Collect(*inner, into);
+    }
 }
 
 } // namespace
@@ -40,6 +65,7 @@ Window::~Window() {
 bool Window::Open() {
     if (!Host->OpenQueue())
         return false;
+    ArrangeTabOrder();
     Host->show();
     return true;
 }
@@ -55,6 +81,13 @@ bool Window::IsOpen() const {
 
 Gadget* Window::Root() {
     return Gadgets.get();
+}
+
+void Window::ArrangeTabOrder() {
+    std::vector<QWidget*> stops;
+    Collect(*Host, stops);
+    for (std::size_t at = 1; at < stops.size(); ++at)
+        QWidget::setTabOrder(stops[at - 1], stops[at]);
 }
 
 exec::SignalMask Window::Mask() const {

@@ -35,6 +35,9 @@ public:
     void Close();
     [[nodiscard]] bool IsOpen() const;
     [[nodiscard]] Gadget* Root();
+    // Has the Tab key go through the gadgets as they lie, row by row; asked for after gadgets came, and done
+    // by Open.
+    void ArrangeTabOrder();
 
     // The signal that is set while events wait; 0 when closed.
     [[nodiscard]] exec::SignalMask Mask() const;

@@ -1,5 +1,6 @@
 #include "interface/MainLayout.h"
 #include "interface/NavigationPane.h"
+#include "interface/Panes.h"
 #include "interface/PlaceItems.h"
 #include "locations/Assigns.h"
 #include "locations/Devices.h"

@@ -122,7 +122,11 @@ TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {
         ChooserSelected = style;
         ChangeViewStyle();
         EXPECT_EQ(Prefs.ContentViewStyle, style);
-        EXPECT_EQ(Objects.ViewStyle->Selected(), style);
+        PopViewStyleChooser();
+        for (std::size_t at = 0; at < Objects.ViewStyleChooser->Choices().size(); ++at) {
+            const auto mark = Objects.ViewStyleChooser->Choices()[at].Mark;
+            EXPECT_EQ(mark == intuition::ChoiceMark::Dot, std::cmp_equal(at, style));
+        }
         EXPECT_EQ(Objects.ContentList->Top(), 120U) << style;
         EXPECT_THAT(SelectedNames(), ElementsAre("300")) << style;
     }

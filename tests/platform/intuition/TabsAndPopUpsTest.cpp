@@ -88,9 +88,11 @@ TEST_F(TabsAndPopUpsTest, AListThatPopsUpTellsWhatWasChosen) {
     auto& button = static_cast<Button&>(row->Add(std::make_unique<Button>(35, "History")));
     auto& list = static_cast<PopUpList&>(row->Add(std::make_unique<PopUpList>(11, "History")));
     Shown<Layout> stage(std::move(row));
-    list.PopUp(button, {}, 0);
+    list.PopUp(button, {});
     EXPECT_FALSE(list.IsUp());
-    list.PopUp(button, std::vector<std::string>(70000, "place"), 69999);
+    std::vector<PopUpChoice> choices(70000, {.Label = "place"});
+    choices.back().Mark = ChoiceMark::Dot;
+    list.PopUp(button, choices);
     ASSERT_TRUE(list.IsUp());
     auto* view = stage.Widget().window()->findChild<QListView*>();
     ASSERT_NE(view, nullptr);
@@ -102,6 +104,12 @@ TEST_F(TabsAndPopUpsTest, AListThatPopsUpTellsWhatWasChosen) {
     ASSERT_EQ(events.size(), 1U);
     EXPECT_EQ(events[0].Id, 11);
     EXPECT_EQ(list.Picked(), 69998U) << "more than an event's code can say";
+    list.PopUp(button, {{.Label = "on"}, {.Separator = true}, {.Label = "off", .Disabled = true}});
+    view = stage.Widget().window()->findChild<QListView*>();
+    for (const int unpickable : {1, 2})
+        Q_EMIT view->clicked(view->model()->index(unpickable, 0));
+    EXPECT_TRUE(list.IsUp());
+    EXPECT_TRUE(EventsOf(stage.Frame).empty());
 }
 
 } // namespace

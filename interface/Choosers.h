@@ -1,0 +1,40 @@
+// The lists that pop up under buttons: their entries and marks. What a pick does is known above; where an
+// entry stands in its list is said here.
+#pragma once
+
+#include "platform/intuition/Layout.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace solvane {
+
+// Positions of the chooser of archive commands; those between are lines.
+enum class ArchiveChoice : std::uint16_t {
+    Open = 0,
+    ExtractToDefault = 2,
+    ExtractHere = 3,
+    Extract = 4,
+    Add = 6,
+    ArchiveItem = 7,
+    ArchiveSeparately = 8,
+    Convert = 10,
+    Test = 11,
+};
+
+inline constexpr std::uint16_t FirstScriptChoice = 2; // in the chooser of scripts; before it: any script
+
+// Makes the choosers, which are not seen and take no room, as part of a layout of the window.
+void CreateHiddenChoosers(intuition::Layout& layout);
+
+// Each pops its chooser up under its button. Without a window or the button they do nothing.
+void PopUpViewStyles(std::size_t offered, std::int32_t style); // the first styles, one of them in force
+void PopUpLayout();                                            // bars and panes, those that are on marked
+void PopUpTypes();
+void PopUpArchiveCommands();
+void PopUpScripts();
+
+// Has the hint of the view style button name the style in force.
+void UpdateGadgets_ViewStyle(std::int32_t style);
+
+} // namespace solvane
