@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <span>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
@@ -85,6 +86,10 @@ InputReader::InputReader(std::shared_ptr<FileHandle> from, int wakeSign)
     : From(std::move(from)), WakeSign(wakeSign), Worker(exec::CreateTask("input", [this] { Work(); })) {}
 
 InputReader::~InputReader() {
+    static_cast<void>(End());
+}
+
+std::size_t InputReader::End() {
     {
         const std::lock_guard hold(Guard);
         IsOver = true;
@@ -92,6 +97,8 @@ InputReader::~InputReader() {
     }
     if (Worker)
         exec::Signal(Worker->GetTask(), exec::BreakControlC);
+    Worker.reset();
+    return Block.size();
 }
 
 void InputReader::Ask() {
@@ -226,15 +233,44 @@ bool Child::Drain(ChildOutput& output) {
     return got > 0 && output.To(std::string_view(bytes).substr(0, static_cast<std::size_t>(got)));
 }
 
+// What was read for the child and not taken by it is there for whoever reads on, where the stream can go
+// back.
+void Child::GoBack(FileHandle& from, int pipe, std::size_t kept) {
+    int inPipe = 0;
+    if (::ioctl(pipe, FIONREAD, &inPipe) != 0)
+        inPipe = 0;
+    const auto untaken = static_cast<std::int64_t>(kept) + inPipe;
+    if (untaken != 0)
+        static_cast<void>(Seek(from, -untaken, SeekFrom::Current));
+}
+
+void Child::EndInput() {
+    const ChildInput input = std::move(Inputs.front());
+    Inputs.clear();
+    GoBack(*input.From, input.To.Get(), Reader->End() + Unfed.size());
+    Unfed.clear();
+    Reader.reset();
+}
+
+// The child hears of the end; what the pipe holds is still its to read.
+void Child::CloseInput() {
+    ChildInput input = std::move(Inputs.front());
+    Inputs.clear();
+    Reader.reset();
+    Unread.To = HostFd(Host().Openat(AT_FDCWD, DescriptorPath(input.To.Get()).c_str(),
+                                     O_RDONLY | O_NONBLOCK | O_CLOEXEC, 0));
+    Unread.From = std::move(input.From);
+}
+
 // Gives the child what there is to read, as far as it takes it. A child that closes its input, and the end of
 // the stream, end this.
 void Child::Feed(short ready) {
     const bool isClosed = (ready & (POLLERR | POLLHUP | POLLNVAL)) != 0;
-    if (isClosed || (Unfed.empty() && !Reader->Take(Unfed))) {
-        Reader.reset();
-        Inputs.clear();
-        return;
-    }
+    const bool isAtEnd = !isClosed && Unfed.empty() && !Reader->Take(Unfed);
+    if (isClosed)
+        return EndInput();
+    if (isAtEnd)
+        return CloseInput();
     if (Unfed.empty() || (ready & POLLOUT) == 0)
         return;
     const long gone = Host().Write(Inputs.front().To.Get(), Unfed.data(), Unfed.size());
@@ -262,8 +298,11 @@ void Child::DrainRest() {
         }
     }
     Outputs.clear();
-    Reader.reset();
-    Inputs.clear();
+    if (!Inputs.empty())
+        EndInput();
+    if (Unread.To)
+        GoBack(*Unread.From, Unread.To.Get(), 0);
+    Unread = ChildInput();
 }
 
 // One sleep, until bytes can be moved, the child has ended, or a break or tick is due.

@@ -46,6 +46,8 @@ public:
     void Ask();
     // Moves the block out, when it has come; false at the end of the stream.
     [[nodiscard]] bool Take(std::string& bytes);
+    // Asks no more; how many bytes have come that nobody took.
+    [[nodiscard]] std::size_t End();
 
 private:
     void Work();
@@ -101,6 +103,9 @@ private:
     void MoveBytes(short inputReady);
     bool Drain(ChildOutput& output);
     void Feed(short ready);
+    void EndInput();
+    void CloseInput();
+    static void GoBack(FileHandle& from, int pipe, std::size_t kept);
     void DrainRest();
     void Send(int number) const noexcept;
     [[nodiscard]] int TimeOut() const noexcept;
@@ -111,6 +116,7 @@ private:
     std::vector<ChildOutput> Outputs;
     std::vector<ChildInput> Inputs;
     std::unique_ptr<InputReader> Reader; // of the input, if there is one
+    ChildInput Unread;                   // after the end of the stream: the pipe, to see what is left in it
     std::string Unfed;                   // read from the input and not yet written to the child
     EndFunction Ended;
     TickFunction Tick;

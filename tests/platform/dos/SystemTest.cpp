@@ -154,6 +154,21 @@ TEST_F(SystemTest, AnInputThatGivesNothingMoreHoldsNoCommandBack) {
     EXPECT_EQ(Run("cat", {.Input = {.Handle = &ending}}), "end=0");
 }
 
+// A file that is being written is read through a pipe.
+TEST_F(SystemTest, WhatAChildDoesNotReadIsReadByTheNextOne) {
+    Script("C/One", "sleep 0.05; read -r a; echo $a"); // a pipe is read byte by byte
+    for (const std::size_t more : {10u, 200'000u}) {
+        dos::FileHandle file = dos::Open("Test:lines", dos::OpenMode::New);
+        const std::string text = "one\ntwo\n" + std::string(more, 'x');
+        ASSERT_GT(dos::Write(file, std::as_bytes(std::span(text))), 0);
+        ASSERT_EQ(dos::Seek(file, 0, dos::SeekFrom::Beginning), 0);
+        EXPECT_EQ(Run("true", {.Input = {.Handle = &file}}), "=0");
+        EXPECT_EQ(Run("one", {.Input = {.Handle = &file}}), "one\n=0");
+        EXPECT_EQ(Run("one", {.Input = {.Handle = &file}}), "two\n=0");
+        EXPECT_EQ(dos::Seek(file, 0, dos::SeekFrom::Current), 8);
+    }
+}
+
 TEST_F(SystemTest, AChildBeginsFresh) {
     const int leak = ::open("/dev/null", O_RDONLY); // without close-on-exec
     sigset_t blocked{};
