@@ -89,12 +89,17 @@ DecodedPicture Refused(PictureFault fault) {
 }
 
 DecodedPicture Finish(const QImage& image, const QSize& full, const PictureBox& box) {
-    if (image.isNull())
+    if (image.isNull()) {
+        // Readers do not tell a broken picture from one that there is no memory for, so that is tried here.
+        const auto pixels = static_cast<std::size_t>(std::max(full.width(), 0)) *
+                            static_cast<std::size_t>(std::max(full.height(), 0));
+        std::vector<std::uint32_t>().reserve(std::min<std::size_t>(pixels, MostPixels));
         return Refused(PictureFault::Broken);
+    }
     const QSize size = full.isEmpty() ? image.size() : full;
     const QImage fitted = Scaled(image, FittedSize(size, box));
     if (fitted.isNull())
-        return Refused(PictureFault::Broken);
+        throw std::bad_alloc();
     return {FromImage(fitted), PictureFault::None, static_cast<std::uint32_t>(size.width()),
             static_cast<std::uint32_t>(size.height())};
 }
@@ -142,6 +147,10 @@ DecodedPicture DecodeByReader(Bytes file, const PictureBox& box) {
 DecodedPicture DecodePicture(Bytes file, const PictureBox& box) {
     if (file.size() > MostPictureBytes)
         return Refused(PictureFault::Broken);
+    if (IsPacked(file)) {
+        const std::string drawing = UnpackDrawing(file);
+        return drawing.empty() ? Refused(PictureFault::Broken) : DecodeByReader(AsBytes(drawing), box);
+    }
     return IsIlbm(file) ? DecodeIlbm(file, box) : DecodeByReader(file, box);
 }
 

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
+#include <zlib.h>
 
 namespace datatypes {
 
@@ -151,6 +153,33 @@ bool IsSafeDrawing(Bytes file) {
 }
 
 } // namespace
+
+bool IsPacked(Bytes file) {
+    return AsText(file).starts_with("\x1F\x8B");
+}
+
+std::string UnpackDrawing(Bytes file) {
+    constexpr int WithGzipHeader = MAX_WBITS + 16;
+    constexpr std::size_t Step = 64 * 1024;
+    z_stream stream = {};
+    if (file.size() > MostDrawingBytes || inflateInit2(&stream, WithGzipHeader) != Z_OK)
+        return {};
+    const std::unique_ptr<z_stream, int (*)(z_stream*)> open(&stream, inflateEnd);
+    stream.next_in = const_cast<Bytef*>(reinterpret_cast<const Bytef*>(file.data())); // read only
+    stream.avail_in = static_cast<uInt>(file.size());
+    std::string drawing;
+    int outcome = Z_OK;
+    while (outcome == Z_OK && drawing.size() <= MostDrawingBytes) {
+        const std::size_t before = drawing.size();
+        drawing.resize(before + Step);
+        stream.next_out = reinterpret_cast<Bytef*>(drawing.data() + before);
+        stream.avail_out = static_cast<uInt>(Step);
+        outcome = inflate(&stream, Z_NO_FLUSH);
+        drawing.resize(drawing.size() - stream.avail_out);
+    }
+    const bool isWhole = outcome == Z_STREAM_END && drawing.size() <= MostDrawingBytes;
+    return isWhole && !IsPacked(AsBytes(drawing)) ? drawing : std::string();
+}
 
 bool IsSafePicture(Bytes file, std::string_view format, std::uint64_t pixels) {
     if (format == "jpeg" || format == "jpg")

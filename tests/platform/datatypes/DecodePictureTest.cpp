@@ -204,6 +204,30 @@ TEST(DecodePicture, RefusesWhatIsBrokenOrUnsafe) {
     EXPECT_EQ(DecodePicture(AsBytes("a text")).Fault, PictureFault::Unknown);
 }
 
+std::string Packed(std::string text) {
+    std::string packed(text.size() + 1024, '\0');
+    z_stream stream = {};
+    EXPECT_EQ(deflateInit2(&stream, 9, Z_DEFLATED, MAX_WBITS + 16, 9, Z_DEFAULT_STRATEGY), Z_OK);
+    stream.next_in = reinterpret_cast<Bytef*>(text.data());
+    stream.avail_in = static_cast<uInt>(text.size());
+    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+    stream.avail_out = static_cast<uInt>(packed.size());
+    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+    packed.resize(stream.total_out);
+    deflateEnd(&stream);
+    return packed;
+}
+
+TEST(DecodePicture, PackedDrawingsAreCheckedAsPlainOnes) {
+    const std::string drawing = Packed(Drawing("", ""));
+    EXPECT_TRUE(DecodePicture(AsBytes(drawing)).Shown);
+    const std::array bad = {drawing.substr(0, drawing.size() / 2), Packed(drawing), Packed(UseBomb(40)),
+                            Packed(Drawing("", R"(<image href="/etc/a.png"/>)")),
+                            Packed(std::string(std::size_t{20} * 1024 * 1024, ' '))};
+    for (const std::string& file : bad)
+        EXPECT_EQ(DecodePicture(AsBytes(file)).Fault, PictureFault::Broken) << file.size();
+}
+
 TEST(DecodePicture, FitsTheBoxUprightAndNeverGrows) {
     const std::string turned = Sample("gen_orient_6.jpg");
     const DecodedPicture full = DecodePicture(AsBytes(turned));
