@@ -27,6 +27,13 @@ struct {
     std::vector<std::unique_ptr<const locale::Catalog>> Opened;
 } State;
 
+// Keeps a catalog for good; one that says the same as a kept one goes, and that one is open again.
+const locale::Catalog* Keep(std::unique_ptr<const locale::Catalog> catalog) {
+    const auto same = std::ranges::find_if(
+        State.Opened, [&catalog](const auto& kept) { return kept->Contents() == catalog->Contents(); });
+    return same != State.Opened.end() ? same->get() : State.Opened.emplace_back(std::move(catalog)).get();
+}
+
 } // namespace
 
 bool SAK_LocaleOpen(std::string_view catalogName, std::string_view wantedLanguage,
@@ -40,7 +47,7 @@ bool SAK_LocaleOpen(std::string_view catalogName, std::string_view wantedLanguag
     }
     locale::OpenedCatalog opened = locale::OpenCatalog(wish);
     if (opened.Texts) {
-        State.Catalog = State.Opened.emplace_back(std::move(opened.Texts)).get();
+        State.Catalog = Keep(std::move(opened.Texts));
     }
     State.IsLocaleOpen = true;
     return opened.Outcome != locale::CatalogOutcome::TooOld;

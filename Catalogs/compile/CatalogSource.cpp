@@ -171,8 +171,9 @@ std::vector<std::string> ArgumentsOf(std::string_view format) {
     return all;
 }
 
-// How many gadgets a text names; 0 when two of them have the same letter behind their "_".
-std::size_t GadgetsOf(std::string_view text) {
+// How many gadgets a text names, and how many of them have a letter behind a "_". No gadgets when two have
+// the same letter.
+std::pair<std::size_t, std::size_t> GadgetsOf(std::string_view text) {
     std::set<std::string> letters;
     std::size_t marks = 0;
     for (std::size_t at = text.find('_'); at != std::string_view::npos; at = text.find('_', at + 1)) {
@@ -182,7 +183,7 @@ std::size_t GadgetsOf(std::string_view text) {
         ++marks;
     }
     const auto bars = static_cast<std::size_t>(std::ranges::count(text, '|'));
-    return letters.size() == marks ? bars + 1 : 0;
+    return {letters.size() == marks ? bars + 1 : 0, marks};
 }
 
 void CheckTranslation(const DescribedText& described, std::string_view text, Lines& lines, std::size_t line) {
@@ -191,7 +192,7 @@ void CheckTranslation(const DescribedText& described, std::string_view text, Lin
         lines.Report(described.Name + " asks for other arguments than \"" + described.Text + "\"", line);
     }
     if (described.Name.ends_with("_GAD") && GadgetsOf(text) != GadgetsOf(described.Text)) {
-        lines.Report(described.Name + " has other gadgets, or two with the same letter", line);
+        lines.Report(described.Name + " has other gadgets, other marks, or two with the same letter", line);
     }
 }
 

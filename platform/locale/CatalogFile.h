@@ -17,6 +17,8 @@ inline constexpr std::uint32_t CodeSetUtf8 = 106;
 struct CatalogText {
     std::int32_t Id = 0;
     std::string Text; // UTF-8
+
+    bool operator==(const CatalogText&) const = default;
 };
 
 struct CatalogVersion {
@@ -30,6 +32,8 @@ struct CatalogFile {
     std::uint32_t CodeSet = CodeSetDefault;
     std::vector<CatalogText> Texts; // by ascending id, each id once
     bool IsDamaged = false;         // broken behind what is here
+
+    bool operator==(const CatalogFile&) const = default;
 };
 
 // What the third word of a version text says; 0.0 when that is no number.

@@ -83,6 +83,7 @@ TEST(CatalogSource, ATranslationKeepsWhatTheProgramPutsIn) {
                         {"{f} x", "{F} y", false},
                         {"_A|_B", "_X|_Y", true, "MSG_GAD"},
                         {"_A|_B", "_X|_x", false, "MSG_GAD"},
+                        {"_A|_B", "_X|Y", false, "MSG_GAD"},
                         {"_A|_B", "_X", false, "MSG_GAD"}};
     for (const Row& row : rows) {
         EXPECT_EQ(FindingsOf(row.English, row.Translated, row.Name).empty(), row.IsRight)

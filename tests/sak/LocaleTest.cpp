@@ -36,6 +36,16 @@ protected:
     ScopedLocale German{"de_DE.UTF-8"};
 };
 
+TEST_F(SakLocale, ACatalogThatIsOpenedAgainIsKeptOnce) {
+    AddCatalog({{1, "_Weiter"}});
+    ASSERT_TRUE(Open());
+    const std::string_view text = SAK_LocaleString(1);
+    SAK_LocaleClose();
+    ASSERT_TRUE(Open());
+    EXPECT_EQ(SAK_LocaleString(1), "_Weiter");
+    EXPECT_EQ(SAK_LocaleString(1).data(), text.data());
+}
+
 TEST_F(SakLocale, TheTableHoldsEveryNumberOnceInOrder) {
     ASSERT_EQ(CatCompArray.size(), SAK_NumAppStrings);
     for (std::size_t at = 0; at < CatCompArray.size(); ++at) {
