@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <functional>
 #include <iterator>
 #include <numeric>
 
@@ -157,13 +158,34 @@ void ArrangeArrivals(std::vector<NumberItem>& items, SortOrder order) {
     std::reverse_copy(others.begin(), others.end(), items.begin());
 }
 
-void OrderByNumber(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order) {
-    const std::uint64_t turn = order == SortOrder::Ascending ? 0 : ~std::uint64_t{0};
-    std::vector<NumberItem> items;
-    items.reserve(nodes.size());
-    for (ContentNode* node : nodes) {
-        items.push_back({NumberKey(*node, column) ^ turn, node});
+enum class Arrival { Equal, Rising, Mixed };
+
+Arrival ArrivalOf(const std::vector<std::uint64_t>& keys) {
+    const auto differ = std::ranges::adjacent_find(keys, std::not_equal_to());
+    if (differ == keys.end()) {
+        return Arrival::Equal;
     }
+    return std::is_sorted(differ, keys.end()) ? Arrival::Rising : Arrival::Mixed;
+}
+
+// Keys that arrive in order, as those of most columns of plain files do, leave nothing to sort.
+void OrderByNumber(std::vector<ContentNode*>& nodes, DetailsColumn column, SortOrder order) {
+    const bool ascending = order == SortOrder::Ascending;
+    std::vector<std::uint64_t> keys(nodes.size());
+    std::transform(nodes.begin(), nodes.end(), keys.begin(),
+                   [column](const ContentNode* node) { return NumberKey(*node, column); });
+    const Arrival arrival = ArrivalOf(keys);
+    if (arrival != Arrival::Mixed) {
+        if (!ascending) {
+            std::ranges::reverse(nodes);
+        }
+        return;
+    }
+    std::vector<NumberItem> items(nodes.size());
+    std::transform(nodes.begin(), nodes.end(), keys.begin(), items.begin(),
+                   [turn = ascending ? 0 : ~std::uint64_t{0}](ContentNode* node, std::uint64_t key) {
+                       return NumberItem{key ^ turn, node};
+                   });
     ArrangeArrivals(items, order);
     const auto before = [](const NumberItem& a, const NumberItem& b) { return a.Key < b.Key; };
     if (!std::is_sorted(items.begin(), items.end(), before)) {
