@@ -16,7 +16,7 @@ enum class EventClass : std::uint16_t {
     Iconify = 9,
     RawKey = 11, // Code: the key; sent when it goes down and when it repeats
     ChangeWindow = 13,
-    IntuiTicks = 14,   // ten a second while SetTicks is on and the window is active
+    IntuiTicks = 14,   // ten a second while SetTicks is on
     MouseButtons = 16, // Code: middle, fourth and fifth button and the wheel with Control held
     ScreenJump = 18,
     AppMessage = 19, // Objects: what was dropped on the window

@@ -3,10 +3,12 @@
 #include "platform/dos/HostPaths.h"
 #include "platform/intuition/Application.h"
 #include "platform/intuition/Images.h"
+#include "platform/intuition/KeyNames.h"
 #include "platform/intuition/Native.h"
 #include "platform/intuition/RequestDialog.h"
 #include "platform/intuition/StringGadget.h"
 
+#include <QCheckBox>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
@@ -49,6 +51,8 @@ public:
         AddPicture(*grid, spec);
         for (const FormField& field : spec.Fields)
             AddField(*grid, field);
+        for (const FormCheck& check : spec.Checks)
+            AddCheck(*grid, check);
         if (!spec.Choices.empty())
             AddChoices(*grid, spec.Choices);
         setLayout(grid.release());
@@ -67,6 +71,8 @@ public:
     void Read(FormAnswer& answer) const {
         for (const auto& field : Fields)
             answer.Texts.push_back(field->Text());
+        for (const QCheckBox* check : Checks)
+            answer.Checks.push_back(check->isChecked());
         answer.Choice = List != nullptr ? static_cast<std::size_t>(std::max(List->currentRow(), 0)) : 0;
     }
 
@@ -92,6 +98,8 @@ private:
         line->SetMinimum(FieldWidth, -1);
         auto* edit = static_cast<QLineEdit*>(line->Native().Widget.get());
         QObject::connect(edit, &QLineEdit::returnPressed, this, [this] { focusNextChild(); });
+        if (field.TakesKeys)
+            ShowPressedKeys(*edit);
         label->setBuddy(edit);
         grid.addWidget(label.release(), row, 1);
         grid.addWidget(edit, row, 2);
@@ -110,6 +118,12 @@ private:
             [this, &line, title = TitleText(field.ChooserTitle)] { ChooseDrawer(*window(), line, title); });
         grid.addWidget(button.release(), row, 3);
     }
+    void AddCheck(QGridLayout& grid, const FormCheck& check) {
+        auto box = std::make_unique<QCheckBox>(MarkedText(check.Label));
+        box->setChecked(check.Set);
+        Checks.push_back(box.get());
+        grid.addWidget(box.release(), static_cast<int>(Fields.size() + Checks.size()) - 1, 2);
+    }
     void AddChoices(QGridLayout& grid, const std::vector<std::string>& choices) {
         auto list = std::make_unique<QListWidget>();
         for (const std::string& choice : choices)
@@ -117,10 +131,11 @@ private:
         list->setCurrentRow(0);
         list->setMinimumSize(ListWidth, ListHeight);
         List = list.get();
-        grid.addWidget(list.release(), static_cast<int>(Fields.size()), 1, 1, 2);
+        grid.addWidget(list.release(), static_cast<int>(Fields.size() + Checks.size()), 1, 1, 2);
     }
 
     std::vector<std::unique_ptr<StringGadget>> Fields; // their widgets lie in this one
+    std::vector<QCheckBox*> Checks;                    // children of this one
     QListWidget* List = nullptr;
 };
 

@@ -112,6 +112,10 @@ bool ListBrowser::IsSelected(std::size_t row) const {
     return ViewOf(*this).Selection().Has(row);
 }
 
+bool ListBrowser::IsDisabled(std::size_t row) const {
+    return !ViewOf(*this).IsSelectable(row);
+}
+
 std::size_t ListBrowser::SelectedCount() const {
     return ViewOf(*this).Selection().Count();
 }
@@ -124,12 +128,25 @@ void ListBrowser::Select(std::size_t row, bool selected) {
     ViewOf(*this).Select(row, selected);
 }
 
+void ListBrowser::SelectRows(const std::vector<std::size_t>& rows) {
+    ViewOf(*this).SelectRows(rows);
+}
+
 void ListBrowser::SelectAll() {
     ViewOf(*this).SelectEvery(true);
 }
 
 void ListBrowser::ClearSelection() {
     ViewOf(*this).SelectEvery(false);
+}
+
+void ListBrowser::EditCell(std::size_t row, std::size_t column, std::string_view text,
+                           std::size_t maximumBytes) {
+    ViewOf(*this).EditCell(row, column, text, maximumBytes);
+}
+
+const std::string& ListBrowser::EditedText() const {
+    return ViewOf(*this).Edited();
 }
 
 ListEvent ListBrowser::NextEvent() {

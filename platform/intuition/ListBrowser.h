@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace intuition {
@@ -107,11 +108,19 @@ public:
 
     void SetSelection(ListSelection kind);
     [[nodiscard]] bool IsSelected(std::size_t row) const;
+    [[nodiscard]] bool IsDisabled(std::size_t row) const; // cannot be selected; a row that is not there too
     [[nodiscard]] std::size_t SelectedCount() const;
     [[nodiscard]] std::vector<std::size_t> SelectedRows() const; // ascending
     void Select(std::size_t row, bool selected);                 // no event comes of it
+    void SelectRows(const std::vector<std::size_t>& rows);       // adds to the selection, at once
     void SelectAll();
     void ClearSelection();
+
+    // Lets the user edit a cell in place, from that text on; scrolls to it. Return, and a click elsewhere,
+    // end it with an event EditDone; Escape, and other rows or columns, without one.
+    void EditCell(std::size_t row, std::size_t column, std::string_view text, std::size_t maximumBytes);
+    // What the user has made of the last text, cut at a whole character.
+    [[nodiscard]] const std::string& EditedText() const;
 
     // Fetches the event that belongs to the oldest unfetched GadgetUp of this list; Kind None when the rows
     // it spoke of are gone.

@@ -114,6 +114,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
         event->ignore();
     } else if (row != NoRow && row == Current()) {
         Narrowing = false;
+        Select(row, true); // the first click may have taken it out of the selection
         Report({ListEventKind::DoubleClick, row});
     } else {
         mousePressEvent(event);

@@ -50,11 +50,13 @@ ListView::~ListView() {
 }
 
 void ListView::SetColumns(std::vector<Column> columns) {
+    EndEdit(EditEnd::Cancel);
     Rows.SetColumns(std::move(columns));
     Header.Restore(Rows.Columns());
 }
 
 void ListView::Attach(const ListSource* source) {
+    EndEdit(EditEnd::Cancel);
     Events.clear();
     Anchor = Pressed = NoRow;
     Narrowing = Dragging = false;
@@ -125,6 +127,12 @@ void ListView::Select(std::size_t row, bool selected) {
 void ListView::SelectEvery(bool selected) {
     Chosen.SetAll(false);
     for (std::size_t row = 0; selected && row < Rows.Rows(); ++row)
+        Chosen.Set(row, IsSelectable(row));
+    ShowSelection();
+}
+
+void ListView::SelectRows(const std::vector<std::size_t>& rows) {
+    for (const std::size_t row : rows)
         Chosen.Set(row, IsSelectable(row));
     ShowSelection();
 }

@@ -16,6 +16,7 @@
 
 namespace intuition {
 
+class CellEditor;
 class ListView;
 
 // Titles: the arrow is the program's, and a drag is reported once, when it ends.
@@ -54,6 +55,8 @@ private:
     const ListView& List;
 };
 
+enum class EditEnd { Keep, Cancel };
+
 class ListView : public QTreeView {
 public:
     ListView(std::uint16_t id, ListKeys keys);
@@ -74,14 +77,20 @@ public:
     void SetCurrent(std::size_t row);
 
     [[nodiscard]] const RowSelection& Selection() const { return Chosen; }
+    [[nodiscard]] bool IsSelectable(std::size_t row) const;
     void Select(std::size_t row, bool selected);
     void SelectEvery(bool selected);
+    void SelectRows(const std::vector<std::size_t>& rows);
     void SetSelectionKind(ListSelection kind) { Kind = kind; }
 
     void SetImageHeight(int height);
     void SetRowLines(int lines);
     void SetStripes(bool on);
     void SetSeparators(bool on);
+
+    void EditCell(std::size_t row, std::size_t column, std::string_view text, std::size_t maximumBytes);
+    void EndEdit(EditEnd how);
+    [[nodiscard]] const std::string& Edited() const { return EditedText; }
 
     void Report(const ListEvent& event);
     [[nodiscard]] ListEvent Fetch();
@@ -99,10 +108,10 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     [[nodiscard]] std::size_t RowAt(const QPoint& position) const;
-    [[nodiscard]] bool IsSelectable(std::size_t row) const;
     [[nodiscard]] RowState StateOf(std::size_t row, const QRect& area) const;
     void DrawCells(QPainter& painter, std::size_t row, const RowLook& look, const RowState& state) const;
     void PressRow(std::size_t row, Qt::KeyboardModifiers modifiers);
@@ -134,7 +143,10 @@ private:
     bool Stripes = true, Separators = false;
     int ImageHeight = 0;
     int RowLines = 1;
-    std::string Typed; // type-ahead of a list with own keys
+    CellEditor* Editor = nullptr; // a child of the viewport, while a cell is edited
+    std::size_t EditedRow = NoRow, EditedColumn = 0;
+    std::string EditedText; // when the last editor ended
+    std::string Typed;      // type-ahead of a list with own keys
     QElapsedTimer SinceTyped;
 };
 

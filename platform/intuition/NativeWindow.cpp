@@ -286,7 +286,7 @@ void NativeWindow::paintEvent(QPaintEvent* event) {
 }
 
 void NativeWindow::timerEvent(QTimerEvent* event) {
-    if (event->timerId() == Ticks.timerId() && isActiveWindow())
+    if (event->timerId() == Ticks.timerId())
         Post({EventClass::IntuiTicks});
     QWidget::timerEvent(event);
 }

@@ -4,6 +4,7 @@
 #include "tests/platform/intuition/Stage.h"
 
 #include <QAccessible>
+#include <QLineEdit>
 #include <QScrollBar>
 
 namespace intuition {
@@ -120,6 +121,28 @@ TEST_F(ListBrowserTest, PersistentSelectionTogglesAndSingleKeepsOne) {
     Click(5, Qt::ControlModifier);
     Click(8, Qt::ShiftModifier);
     EXPECT_EQ(List().SelectedRows(), (RowNumbers{8}));
+}
+
+TEST_F(ListBrowserTest, EditedCellIsKeptByReturnAndGivenUpByEscape) {
+    List().Attach(&Few);
+    const auto edit = [this](Qt::Key end) {
+        List().EditCell(15, 0, "old.txt", 9);
+        auto* field = View().viewport()->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+        QTest::keyClicks(field, QStringLiteral("longer")); // in place of what stands before the dot
+        QTest::keyClick(field, end);
+        Pump();
+    };
+    edit(Qt::Key_Escape);
+    EXPECT_TRUE(EventsOf(Stage.Frame).empty());
+    edit(Qt::Key_Return);
+    ASSERT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    const ListEvent event = List().NextEvent();
+    EXPECT_EQ(event.Kind, ListEventKind::EditDone);
+    EXPECT_EQ(event.Row, 15U);
+    EXPECT_EQ(List().EditedText(), "longer.tx") << "cut at its limit";
+    List().EditCell(3, 0, "x", 9);
+    List().Attach(&Many);
+    EXPECT_TRUE(EventsOf(Stage.Frame).empty()) << "other rows give the editing up";
 }
 
 TEST_F(ListBrowserTest, EachGadgetUpHasItsListEvent) {
