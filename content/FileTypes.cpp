@@ -232,6 +232,14 @@ void CollectVersion(ContentNode& node) {
     }
 }
 
+void CollectOwnFacts(ContentNode& node) {
+    if (node.DatatypeGroupValue == GroupPicture || node.DatatypeGroupValue == GroupAnimation) {
+        CollectDimensions(node);
+    } else if (node.DatatypeGroupValue == GroupSound) {
+        CollectTags(node);
+    }
+}
+
 void GetFileType(ContentNode& node) {
     const datatypes::DataType* type = datatypes::ObtainDataType(node.EntryPath);
     SAK_NoteIdentified(IdentifyDataType(type));

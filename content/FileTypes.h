@@ -78,6 +78,9 @@ private:
 // Fills version text and number of a file of the system's group, when a shown column wants them.
 void CollectVersion(ContentNode& node);
 
+// Opens a picture, animation or sound file for what it says of itself: dimensions, tags.
+void CollectOwnFacts(ContentNode& node);
+
 // Opens the file of the node to find out its type, and fills group, type and default icon. What the datatype
 // says stands in the results of SAK_Identify too.
 void GetFileType(ContentNode& node);

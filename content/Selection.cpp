@@ -50,26 +50,27 @@ void SelectContentListItems() {
     if (Objects.ContentList == nullptr) {
         return;
     }
-    ClearRecords();
-    for (const std::size_t row : Objects.ContentList->SelectedRows()) {
-        if (row < lblist2.size() && lblist2[row].Record != nullptr) {
-            lblist2[row].Record->Selected = 1;
-            ++NumSelected;
+    NumSelected = 0;
+    for (std::size_t row = 0; row < lblist2.size(); ++row) { // records without a row are never selected
+        ContentNode* record = lblist2[row].Record;
+        if (record != nullptr) {
+            record->Selected = Objects.ContentList->IsSelected(row) ? 1 : 0;
+            NumSelected += record->Selected;
         }
     }
 }
 
 void HighlightContentListItems() {
-    NumSelected = 0;
+    std::vector<std::size_t> selected;
     for (std::size_t row = 0; row < lblist2.size(); ++row) {
         const ContentNode* record = lblist2[row].Record;
-        if (record == nullptr || record->Selected == 0) {
-            continue;
+        if (record != nullptr && record->Selected != 0) {
+            selected.push_back(row);
         }
-        ++NumSelected;
-        if (Objects.ContentList != nullptr) {
-            Objects.ContentList->Select(row, true);
-        }
+    }
+    NumSelected = static_cast<std::int32_t>(selected.size());
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->SelectRows(selected);
     }
 }
 

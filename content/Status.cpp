@@ -45,13 +45,15 @@ void ShowEnteredPathStatus() {
 
 void RefreshBytes() {
     TotalBytes = 0;
-    if (ContentList) {
+    SelectedBytes = 0;
+    if (ContentList) { // one walk: on a long list each costs a user's click some milliseconds
         for (const ContentNode& node : *ContentList) {
             TotalBytes += node.EntrySize;
+            SelectedBytes += node.Selected != 0 ? node.EntrySize : 0;
         }
     }
     TotalBytesBuffer = BytesToUnit(TotalBytes);
-    RefreshSelectedBytes();
+    SelectedBytesBuffer = BytesToUnit(SelectedBytes);
 }
 
 void RefreshSelectedBytes() {

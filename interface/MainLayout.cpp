@@ -10,7 +10,6 @@
 #include "model/WorkingSet.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Layout.h"
-#include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
@@ -178,8 +177,7 @@ void ShowCurrentPath() {
         return;
     }
     Objects.Path->SetText(CurrentPath.View());
-    const bool isDrawer = CurrentPath.View().find(':') != std::string_view::npos;
-    Objects.Parent->SetDisabled(!isDrawer || SAK_IsDeviceRoot(CurrentPath.View()));
+    Objects.Parent->SetDisabled(CurrentPath.View().find(':') == std::string_view::npos); // no drawer
     MainWindow->SetTitle(WindowTitle() + " - " + std::string(CurrentPath.View()));
 }
 

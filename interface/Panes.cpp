@@ -57,8 +57,10 @@ std::unique_ptr<intuition::TreeBrowser> CreateNavigationPane() {
 }
 
 std::unique_ptr<intuition::ListBrowser> CreateContentPane() {
-    auto list = std::make_unique<intuition::ListBrowser>(GadgetContentList, intuition::ListKeys::Own);
+    auto list = std::make_unique<intuition::ListBrowser>(GadgetContentList);
     list->SetStripes(true);
+    list->SetSelection(Prefs.PersistentSelect != 0 ? intuition::ListSelection::Persistent
+                                                   : intuition::ListSelection::Extended);
     Objects.ContentList = list.get();
     return list;
 }

@@ -54,6 +54,7 @@ std::uint32_t SignalsMask = 0;
 std::uint32_t Result = 0;
 std::uint16_t Code = 0;
 std::uint16_t Qualifier = 0;
+Text<32> KeyText;
 std::uint16_t done = 0;
 std::uint16_t done2 = 0;
 std::uint16_t QuitNoSave = 0;
