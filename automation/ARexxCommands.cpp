@@ -1,6 +1,7 @@
 #include "automation/ARexxCommands.h"
 
 #include "automation/ARexxHandlers.h"
+#include "automation/SelectCommands.h"
 #include "locations/DiskOperations.h"
 #include "locations/KeptPlaces.h"
 #include "locations/OpenTabs.h"
@@ -27,13 +28,13 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"FORWARD", 8, WhenOpen<GoForwardInHistory>, "", 0},
     {"PARENT", 9, rexx_Parent, "", 0},
     {"RELOAD", 10, WhenOpen<ReloadLocation>, "", 0},
-    {"SELECTDRAWER", 11, rexx_Accept, "NAME/K", 0},
-    {"SELECTFILE", 12, rexx_Accept, "NAME/K", 0},
-    {"SELECTALL", 13, rexx_Accept, "", 0},
-    {"SELECTNONE", 14, rexx_Accept, "", 0},
-    {"TOGGLESELECTION", 15, rexx_Accept, "", 0},
-    {"SELECTBYTYPE", 16, rexx_Accept, "TYPE/N", 0},
-    {"PATTERN", 17, rexx_Accept, "PATTERN/K,CASE/S", 0},
+    {"SELECTDRAWER", 11, rexx_SelectDrawer, "NAME/K", 0},
+    {"SELECTFILE", 12, rexx_SelectFile, "NAME/K", 0},
+    {"SELECTALL", 13, WhenOpen<SelectAll>, "", 0},
+    {"SELECTNONE", 14, WhenOpen<SelectNone>, "", 0},
+    {"TOGGLESELECTION", 15, WhenOpen<ToggleSelection>, "", 0},
+    {"SELECTBYTYPE", 16, rexx_SelectByType, "TYPE/N", 0},
+    {"PATTERN", 17, rexx_Pattern, "PATTERN/K,CASE/S", 0},
     {"CUT", 18, rexx_Accept, "", 0},
     {"CUTAPPEND", 19, rexx_Accept, "", 0},
     {"COPY", 20, rexx_Accept, "", 0},
@@ -42,7 +43,7 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"PASTETO", 23, rexx_Accept, "PATH/K", 0},
     {"DELETE", 25, rexx_Accept, "VERIFY/S", 0},
     {"NEWDRAWER", 26, rexx_Accept, "DRAWER/K,ADDICON/S", 0},
-    {"RENAME", 27, rexx_Accept, "OLD/K,NEW/K", 0},
+    {"RENAME", 27, rexx_Rename, "OLD/K,NEW/K", 0},
     {"PROTECT", 28, rexx_Accept, "", 0},
     {"FILENOTE", 29, rexx_Accept, "", 0},
     {"ARCHIVE", 30, rexx_Accept, "", 0},
@@ -87,7 +88,7 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"CLOSEALLBUTTHISTAB", 69, WhenOpen<CloseAllButThisTab>, "", 0},
     {"NEWWINDOW", 70, rexx_NewWindow, "PATH/M", 0},
     {"CLONEWINDOW", 71, rexx_Accept, "PATH/M", 0},
-    {"OPENINNENWWINDOW", 72, rexx_Accept, "PATH/M", 0},
+    {"OPENINNENWWINDOW", 72, rexx_OpenInNewWindow, "PATH/M", 0},
     {"CLOSEALLBUTTHISWINDOW", 73, rexx_Accept, "", 0},
     {"OPENWORKBENCHWINDOW", 74, rexx_Accept, "PATH/M", 0},
     {"CASCADE", 75, rexx_Accept, "", 0},

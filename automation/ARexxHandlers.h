@@ -78,6 +78,15 @@ void rexx_AddFavorite(rexx::CommandCall& call);
 void rexx_SelectFavorite(rexx::CommandCall& call);
 void rexx_GetVersion(rexx::CommandCall& call);
 
+// --- ARexxSelection: what is selected, and what is done to it ---
+
+void rexx_SelectDrawer(rexx::CommandCall& call);
+void rexx_SelectFile(rexx::CommandCall& call);
+void rexx_SelectByType(rexx::CommandCall& call);
+void rexx_Pattern(rexx::CommandCall& call); // acts only when CASE is given too
+void rexx_Rename(rexx::CommandCall& call);
+void rexx_OpenInNewWindow(rexx::CommandCall& call);
+
 // --- ARexxQueries: answers; all but the first two also without a window ---
 
 void rexx_GetPubScreenName(rexx::CommandCall& call);

@@ -1,17 +1,59 @@
 #include "automation/Commodity.h"
 
+#include "model/Prefs.h"
+#include "platform/intuition/HotKey.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+
+#include <string>
+
 namespace solvane {
 
 exec::SignalMask CxSignal = 0;
+Text<130> HotKeyOfIcon;
+
+namespace {
+
+int Signal = -1; // of CxSignal
+
+std::string HotKeyText() {
+    return std::string(HotKeyOfIcon.Empty() ? Prefs.HotKey.View() : HotKeyOfIcon.View());
+}
+
+bool TakeHotKey() {
+    const auto keys = intuition::ParseKeyCombination(HotKeyText());
+    return keys && intuition::SetHotKey(*keys, exec::FindTask(), CxSignal);
+}
+
+} // namespace
 
 bool HasCommodities() {
-    return false;
+    return intuition::DisplayHasHotKeys();
 }
 
 bool SetUpCommodity() {
+    Signal = exec::AllocSignal();
+    if (Signal < 0) {
+        return false;
+    }
+    CxSignal = exec::SignalMask{1} << Signal;
+    if (TakeHotKey()) {
+        return true;
+    }
+    ShutDownCommodity();
+    SAK_EasyRequest(nullptr, RequesterTitle, RequesterImage::Error, SAK_LocaleString(MSG_INVALID_HOT_KEY),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
     return false;
 }
 
-void ShutDownCommodity() {}
+void ShutDownCommodity() {
+    intuition::ClearHotKey();
+    if (Signal >= 0) {
+        exec::FreeSignal(Signal);
+        Signal = -1;
+    }
+    CxSignal = 0;
+}
 
 } // namespace solvane

@@ -1,20 +1,23 @@
-// The program as a background service with a hot key; it comes with the
-// keyboard, and until then it cannot be set up.
+// The program as a background service: a key of the whole desktop brings its window up, wherever the user is.
 #pragma once
 
 #include "platform/exec/Tasks.h"
+#include "sak/Text.h"
 
 namespace solvane {
 
 // --- State ---
 
-extern exec::SignalMask CxSignal; // the hot key was pressed or a command came; 0 while there is no broker
+extern exec::SignalMask CxSignal; // the hot key was pressed; 0 while there is no broker
+extern Text<130> HotKeyOfIcon;    // the tool type HOTKEY of the program's icon; written at start
 
 // --- Functions ---
 
 // Whether there can be a background service at all. Without, Prefs.UseCommodity counts as off.
 [[nodiscard]] bool HasCommodities();
 
+// Takes the hot key of the program's icon (HOTKEY), else of the preferences. False, after a requester, for a
+// key that there is not or that another program has.
 [[nodiscard]] bool SetUpCommodity();
 void ShutDownCommodity();
 

@@ -1,5 +1,6 @@
 #include "frame/ArgumentParser.h"
 
+#include "automation/Commodity.h"
 #include "frame/Terminate.h"
 #include "locations/Navigation.h"
 #include "model/Program.h"
@@ -186,6 +187,9 @@ bool TakeToolTypes(bool pathsWanted) {
     }
     if (const auto language = icon::FindToolType(*object, "LANGUAGE")) {
         SAK_PreferredLanguage = *language;
+    }
+    if (const auto hotKey = icon::FindToolType(*object, "HOTKEY")) {
+        HotKeyOfIcon = *hotKey;
     }
     return true;
 }

@@ -1,6 +1,10 @@
 #include "frame/EventDispatch.h"
 
 #include "automation/ARexxScripts.h"
+#include "automation/ContentEvents.h"
+#include "automation/RawKey.h"
+#include "automation/SelectCommands.h"
+#include "automation/TypeAhead.h"
 #include "content/BuildLists.h"
 #include "content/Drawers.h"
 #include "fileops/Drops.h"
@@ -16,21 +20,15 @@
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
 #include "locations/Navigation.h"
-#include "locations/OpenTabs.h"
 #include "locations/RescanTabs.h"
 #include "locations/Tabs.h"
 #include "locations/VisitHistory.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
-#include "model/Tabs.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-
-#include <algorithm>
-#include <array>
-#include <optional>
 
 namespace solvane {
 
@@ -38,9 +36,6 @@ namespace {
 
 using intuition::EventClass;
 using intuition::WindowEvent;
-
-constexpr std::uint16_t KeyW = 17, KeyT = 20, KeyH = 37;
-constexpr std::uint32_t TypeAheadTicks = 9; // ticks after which the next key begins a new word
 
 void ServeCloseGadget() {
     if (Prefs.UseCommodity != 0) {
@@ -90,6 +85,9 @@ bool ServeChooser(const WindowEvent& event) {
     case GadgetHistoryChooser:
         HandleHistoryChooser();
         return true;
+    case GadgetTypeChooser:
+        SelectByType(event.Code);
+        return true;
     case GadgetARexxChooser:
         HandleScriptChooser(event.Code);
         return true;
@@ -124,7 +122,7 @@ void ServeGadget(const WindowEvent& event) {
         PopHistoryChooser();
         break;
     case GadgetParent:
-        GoToParent();
+        CloseWindowWith(HandleKey(intuition::rawkey::Backspace, 0));
         break;
     case GadgetReload:
         ReloadLocation();
@@ -150,133 +148,6 @@ void ServeGadget(const WindowEvent& event) {
     }
 }
 
-void ToggleHiddenEntries() {
-    Prefs.ShowHiddenEntries = Prefs.ShowHiddenEntries == 0 ? 1 : 0;
-    SetRescanAllTabsByLocation(LocationKind::Drawer);
-    SetRescanAllTabsByLocation(LocationKind::Workbench);
-    if (ActiveTab != nullptr) {
-        ActiveTab->RescanTab = 0;
-    }
-    ReloadLocation();
-}
-
-// The number that a digit key stands for, 10 for the 0; none for other keys.
-std::optional<std::uint32_t> DigitOf(std::uint16_t key) {
-    constexpr std::array<std::uint16_t, 10> Numeric = {29, 30, 31, 45, 46, 47, 61, 62, 63, 15};
-    if (key >= 1 && key <= 10) {
-        return key;
-    }
-    const auto found = std::find(Numeric.begin(), Numeric.end(), key);
-    return found != Numeric.end() ? std::optional(static_cast<std::uint32_t>(found - Numeric.begin()) + 1)
-                                  : std::nullopt;
-}
-
-void ServeControlKey(const WindowEvent& event) {
-    constexpr std::uint16_t Shift = intuition::qualifier::LeftShift | intuition::qualifier::RightShift;
-    switch (event.Code) {
-    case KeyH:
-        ToggleHiddenEntries();
-        break;
-    case KeyT:
-        OpenNewTab(0);
-        break;
-    case KeyW:
-        CloseWindowWith(CloseTab());
-        break;
-    case intuition::rawkey::Tab:
-        if ((event.Qualifier & Shift) != 0) {
-            PreviousTab();
-        } else {
-            NextTab();
-        }
-        break;
-    case intuition::rawkey::Return:
-    case intuition::rawkey::Enter:
-        OpenMultipleNewTabs();
-        break;
-    default:
-        if (const auto digit = DigitOf(event.Code)) {
-            SwitchToTabNumber(*digit);
-        }
-        break;
-    }
-}
-
-void ServeRawKey(const WindowEvent& event) {
-    if ((event.Qualifier & intuition::qualifier::Control) != 0) {
-        ServeControlKey(event);
-        return;
-    }
-    switch (event.Code) {
-    case intuition::rawkey::Backspace:
-        GoToParent();
-        break;
-    case intuition::rawkey::Return:
-    case intuition::rawkey::Enter:
-        OpenSelectedEntry();
-        break;
-    case intuition::rawkey::Left:
-        GoBackInHistory();
-        break;
-    case intuition::rawkey::Right:
-        GoForwardInHistory();
-        break;
-    default:
-        break;
-    }
-}
-
-// What the preferences give the further buttons of a mouse to do, and the wheel with Control held.
-void ServeMouseButton(const WindowEvent& event) {
-    enum Action : std::int32_t { Open = 1, Parent = 2, Back = 3, Forward = 4, OpenInTab = 5 };
-    std::int32_t action = 0;
-    switch (event.Code) {
-    case intuition::mousebutton::FifthUp:
-        action = Prefs.FifthButtonAction;
-        break;
-    case intuition::mousebutton::FourthUp:
-        action = Prefs.FourthButtonAction;
-        break;
-    case intuition::mousebutton::MiddleUp:
-        action = Prefs.MiddleButtonAction;
-        break;
-    case intuition::mousebutton::WheelUp:
-        PreviousTab();
-        return;
-    case intuition::mousebutton::WheelDown:
-        NextTab();
-        return;
-    default:
-        return;
-    }
-    switch (action) {
-    case Open:
-        OpenSelectedEntry();
-        break;
-    case Parent:
-        GoToParent();
-        break;
-    case Back:
-        GoBackInHistory();
-        break;
-    case Forward:
-        GoForwardInHistory();
-        break;
-    case OpenInTab:
-        OpenMultipleNewTabs();
-        break;
-    default:
-        break;
-    }
-}
-
-void ServeTick() {
-    if (++JumpToCount > TypeAheadTicks) {
-        JumpToCount = 0;
-        SameJumpTo = 0;
-    }
-}
-
 void Dispatch(const WindowEvent& event) {
     switch (event.Class) {
     case EventClass::CloseWindow:
@@ -296,13 +167,13 @@ void Dispatch(const WindowEvent& event) {
         static_cast<void>(Iconify());
         break;
     case EventClass::RawKey:
-        ServeRawKey(event);
+        CloseWindowWith(HandleRawKeys());
         break;
     case EventClass::IntuiTicks:
-        ServeTick();
+        TickTypeAhead();
         break;
     case EventClass::MouseButtons:
-        ServeMouseButton(event);
+        CloseWindowWith(HandleMouseButton());
         break;
     case EventClass::MenuPick:
     case EventClass::ScreenJump:
@@ -328,6 +199,7 @@ void NoteEvent(const WindowEvent& event) {
     Result = (static_cast<std::uint32_t>(event.Class) << 16U) | event.Id;
     Code = event.Code;
     Qualifier = event.Qualifier;
+    KeyText = event.Text;
 }
 
 } // namespace
@@ -358,7 +230,7 @@ Station ActOnARexxJump() {
     case 6:
         return LeaveIcon();
     case 9:
-        GoToParent();
+        CloseWindowWith(HandleKey(intuition::rawkey::Backspace, 0));
         return Station::WaitLoop;
     case 68:
         CloseWindowWith(Closing::WithWindow);

@@ -159,6 +159,15 @@ Station ServeDeviceUsage() {
     return Station::WaitLoop;
 }
 
+// The hot key brings the window up, or opens a tab in the one that there is.
+Station ServeCommodity() {
+    if (Iconified == 0 && MainWindow && MainWindow->IsOpen()) {
+        ScreenToFront();
+        OpenNewTab(0);
+    }
+    return ShowProgram();
+}
+
 exec::SignalMask WindowMask() {
     return SignalsMask;
 }
@@ -176,7 +185,7 @@ constexpr std::array Sources = {
     SignalSource{NotifyVarSignal, ServeNothing},
     SignalSource{[] { return SAK_NotifySignal; }, ServeDrawerNotification},
     SignalSource{[] { return ARexxSignal; }, ServeARexx},
-    SignalSource{[] { return CxSignal; }, ServeNothing},
+    SignalSource{[] { return CxSignal; }, ServeCommodity},
     SignalSource{PortMask<AppIconPort>, ServeAppIcon},
     SignalSource{[] { return AppMenuSignal; }, ServeAppMenu},
     SignalSource{[] { return AppLibSignal; }, ServeDesktop},

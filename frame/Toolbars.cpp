@@ -1,6 +1,7 @@
 #include "frame/Toolbars.h"
 
 #include "automation/ARexxScripts.h"
+#include "automation/SelectCommands.h"
 #include "interface/Choosers.h"
 #include "interface/MenuIds.h"
 #include "model/Program.h"
@@ -12,6 +13,18 @@ void HandleToolbars(std::uint32_t number) {
         return;
     }
     switch (ItemOfButton[number - 1]) {
+    case MenuSelectAll:
+        SelectAll();
+        break;
+    case MenuSelectNone:
+        SelectNone();
+        break;
+    case MenuToggleSelection:
+        ToggleSelection();
+        break;
+    case MenuPattern:
+        Pattern("", false);
+        break;
     case MenuSelectByType:
         PopUpTypes();
         break;

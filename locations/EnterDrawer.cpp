@@ -8,6 +8,7 @@
 #include "interface/TabBar.h"
 #include "locations/Devices.h"
 #include "locations/History.h"
+#include "locations/PlaceRouter.h"
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
@@ -144,7 +145,11 @@ bool ScanDrawerOther() {
 
 void GoToParent() {
     CheckLastCharPath();
-    if (LBLocation != LocationKind::Drawer || SAK_IsDeviceRoot(CurrentPath)) {
+    if (LBLocation != LocationKind::Drawer) {
+        return;
+    }
+    if (SAK_IsDeviceRoot(CurrentPath)) {
+        GoToPlace(FindMasterAssignsNode(CurrentPath) != nullptr ? "Assigns" : "Computer");
         return;
     }
     Text<1024> path = CurrentPath;

@@ -26,7 +26,8 @@ bool PopulateContent2(std::string_view name, std::string_view path);
 // cannot be shown, after a requester; the path on show is then what it was.
 bool ScanDrawerOther();
 
-// Goes to the drawer that holds the one on show; nothing at the root of a volume or assign.
+// Goes to the drawer that holds the one on show; from the root of a volume to the list of devices, from that
+// of an assign to the list of assigns.
 void GoToParent();
 
 } // namespace solvane

@@ -1,17 +1,11 @@
 #include "locations/Navigation.h"
 
-#include "content/ColumnInfo.h"
-#include "content/DetailsPane.h"
-#include "content/Selection.h"
-#include "content/SortLists.h"
-#include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "locations/Assigns.h"
 #include "locations/PlaceLists.h"
 #include "model/Content.h"
 #include "model/Devices.h"
-#include "model/Prefs.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
@@ -105,58 +99,6 @@ bool IsListOfKeptPlaces(LocationKind location) {
            location == LocationKind::FTPSites;
 }
 
-bool AtPlaceList() {
-    return LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns;
-}
-
-void TellSelection() {
-    if (IsListOfKeptPlaces(LBLocation)) {
-        DetailsPane5();
-    } else {
-        DetailsPane3();
-    }
-}
-
-void ServeSelection() {
-    SelectContentListItems();
-    if (AtPlaceList()) {
-        DetailsPane4();
-        SetMenuState();
-        SetToolbarState();
-        return;
-    }
-    RefreshBytes();
-    TellSelection();
-    SetMenuState();
-    SetToolbarState();
-}
-
-void ServeTitleClick(std::size_t column) {
-    if (column >= ColumnsInForce().size()) {
-        return;
-    }
-    const DetailsColumn clicked = ColumnsInForce()[column];
-    if (clicked == DetailsColumn::Icon) {
-        Prefs.DrawersOrder = (Prefs.DrawersOrder + 1) % 3;
-        DrawersOrder();
-    } else {
-        SortBy(static_cast<std::int32_t>(clicked));
-    }
-    if (AtPlaceList()) {
-        DetailsPane4();
-    } else if (IsListOfKeptPlaces(LBLocation)) {
-        ShowCountStatus(); // places have no bytes
-    } else {
-        ShowContentStatus();
-    }
-}
-
-void ServeDoubleClick(std::size_t row) {
-    if (row < lblist2.size() && lblist2[row].Record != nullptr) {
-        OpenEntry(*lblist2[row].Record);
-    }
-}
-
 } // namespace
 
 void HandlePathGadget() {
@@ -174,36 +116,6 @@ void HandlePathGadget() {
         GoToTypedAssign();
     } else {
         GoToTypedDrawer();
-    }
-}
-
-void HandleContentListBrowser(std::string_view text) {
-    if (!text.empty() || Objects.ContentList == nullptr) {
-        return;
-    }
-    const intuition::ListEvent event = Objects.ContentList->NextEvent();
-    switch (event.Kind) {
-    case intuition::ListEventKind::Select:
-        ServeSelection();
-        break;
-    case intuition::ListEventKind::DoubleClick:
-        ServeDoubleClick(event.Row);
-        break;
-    case intuition::ListEventKind::TitleClick:
-        ServeTitleClick(event.Column);
-        break;
-    case intuition::ListEventKind::ColumnsChanged:
-        GetColumnInfoWidths();
-        break;
-    default:
-        break;
-    }
-}
-
-void OpenSelectedEntry() {
-    SelectContentListItems();
-    if (const ContentNode* entry = FindFirstSelectedContentNode()) {
-        OpenEntry(*entry);
     }
 }
 

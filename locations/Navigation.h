@@ -1,12 +1,10 @@
-// The roads by which a user gets somewhere: the typed path, and the events of the Content list. PlaceRouter
+// The roads by which a user gets somewhere: the typed path, and the entries of the Content list. PlaceRouter
 // has the words of places; where a road leads to a drawer, EnterDrawer takes over.
 #pragma once
 
 #include "locations/EnterDrawer.h"
 #include "locations/PlaceRouter.h"
 #include "model/ContentNode.h"
-
-#include <string_view>
 
 namespace solvane {
 
@@ -15,13 +13,8 @@ namespace solvane {
 // there.
 void HandlePathGadget();
 
-// Serves an event of the Content list. text is empty for the gadget's own events.
-void HandleContentListBrowser(std::string_view text);
-
-// Opens the selected entry as a double click on its row does.
-void OpenSelectedEntry();
-
-// Enters a drawer or a link to one, or the root of a device or assign; files cannot be opened yet.
+// Goes to what an entry stands for: a drawer or a link to one, the root of a device or assign, a bookmark, a
+// site. Nothing for files.
 void OpenEntry(const ContentNode& entry);
 
 } // namespace solvane

@@ -2,6 +2,7 @@
 
 #include "content/Selection.h"
 #include "interface/MenuState.h"
+#include "interface/Windows.h"
 #include "locations/Assigns.h"
 #include "locations/Navigation.h"
 #include "locations/TabRecords.h"
@@ -11,6 +12,7 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -62,7 +64,7 @@ bool HasPlaceBehind(const ContentNode& entry) {
 
 TabTarget TargetOf(const ContentNode& entry) {
     if (DeviceOf(entry) != nullptr || LBLocation == LocationKind::FTPSites) {
-        return {.Word = entry.EntryDisplayName, .MultiAssign = {}, .Name = {}, .Path = {}};
+        return {.Word = entry.EntryDisplayName, .MultiAssign = {}, .Name = {}, .Path = entry.EntryPath};
     }
     const AssignsNode* assign = AssignOf(entry);
     return {.Word = {},
@@ -72,11 +74,15 @@ TabTarget TargetOf(const ContentNode& entry) {
             .Path = entry.EntryPath};
 }
 
+// The drawer of a multi-assign is asked for; empty when none was chosen.
+Text<1024> PathOf(const TabTarget& target) {
+    return target.MultiAssign.Empty() ? target.Path : ChooseDrawerOfAssign(target.MultiAssign);
+}
+
 void OpenInTab(const TabTarget& target) {
-    const Text<1024> path =
-        target.MultiAssign.Empty() ? target.Path : ChooseDrawerOfAssign(target.MultiAssign);
+    const Text<1024> path = PathOf(target);
     if (target.Word.Empty() && path.Empty()) {
-        return; // none was chosen
+        return;
     }
     OpenNewTab(1);
     if (!target.Word.Empty()) {
@@ -84,6 +90,29 @@ void OpenInTab(const TabTarget& target) {
     } else {
         GoToKeptPlace(target.LeadsTo, target.Name, path);
     }
+}
+
+// False when it cannot be started, which has been told.
+bool OpenInWindow(const TabTarget& target) {
+    const Text<1024> path = PathOf(target);
+    return path.Empty() || OpenNewSolvaneWindow(ArgumentOfKeptPlace(target.LeadsTo, target.Name, path));
+}
+
+// The records go with their list, should the tab be read anew. Empty too where the selected are sites that
+// cannot be reached, which is told.
+std::vector<TabTarget> SelectedTargets() {
+    SelectContentListItems();
+    std::vector<TabTarget> targets;
+    for (const ListRow& row : lblist2) {
+        if (row.Record != nullptr && row.Record->Selected != 0 && HasPlaceBehind(*row.Record)) {
+            targets.push_back(TargetOf(*row.Record));
+        }
+    }
+    if (LBLocation == LocationKind::FTPSites && FoundFTPMount == 0 && !targets.empty()) {
+        GoToPlace(targets.front().Word);
+        targets.clear();
+    }
+    return targets;
 }
 
 } // namespace
@@ -108,22 +137,20 @@ void CloneTab() {
 
 void OpenMultipleNewTabs() {
     Qualifier = 0;
-    SelectContentListItems();
-    std::vector<TabTarget> targets; // records go with their list, should the tab be read anew
-    for (const ListRow& row : lblist2) {
-        if (row.Record != nullptr && row.Record->Selected != 0 && HasPlaceBehind(*row.Record)) {
-            targets.push_back(TargetOf(*row.Record));
-        }
-    }
-    if (LBLocation == LocationKind::FTPSites && FoundFTPMount == 0 && !targets.empty()) {
-        GoToPlace(targets.front().Word); // tells that there is none, and opens no tab
-        return;
-    }
+    const std::vector<TabTarget> targets = SelectedTargets();
     for (const TabTarget& target : targets) {
         OpenInTab(target);
     }
-    SetMenuState();
-    SetToolbarState();
+    if (!targets.empty()) {
+        SetMenuState();
+        SetToolbarState();
+    }
+}
+
+void OpenMultipleNewSolvaneWindows() {
+    Qualifier = 0;
+    const std::vector<TabTarget> targets = SelectedTargets();
+    static_cast<void>(std::ranges::all_of(targets, OpenInWindow)); // up to the first that fails
 }
 
 void GetOpenTabs() {

@@ -11,6 +11,9 @@ void CloneTab();
 // Opens each selected row that leads somewhere in a tab of its own; the last one is then on show.
 void OpenMultipleNewTabs();
 
+// The same in windows of their own, each a new instance.
+void OpenMultipleNewSolvaneWindows();
+
 // Moves the open tabs to CommandLineTabsList, without rows, and sets ReopenTabs and Offset, so that a rebuilt
 // window shows them again. Search results, duplicates and archives are left out, as they live in memory only.
 void GetOpenTabs();

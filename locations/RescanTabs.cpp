@@ -2,6 +2,7 @@
 
 #include "content/BuildLists.h"
 #include "content/ViewStyles.h"
+#include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
 #include "model/Prefs.h"
@@ -57,6 +58,16 @@ void SetRescanAllTabsByPath(std::string_view path, std::uint32_t tabNumber) {
 
 void SetRescanAllTabsComputer() {
     SetRescanAllTabsByLocation(LocationKind::Computer);
+}
+
+void ToggleHiddenEntries() {
+    Prefs.ShowHiddenEntries = Prefs.ShowHiddenEntries == 0 ? 1 : 0;
+    SetRescanAllTabsByLocation(LocationKind::Drawer);
+    SetRescanAllTabsByLocation(LocationKind::Workbench);
+    if (ActiveTab != nullptr) {
+        ActiveTab->RescanTab = 0;
+    }
+    ReloadLocation();
 }
 
 void ChangeViewStyleOfTabs() {

@@ -16,6 +16,9 @@ void SetRescanAllTabsByLocation(LocationKind location);
 void SetRescanAllTabsByPath(std::string_view path, std::uint32_t tabNumber);
 void SetRescanAllTabsComputer();
 
+// Shows entries whose names begin with "." from now on, or no more, in all tabs.
+void ToggleHiddenEntries();
+
 // Changes the view style as its chooser says; with ChangeAllTabs that of this kind of place in all tabs.
 void ChangeViewStyleOfTabs();
 

@@ -4,17 +4,23 @@
 //   longest time that
 //                                   the task of the window was busy with one step; -r: with the entries' own
 //                                   icons
+//   solvane_window select DRAWER    clicks, selection commands, patterns and keys, each until it is painted
 //   solvane_window pictures DRAWER  until all thumbnails on show are painted; their files are listed for a
 //                                   yardstick. The cache of thumbnails is that of XDG_CACHE_HOME, empty or
 //                                   full as it is found
 //   solvane_window memory DRAWER    all rows shown as thumbnails of the largest size
 // All tell the most memory that the process had. Of a busy machine, look at the processor times.
+#include "automation/ContentEvents.h"
+#include "automation/RawKey.h"
+#include "automation/SelectCommands.h"
+#include "automation/TypeAhead.h"
 #include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/Drawers.h"
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/Program.h"
 #include "platform/dos/Volumes.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Application.h"
@@ -22,6 +28,7 @@
 #include "sak/Memory.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QTreeView>
@@ -194,10 +201,7 @@ struct Scrolling {
 };
 
 void PressPageDown() {
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, Qt::Key_PageDown, Qt::NoModifier);
-        QCoreApplication::sendEvent(View, &event);
-    }
+    static_cast<void>(HandleKey(intuition::rawkey::PageDown, 0));
 }
 
 void TurnWheel() {
@@ -256,6 +260,64 @@ void MeasureScrolls() {
             MeasureScrolling(style, way);
         }
     }
+}
+
+// --- Selection ---
+
+// The deed, and what the window does until it has painted the list again.
+void MeasureDeed(const char* name, int times, const std::function<void(int)>& deed) {
+    std::vector<double> wall, own;
+    for (int time = 0; time < times; ++time) {
+        bool painted = false;
+        Pump();
+        const Stopwatch watch;
+        deed(time);
+        Watch->Painted = [&painted](const QRegion&) { painted = true; };
+        while (!painted) {
+            Pump();
+        }
+        const Stopwatch took = watch.Since();
+        Watch->Painted = nullptr;
+        wall.push_back(took.Wall);
+        own.push_back(took.Own);
+    }
+    std::printf("%-28s median %6.1f ms, processor %6.1f ms, longest %6.1f ms; %d selected\n", name,
+                Median(wall), Median(own), *std::max_element(own.begin(), own.end()), NumSelected);
+}
+
+// Presses the first button on a row on show and serves what comes of it as the program does.
+void ClickOn(int row, Qt::KeyboardModifiers held) {
+    const QPointF place(60, View->visualRect(View->indexAt({60, 5})).height() * (row + 0.5));
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const Qt::MouseButtons down = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QMouseEvent event(type, place, View->viewport()->mapToGlobal(place), Qt::LeftButton, down, held);
+        QCoreApplication::sendEvent(View->viewport(), &event);
+    }
+    while (MainWindow->NextEvent()) {
+        HandleContentListBrowser("");
+    }
+}
+
+void MeasureSelection() {
+    constexpr int Rounds = 9, Rows = 15;
+    const auto click = [](int time) { ClickOn(time % Rows + 1, Qt::NoModifier); };
+    MeasureDeed("click", Rounds, click);
+    MeasureDeed("select all", Rounds, [](int) { SelectAll(); });
+    MeasureDeed("control click, all selected", Rounds,
+                [](int time) { ClickOn(time % Rows + 1, Qt::ControlModifier); });
+    MeasureDeed("toggle", Rounds, [](int) { ToggleSelection(); });
+    MeasureDeed("select none", Rounds, [](int) { SelectNone(); });
+    for (const char* pattern : {"*7*", "file#?(1|2|3)", "~(#?5#?)"}) {
+        MeasureDeed(pattern, Rounds, [pattern](int) {
+            SelectNone();
+            Pattern(pattern, false);
+        });
+    }
+    MeasureDeed("key down", Rounds, [](int) { static_cast<void>(HandleKey(intuition::rawkey::Down, 0)); });
+    MeasureDeed("type ahead, last row", Rounds, [](int) {
+        SameJumpTo = 0;
+        FindFirstNodeByLetter(lblist2.back().Record->EntryName);
+    });
 }
 
 // --- Pictures ---
@@ -322,6 +384,7 @@ bool Measure(std::string_view what) {
         void (*Run)();
     } kinds[] = {{"styles", MeasureStyles},
                  {"scroll", MeasureScrolls},
+                 {"select", MeasureSelection},
                  {"pictures", MeasurePictures},
                  {"memory", MeasureMemory}};
     for (const auto& kind : kinds) {
@@ -342,7 +405,7 @@ int main(int count, char** arguments) {
     const bool real = count == 4 && std::string_view(arguments[3]) == "-r";
     solvane::Prefs.ShowActualIcons = real ? 1 : 0;
     if ((count != 3 && !real) || !solvane::OpenOn(arguments[2]) || !solvane::Measure(arguments[1])) {
-        std::fprintf(stderr, "usage: solvane_window styles|scroll|pictures|memory DRAWER [-r]\n");
+        std::fprintf(stderr, "usage: solvane_window styles|scroll|select|pictures|memory DRAWER [-r]\n");
         return 2;
     }
     solvane::Close();

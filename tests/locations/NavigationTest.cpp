@@ -155,16 +155,20 @@ TEST_F(NavigationTest, DiskThatCameLaterIsFound) {
     EXPECT_THAT(Rows(), ElementsAre("file"));
 }
 
-TEST_F(NavigationTest, ParentClimbsToTheRootAndStaysThere) {
+TEST_F(NavigationTest, ParentClimbsToTheRootAndThenToTheListThatHasIt) {
     File("a/b/file");
     PopulateContent2("b", Path("a/b"));
     EXPECT_EQ(StatusBarBuffer1.View(), "0/1 Selected | 0 B / 0 B");
-    const std::string expected[] = {Path("a"), Volume, Volume};
-    for (const std::string& path : expected) {
+    for (const std::string& path : {Path("a"), Volume, std::string("Computer"), std::string("Computer")}) {
         GoToParent();
         EXPECT_EQ(PathUndoBuffer.View(), path);
     }
-    EXPECT_THAT(Rows(), ElementsAre("a"));
+    const std::string assign = "As" + Volume;
+    ASSERT_TRUE(dos::SetAssign(assign.substr(0, assign.size() - 1), dos::AssignKind::Directory, {Path("a")}));
+    ASSERT_TRUE(GetAssigns());
+    PopulateContent2(assign, assign);
+    GoToParent();
+    EXPECT_EQ(LBLocation, LocationKind::Assigns);
 }
 
 TEST_F(NavigationTest, DrawersAndLinksToThemAreEntered) {

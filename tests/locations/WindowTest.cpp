@@ -244,28 +244,5 @@ TEST_F(WindowTest, RowsAreFoundByNameKindAndSelection) {
     EXPECT_EQ(FindFirstSelectedListNodeAndUnselect(), nullptr);
 }
 
-TEST_F(WindowTest, ParentButtonIsOfNoUseAtARoot) {
-    File("d/file");
-    PopulateContent2("d", Path("d"));
-    EXPECT_EQ(Objects.Path->Text(), Path("d"));
-    Objects.ContentList->Select(0, true);
-    OpenSelectedEntry();
-    EXPECT_EQ(Objects.Path->Text(), Path("d")) << "a file leads nowhere yet";
-    GoToParent();
-    EXPECT_EQ(Objects.Path->Text(), Volume);
-    Objects.ContentList->Select(RowOf("d"), true);
-    OpenSelectedEntry();
-    EXPECT_EQ(Objects.Path->Text(), Path("d"));
-}
-
-TEST_F(WindowTest, EmptyDrawerHasNothingToSelect) {
-    ASSERT_TRUE(Scan());
-    Objects.ContentList->SelectAll();
-    SelectContentListItems();
-    EXPECT_EQ(NumSelected, 0);
-    OpenSelectedEntry();
-    EXPECT_EQ(CurrentPath.View(), Volume);
-}
-
 } // namespace
 } // namespace solvane

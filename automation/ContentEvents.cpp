@@ -1,0 +1,297 @@
+#include "automation/ContentEvents.h"
+
+#include "automation/OpenEntries.h"
+#include "content/ColumnInfo.h"
+#include "content/DetailsPane.h"
+#include "content/FileTypes.h"
+#include "content/Selection.h"
+#include "content/SortLists.h"
+#include "content/Status.h"
+#include "content/ViewStyles.h"
+#include "fileops/RenameFiles.h"
+#include "interface/DetailsGadgets.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "locations/PlaceLists.h"
+#include "model/Prefs.h"
+#include "platform/dos/Errors.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+namespace solvane {
+
+std::uint16_t RelEvent = 0;
+std::int32_t ForceRelEvent = NoForcedEvent;
+std::size_t EventRow = intuition::NoRow;
+
+namespace {
+
+using intuition::ListEvent;
+using intuition::ListEventKind;
+
+enum class Figures { OfPlaces, Counts, Bytes, Online };
+
+// What is told of the entries of a location, and the words for its branches.
+struct LocationBranch {
+    LocationKind Location;
+    Figures Told;
+    std::string_view Click;
+    std::string_view DoubleClick = {};
+};
+constexpr std::array Branches = {
+    LocationBranch{LocationKind::Bookmarks, Figures::Counts, "Bookmarks1"},
+    LocationBranch{LocationKind::Favorites, Figures::Counts, "Favorites1"},
+    LocationBranch{LocationKind::Workbench, Figures::Bytes, "Workbench1"},
+    LocationBranch{LocationKind::Computer, Figures::OfPlaces, "Computer1"},
+    LocationBranch{LocationKind::Assigns, Figures::OfPlaces, "Assigns1", "Assigns2"},
+    LocationBranch{LocationKind::FTPSites, Figures::Counts, "FTPSites1", "FTPSites2"},
+    LocationBranch{LocationKind::OS4Depot, Figures::Online, "OS4Depot1", "OS4Depot2"},
+    LocationBranch{LocationKind::Aminet, Figures::Online, "Aminet1", "Aminet2"},
+    LocationBranch{LocationKind::SearchResults, Figures::Bytes, "Search1"},
+    LocationBranch{LocationKind::DuplicateFiles, Figures::Bytes, "DuplicateFile1"},
+    LocationBranch{LocationKind::Archive, Figures::Bytes, "Archive1", "Archive2"},
+    LocationBranch{LocationKind::Drawer, Figures::Bytes, "Content1", "Content2"},
+};
+
+const LocationBranch* BranchOnShow() {
+    const auto* found = std::ranges::find(Branches, LBLocation, &LocationBranch::Location);
+    return found != Branches.end() ? found : nullptr;
+}
+
+Figures FiguresOnShow() {
+    const LocationBranch* branch = BranchOnShow();
+    return branch != nullptr ? branch->Told : Figures::Bytes;
+}
+
+ContentNode* RecordOf(std::size_t row) {
+    return row < lblist2.size() ? lblist2[row].Record : nullptr;
+}
+
+// --- Click ---
+
+// A file whose type a scan has not looked for is typed when it is clicked.
+void TypeLate(ContentNode& node) {
+    const bool isUntyped =
+        Prefs.DetermineDatatype == 1 && AtFTPMount == 0 && node.DatatypeName == SAK_LocaleString(MSG_FILE);
+    if (!isUntyped || IsDrawerKind(node.ObjectKind) || SAK_IsInfoFile(node.EntryName) ||
+        node.EntryPath.View() == PathTooLong) {
+        return;
+    }
+    GetFileType(node);
+    CollectOwnFacts(node);
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->Refresh();
+    }
+}
+
+// What the panes below say when the place and not its selection is meant.
+void TellPlace() {
+    if (FiguresOnShow() == Figures::Bytes) {
+        DetailsPane2();
+        SetMenuState();
+        SetToolbarState();
+    } else {
+        TellContentSelection();
+    }
+}
+
+void ServeClick(std::size_t row) {
+    SelectContentListItems();
+    const bool deselects = Prefs.PersistentSelect != 0 && RecordOf(row) != nullptr &&
+                           Objects.ContentList != nullptr && !Objects.ContentList->IsSelected(row);
+    if (FiguresOnShow() == Figures::Bytes) {
+        ContentNode* entry = NumSelected == 1 && !deselects ? FindFirstSelectedContentNode() : nullptr;
+        if (entry != nullptr) {
+            TypeLate(*entry);
+        }
+        RefreshBytes();
+    }
+    if (NumSelected == 1 && deselects) {
+        TellPlace();
+    } else {
+        TellContentSelection();
+    }
+}
+
+// --- Columns ---
+
+void TellFigures() {
+    switch (FiguresOnShow()) {
+    case Figures::OfPlaces:
+        DetailsPane4();
+        break;
+    case Figures::Counts:
+        ShowCountStatus(); // places have no bytes
+        break;
+    default:
+        ShowContentStatus();
+        break;
+    }
+}
+
+void ServeTitleClick(std::size_t column) {
+    if (column >= ColumnsInForce().size()) {
+        return;
+    }
+    const DetailsColumn clicked = ColumnsInForce()[column];
+    if (clicked == DetailsColumn::Icon) {
+        Prefs.DrawersOrder = (Prefs.DrawersOrder + 1) % 3;
+        DrawersOrder();
+        SetMenuState();
+    } else {
+        SortBy(static_cast<std::int32_t>(clicked));
+    }
+    TellFigures();
+}
+
+void ServeColumns() {
+    GetColumnInfoWidths();
+    if (LBLocation == LocationKind::Computer && Objects.ContentList != nullptr) {
+        Objects.ContentList->Refresh();
+    }
+}
+
+// --- Inline rename ---
+
+void TellExists(MessageNumber text) {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Warning, SAK_LocaleString(text),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
+}
+
+void TellBadName() {
+    SAK_IOErr = dos::ErrorInvalidComponentName;
+    SAK_IOError(MainWindow.get(), RequesterTitle, {}, SAK_LocaleString(MSG_DOS_ERROR),
+                SAK_LocaleString(MSG_CONTINUE_GAD));
+}
+
+// Gives the entry the name that was typed into its row. The row shows the record's name again whatever comes
+// of it.
+void FinishInlineRename(std::size_t row) {
+    ContentNode* node = RecordOf(row);
+    if (node == nullptr || LBLocation != LocationKind::Drawer) {
+        return;
+    }
+    const Text<128> name = Objects.ContentList->EditedText();
+    Text<1024> path;
+    if (name.Empty() || name == node->EntryName) {
+        return; // the same but for case: nothing happens, which is intended
+    }
+    if (name.View().find_first_of(":/") != std::string_view::npos ||
+        !SAK_JoinFilename(path, CurrentPath, name)) {
+        TellBadName(); // it would name something in another drawer
+    } else if (IsDrawerKind(node->ObjectKind) && SAK_DrawerExists(path)) {
+        TellExists(MSG_DRAWER_EXISTS);
+    } else if (!IsDrawerKind(node->ObjectKind) && SAK_FileExists(path)) {
+        TellExists(MSG_FILE_EXISTS);
+    } else {
+        InlineRename = 1;
+        if (RenameFiles(Text<128>(node->EntryName), name)) {
+            Details1Buffer = name;
+            SetDetailsGadBuffer(0);
+        }
+    }
+    Objects.ContentList->Refresh();
+}
+
+void Serve(const ListEvent& event) {
+    switch (static_cast<ListEventKind>(RelEvent)) {
+    case ListEventKind::Select:
+        ServeClick(event.Row);
+        break;
+    case ListEventKind::DoubleClick:
+        OpenRow(event.Row);
+        break;
+    case ListEventKind::TitleClick:
+        ServeTitleClick(event.Column);
+        break;
+    case ListEventKind::ColumnsChanged:
+        ServeColumns();
+        break;
+    case ListEventKind::EditDone:
+        FinishInlineRename(event.Row);
+        break;
+    default:
+        break;
+    }
+}
+
+void RunBranch(std::string_view text, const ContentNode* record) {
+    const LocationBranch* branch = BranchOnShow();
+    if (branch == nullptr) {
+        return;
+    }
+    if (text == branch->Click) {
+        ServeClick(intuition::NoRow);
+    } else if (text == branch->DoubleClick && record != nullptr) {
+        OpenRecord(*record, OpenWhich::ThisOne);
+    }
+}
+
+} // namespace
+
+void TellContentSelection() {
+    switch (FiguresOnShow()) {
+    case Figures::OfPlaces:
+        DetailsPane4();
+        break;
+    case Figures::Counts:
+        DetailsPane5();
+        break;
+    case Figures::Online:
+        DetailsPaneBrowsers();
+        break;
+    case Figures::Bytes:
+        DetailsPane3();
+        break;
+    }
+    SetMenuState();
+    SetToolbarState();
+}
+
+void HandleContentListBrowser(std::string_view text, const ContentNode* record) {
+    if (!text.empty()) {
+        RunBranch(text, record);
+        return;
+    }
+    if (Objects.ContentList == nullptr) {
+        return;
+    }
+    ListEvent event;
+    if (ForceRelEvent == NoForcedEvent) {
+        event = Objects.ContentList->NextEvent();
+    } else {
+        event.Kind = static_cast<ListEventKind>(std::exchange(ForceRelEvent, NoForcedEvent));
+        event.Row = Objects.ContentList->Current();
+    }
+    RelEvent = static_cast<std::uint16_t>(event.Kind);
+    EventRow = event.Row;
+    Serve(event);
+}
+
+void StartInlineRename() {
+    const std::int32_t style = ViewStyleInForce();
+    const bool hasNames =
+        style == ViewList || style == ViewDetails || style == ViewThumbnailDetails || style == ViewIcons;
+    SelectContentListItems();
+    if (Prefs.EnableInlineRename == 0 || LBLocation != LocationKind::Drawer || NumSelected != 1 ||
+        !hasNames || Objects.ContentList == nullptr) {
+        return;
+    }
+    const std::size_t row = Objects.ContentList->SelectedRows().front();
+    const auto& columns = ColumnsInForce();
+    const auto name = std::ranges::find(columns, DetailsColumn::Name);
+    const ContentNode* node = RecordOf(row);
+    if (name != columns.end() && node != nullptr) {
+        Objects.ContentList->EditCell(row, static_cast<std::size_t>(name - columns.begin()), node->EntryName,
+                                      Text<128>::Limit);
+    }
+}
+
+} // namespace solvane

@@ -1,0 +1,156 @@
+#include "automation/OpenEntries.h"
+
+#include "content/Selection.h"
+#include "interface/MainLayout.h"
+#include "locations/Navigation.h"
+#include "locations/OpenTabs.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "platform/dos/ReadArgs.h"
+#include "platform/dos/System.h"
+#include "platform/intuition/Events.h"
+#include "sak/Format.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Requesters.h"
+
+#include <string>
+#include <vector>
+
+namespace solvane {
+
+std::uint16_t OpenArchiveInNewTab = 0;
+
+namespace {
+
+namespace qualifier = intuition::qualifier;
+
+constexpr std::uint16_t AltKeys = qualifier::LeftAlt | qualifier::RightAlt;
+constexpr std::uint16_t ShiftKeys = qualifier::LeftShift | qualifier::RightShift;
+
+bool IsHeld(unsigned keys) {
+    return (Qualifier & keys) != 0;
+}
+
+// Opens all selected rows elsewhere when there are several and the keys want that.
+bool OpenedSeveralElsewhere() {
+    if (NumSelected < 2 || !IsHeld(AltKeys | qualifier::Control)) {
+        return false;
+    }
+    if (IsHeld(AltKeys)) {
+        OpenMultipleNewSolvaneWindows();
+    } else {
+        OpenMultipleNewTabs();
+    }
+    return true;
+}
+
+// A list of places: several at once open only elsewhere.
+void OpenPlaceRow(const ContentNode& node) {
+    const bool isOfSystem = LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns;
+    const bool refuses = NumSelected > 1 && !(isOfSystem && Prefs.PersistentSelect != 0);
+    if (OpenedSeveralElsewhere()) {
+        return;
+    }
+    if (!refuses || IsHeld(AltKeys | qualifier::Control)) {
+        OpenEntry(node);
+    }
+}
+
+void OpenFile(const Text<1024>& path) {
+    if (path.View() == PathTooLong) {
+        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                        SAK_LocaleString(MSG_PATH_TOO_LONG), SAK_LocaleString(MSG_CONTINUE_GAD));
+        return;
+    }
+    HandleDoubleClick(dos::QuoteArgument(path.View()), false);
+}
+
+// The paths are copied first: a question that a program raises may outlive the records.
+void OpenSelectedFiles() {
+    std::vector<Text<1024>> paths;
+    for (const ListRow& row : lblist2) {
+        if (row.Record != nullptr && row.Record->Selected != 0 && !IsDrawerKind(row.Record->ObjectKind)) {
+            paths.push_back(row.Record->EntryPath);
+        }
+    }
+    for (const Text<1024>& path : paths) {
+        OpenFile(path);
+    }
+}
+
+void OpenFileRow(const ContentNode& node, OpenWhich files) {
+    OpenArchiveInNewTab = IsHeld(qualifier::Control) ? 1 : 0;
+    if (files == OpenWhich::Selected && NumSelected > 1) {
+        OpenSelectedFiles();
+    } else {
+        OpenFile(Text<1024>(node.EntryPath));
+    }
+}
+
+void OpenEntryRow(const ContentNode& node, OpenWhich files) {
+    if (!IsDrawerKind(node.ObjectKind)) {
+        OpenFileRow(node, files);
+    } else if (!OpenedSeveralElsewhere()) {
+        OpenEntry(node);
+    }
+}
+
+// "CON:" with the user's output window.
+std::string OutputWindow() {
+    return FormatText("CON:%lu/%lu/%lu/%lu/%s/AUTO", Prefs.OutputWindowX, Prefs.OutputWindowY,
+                      Prefs.OutputWindowWidth, Prefs.OutputWindowHeight, RequesterTitle);
+}
+
+} // namespace
+
+void OpenRow(std::size_t row) {
+    SelectContentListItems();
+    if (row < lblist2.size() && lblist2[row].Record != nullptr) {
+        OpenRecord(*lblist2[row].Record, IsHeld(ShiftKeys) ? OpenWhich::Selected : OpenWhich::ThisOne);
+    }
+}
+
+void OpenSelectedRows() {
+    SelectContentListItems();
+    if (Objects.ContentList == nullptr || NumSelected == 0) {
+        return;
+    }
+    const std::size_t marked = Objects.ContentList->Current();
+    const std::size_t row =
+        Objects.ContentList->IsSelected(marked) ? marked : Objects.ContentList->SelectedRows().front();
+    OpenRecord(*lblist2[row].Record, OpenWhich::Selected);
+}
+
+void OpenRecord(const ContentNode& node, OpenWhich files) {
+    switch (LBLocation) {
+    case LocationKind::Bookmarks:
+    case LocationKind::Favorites:
+    case LocationKind::Computer:
+    case LocationKind::Assigns:
+    case LocationKind::FTPSites:
+        OpenPlaceRow(node);
+        break;
+    case LocationKind::Workbench:
+    case LocationKind::SearchResults:
+    case LocationKind::Drawer:
+        OpenEntryRow(node, files);
+        break;
+    case LocationKind::DuplicateFiles:
+        OpenSelectedFiles();
+        break;
+    default: // what is online or in an archive opens with its browser
+        break;
+    }
+}
+
+void HandleDoubleClick(std::string_view path, bool forceShell) {
+    dos::SystemOptions options;
+    if (forceShell) {
+        options.Input.Name = OutputWindow();
+    }
+    static_cast<void>(dos::StartSystem("WBRun " + std::string(path), options));
+}
+
+} // namespace solvane

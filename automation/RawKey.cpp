@@ -1,0 +1,231 @@
+#include "automation/RawKey.h"
+
+#include "automation/ContentEvents.h"
+#include "automation/ListKeys.h"
+#include "automation/OpenEntries.h"
+#include "automation/SelectCommands.h"
+#include "automation/TypeAhead.h"
+#include "interface/MainLayout.h"
+#include "interface/Windows.h"
+#include "locations/EnterDrawer.h"
+#include "locations/LayoutChange.h"
+#include "locations/PlaceRouter.h"
+#include "locations/RescanTabs.h"
+#include "locations/VisitHistory.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "platform/intuition/Events.h"
+
+#include <algorithm>
+#include <array>
+
+namespace solvane {
+
+namespace {
+
+namespace rawkey = intuition::rawkey;
+namespace qualifier = intuition::qualifier;
+
+constexpr std::uint16_t ControlKey = qualifier::Control;
+constexpr std::uint16_t AltKeys = qualifier::LeftAlt | qualifier::RightAlt;
+constexpr std::uint16_t ShiftKeys = qualifier::LeftShift | qualifier::RightShift;
+constexpr std::uint16_t AnyQualifier = 0; // the key means the same, or asks for the qualifiers itself
+
+bool IsHeld(unsigned keys) {
+    return (Qualifier & keys) != 0;
+}
+
+template <auto Deed>
+Closing Do() {
+    static_cast<void>(Deed());
+    return Closing::Tab;
+}
+
+Closing QuitAll() {
+    return Closing::WithWindow;
+}
+
+Closing NewTab() {
+    OpenNewTab(0);
+    return Closing::Tab;
+}
+
+Closing NewWindow() {
+    OpenNewSolvaneWindow("");
+    return Closing::Tab;
+}
+
+Closing TurnTab() {
+    IsHeld(ShiftKeys) ? PreviousTab() : NextTab();
+    return Closing::Tab;
+}
+
+Closing EnterPath() {
+    if (Objects.Path != nullptr) {
+        Objects.Path->Activate();
+        Objects.Path->SelectAll();
+    }
+    return Closing::Tab;
+}
+
+Closing EnterSearch() {
+    if (Objects.Search != nullptr) {
+        Objects.Search->Activate();
+        Objects.Search->SelectAll();
+    }
+    return Closing::Tab;
+}
+
+Closing Escape() {
+    return Prefs.EscapeToQuit != 0 ? Closing::WithWindow : Closing::Tab;
+}
+
+// With Shift or Control the list scrolls; the filmstrip goes its own way in both.
+Closing GoLeft() {
+    if (IsHeld(ShiftKeys | ControlKey)) {
+        ScrollContentSideways(-1);
+    } else if (Prefs.ContentViewStyle != ViewFilmstrip) {
+        GoBackInHistory();
+    }
+    return Closing::Tab;
+}
+
+Closing GoRight() {
+    if (IsHeld(ShiftKeys | ControlKey)) {
+        ScrollContentSideways(1);
+    } else if (Prefs.ContentViewStyle != ViewFilmstrip) {
+        GoForwardInHistory();
+    }
+    return Closing::Tab;
+}
+
+Closing ShowGuide() {
+    HandleDoubleClick("\"PROGDIR:Docs/Solvane.guide\"", false);
+    return Closing::Tab;
+}
+
+Closing TurnPreview() {
+    ChooserSelected = Prefs.PreviewStyle == 0 ? LayoutPreviewHorizontal : LayoutPreviewVertical;
+    ChangeLayout();
+    return Closing::Tab;
+}
+
+// Keys of commands that come with their features (cut, copy, paste, delete, full screen, tag panes)
+// have no row: they do nothing.
+struct KeyRow {
+    std::uint16_t Code;
+    std::uint16_t Needs; // one of these qualifiers must be held
+    Closing (*Deed)();
+};
+constexpr std::uint16_t KeyQ = 16, KeyW = 17, KeyT = 20, KeyA = 32, KeyH = 37, KeyL = 40, KeyZ = 49;
+constexpr std::uint16_t KeyF2 = 81, KeyF3 = 82, KeyF4 = 83, KeyF5 = 84, KeyF6 = 85;
+constexpr std::array Keys = {
+    KeyRow{KeyQ, AltKeys, QuitAll},
+    KeyRow{KeyW, ControlKey, CloseTab},
+    KeyRow{KeyT, ControlKey, NewTab},
+    KeyRow{KeyT, AltKeys, NewWindow},
+    KeyRow{KeyA, ControlKey, Do<SelectAll>},
+    KeyRow{KeyH, ControlKey, Do<ToggleHiddenEntries>},
+    KeyRow{KeyL, ControlKey, EnterPath},
+    KeyRow{KeyZ, ControlKey, Do<SelectNone>},
+    KeyRow{rawkey::Space, ControlKey, Do<ToggleMarkedRow>},
+    KeyRow{rawkey::Backspace, AnyQualifier, Do<GoToParent>},
+    KeyRow{rawkey::Tab, ControlKey, TurnTab},
+    KeyRow{rawkey::Enter, AnyQualifier, Do<OpenSelectedRows>},
+    KeyRow{rawkey::Return, AnyQualifier, Do<OpenSelectedRows>},
+    KeyRow{rawkey::Escape, AnyQualifier, Escape},
+    KeyRow{rawkey::PageUp, AnyQualifier, Do<MovePageUp>},
+    KeyRow{rawkey::PageDown, AnyQualifier, Do<MovePageDown>},
+    KeyRow{rawkey::Up, AnyQualifier, Do<MoveUp>},
+    KeyRow{rawkey::Down, AnyQualifier, Do<MoveDown>},
+    KeyRow{rawkey::Right, AnyQualifier, GoRight},
+    KeyRow{rawkey::Left, AnyQualifier, GoLeft},
+    KeyRow{rawkey::F1, AnyQualifier, ShowGuide},
+    KeyRow{rawkey::Help, AnyQualifier, ShowGuide},
+    KeyRow{KeyF2, AnyQualifier, Do<StartInlineRename>},
+    KeyRow{KeyF3, AnyQualifier, EnterSearch},
+    KeyRow{KeyF4, AnyQualifier, EnterPath},
+    KeyRow{KeyF5, AnyQualifier, Do<ReloadLocation>},
+    KeyRow{KeyF6, AnyQualifier, TurnPreview},
+    KeyRow{rawkey::Home, AnyQualifier, Do<MoveToFirst>},
+    KeyRow{rawkey::End, AnyQualifier, Do<MoveToLast>},
+};
+
+// The tab that a digit key stands for, 0 for other keys; the key 0 stands for the tenth.
+std::uint32_t TabOfDigit(std::uint16_t code) {
+    constexpr std::array<std::uint16_t, 10> Numeric = {29, 30, 31, 45, 46, 47, 61, 62, 63, 15};
+    if (code >= 1 && code <= Numeric.size()) {
+        return code;
+    }
+    const auto* found = std::ranges::find(Numeric, code);
+    return found != Numeric.end() ? static_cast<std::uint32_t>(found - Numeric.begin()) + 1 : 0;
+}
+
+enum ButtonAction : std::int32_t { Open = 1, Parent = 2, Back = 3, Forward = 4, OpenInTab = 5 };
+
+Closing RunButtonAction(std::int32_t action) {
+    switch (action) {
+    case Open:
+        return HandleKey(rawkey::Return, 0);
+    case Parent:
+        return HandleKey(rawkey::Backspace, 0);
+    case Back:
+        GoBackInHistory();
+        break;
+    case Forward:
+        GoForwardInHistory();
+        break;
+    case OpenInTab:
+        return HandleKey(rawkey::Return, ControlKey);
+    default:
+        break;
+    }
+    return Closing::Tab;
+}
+
+} // namespace
+
+Closing HandleRawKeys() {
+    const std::uint32_t tab = IsHeld(ControlKey) ? TabOfDigit(Code) : 0;
+    if (tab != 0) {
+        SwitchToTabNumber(tab);
+        return Closing::Tab;
+    }
+    const auto* row = std::ranges::find_if(Keys, [](const KeyRow& key) {
+        return key.Code == Code && (key.Needs == AnyQualifier || IsHeld(key.Needs));
+    });
+    if (row != Keys.end()) {
+        return row->Deed();
+    }
+    FindFirstNodeByLetter(KeyText.View()); // empty for keys that type nothing
+    return Closing::Tab;
+}
+
+Closing HandleKey(std::uint16_t code, std::uint16_t qualifier) {
+    Code = code;
+    Qualifier = qualifier;
+    KeyText.Clear();
+    return HandleRawKeys();
+}
+
+Closing HandleMouseButton() {
+    switch (Code) {
+    case intuition::mousebutton::FifthUp:
+        return RunButtonAction(Prefs.FifthButtonAction);
+    case intuition::mousebutton::FourthUp:
+        return RunButtonAction(Prefs.FourthButtonAction);
+    case intuition::mousebutton::MiddleUp:
+        return RunButtonAction(Prefs.MiddleButtonAction);
+    case intuition::mousebutton::WheelUp:
+        PreviousTab();
+        break;
+    case intuition::mousebutton::WheelDown:
+        NextTab();
+        break;
+    default:
+        break;
+    }
+    return Closing::Tab;
+}
+
+} // namespace solvane

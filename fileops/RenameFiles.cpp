@@ -1,0 +1,104 @@
+#include "fileops/RenameFiles.h"
+
+#include "content/BuildLists.h"
+#include "content/DetailsPane.h"
+#include "content/SortLists.h"
+#include "content/Status.h"
+#include "interface/MainLayout.h"
+#include "interface/Ringhio.h"
+#include "locations/RescanTabs.h"
+#include "model/Content.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "model/Tabs.h"
+#include "platform/dos/Changes.h"
+#include "platform/dos/Errors.h"
+#include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
+#include "sak/Notify.h"
+#include "sak/Numbers.h"
+#include "sak/Requesters.h"
+
+#include <string>
+#include <utility>
+
+namespace solvane {
+
+std::uint16_t InlineRename = 0;
+
+namespace {
+
+void TellFailure() {
+    SAK_IOErr = dos::IoErr();
+    SAK_IOError(MainWindow.get(), RequesterTitle, {}, SAK_LocaleString(MSG_DOS_ERROR),
+                SAK_LocaleString(MSG_CONTINUE_ABORT_GAD));
+}
+
+// Renames on disk and in the record. A link is renamed itself: its record's path is what it leads to.
+bool RenameEntry(ContentNode& node, std::string_view newName) {
+    Text<1024> from, to;
+    if (!SAK_JoinFilename(from, CurrentPath, node.EntryName) || !SAK_JoinFilename(to, CurrentPath, newName) ||
+        !dos::Rename(from.View(), to.View())) {
+        TellFailure();
+        return false;
+    }
+    Changes = SAK_NotifyStarted != 0 ? 1 : 0; // the notice that comes of it is swallowed
+    node.EntryName = newName;
+    node.EntryDisplayName = newName;
+    if (!IsLinkKind(node.ObjectKind)) {
+        node.EntryPath = to;
+    }
+    return true;
+}
+
+// The icon goes where its owner went; one that the new name has already stays as it is.
+void RenameIcon(std::string_view oldName, std::string_view newName) {
+    const std::string oldIcon = std::string(oldName) + ".info";
+    const std::string newIcon = std::string(newName) + ".info";
+    ContentNode* icon = FindContentNode(oldIcon, static_cast<std::uint32_t>(EntryKind::File));
+    Text<1024> taken;
+    if (icon == nullptr || newIcon.size() > Text<128>::Limit ||
+        !SAK_JoinFilename(taken, CurrentPath, newIcon) || SAK_FileExists(taken)) {
+        return;
+    }
+    if (RenameEntry(*icon, newIcon)) {
+        icon->Selected = 0;
+    }
+}
+
+void ShowRenamed() {
+    RinghioMessage(RequesterTitle, FormatMessage(MSG_ITEMS_RENAMED, SAK_LocalizeNumber(1)), "FRONT",
+                   RinghioImageBuffer, {});
+    SetRescanAllTabsByPath(CurrentPath, ActiveTab != nullptr ? ActiveTab->TabNumber : 0);
+    NoteTopRow();
+    FreeContentRows();
+    SortContentList(Prefs.ContentSortDirection);
+    BuildContentList();
+    RefreshBytes();
+    DetailsPane2();
+}
+
+} // namespace
+
+bool RenameFiles(std::string_view oldName, std::string_view newName) {
+    const bool isInline = std::exchange(InlineRename, std::uint16_t{0}) != 0;
+    if (LBLocation != LocationKind::Drawer || oldName.empty() || newName.empty() ||
+        newName.size() > Text<128>::Limit) {
+        return false;
+    }
+    ContentNode* node = FindContentNode(oldName, AnyKind);
+    if (node == nullptr || !RenameEntry(*node, newName)) {
+        return false;
+    }
+    if (Prefs.ProcessInfoFiles != 0 && !SAK_IsInfoFile(oldName)) {
+        RenameIcon(oldName, newName);
+    }
+    if (!isInline) {
+        node->Selected = 0;
+        ShowRenamed();
+    }
+    return true;
+}
+
+} // namespace solvane

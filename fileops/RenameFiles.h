@@ -1,0 +1,22 @@
+// Giving entries of the Content pane other names. Only a named entry can be renamed yet; asking for the names
+// of the selected ones comes with the other operations on single entries.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace solvane {
+
+// --- State ---
+
+extern std::uint16_t
+    InlineRename; // the name was edited in its row: the caller shows it; cleared by RenameFiles
+
+// --- Functions ---
+
+// Renames the entry oldName of the drawer on show, its record included; with Prefs.ProcessInfoFiles its icon
+// follows, unless the new name has one. The list is sorted and built anew after it, unless InlineRename is
+// set. False when there is no such entry or it could not be renamed, which is told.
+bool RenameFiles(std::string_view oldName, std::string_view newName);
+
+} // namespace solvane
