@@ -40,18 +40,15 @@ Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int wei
     return made;
 }
 
-intuition::Button* AddImageButton(intuition::Layout& layout, GadgetId id, std::string_view image,
+intuition::Button* AddImageButton(intuition::Layout& layout, GadgetId id, std::string_view picture,
                                   std::string_view hint) {
-    return AddGadget(layout, std::make_unique<intuition::Button>(id, intuition::ObtainImage(image), hint));
+    return AddGadget(layout, CreatePictureButton(id, picture, hint));
 }
 
 void AddHistoryGadgets(intuition::Layout& row) {
-    Objects.Back =
-        AddImageButton(row, GadgetBack, "PROGDIR:Images/TBImages/back.png", SAK_LocaleString(MSG_HINT_BACK));
-    Objects.Forward = AddImageButton(row, GadgetForward, "PROGDIR:Images/TBImages/forward.png",
-                                     SAK_LocaleString(MSG_HINT_FORWARD));
-    Objects.History = AddImageButton(row, GadgetHistory, "PROGDIR:Images/TBImages/history.png",
-                                     SAK_LocaleString(MSG_HINT_HISTORY));
+    Objects.Back = AddImageButton(row, GadgetBack, "back", SAK_LocaleString(MSG_HINT_BACK));
+    Objects.Forward = AddImageButton(row, GadgetForward, "forward", SAK_LocaleString(MSG_HINT_FORWARD));
+    Objects.History = AddImageButton(row, GadgetHistory, "history", SAK_LocaleString(MSG_HINT_HISTORY));
     for (intuition::Button* button : {Objects.Back, Objects.Forward, Objects.History}) {
         button->SetDisabled(true); // until there is a history
     }
@@ -63,8 +60,7 @@ void AddSearchGadgets(intuition::Layout& row) {
     Objects.Search->SetHint(SAK_LocaleString(MSG_HINT_SEARCH));
     Objects.Search->SetPlaceholder(SAK_LocaleString(MSG_HINT_SEARCH));
     Objects.Search->SetFixed(SearchWidth, -1);
-    AddImageButton(row, GadgetAdvancedSearch, "PROGDIR:Images/TBImages/search.png",
-                   SAK_LocaleString(MSG_HINT_ADVANCED_SEARCH));
+    AddImageButton(row, GadgetAdvancedSearch, "search", SAK_LocaleString(MSG_HINT_ADVANCED_SEARCH));
 }
 
 // The row of navigation gadgets.
@@ -72,18 +68,15 @@ std::unique_ptr<intuition::Layout> CreatePathGroup() {
     auto row = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 2});
     AddHistoryGadgets(*row);
-    Objects.Parent = AddImageButton(*row, GadgetParent, "PROGDIR:Images/TBImages/parent.png",
-                                    SAK_LocaleString(MSG_HINT_PARENT));
-    Objects.Reload = AddImageButton(*row, GadgetReload, "PROGDIR:Images/TBImages/reload.png",
-                                    SAK_LocaleString(MSG_HINT_RELOAD));
+    Objects.Parent = AddImageButton(*row, GadgetParent, "parent", SAK_LocaleString(MSG_HINT_PARENT));
+    Objects.Reload = AddImageButton(*row, GadgetReload, "reload", SAK_LocaleString(MSG_HINT_RELOAD));
     Objects.Path = AddGadget(
         *row, std::make_unique<intuition::StringGadget>(GadgetPath, CurrentPath.View(), LongestPath), 1);
     Objects.Path->SetHint(SAK_LocaleString(MSG_HINT_PATH));
     AddSearchGadgets(*row);
-    Objects.ViewStyle = AddImageButton(*row, GadgetViewStyle, "PROGDIR:Images/TBImages/viewstyle.png",
-                                       SAK_LocaleString(MSG_HINT_VIEW_STYLE));
-    Objects.Layout = AddImageButton(*row, GadgetLayout, "PROGDIR:Images/TBImages/layout.png",
-                                    SAK_LocaleString(MSG_HINT_LAYOUT));
+    Objects.ViewStyle =
+        AddImageButton(*row, GadgetViewStyle, "viewstyle", SAK_LocaleString(MSG_HINT_VIEW_STYLE));
+    Objects.Layout = AddImageButton(*row, GadgetLayout, "layout", SAK_LocaleString(MSG_HINT_LAYOUT));
     return row;
 }
 

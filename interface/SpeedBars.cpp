@@ -86,8 +86,7 @@ SpeedButton WithPictures(SpeedButton button, std::string_view name) {
 }
 
 intuition::Button& AddEnd(intuition::Layout& row, GadgetId id, std::string_view picture, MessageNumber hint) {
-    auto made = std::make_unique<intuition::Button>(
-        id, intuition::ObtainImage(std::string(Pictures).append(picture)), SAK_LocaleString(hint));
+    auto made = CreatePictureButton(id, picture, SAK_LocaleString(hint));
     intuition::Button& end = *made;
     row.Add(std::move(made));
     return end;
@@ -96,11 +95,11 @@ intuition::Button& AddEnd(intuition::Layout& row, GadgetId id, std::string_view 
 std::unique_ptr<intuition::Layout> CreateBarGroup(const BarKind& kind) {
     auto row = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 0});
-    intuition::Button& left = AddEnd(*row, kind.Left, "scrollleft.png", MSG_HINT_SCROLL_LEFT);
+    intuition::Button& left = AddEnd(*row, kind.Left, "scrollleft", MSG_HINT_SCROLL_LEFT);
     auto made = std::make_unique<SpeedBar>(kind.Bar, SAK_LocaleString(kind.Name));
     SpeedBar* bar = made.get();
     row->Add(std::move(made), 1);
-    bar->SetEnds(left, AddEnd(*row, kind.Right, "scrollright.png", MSG_HINT_SCROLL_RIGHT));
+    bar->SetEnds(left, AddEnd(*row, kind.Right, "scrollright", MSG_HINT_SCROLL_RIGHT));
     Objects.*kind.Gadget = bar;
     return row;
 }
@@ -152,6 +151,14 @@ void FillBar(SpeedBar& bar, const List& list, Make make) {
 }
 
 } // namespace
+
+std::unique_ptr<intuition::Button> CreatePictureButton(std::uint16_t id, std::string_view picture,
+                                                       std::string_view hint) {
+    const std::string path = std::string(Pictures).append(picture);
+    auto button = std::make_unique<intuition::Button>(id, intuition::ObtainImage(path + ".png"), hint);
+    button->SetGhostedImage(intuition::ObtainImage(path + "_g.png"));
+    return button;
+}
 
 void ShowSpeedBars() {
     if (Objects.Root == nullptr) {

@@ -3,10 +3,17 @@
 #pragma once
 
 #include "interface/StateTable.h"
+#include "platform/intuition/Button.h"
 
 #include <cstdint>
+#include <memory>
+#include <string_view>
 
 namespace solvane {
+
+// A small button with a picture of "PROGDIR:Images/TBImages/", by the picture's plain name.
+[[nodiscard]] std::unique_ptr<intuition::Button>
+CreatePictureButton(std::uint16_t id, std::string_view picture, std::string_view hint);
 
 // Takes bars into the open window or out of it until they are those that Prefs asks for, in their order, and
 // fills those that came.

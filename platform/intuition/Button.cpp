@@ -41,21 +41,28 @@ Button::Button(std::uint16_t id, ImageId image, std::string_view hint, ButtonFra
     SetImage(image);
 }
 
-Button::~Button() {
-    ReleaseImage(Image);
-}
-
 void Button::SetText(std::string_view text) {
     auto& button = WidgetOf<QAbstractButton>(*this);
     button.setText(Kind == ButtonText::Marked ? MarkedText(text) : DisplayTextWithoutMnemonic(text));
 }
 
 void Button::SetImage(ImageId image) {
-    ReleaseImage(Image);
-    Image = image;
+    Image = HeldImage(image);
+    ShowImages();
+}
+
+void Button::SetGhostedImage(ImageId image) {
+    Ghosted = HeldImage(image);
+    ShowImages();
+}
+
+void Button::ShowImages() {
     auto& button = WidgetOf<QAbstractButton>(*this);
-    const QPixmap picture = PixmapOf(image);
-    button.setIcon(QIcon(picture));
+    const QPixmap picture = PixmapOf(Image.Get());
+    QIcon icon(picture);
+    if (const QPixmap ghosted = PixmapOf(Ghosted.Get()); !ghosted.isNull())
+        icon.addPixmap(ghosted, QIcon::Disabled);
+    button.setIcon(icon);
     if (!picture.isNull())
         button.setIconSize(picture.deviceIndependentSize().toSize());
     if (auto* flat = qobject_cast<QToolButton*>(&button); flat != nullptr && flat->text().isEmpty())

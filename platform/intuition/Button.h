@@ -17,13 +17,16 @@ public:
     // An image button needs a hint: it is also its name for screen readers. The button holds one use of the
     // image and gives it back.
     Button(std::uint16_t id, ImageId image, std::string_view hint, ButtonFrame frame = ButtonFrame::Flat);
-    ~Button() override;
 
     void SetText(std::string_view text);
     void SetImage(ImageId image); // takes over one use
+    // What it shows while it is disabled; without one, the image is greyed. Takes over one use.
+    void SetGhostedImage(ImageId image);
 
 private:
-    ImageId Image = ImageId::None;
+    void ShowImages();
+
+    HeldImage Image, Ghosted;
     ButtonText Kind = ButtonText::Data;
 };
 

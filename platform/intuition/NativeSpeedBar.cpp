@@ -85,7 +85,8 @@ std::unique_ptr<QWidget> SpeedRow::MakeWidget(const SpeedButton& button) {
         made->setIconSize(picture.deviceIndependentSize().toSize());
     const QString text = fontMetrics().elidedText(DisplayText(button.Text), Qt::ElideRight,
                                                   LongestText * fontMetrics().averageCharWidth());
-    made->setText(QString(text).replace(u'&', QStringLiteral("&&")));
+    const QString gap = text.isEmpty() || picture.isNull() ? QString() : QStringLiteral(" ");
+    made->setText(gap + QString(text).replace(u'&', QStringLiteral("&&")));
     made->setToolButtonStyle(text.isEmpty()     ? Qt::ToolButtonIconOnly
                              : picture.isNull() ? Qt::ToolButtonTextOnly
                                                 : Qt::ToolButtonTextBesideIcon);

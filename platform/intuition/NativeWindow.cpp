@@ -88,16 +88,21 @@ NativeWindow::~NativeWindow() {
     CloseQueue();
 }
 
+// What is too large for the screens shrinks until its frame and all of it can be seen; else the place is the
+// user's, who may like it half outside.
 void NativeWindow::Place(const Box& box) {
-    // No larger than all screens together, whatever was asked for: the backing store must fit into memory.
+    constexpr QSize frame(8, 32); // about what desktops put around
     const QScreen* screen = QGuiApplication::primaryScreen();
-    const QSize wanted(box.Width, box.Height);
+    const QRect room = screen != nullptr ? screen->availableVirtualGeometry() : QRect();
+    const QSize most = screen != nullptr ? room.size() - frame : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     if (box.Width > 0 && box.Height > 0)
-        resize(screen != nullptr ? wanted.boundedTo(screen->virtualSize()) : wanted);
+        resize(QSize(box.Width, box.Height).boundedTo(most));
     if (box.Left == -1 && box.Top == -1)
         return;
-    if (IsOnAScreen({QPoint(box.Left, box.Top), size()}))
-        move(box.Left, box.Top);
+    const QPoint corner(box.Width > most.width() ? room.left() : box.Left,
+                        box.Height > most.height() ? room.top() : box.Top);
+    if (IsOnAScreen({corner, size()}))
+        move(corner);
 }
 
 bool NativeWindow::OpenQueue() {
