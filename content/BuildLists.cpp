@@ -7,6 +7,7 @@
 #include "content/ViewStyles.h"
 #include "interface/Choosers.h"
 #include "interface/MainLayout.h"
+#include "interface/Menus.h"
 #include "interface/NavigationPane.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -179,6 +180,8 @@ void PopViewStyleChooser() {
 
 void SetViewStyle(KeepRows keep) {
     UpdateGadgets_ViewStyle(ViewStyleInForce());
+    MarkedViewStyle = ViewStyleInForce();
+    UpdateMenus_ViewStyle();
     if (keep == KeepRows::No) {
         FreeContentRows();
         BuildContentList();

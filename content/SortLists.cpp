@@ -7,6 +7,7 @@
 #include "content/Selection.h"
 #include "content/SortKeys.h"
 #include "content/ViewStyles.h"
+#include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
 #include "interface/Menus.h"
 #include "model/Content.h"
@@ -67,11 +68,16 @@ bool CanSortBy(std::int32_t column) {
     return column >= 1 && column < count;
 }
 
+std::int32_t ColumnInForce(const SortedLocation& location) {
+    const bool isDetails = location.Column != nullptr && IsDetailsStyle(ViewStyleInForce());
+    return isDetails ? Prefs.*location.Column : NameColumn;
+}
+
 // Takes the choice over into the preferences. True when the direction was turned round.
 bool TakeSortChoice(const SortedLocation& location, std::int32_t column) {
     const bool isDetails = location.Column != nullptr && IsDetailsStyle(ViewStyleInForce());
-    const std::int32_t inForce = isDetails ? Prefs.*location.Column : NameColumn;
-    const bool toggled = location.Column == nullptr || column == SameColumn || column == inForce;
+    const bool toggled =
+        location.Column == nullptr || column == SameColumn || column == ColumnInForce(location);
     if (toggled) {
         Prefs.*location.Direction = Prefs.*location.Direction == 0 ? 1 : 0;
     }
@@ -136,9 +142,18 @@ void SortAnew() {
     }
 }
 
+std::optional<SortInForce> SortOnShow() {
+    const SortedLocation* location = SortedLocationOnShow();
+    if (location == nullptr) {
+        return std::nullopt;
+    }
+    return SortInForce{ColumnInForce(*location), Prefs.*location->Direction};
+}
+
 void DrawersOrder() {
     const SortedLocation* location = SortedLocationOnShow();
     SavePrefs(0);
+    UpdateMenus_ViewMisc();
     if (location == nullptr || !location->HasPrefixes) {
         return;
     }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 namespace solvane {
 
@@ -32,6 +33,13 @@ void SortBy(std::int32_t column);
 // Sorts what is on show as it is sorted already, after what a sort goes by has changed; selection and place
 // are kept.
 void SortAnew();
+
+// What the location on show is sorted by, and in which direction; nothing where it has no sorting of its own.
+struct SortInForce {
+    std::int32_t Column = 0;
+    std::int32_t Direction = 0;
+};
+[[nodiscard]] std::optional<SortInForce> SortOnShow();
 
 // Saves the preferences and applies Prefs.DrawersOrder to a drawer on show.
 void DrawersOrder();

@@ -8,6 +8,8 @@
 #include "content/BuildLists.h"
 #include "content/Drawers.h"
 #include "fileops/Drops.h"
+#include "frame/MenuDispatch.h"
+#include "frame/MenuRequests.h"
 #include "frame/Terminate.h"
 #include "frame/Toolbars.h"
 #include "frame/WindowSequence.h"
@@ -176,8 +178,13 @@ void Dispatch(const WindowEvent& event) {
         CloseWindowWith(HandleMouseButton());
         break;
     case EventClass::MenuPick:
+        HandleMenuPick(event.Code);
+        break;
+    case EventClass::MenuVerify:
+        ServeMenuVerify(event);
+        break;
     case EventClass::ScreenJump:
-        break; // no menu or second screen to lead to yet
+        break; // no second screen to lead to yet
     }
 }
 
@@ -212,6 +219,9 @@ Station ServeWindowEvents() {
         }
         NoteEvent(*event);
         Dispatch(*event);
+        if (JumpToARexxCmd != NoJump) {
+            return ActOnARexxJump();
+        }
     }
     return Station::WaitLoop;
 }

@@ -11,6 +11,8 @@
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
+#include "interface/MenuState.h"
+#include "interface/Processes.h"
 #include "interface/Screens.h"
 #include "locations/DeviceUsage.h"
 #include "locations/DiskEvents.h"
@@ -168,6 +170,12 @@ Station ServeCommodity() {
     return ShowProgram();
 }
 
+// What the helpers have found out about menus and bars.
+Station ServeHelpers() {
+    ShowHelperResults();
+    return Station::WaitLoop;
+}
+
 exec::SignalMask WindowMask() {
     return SignalsMask;
 }
@@ -194,6 +202,7 @@ constexpr std::array Sources = {
     SignalSource{[] { return DiskEventSignal; }, ServeDisks},
     SignalSource{[] { return DeviceUsageSignal; }, ServeDeviceUsage},
     SignalSource{WindowMask, ServeWindowEvents},
+    SignalSource{PortMask<ResultPort>, ServeHelpers},
     SignalSource{[] { return port ? port->Mask() : exec::SignalMask{0}; }, RefuseCommands},
 };
 

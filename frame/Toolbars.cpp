@@ -1,7 +1,7 @@
 #include "frame/Toolbars.h"
 
 #include "automation/ARexxScripts.h"
-#include "automation/SelectCommands.h"
+#include "frame/MenuDispatch.h"
 #include "interface/Choosers.h"
 #include "interface/MenuIds.h"
 #include "model/Program.h"
@@ -13,18 +13,6 @@ void HandleToolbars(std::uint32_t number) {
         return;
     }
     switch (ItemOfButton[number - 1]) {
-    case MenuSelectAll:
-        SelectAll();
-        break;
-    case MenuSelectNone:
-        SelectNone();
-        break;
-    case MenuToggleSelection:
-        ToggleSelection();
-        break;
-    case MenuPattern:
-        Pattern("", false);
-        break;
     case MenuSelectByType:
         PopUpTypes();
         break;
@@ -35,7 +23,8 @@ void HandleToolbars(std::uint32_t number) {
         PopUpScripts();
         break;
     default:
-        break; // until the command is there
+        HandleMenuPick(ItemOfButton[number - 1]);
+        break;
     }
 }
 

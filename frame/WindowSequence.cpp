@@ -7,6 +7,7 @@
 #include "frame/StartLocation.h"
 #include "frame/Terminate.h"
 #include "frame/UpdateSchedule.h"
+#include "interface/ContextMenus.h"
 #include "interface/Iconify.h"
 #include "interface/Images.h"
 #include "interface/MainLayout.h"

@@ -27,6 +27,7 @@ enum MenuId : std::uint16_t {
     MenuGoBookmarks = 14,
     MenuGoFavorites = 15,
     MenuGoWorkbench = 16,
+    MenuGoComputerHead = 17, // of the place and its devices
     MenuGoComputer = 18,
     MenuGoAssigns = 19,
     MenuGoFTPSites = 20,
@@ -165,14 +166,28 @@ enum MenuId : std::uint16_t {
     MenuFullScreen = 158,
     MenuShowHidden = 159,
 
+    // Of the context menus alone.
+    MenuOpen = 160,
+    MenuExecuteSelected = 161,
+    MenuSetBackground = 162,
+    MenuSortBy = 163,
+    MenuAscending = 164,
+    MenuDescending = 165,
+    MenuRowOpen = 166, // of the row in the Navigation pane that the menu is about
+    MenuRowInTab = 167,
+    MenuRowInWindow = 168,
+    MenuFirstSortColumn = 180, // by the number of the column
+
     // The first number of each kind of item that comes and goes; its place in its list is added.
     MenuFirstUserButton = 400,
     MenuFirstBookmark = 500,
     MenuFirstFavorite = 600,
     MenuFirstScript = 700,
     MenuFirstFTPSite = 800,
-    MenuFirstType = 900, // nine kinds of files
-    MenuPasteToHead = 999,
+    MenuFirstType = 900,       // nine kinds of files
+    MenuPasteToComputer = 999, // heads
+    MenuPasteToFavorites = 1300,
+    MenuPasteToBookmarks = 1301,
     MenuPasteToDevice = 1000,
     MenuPasteToFavorite = 1100,
     MenuPasteToBookmark = 1200,
@@ -182,7 +197,7 @@ enum MenuId : std::uint16_t {
 };
 
 inline constexpr std::size_t MostListItems = 100; // of one kind; what is behind them has no item
-inline constexpr std::size_t MostTabItems = 10;
+inline constexpr std::size_t MostTabItems = 10, MostTypeItems = 9, MostSortColumns = 40;
 
 // The item that a button of the toolbar stands for, by the button's number less one. State and command of the
 // button are those of the item; items that have none are reached by the menu alone.

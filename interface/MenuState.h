@@ -1,11 +1,16 @@
-// What of menus, toolbars and history gadgets can be picked in the present state. The bars themselves come
-// with their features; until then these routines have nothing to set.
+// Which items of the menus and buttons of the bars can be picked in the present state. The state is judged by
+// helpers beside the main process; what they find out is shown when their results are served.
 #pragma once
 
 namespace solvane {
 
+// Let a helper judge the state of this moment and return at once. While no location is shown all stays as it
+// is.
 void SetMenuState();
 void SetToolbarState();
+// Shows what the helpers have found out since.
+void ShowHelperResults();
+
 void SetHistoryGadgetsState();
 
 } // namespace solvane

@@ -1,23 +1,170 @@
 #include "interface/Menus.h"
 
+#include "interface/MainLayout.h"
+#include "interface/MenuLists.h"
+#include "interface/MenuTable.h"
+#include "interface/PlaceItems.h"
+#include "model/History.h"
+#include "model/Prefs.h"
+#include "sak/Menus.h"
+
+#include <array>
+#include <iterator>
+#include <utility>
+#include <vector>
+
 namespace solvane {
 
+std::unique_ptr<intuition::Menu> MenuStripObj;
+std::uint16_t EntireMenuStripDone = 0;
+std::int32_t MarkedViewStyle = 0;
+
+namespace {
+
+using intuition::MenuItem;
+
+// Alt with one of these is a key of the program.
+constexpr std::string_view LettersOfKeys = "QT";
+
+void Mark(MenuId item, bool checked) {
+    SAK_SetMenuAttrs(MenuStripObj.get(), {{.Id = item, .Checked = checked}});
+}
+
+// A head whose fixed items are followed by those of a list.
+void ShowList(MenuId head, const std::vector<MenuItem>& list) {
+    if (!MenuStripObj) {
+        return;
+    }
+    std::vector<MenuItem> items = std::move(ItemsOfStrip({head}).front().Items);
+    if (!list.empty() && !items.empty()) {
+        items.push_back({});
+    }
+    items.insert(items.end(), list.begin(), list.end());
+    MenuStripObj->SetItems(head, items);
+}
+
+// A head with nothing but a list. It cannot be opened while that is empty.
+void ShowPlainList(MenuId head, const std::vector<MenuItem>& list) {
+    if (MenuStripObj) {
+        MenuStripObj->SetItems(head, list);
+        SAK_SetMenuAttrs(MenuStripObj.get(), {{.Id = head, .Disabled = list.empty()}});
+    }
+}
+
+} // namespace
+
 bool CreateMainMenuStrip() {
+    MenuStripObj =
+        std::make_unique<intuition::Menu>(intuition::MenuSpec{.IsStrip = true,
+                                                              .Items = StripItems(),
+                                                              .ImageSize = MenuImageSide(),
+                                                              .NotKeys = std::string(LettersOfKeys)});
+    EntireMenuStripDone = 0;
     return true;
 }
 
-bool CreateContextMenus() {
-    return true;
+void FreeMainMenuStrip() {
+    MenuStripObj.reset();
+    EntireMenuStripDone = 0;
 }
 
-void UpdateEntireMenuStrip() {}
+void AttachMenuStrip() {
+    if (MenuStripObj && MainWindow) {
+        MenuStripObj->AttachTo(*MainWindow);
+    }
+}
 
-void AttachMenuStrip() {}
+void UpdateEntireMenuStrip() {
+    FillInBookmarksItems();
+    FillInFavoritesItems();
+    FillInGoItemsComputer();
+    FillInFTPSitesItems();
+    FillInUserButtonsItems();
+    FillInARexxItems();
+    FillInTabItems();
+    UpdateMenus_ViewMisc();
+    UpdateMenus_Layout();
+    UpdateMenus_ViewStyle();
+    UpdateMenus_History();
+    EntireMenuStripDone = 1;
+}
 
-void SetSortByDirection() {}
+void UpdateMenus_ViewMisc() {
+    Mark(MenuDrawersFirst, Prefs.DrawersOrder == 0);
+    Mark(MenuDrawersMixed, Prefs.DrawersOrder == 1);
+    Mark(MenuDrawersLast, Prefs.DrawersOrder == 2);
+    Mark(MenuProcessInfo, Prefs.ProcessInfoFiles != 0);
+    Mark(MenuShowActualIcons, Prefs.ShowActualIcons != 0);
+    Mark(MenuShowThumbnail, Prefs.ShowThumbnail != 0);
+    Mark(MenuShowHidden, Prefs.ShowHiddenEntries != 0);
+}
 
-void FreeMainMenuStrip() {}
+void UpdateMenus_Layout() {
+    const bool preview = Prefs.PreviewPane != 0;
+    Mark(MenuLayoutBookmarks, Prefs.BookmarksBar != 0);
+    Mark(MenuLayoutToolbar, Prefs.Toolbar != 0);
+    Mark(MenuLayoutUserButtons, Prefs.UserButtonsBar != 0);
+    Mark(MenuLayoutNavigation, Prefs.NavigationPane != 0);
+    Mark(MenuLayoutPreviewHorizontal, preview && Prefs.PreviewStyle == 0);
+    Mark(MenuLayoutPreviewVertical, preview && Prefs.PreviewStyle != 0);
+    Mark(MenuLayoutDetails, Prefs.DetailsPane != 0);
+    Mark(MenuLayoutThumbnail, Prefs.ThumbnailPane != 0);
+    Mark(MenuLayoutStatusBar, Prefs.StatusBar != 0);
+}
 
-void FreeContextMenus() {}
+void UpdateMenus_ViewStyle() {
+    for (std::int32_t style = 0; style <= ViewFilmstrip; ++style) {
+        Mark(static_cast<MenuId>(MenuStyleList + style), style == MarkedViewStyle);
+    }
+}
+
+void UpdateMenus_History() {
+    const auto entries = HistoryList ? static_cast<std::int64_t>(SAK_GenericListCount(*HistoryList)) : 0;
+    SAK_SetMenuAttrs(MenuStripObj.get(),
+                     {{.Id = MenuBack, .Disabled = HistorySelected < 0 || HistorySelected + 1 >= entries},
+                      {.Id = MenuForward, .Disabled = HistorySelected <= 0}});
+}
+
+void FillInARexxItems() {
+    ShowList(MenuARexx, ScriptItems());
+}
+
+void FillInUserButtonsItems() {
+    ShowPlainList(MenuUser, UserButtonItems());
+}
+
+void FillInTabItems() {
+    ShowPlainList(MenuTabs, TabItems());
+}
+
+void FillInGoItemsComputer() {
+    ShowList(MenuGoComputerHead, DeviceItems(MenuFirstDevice));
+    ShowPlainList(MenuPasteToComputer, DeviceItems(MenuPasteToDevice));
+}
+
+void ShowBookmarksItems() {
+    ShowList(MenuBookmarks, PlaceMenuItems(BookmarksItems, MenuFirstBookmark));
+    ShowPlainList(MenuPasteToBookmarks, PlaceMenuItems(BookmarksItems, MenuPasteToBookmark));
+}
+
+void ShowFavoritesItems() {
+    ShowList(MenuFavorites, PlaceMenuItems(FavoritesItems, MenuFirstFavorite));
+    ShowPlainList(MenuPasteToFavorites, PlaceMenuItems(FavoritesItems, MenuPasteToFavorite));
+}
+
+// The sites stand between the fixed items.
+void FillInFTPSitesItems() {
+    if (!MenuStripObj) {
+        return;
+    }
+    std::vector<MenuItem> items = std::move(ItemsOfStrip({MenuFTPSites}).front().Items);
+    std::vector<MenuItem> sites = SiteItems();
+    if (!sites.empty()) {
+        sites.insert(sites.begin(), MenuItem{});
+    }
+    items.insert(std::next(items.begin()), std::make_move_iterator(sites.begin()),
+                 std::make_move_iterator(sites.end()));
+    MenuStripObj->SetItems(MenuFTPSites, items);
+}
 
 } // namespace solvane

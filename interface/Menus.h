@@ -1,15 +1,47 @@
-// The main menu strip and the context menus. Their entries come with the features that they pick;
-// until then there is no strip to build and these routines succeed at once.
+// The main menu strip: its items, the lists in it that come and go, and the marks that follow the settings.
+// Which items can be picked is set by MenuState, what a pick does is decided by the main loop.
 #pragma once
+
+#include "interface/MenuIds.h"
+#include "platform/intuition/Menus.h"
+
+#include <cstdint>
+#include <memory>
 
 namespace solvane {
 
+// --- State ---
+
+extern std::unique_ptr<intuition::Menu> MenuStripObj; // null before CreateMainMenuStrip
+extern std::uint16_t EntireMenuStripDone;             // the lists have been filled in
+
+extern std::int32_t MarkedViewStyle; // the style on show; written by SetViewStyle
+
+// --- Functions ---
+
+// Makes the strip anew, with texts and pictures as the preferences and the language are now.
 [[nodiscard]] bool CreateMainMenuStrip();
-[[nodiscard]] bool CreateContextMenus();
-void UpdateEntireMenuStrip();
-void AttachMenuStrip();
-void SetSortByDirection();
 void FreeMainMenuStrip();
-void FreeContextMenus();
+// Shows it in the open window.
+void AttachMenuStrip();
+
+// Fills all lists and sets all marks.
+void UpdateEntireMenuStrip();
+
+// The marks; nothing without a strip.
+void UpdateMenus_ViewMisc();
+void UpdateMenus_Layout();
+void UpdateMenus_ViewStyle();
+// Whether there is a way back and forth.
+void UpdateMenus_History();
+
+// Lists of the strip, put in anew from what they show. Nothing without a strip.
+void FillInARexxItems();
+void FillInFTPSitesItems();
+void FillInUserButtonsItems();
+void FillInTabItems();        // the tabs that entries can be pasted to
+void FillInGoItemsComputer(); // the mounted devices, to go to and to paste to
+void ShowBookmarksItems();    // as they stand in BookmarksItems, to go to and to paste to
+void ShowFavoritesItems();
 
 } // namespace solvane

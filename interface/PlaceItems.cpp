@@ -1,5 +1,6 @@
 #include "interface/PlaceItems.h"
 
+#include "interface/Menus.h"
 #include "model/PrefsLists.h"
 
 #include <memory>
@@ -34,6 +35,7 @@ void RemoveBookmarksItems() {
 
 void FillInBookmarksItems() {
     BookmarksItems = ItemsOf(MasterBookmarksList, FirstBookmarkItem);
+    ShowBookmarksItems();
 }
 
 void RemoveFavoritesItems() {
@@ -42,6 +44,7 @@ void RemoveFavoritesItems() {
 
 void FillInFavoritesItems() {
     FavoritesItems = ItemsOf(MasterFavoritesList, FirstFavoriteItem);
+    ShowFavoritesItems();
 }
 
 } // namespace solvane

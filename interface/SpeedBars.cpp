@@ -211,7 +211,7 @@ void UpdateSpeedBar_Toolbar() {
     }
     Objects.Toolbar->SetButtons(isEmpty ? std::vector<SpeedButton>() : std::move(buttons));
     if (const auto state = PresentState()) {
-        ShowToolbarState(*state);
+        ShowToolbarState(DoSetToolbarState(*state));
     }
 }
 
@@ -227,13 +227,12 @@ void UpdateSpeedBar_UserButtons() {
     }
 }
 
-void ShowToolbarState(const WindowState& state) {
+void ShowToolbarState(const ItemStates& states) {
     if (Objects.Toolbar == nullptr) {
         return;
     }
-    for (std::size_t at = 0; at < ItemOfButton.size(); ++at) {
-        Objects.Toolbar->SetButtonDisabled(static_cast<std::uint16_t>(at + 1),
-                                           !IsEnabled(ItemOfButton[at], state));
+    for (std::size_t at = 0; at < states.size(); ++at) {
+        Objects.Toolbar->SetButtonDisabled(static_cast<std::uint16_t>(at + 1), !states[at].Enabled);
     }
 }
 

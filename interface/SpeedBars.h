@@ -24,8 +24,8 @@ void UpdateSpeedBar_Bookmarks();
 void UpdateSpeedBar_Toolbar();
 void UpdateSpeedBar_UserButtons();
 
-// Makes the toolbar's buttons pickable as far as their commands are in that state.
-void ShowToolbarState(const WindowState& state);
+// Makes the toolbar's buttons pickable as far as their commands are, told in the order of the buttons.
+void ShowToolbarState(const ItemStates& states);
 
 // Moves the first visible button of a bar; nothing while it is switched off.
 void ScrollSpeedBar_Bookmarks(int delta);

@@ -186,6 +186,28 @@ bool IsEnabled(MenuId item, const WindowState& state) {
     return verdict != Verdict::Off;
 }
 
+ItemStates DoSetMenuState(const WindowState& state) {
+    ItemStates states;
+    const auto add = [&](MenuId item) { states.push_back({item, IsEnabled(item, state)}); };
+    MenuId last = MenuNone;
+    for (const StateRow& row : Rows) {
+        if (row.Item != last) { // rows of one item stand together
+            add(row.Item);
+        }
+        last = row.Item;
+    }
+    std::for_each(std::begin(SeveralInstances), std::end(SeveralInstances), add);
+    return states;
+}
+
+ItemStates DoSetToolbarState(const WindowState& state) {
+    ItemStates states;
+    for (const MenuId item : ItemOfButton) {
+        states.push_back({item, IsEnabled(item, state)});
+    }
+    return states;
+}
+
 std::optional<WindowState> PresentState() {
     if (LBLocation < Bookmarks || LBLocation > Drawer || NumSelected < 0) {
         return std::nullopt;

@@ -6,6 +6,7 @@
 #include "model/LocationKind.h"
 
 #include <optional>
+#include <vector>
 
 namespace solvane {
 
@@ -23,8 +24,21 @@ struct WindowState {
     bool operator==(const WindowState&) const = default;
 };
 
+// An item and whether it can be picked.
+struct ItemState {
+    MenuId Item = MenuNone;
+    bool Enabled = true;
+
+    bool operator==(const ItemState&) const = default;
+};
+using ItemStates = std::vector<ItemState>;
+
 // Whether the item can be picked; items without a row in the table always can.
 [[nodiscard]] bool IsEnabled(MenuId item, const WindowState& state);
+
+// Every item that depends on the state, and every item behind a button of the toolbar.
+[[nodiscard]] ItemStates DoSetMenuState(const WindowState& state);
+[[nodiscard]] ItemStates DoSetToolbarState(const WindowState& state);
 
 // The state at this moment; nothing while no location is shown, which leaves all items as they are.
 [[nodiscard]] std::optional<WindowState> PresentState();

@@ -1,6 +1,7 @@
 #include "interface/TabBar.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Menus.h"
 #include "model/Tabs.h"
 
 #include <map>
@@ -10,6 +11,7 @@
 namespace solvane {
 
 void AttachTabs() {
+    FillInTabItems();
     if (Objects.Tabs == nullptr || !tabslist || !TabsList) {
         return;
     }
@@ -41,6 +43,7 @@ void SetTabLabel(std::string_view label, std::string_view path) {
         return;
     }
     currTab->Label = label;
+    FillInTabItems();
     if (Objects.Tabs != nullptr) {
         Objects.Tabs->SetText(currTab->TabUserData, label, path);
     }

@@ -4,6 +4,7 @@
 #include "content/Selection.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "interface/Menus.h"
 #include "interface/Panes.h"
 #include "interface/SpeedBars.h"
 #include "locations/NavigationList.h"
@@ -108,6 +109,7 @@ void ChangeLayout() {
     BlockMainWindow(1);
     SwitchPane();
     ArrangeTabOrder();
+    UpdateMenus_Layout();
     BlockMainWindow(0);
 }
 
@@ -115,6 +117,7 @@ void ChangeToolbars() {
     CollectPaneWeights();
     SwitchBar();
     SavePrefs(0);
+    UpdateMenus_Layout();
     ArrangeTabOrder();
 }
 

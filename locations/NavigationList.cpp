@@ -4,6 +4,7 @@
 #include "content/PlaceRows.h"
 #include "interface/Images.h"
 #include "interface/MainLayout.h"
+#include "interface/Menus.h"
 #include "interface/NavigationPane.h"
 #include "model/Content.h"
 #include "model/Devices.h"
@@ -218,6 +219,8 @@ void UpdateAllLists() {
 }
 
 void BuildNavigationList() {
+    FillInGoItemsComputer();
+    FillInFTPSitesItems();
     if (Prefs.NavigationPane == 0 || Objects.Navigation == nullptr) {
         return;
     }

@@ -230,4 +230,15 @@ bool PostFrom(const QWidget& origin, EventClass eventClass, std::uint16_t id, st
     return window != nullptr && window->Post({eventClass, id, code});
 }
 
+void PostMenuVerify(const QWidget& origin, std::uint16_t id, const QPoint& place) {
+    auto* window = dynamic_cast<NativeWindow*>(origin.window());
+    if (window == nullptr)
+        return;
+    const QPoint inside = origin.mapTo(window, place);
+    WindowEvent event{.Class = EventClass::MenuVerify, .Id = id};
+    event.Left = inside.x();
+    event.Top = inside.y();
+    window->Post(std::move(event));
+}
+
 } // namespace intuition

@@ -12,7 +12,9 @@ enum class EventClass : std::uint16_t {
     CloseWindow = 1,
     GadgetUp = 2, // Id: the gadget, Code: its value
     NewSize = 5,
-    MenuPick = 6,
+    MenuPick = 6, // Code: the item
+    MenuVerify =
+        7, // a context menu is wanted. Id: the gadget under the pointer or with the keyboard; 0: none
     Iconify = 9,
     RawKey = 11, // Code: the key; sent when it goes down and when it repeats
     ChangeWindow = 13,
@@ -29,6 +31,7 @@ struct WindowEvent {
     std::uint16_t Qualifier = 0; // keys held at the moment of the event
     std::string Text = {};       // RawKey: what the key types, UTF-8; empty for keys that type nothing
     std::vector<std::string> Objects = {}; // AppMessage: paths, volume paths where there is a volume
+    int Left = 0, Top = 0;                 // MenuVerify: where in the window
 };
 
 namespace qualifier {

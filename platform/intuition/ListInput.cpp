@@ -60,8 +60,37 @@ void ListView::PressBesideRows(Qt::KeyboardModifiers modifiers) {
     Report({ListEventKind::Select});
 }
 
+// A menu is about what lies under the pointer: the selection, if that is in it.
+void ListView::PressForMenu(const QPoint& place) {
+    const std::size_t row = RowAt(place);
+    if (row == NoRow || !IsSelectable(row)) {
+        PressBesideRows(Qt::NoModifier);
+    } else if (!Chosen.Has(row)) {
+        SetCurrent(row);
+        SelectOnly(row);
+        Report({ListEventKind::Select, row});
+    }
+    PostMenuVerify(*this, Id, viewport()->mapTo(this, place));
+}
+
+// About the selection, or about the place when there is none.
+void ListView::AskForMenuByKey() {
+    const std::size_t row = Current();
+    if (row == NoRow || Chosen.Count() == 0) {
+        PostMenuVerify(*this, Id, viewport()->mapTo(this, QPoint(0, 0)));
+        return;
+    }
+    MakeVisible(row);
+    const auto below = static_cast<int>(row - std::min(Top(), row) + 1) * RowHeight();
+    PostMenuVerify(*this, Id, viewport()->mapTo(this, QPoint(RowHeight(), below)));
+}
+
 void ListView::mousePressEvent(QMouseEvent* event) {
     const std::size_t row = RowAt(event->position().toPoint());
+    if (event->button() == Qt::RightButton) {
+        PressForMenu(event->position().toPoint());
+        return;
+    }
     if (event->button() != Qt::LeftButton) {
         event->ignore(); // the window's
         return;
@@ -129,6 +158,11 @@ void ListView::wheelEvent(QWheelEvent* event) {
 }
 
 void ListView::keyPressEvent(QKeyEvent* event) {
+    if (IsMenuKey(*event)) {
+        AskForMenuByKey();
+        event->accept();
+        return;
+    }
     event->setAccepted(Keys == ListKeys::Own && Rows.Rows() > 0 && ServeKey(*event));
 }
 

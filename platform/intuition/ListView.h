@@ -116,6 +116,8 @@ private:
     void DrawCells(QPainter& painter, std::size_t row, const RowLook& look, const RowState& state) const;
     void PressRow(std::size_t row, Qt::KeyboardModifiers modifiers);
     void PressBesideRows(Qt::KeyboardModifiers modifiers);
+    void PressForMenu(const QPoint& place);
+    void AskForMenuByKey();
     void SelectOnly(std::size_t row);
     void SelectFromAnchor(std::size_t row);
     void MoveCurrent(std::size_t row, Qt::KeyboardModifiers modifiers);

@@ -64,6 +64,11 @@ void ForgetImages();
 // Queues an event in the window of a widget; false when it is dropped (blocked, closed, a dialog).
 bool PostFrom(const QWidget& origin, EventClass eventClass, std::uint16_t id, std::uint16_t code = 0);
 
+// Tells the window of a widget that a menu is wanted at a place of the widget.
+void PostMenuVerify(const QWidget& origin, std::uint16_t id, const QPoint& place);
+// The key that asks for the menu of what has the keyboard.
+[[nodiscard]] bool IsMenuKey(const QKeyEvent& event);
+
 // The qualifier bits at the moment of the event that is being served.
 [[nodiscard]] std::uint16_t CurrentQualifier();
 // The Amiga code of a key, and whether it is only a qualifier key.

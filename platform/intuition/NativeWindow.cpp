@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QInputEvent>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -86,6 +88,33 @@ NativeWindow::NativeWindow(const WindowSpec& spec) {
 
 NativeWindow::~NativeWindow() {
     CloseQueue();
+    ReleaseMenus();
+}
+
+void NativeWindow::SetStrip(QMenuBar* strip) {
+    if (layout()->menuBar() == strip)
+        return;
+    if (QWidget* old = layout()->menuBar())
+        old->setParent(nullptr);
+    layout()->setMenuBar(strip);
+    strip->show();
+}
+
+// Menus belong to the program and may be shown by its next window.
+void NativeWindow::ReleaseMenus() {
+    layout()->setMenuBar(nullptr);
+    const QList<QWidget*> children = findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    for (QWidget* child : children) {
+        if (qobject_cast<QMenuBar*>(child) != nullptr || qobject_cast<QMenu*>(child) != nullptr)
+            child->setParent(nullptr);
+    }
+}
+
+// The first menu of the strip, with its first item marked.
+void NativeWindow::OpenStrip() {
+    if (auto* strip = qobject_cast<QMenuBar*>(layout()->menuBar());
+        strip != nullptr && !strip->actions().isEmpty())
+        strip->setActiveAction(strip->actions().front());
 }
 
 // What is too large for the screens shrinks until its frame and all of it can be seen; else the place is the
@@ -242,6 +271,14 @@ void NativeWindow::closeEvent(QCloseEvent* event) {
 void NativeWindow::keyPressEvent(QKeyEvent* event) {
     if (IsQualifierKey(*event)) {
         event->ignore();
+        return;
+    }
+    if (IsMenuKey(*event)) {
+        PostMenuVerify(*this, 0, rect().center());
+        return;
+    }
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::NoModifier) {
+        OpenStrip();
         return;
     }
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;

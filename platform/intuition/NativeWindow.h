@@ -12,6 +12,8 @@
 #include <deque>
 #include <optional>
 
+class QMenuBar;
+
 namespace intuition {
 
 class NativeWindow : public QWidget {
@@ -37,6 +39,9 @@ public:
 
     void Place(const Box& box);
 
+    // Shows the strip over the gadgets, in place of one that was there; the window does not own it.
+    void SetStrip(QMenuBar* strip);
+
     // The open window that stands for the program where none is named; null when there is none.
     [[nodiscard]] static NativeWindow* MostRecent();
     static void AllInputIsRead();
@@ -58,6 +63,8 @@ protected:
 private:
     void SetPointer();
     void ReleaseHeldButtons();
+    void ReleaseMenus();
+    void OpenStrip();
 
     std::deque<WindowEvent> Queue;
     exec::Task* Owner = nullptr;

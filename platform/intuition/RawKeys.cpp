@@ -160,6 +160,11 @@ bool IsQualifierKey(const QKeyEvent& event) {
     }
 }
 
+bool IsMenuKey(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Menu ||
+           (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier);
+}
+
 void NoteQualifierKey(const QKeyEvent& event) {
     constexpr quint32 lockBit = 2;
     if (event.spontaneous())

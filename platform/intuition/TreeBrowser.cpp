@@ -46,6 +46,10 @@ std::size_t TreeBrowser::Selected() const {
     return ViewOf(*this).Selected();
 }
 
+std::size_t TreeBrowser::MenuRow() const {
+    return ViewOf(*this).MenuRow;
+}
+
 void TreeBrowser::SetSelected(std::size_t row) {
     ViewOf(*this).SetSelected(row);
 }

@@ -67,6 +67,9 @@ public:
     // Fetches the event that belongs to the oldest unfetched GadgetUp; Kind None when its row is gone.
     [[nodiscard]] TreeEvent NextEvent();
 
+    // The row that a menu was asked for last; NoRow: for none, or the rows have been replaced since.
+    [[nodiscard]] std::size_t MenuRow() const;
+
     void RefreshRow(std::size_t row);
     [[nodiscard]] bool IsOnScreen(std::size_t row) const;
 };

@@ -123,7 +123,7 @@ void TreeView::SetRows(std::vector<TreeRow> rows) {
     const int place = verticalScrollBar()->value();
     Filling = true;
     Events.clear();
-    Chosen = NoRow;
+    Chosen = MenuRow = NoRow;
     clear();
     Items.clear();
     Records = std::move(rows);
@@ -207,8 +207,20 @@ void TreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
     QTreeWidget::drawRow(painter, option, index);
 }
 
+// The row is marked and not chosen: to go there is one of the things that its menu offers.
+void TreeView::AskForMenu(std::size_t row, const QPoint& place) {
+    MenuRow = row == NoRow || Records[row].Kind == TreeRowKind::Separator ? NoRow : row;
+    if (MenuRow != NoRow)
+        selectionModel()->setCurrentIndex(indexFromItem(ItemOf(MenuRow)), QItemSelectionModel::NoUpdate);
+    PostMenuVerify(*this, Id, viewport()->mapTo(this, place));
+}
+
 void TreeView::mousePressEvent(QMouseEvent* event) {
     const QPoint place = event->position().toPoint();
+    if (event->button() == Qt::RightButton) {
+        AskForMenu(RowOf(indexAt(place)), place);
+        return;
+    }
     if (event->button() != Qt::LeftButton) {
         event->ignore(); // the window's
         return;
@@ -244,6 +256,11 @@ void TreeView::wheelEvent(QWheelEvent* event) {
 }
 
 void TreeView::keyPressEvent(QKeyEvent* event) {
+    if (IsMenuKey(*event)) {
+        AskForMenu(RowOf(currentIndex()), visualRect(currentIndex()).bottomLeft());
+        event->accept();
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

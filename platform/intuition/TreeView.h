@@ -43,6 +43,8 @@ public:
     [[nodiscard]] ImageId ImageOf(std::size_t row) const;
     [[nodiscard]] QColor BackgroundOf(std::size_t row) const;
 
+    // The row that a menu was asked for last.
+    std::size_t MenuRow = NoRow;
     std::function<ImageId(std::size_t)> ImageSource;
     std::optional<Rgb> Backgrounds[2];
 
@@ -59,6 +61,7 @@ private:
     void AddRow(std::size_t row);
     void NoteOpen(const QTreeWidgetItem& head, bool isOpen);
     void Choose(std::size_t row);
+    void AskForMenu(std::size_t row, const QPoint& place);
     void Report(TreeEventKind kind, std::size_t row);
 
     std::uint16_t Id;

@@ -5,7 +5,9 @@
 #include "frame/ArgumentParser.h"
 #include "frame/MainLoop.h"
 #include "frame/Ports.h"
+#include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
+#include "interface/Menus.h"
 #include "interface/Screens.h"
 #include "locations/TabRecords.h"
 #include "model/Program.h"
@@ -41,6 +43,8 @@ protected:
     ~WindowSequenceTest() override {
         FreeAllTabs(1);
         CloseWindowObject();
+        FreeMainMenuStrip();
+        FreeContextMenus();
         ScrNotPort.reset();
         CommandLineTabsList.reset();
         StartupTabsList.reset();

@@ -1,0 +1,357 @@
+#include "frame/MenuDispatch.h"
+
+#include "automation/ARexxScripts.h"
+#include "automation/ContentEvents.h"
+#include "automation/RawKey.h"
+#include "automation/SelectCommands.h"
+#include "content/BuildLists.h"
+#include "content/DetailsPane.h"
+#include "content/SortLists.h"
+#include "frame/WindowSequence.h"
+#include "interface/Iconify.h"
+#include "interface/MainLayout.h"
+#include "interface/MenuIds.h"
+#include "interface/Menus.h"
+#include "interface/Windows.h"
+#include "locations/DiskOperations.h"
+#include "locations/KeptPlaces.h"
+#include "locations/LayoutChange.h"
+#include "locations/Navigation.h"
+#include "locations/OpenTabs.h"
+#include "locations/RescanTabs.h"
+#include "locations/Tabs.h"
+#include "locations/VisitHistory.h"
+#include "model/Devices.h"
+#include "model/Prefs.h"
+#include "model/PrefsLists.h"
+#include "model/Program.h"
+#include "model/Tabs.h"
+#include "online/UpdateCheck.h"
+#include "platform/intuition/Events.h"
+#include "prefs/LoadSavePrefs.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace solvane {
+
+namespace {
+
+constexpr std::int32_t JumpLoadPrefs = 97; // of JumpToARexxCmd
+constexpr std::uint16_t KeyF6 = intuition::rawkey::F1 + 5, KeyF7 = intuition::rawkey::F1 + 6;
+
+// The command of an item whose feature is still to come.
+void Waits() {}
+
+void Quit() {
+    if (Prefs.UseCommodity != 0) {
+        ScrNotChange = 1;
+        CloseMainWindow();
+    } else {
+        done = 1;
+    }
+}
+
+void CloseShownTab() {
+    if (CloseTab() == Closing::WithWindow) {
+        Quit();
+    }
+}
+
+template <std::size_t Size>
+struct Word {
+    constexpr Word(const char (&text)[Size]) { std::copy_n(text, Size, Text); }
+    char Text[Size];
+};
+
+template <Word Place>
+void GoTo() {
+    HandleNavigationListBrowser(Place.Text);
+}
+
+// What a key does that nobody has pressed.
+template <std::uint16_t Key>
+void Press() {
+    if (HandleKey(Key, 0) == Closing::WithWindow) {
+        Quit();
+    }
+}
+
+template <std::int32_t Order>
+void ChooseDrawersOrder() {
+    Prefs.DrawersOrder = Order;
+    DrawersOrder();
+}
+
+// Rows of all tabs come out otherwise; those on show at once.
+void ShowRowsAnew() {
+    SavePrefs(0);
+    UpdateMenus_ViewMisc();
+    SetRescanAllTabs();
+    if (ActiveTab != nullptr) {
+        ActiveTab->RescanTab = 0;
+    }
+    ReloadLocation();
+}
+
+template <std::int16_t PrefsRecord::*Setting>
+void Turn() {
+    Prefs.*Setting = Prefs.*Setting == 0 ? 1 : 0;
+    ShowRowsAnew();
+}
+
+void ShowThumbnail() {
+    Prefs.ShowThumbnail = Prefs.ShowThumbnail == 0 ? 1 : 0;
+    SavePrefs(0);
+    UpdateMenus_ViewMisc();
+    DetailsPane3();
+}
+
+void SortInDirection(std::int32_t direction) {
+    if (const auto sort = SortOnShow(); sort && sort->Direction != direction) {
+        SortBy(SameColumn);
+        TellContentSelection();
+    }
+}
+
+void GoToMenuRow(std::uint16_t qualifier) {
+    if (Objects.Navigation == nullptr || Objects.Navigation->MenuRow() == intuition::NoRow) {
+        return;
+    }
+    Qualifier = qualifier;
+    const std::string text = Objects.Navigation->Rows()[Objects.Navigation->MenuRow()].UserData;
+    if (!text.empty()) {
+        HandleNavigationListBrowser(text);
+    }
+}
+
+struct Command {
+    MenuId Item;
+    void (*Do)();
+};
+
+constexpr Command Commands[] = {
+    {MenuCheckVersion, [] { CheckLatestVersion(0); }},
+    {MenuLoadPrefs, [] { JumpToARexxCmd = JumpLoadPrefs; }},
+    {MenuSavePrefs, [] { SavePrefs(1); }},
+    {MenuIconify, [] { static_cast<void>(Iconify()); }},
+    {MenuAbout, Waits},
+    {MenuQuit, Quit},
+    {MenuQuitAll, Waits},
+
+    {MenuBack, GoBackInHistory},
+    {MenuForward, GoForwardInHistory},
+    {MenuParent, Press<intuition::rawkey::Backspace>},
+    {MenuReload, ReloadLocation},
+    {MenuGoBookmarks, GoTo<"Bookmarks">},
+    {MenuGoFavorites, GoTo<"Favorites">},
+    {MenuGoWorkbench, GoTo<"Workbench">},
+    {MenuGoComputer, GoTo<"Computer">},
+    {MenuGoAssigns, GoTo<"Assigns">},
+    {MenuGoFTPSites, GoTo<"FTPSites">},
+
+    {MenuSelectAll, SelectAll},
+    {MenuSelectNone, SelectNone},
+    {MenuToggleSelection, ToggleSelection},
+    {MenuPattern, [] { Pattern("", false); }},
+    {MenuCut, Waits},
+    {MenuCopy, Waits},
+    {MenuPaste, Waits},
+
+    {MenuExecuteCommand, Waits},
+    {MenuDelete, Waits},
+    {MenuNewDrawer, Waits},
+    {MenuRename, Waits},
+    {MenuProtect, Waits},
+    {MenuFilenote, Waits},
+    {MenuOpenArchive, Waits},
+    {MenuExtractToDefault, Waits},
+    {MenuExtractHere, Waits},
+    {MenuExtractArchive, Waits},
+    {MenuAddToArchive, Waits},
+    {MenuArchiveItem, Waits},
+    {MenuArchiveSeparately, Waits},
+    {MenuConvertArchive, Waits},
+    {MenuTestArchive, Waits},
+    {MenuEdit, Waits},
+    {MenuGetDrawerSize, Waits},
+    {MenuAddIcon, Waits},
+    {MenuRemoveIcon, Waits},
+    {MenuDownload, Waits},
+    {MenuLeaveOut, Waits},
+    {MenuPutAway, Waits},
+    {MenuGetVersion, Waits},
+    {MenuInformation, Waits},
+
+    {MenuAddBookmark, [] { AddCurrentLocationToBookmarks(AskFirst::Yes); }},
+    {MenuOrganizeBookmarks, Waits},
+    {MenuBookmarksInTabs, OpenAllBookmarksInTabs},
+    {MenuBookmarksInWindows, OpenAllBookmarksInWindows},
+    {MenuAddFavorite, [] { AddCurrentLocationToFavorites(AskFirst::Yes); }},
+    {MenuOrganizeFavorites, Waits},
+    {MenuFavoritesInTabs, OpenAllFavoritesInTabs},
+    {MenuFavoritesInWindows, OpenAllFavoritesInWindows},
+    {MenuOrganizeFTPSites, Waits},
+    {MenuOS4DepotRecent, GoTo<"OS4DepotRecent">},
+    {MenuOS4DepotFull, GoTo<"OS4DepotFull">},
+    {MenuAminetRecent, GoTo<"AminetRecent">},
+    {MenuAminetFull, GoTo<"AminetFull">},
+
+    {MenuTogglePreview, Press<KeyF6>},
+    {MenuToggleMetadata, Press<KeyF7>},
+    {MenuDrawersFirst, ChooseDrawersOrder<0>},
+    {MenuDrawersMixed, ChooseDrawersOrder<1>},
+    {MenuDrawersLast, ChooseDrawersOrder<2>},
+    {MenuProcessInfo, Turn<&PrefsRecord::ProcessInfoFiles>},
+    {MenuShowActualIcons, Turn<&PrefsRecord::ShowActualIcons>},
+    {MenuShowThumbnail, ShowThumbnail},
+    {MenuShowHidden, Turn<&PrefsRecord::ShowHiddenEntries>},
+
+    {MenuAdvancedSearch, Waits},
+    {MenuSmartRename, Waits},
+    {MenuDuplicates, Waits},
+    {MenuGetHash, Waits},
+    {MenuSetFileDate, Waits},
+    {MenuHexView, Waits},
+    {MenuMakeLink, Waits},
+    {MenuConvertImage, Waits},
+    {MenuCoverArt, Waits},
+    {MenuToolTypes, Waits},
+    {MenuRelabel, RelabelDisk},
+    {MenuFormat, FormatDisk},
+    {MenuShell, Waits},
+    {MenuPreferences, Waits},
+
+    {MenuExecuteScript, ExecuteARexxScriptSelect},
+
+    {MenuNewTab, [] { OpenNewTab(0); }},
+    {MenuCloneTab, CloneTab},
+    {MenuOpenInTab, OpenMultipleNewTabs},
+    {MenuCloseTab, CloseShownTab},
+    {MenuCloseOtherTabs, CloseAllButThisTab},
+    {MenuNewWindow, [] { static_cast<void>(OpenNewSolvaneWindow("")); }},
+    {MenuCloneWindow, Waits},
+    {MenuOpenInWindow, OpenMultipleNewSolvaneWindows},
+    {MenuCloseOtherWindows, Waits},
+    {MenuWorkbenchWindow, Waits},
+    {MenuCascade, Waits},
+    {MenuTileVertically, Waits},
+    {MenuTileHorizontally, Waits},
+    {MenuFourCorners, Waits},
+    {MenuCenter, Waits},
+    {MenuThreeFourths, Waits},
+    {MenuFiveEighths, Waits},
+    {MenuOneHalf, Waits},
+    {MenuFullScreen, Waits},
+
+    {MenuOpen, Press<intuition::rawkey::Return>},
+    {MenuExecuteSelected, Waits},
+    {MenuSetBackground, Waits},
+    {MenuAscending, [] { SortInDirection(0); }},
+    {MenuDescending, [] { SortInDirection(1); }},
+    {MenuRowOpen, [] { GoToMenuRow(0); }},
+    {MenuRowInTab, [] { GoToMenuRow(intuition::qualifier::Control); }},
+    {MenuRowInWindow, [] { GoToMenuRow(intuition::qualifier::LeftAlt); }},
+};
+
+template <class Node>
+Node* NodeAt(const std::unique_ptr<GenericList<Node>>& list, std::uint32_t index) {
+    if (!list) {
+        return nullptr;
+    }
+    for (Node& node : *list) {
+        if (index-- == 0) {
+            return &node;
+        }
+    }
+    return nullptr;
+}
+
+// Goes to a mounted device.
+void GoMenu(std::uint32_t index) {
+    if (const DevicesNode* device = NodeAt(NavDevicesList, index)) {
+        HandleNavigationListBrowser(std::string(device->Key.View()));
+    }
+}
+
+void RunScript(std::uint32_t index) {
+    if (const ARexxNode* script = NodeAt(ARexxList, index)) {
+        ExecuteARexxScript(std::string(script->ScriptPath.View()));
+    }
+}
+
+void HandleFTPSites(std::uint32_t index) {
+    if (const FTPSitesNode* site = NodeAt(FTPSitesList, index)) {
+        HandleNavigationListBrowser(std::string(site->Key.View()));
+    }
+}
+
+void WaitsWith(std::uint32_t) {}
+
+void ChooseViewStyle(std::uint32_t style) {
+    ChooserSelected = static_cast<std::int32_t>(style);
+    ChangeViewStyleOfTabs();
+}
+
+void ChooseLayout(std::uint32_t selection) {
+    ChooserSelected = static_cast<std::int32_t>(selection);
+    ChangeLayoutOrToolbars();
+}
+
+void SortByColumn(std::uint32_t column) {
+    const auto sort = SortOnShow();
+    if (sort && sort->Column != static_cast<std::int32_t>(column)) { // else it would turn round
+        SortBy(static_cast<std::int32_t>(column));
+        TellContentSelection();
+    }
+}
+
+// Items in a row of numbers: the first, how many, and what is done with the place in the row.
+struct Family {
+    std::uint32_t First, Count;
+    void (*Do)(std::uint32_t index);
+};
+
+// In the order in which they are tried.
+constexpr Family Families[] = {
+    {MenuFirstDevice, MostListItems, GoMenu},
+    {MenuFirstType, MostTypeItems, SelectByType},
+    {MenuPasteToDevice, 3 * MostListItems, WaitsWith},
+    {MenuFirstBookmark, MostListItems, HandleBookmarks},
+    {MenuFirstFavorite, MostListItems, HandleFavorites},
+    {MenuFirstUserButton, MostListItems, WaitsWith},
+    {MenuFirstScript, MostListItems, RunScript},
+    {MenuFirstFTPSite, MostListItems, HandleFTPSites},
+    {MenuFirstTab, MostTabItems, WaitsWith}, // paste to a tab
+    {MenuStyleList, ViewFilmstrip + 1, ChooseViewStyle},
+    {MenuLayoutBookmarks, MenuLayoutStatusBar - MenuLayoutBookmarks + 1, ChooseLayout},
+    {MenuFirstSortColumn, MostSortColumns, SortByColumn},
+};
+
+const Family* FamilyOf(std::uint16_t item) {
+    const auto* found = std::ranges::find_if(Families, [item](const Family& family) {
+        return item >= family.First && item - family.First < family.Count;
+    });
+    return found != std::end(Families) ? found : nullptr;
+}
+
+const Command* CommandOf(std::uint16_t item) {
+    const auto* found = std::ranges::find(Commands, item, &Command::Item);
+    return found != std::end(Commands) ? found : nullptr;
+}
+
+} // namespace
+
+void HandleMenuPick(std::uint16_t item) {
+    if (const Family* family = FamilyOf(item)) {
+        family->Do(item - family->First);
+    } else if (const Command* command = CommandOf(item)) {
+        command->Do();
+    }
+}
+
+bool HasCommand(std::uint16_t item) {
+    return FamilyOf(item) != nullptr || CommandOf(item) != nullptr;
+}
+
+} // namespace solvane

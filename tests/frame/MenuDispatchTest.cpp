@@ -1,0 +1,101 @@
+#include "frame/MenuDispatch.h"
+
+#include "interface/ContextMenus.h"
+#include "interface/MenuIds.h"
+#include "interface/MenuTable.h"
+#include "interface/Menus.h"
+#include "interface/Processes.h"
+#include "model/Prefs.h"
+#include "tests/platform/intuition/Stage.h"
+
+#include <set>
+
+namespace solvane {
+namespace {
+
+class MenuDispatchTest : public intuition::OnDisplay {
+protected:
+    ~MenuDispatchTest() override {
+        FreeMainMenuStrip();
+        FreeContextMenus();
+    }
+};
+
+void CheckItems(const std::vector<intuition::MenuItem>& items, std::set<std::uint16_t>& seen) {
+    for (const intuition::MenuItem& item : items) {
+        if (item.Id == MenuNone) {
+            continue;
+        }
+        EXPECT_TRUE(seen.insert(item.Id).second) << item.Id << " " << item.Label;
+        EXPECT_FALSE(item.Label.empty()) << item.Id;
+        EXPECT_NE(HasCommand(item.Id), item.IsHead) << item.Id << " " << item.Label;
+        CheckItems(item.Items, seen);
+    }
+}
+
+TEST_F(MenuDispatchTest, EveryItemOfTheStripHasANumberOfItsOwnAndLeadsToACommandUnlessItIsAHead) {
+    std::set<std::uint16_t> seen;
+    CheckItems(StripItems(), seen);
+    for (int id = 1; id <= 158; ++id) { // these belong to lines between items
+        const bool isLine = std::set{42, 74, 80, 132, 136}.contains(id) || (id >= 32 && id <= 41);
+        EXPECT_NE(seen.contains(static_cast<std::uint16_t>(id)), isLine) << id;
+    }
+    for (const MenuId button : ItemOfButton) {
+        EXPECT_TRUE(HasCommand(button) || button == MenuSelectByType || button == MenuArchive) << button;
+    }
+}
+
+TEST_F(MenuDispatchTest, EveryItemOfTheContextMenusLeadsToACommand) {
+    ASSERT_TRUE(CreateMainMenuStrip());
+    ASSERT_TRUE(CreateContextMenus());
+    for (const auto* menu :
+         {&ContextMenuObjects.NavContextMenuObj, &ContextMenuObjects.ConContextMenuObj,
+          &ContextMenuObjects.ComputerContextMenuObj, &ContextMenuObjects.SeaContextMenuObj,
+          &ContextMenuObjects.AminetContextMenuObj, &ContextMenuObjects.ArcContextMenuObj}) {
+        for (const std::uint16_t id : (*menu)->Ids()) {
+            const auto twin = MenuStripObj->LookOf(id);
+            EXPECT_TRUE(id == MenuNone || twin || HasCommand(id) || id == MenuSortBy) << id;
+        }
+    }
+}
+
+TEST_F(MenuDispatchTest, MarksFollowTheSettings) {
+    ASSERT_TRUE(CreateMainMenuStrip());
+    Prefs.DrawersOrder = 1;
+    Prefs.PreviewPane = 1;
+    Prefs.PreviewStyle = 1;
+    UpdateMenus_ViewMisc();
+    UpdateMenus_Layout();
+    EXPECT_FALSE(MenuStripObj->LookOf(MenuDrawersFirst)->Checked);
+    EXPECT_TRUE(MenuStripObj->LookOf(MenuDrawersMixed)->Checked);
+    EXPECT_FALSE(MenuStripObj->LookOf(MenuLayoutPreviewHorizontal)->Checked);
+    EXPECT_TRUE(MenuStripObj->LookOf(MenuLayoutPreviewVertical)->Checked);
+    Prefs = {};
+}
+
+TEST(ProcessesTest, EachCommandIsWorkedOnOnceAndTheEndWaitsForTheWork) {
+    ASSERT_TRUE(SetUpProcesses());
+    const WindowState state{.Location = LocationKind::Aminet, .Selected = true};
+    constexpr int Commands = 50;
+    for (int command = 0; command < Commands; ++command) {
+        TellHelper(SMSPort, state);
+        TellHelper(STSPort, state);
+        TellHelper(GVPort, state); // idles
+    }
+    int menus = 0, toolbars = 0;
+    while (menus + toolbars < 2 * Commands) {
+        exec::WaitPort(*ResultPort);
+        const auto result = TakeHelperResult();
+        ASSERT_TRUE(result);
+        menus += result->Menu == DoSetMenuState(state) ? 1 : 0;
+        toolbars += result->Toolbar == DoSetToolbarState(state) ? 1 : 0;
+    }
+    EXPECT_EQ(menus, Commands);
+    TellHelper(SMSPort, state);
+    ShutDownProcesses();
+    EXPECT_EQ(SMSPort, nullptr);
+    TellHelper(SMSPort, state);
+}
+
+} // namespace
+} // namespace solvane
