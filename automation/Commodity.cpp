@@ -2,6 +2,7 @@
 
 #include "model/Prefs.h"
 #include "platform/intuition/HotKey.h"
+#include "prefs/LoadSavePrefs.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
@@ -42,6 +43,8 @@ bool SetUpCommodity() {
         return true;
     }
     ShutDownCommodity();
+    Prefs.UseCommodity = 0; // or the program would never start again while the key is taken
+    static_cast<void>(SavePrefs(1));
     SAK_EasyRequest(nullptr, RequesterTitle, RequesterImage::Error, SAK_LocaleString(MSG_INVALID_HOT_KEY),
                     SAK_LocaleString(MSG_CONTINUE_GAD));
     return false;

@@ -16,8 +16,8 @@ extern Text<130> HotKeyOfIcon;    // the tool type HOTKEY of the program's icon;
 // Whether there can be a background service at all. Without, Prefs.UseCommodity counts as off.
 [[nodiscard]] bool HasCommodities();
 
-// Takes the hot key of the program's icon (HOTKEY), else of the preferences. False, after a requester, for a
-// key that there is not or that another program has.
+// Takes the hot key of the program's icon (HOTKEY), else of the preferences. False, after a requester and
+// with Prefs.UseCommodity switched off and saved, for a key that there is not or that another program has.
 [[nodiscard]] bool SetUpCommodity();
 void ShutDownCommodity();
 

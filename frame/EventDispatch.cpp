@@ -106,6 +106,13 @@ bool ServeChooser(const WindowEvent& event) {
     }
 }
 
+// Whoever has typed where to go moves on in the list.
+void ActivateContentList() {
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->Activate();
+    }
+}
+
 void ServeGadget(const WindowEvent& event) {
     if (ServeBars(event) || ServeChooser(event)) {
         return;
@@ -132,6 +139,7 @@ void ServeGadget(const WindowEvent& event) {
     case GadgetPath:
         CurrentPath = TypedPath(Objects.Path->Text()).value_or(PathTooLong);
         HandlePathGadget();
+        ActivateContentList();
         break;
     case GadgetViewStyle:
         PopViewStyleChooser();

@@ -63,6 +63,7 @@ void CellEditor::focusOutEvent(QFocusEvent* event) {
 void ListView::EditCell(std::size_t row, std::size_t column, std::string_view text,
                         std::size_t maximumBytes) {
     EndEdit(EditEnd::Cancel);
+    EndedEditor.reset();
     if (row >= Rows.Rows() || column >= Rows.Columns().size())
         return;
     MakeVisible(row);
@@ -72,22 +73,20 @@ void ListView::EditCell(std::size_t row, std::size_t column, std::string_view te
     const int height = std::max(made->sizeHint().height(), RowHeight());
     made->setGeometry(Header.sectionViewportPosition(section), top + (RowHeight() - height) / 2,
                       std::max(Header.sectionSize(section), LeastWidth), height);
-    Editor = made.release(); // the viewport's
+    Editor = std::move(made);
     EditedRow = row;
     EditedColumn = column;
     Editor->show();
     Editor->setFocus();
 }
 
-// The editor is still under the event that ends it, so it goes with the next round of events.
 void ListView::EndEdit(EditEnd how) {
-    if (Editor == nullptr)
+    if (!Editor)
         return;
-    CellEditor* ended = std::exchange(Editor, nullptr);
-    EditedText = ended->Bytes();
-    const bool hadFocus = ended->hasFocus();
-    ended->hide();
-    ended->deleteLater();
+    EndedEditor = std::move(Editor);
+    EditedText = EndedEditor->Bytes();
+    const bool hadFocus = EndedEditor->hasFocus();
+    EndedEditor->hide();
     if (hadFocus)
         setFocus();
     if (how == EditEnd::Keep)

@@ -1,5 +1,6 @@
 #include "platform/intuition/ListView.h"
 
+#include "platform/intuition/ListEdit.h"
 #include "platform/intuition/Native.h"
 
 #include <QItemSelection>
@@ -46,6 +47,8 @@ ListView::ListView(std::uint16_t id, ListKeys keys)
 
 // The view must not look at its model and titles while they go.
 ListView::~ListView() {
+    Editor.reset();
+    EndedEditor.reset();
     setModel(nullptr);
 }
 

@@ -13,6 +13,7 @@
 #include <QTreeView>
 
 #include <deque>
+#include <memory>
 
 namespace intuition {
 
@@ -145,7 +146,9 @@ private:
     bool Stripes = true, Separators = false;
     int ImageHeight = 0;
     int RowLines = 1;
-    CellEditor* Editor = nullptr; // a child of the viewport, while a cell is edited
+    // Over its cell while one is edited; what has ended it may still be under its event, so it goes at the
+    // next.
+    std::unique_ptr<CellEditor> Editor, EndedEditor;
     std::size_t EditedRow = NoRow, EditedColumn = 0;
     std::string EditedText; // when the last editor ended
     std::string Typed;      // type-ahead of a list with own keys
