@@ -90,6 +90,9 @@ bool ServeChooser(const WindowEvent& event) {
     case GadgetTypeChooser:
         SelectByType(event.Code);
         return true;
+    case GadgetArchiveChooser:
+        HandleMenuPick(ArchiveItemAt(event.Code));
+        return true;
     case GadgetARexxChooser:
         HandleScriptChooser(event.Code);
         return true;

@@ -33,6 +33,24 @@ constexpr std::array TypeNames = {MSG_GROUP_SYSTEM,  MSG_GROUP_TEXT,       MSG_G
                                   MSG_GROUP_SOUND,   MSG_GROUP_INSTRUMENT, MSG_GROUP_MUSIC,
                                   MSG_GROUP_PICTURE, MSG_GROUP_ANIMATION,  MSG_GROUP_MOVIE};
 
+// By position in their chooser; those without an item are lines.
+struct ArchiveEntry {
+    MenuId Item = MenuNone;
+    MessageNumber Label = {};
+};
+constexpr std::array ArchiveEntries = {ArchiveEntry{MenuOpenArchive, MSG_MENU_OPEN_ARCHIVE},
+                                       ArchiveEntry{},
+                                       ArchiveEntry{MenuExtractToDefault, MSG_MENU_EXTRACT_DEFAULT},
+                                       ArchiveEntry{MenuExtractHere, MSG_MENU_EXTRACT_HERE},
+                                       ArchiveEntry{MenuExtractArchive, MSG_MENU_EXTRACT_ARCHIVE},
+                                       ArchiveEntry{},
+                                       ArchiveEntry{MenuAddToArchive, MSG_MENU_ADD_TO_ARCHIVE},
+                                       ArchiveEntry{MenuArchiveItem, MSG_MENU_ARCHIVE_ITEM},
+                                       ArchiveEntry{MenuArchiveSeparately, MSG_MENU_ARCHIVE_SEPARATELY},
+                                       ArchiveEntry{},
+                                       ArchiveEntry{MenuConvertArchive, MSG_MENU_CONVERT_ARCHIVE},
+                                       ArchiveEntry{MenuTestArchive, MSG_MENU_TEST_ARCHIVE}};
+
 PopUpChoice Entry(MessageNumber label) {
     return {.Label = std::string(SAK_LocaleString(label))};
 }
@@ -113,16 +131,15 @@ void PopUpTypes() {
 }
 
 void PopUpArchiveCommands() {
-    PopUpUnderButton(Objects.ArchiveChooser, MenuArchive,
-                     {Command(MSG_MENU_OPEN_ARCHIVE, MenuOpenArchive), Line(),
-                      Command(MSG_MENU_EXTRACT_DEFAULT, MenuExtractToDefault),
-                      Command(MSG_MENU_EXTRACT_HERE, MenuExtractHere),
-                      Command(MSG_MENU_EXTRACT_ARCHIVE, MenuExtractArchive), Line(),
-                      Command(MSG_MENU_ADD_TO_ARCHIVE, MenuAddToArchive),
-                      Command(MSG_MENU_ARCHIVE_ITEM, MenuArchiveItem),
-                      Command(MSG_MENU_ARCHIVE_SEPARATELY, MenuArchiveSeparately), Line(),
-                      Command(MSG_MENU_CONVERT_ARCHIVE, MenuConvertArchive),
-                      Command(MSG_MENU_TEST_ARCHIVE, MenuTestArchive)});
+    Choices choices;
+    for (const ArchiveEntry& entry : ArchiveEntries) {
+        choices.push_back(entry.Item == MenuNone ? Line() : Command(entry.Label, entry.Item));
+    }
+    PopUpUnderButton(Objects.ArchiveChooser, MenuArchive, std::move(choices));
+}
+
+MenuId ArchiveItemAt(std::uint32_t position) {
+    return position < ArchiveEntries.size() ? ArchiveEntries[position].Item : MenuNone;
 }
 
 void PopUpScripts() {

@@ -2,25 +2,13 @@
 // entry stands in its list is said here.
 #pragma once
 
+#include "interface/MenuIds.h"
 #include "platform/intuition/Layout.h"
 
 #include <cstddef>
 #include <cstdint>
 
 namespace solvane {
-
-// Positions of the chooser of archive commands; those between are lines.
-enum class ArchiveChoice : std::uint16_t {
-    Open = 0,
-    ExtractToDefault = 2,
-    ExtractHere = 3,
-    Extract = 4,
-    Add = 6,
-    ArchiveItem = 7,
-    ArchiveSeparately = 8,
-    Convert = 10,
-    Test = 11,
-};
 
 inline constexpr std::uint16_t FirstScriptChoice = 2; // in the chooser of scripts; before it: any script
 
@@ -33,6 +21,9 @@ void PopUpLayout();                                            // bars and panes
 void PopUpTypes();
 void PopUpArchiveCommands();
 void PopUpScripts();
+
+// The menu item of a position in the chooser of archive commands; MenuNone for lines and beyond the end.
+[[nodiscard]] MenuId ArchiveItemAt(std::uint32_t position);
 
 // Has the hint of the view style button name the style in force.
 void UpdateGadgets_ViewStyle(std::int32_t style);

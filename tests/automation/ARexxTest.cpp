@@ -90,6 +90,24 @@ TEST_F(ARexxWindow, TakesNoNumberThatIsOutOfRange) {
     }
 }
 
+TEST_F(ARexxWindow, LayoutSwitchesBarsAndPanes) {
+    Prefs.PreviewStyle = 1;
+    const struct {
+        int Layout;
+        bool Toolbar, UserButtons, Preview;
+        std::int32_t Style;
+    } steps[] = {{1, false, false, false, 1}, {2, false, false, false, 1}, {1, true, false, false, 1},
+                 {4, true, false, true, 0},   {5, true, false, true, 1},   {5, true, false, true, 1},
+                 {4, true, false, false, 0},  {9, true, false, false, 0},  {-1, true, false, false, 0}};
+    for (const auto& step : steps) {
+        EXPECT_THAT(Answer("LAYOUT LAYOUT=" + std::to_string(step.Layout)), Pair(0, ""));
+        EXPECT_EQ(Objects.Toolbar != nullptr, step.Toolbar) << step.Layout;
+        EXPECT_EQ(Objects.UserButtons != nullptr, step.UserButtons) << step.Layout;
+        EXPECT_EQ(Objects.Preview != nullptr, step.Preview) << step.Layout;
+        EXPECT_EQ(Prefs.PreviewStyle, step.Style) << step.Layout;
+    }
+}
+
 class PortTest : public exec_tests::RuntimeTest {};
 
 TEST_F(PortTest, SendsToOthersAndTellsOfAMissingOneUnlessItIsToBeQuiet) {
