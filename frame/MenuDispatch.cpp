@@ -4,7 +4,6 @@
 #include "automation/ContentEvents.h"
 #include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
-#include "content/BuildLists.h"
 #include "content/DetailsPane.h"
 #include "content/SortLists.h"
 #include "frame/WindowSequence.h"
@@ -22,6 +21,7 @@
 #include "locations/Tabs.h"
 #include "locations/VisitHistory.h"
 #include "model/Devices.h"
+#include "model/LocationKind.h"
 #include "model/Prefs.h"
 #include "model/PrefsLists.h"
 #include "model/Program.h"
@@ -58,15 +58,9 @@ void CloseShownTab() {
     }
 }
 
-template <std::size_t Size>
-struct Word {
-    constexpr Word(const char (&text)[Size]) { std::copy_n(text, Size, Text); }
-    char Text[Size];
-};
-
-template <Word Place>
+template <LocationKind Place>
 void GoTo() {
-    HandleNavigationListBrowser(Place.Text);
+    HandleNavigationListBrowser(WordOfLocation(Place));
 }
 
 // What a key does that nobody has pressed.
@@ -143,12 +137,12 @@ constexpr Command Commands[] = {
     {MenuForward, GoForwardInHistory},
     {MenuParent, Press<intuition::rawkey::Backspace>},
     {MenuReload, ReloadLocation},
-    {MenuGoBookmarks, GoTo<"Bookmarks">},
-    {MenuGoFavorites, GoTo<"Favorites">},
-    {MenuGoWorkbench, GoTo<"Workbench">},
-    {MenuGoComputer, GoTo<"Computer">},
-    {MenuGoAssigns, GoTo<"Assigns">},
-    {MenuGoFTPSites, GoTo<"FTPSites">},
+    {MenuGoBookmarks, GoTo<LocationKind::Bookmarks>},
+    {MenuGoFavorites, GoTo<LocationKind::Favorites>},
+    {MenuGoWorkbench, GoTo<LocationKind::Workbench>},
+    {MenuGoComputer, GoTo<LocationKind::Computer>},
+    {MenuGoAssigns, GoTo<LocationKind::Assigns>},
+    {MenuGoFTPSites, GoTo<LocationKind::FTPSites>},
 
     {MenuSelectAll, SelectAll},
     {MenuSelectNone, SelectNone},
@@ -192,10 +186,10 @@ constexpr Command Commands[] = {
     {MenuFavoritesInTabs, OpenAllFavoritesInTabs},
     {MenuFavoritesInWindows, OpenAllFavoritesInWindows},
     {MenuOrganizeFTPSites, Waits},
-    {MenuOS4DepotRecent, GoTo<"OS4DepotRecent">},
-    {MenuOS4DepotFull, GoTo<"OS4DepotFull">},
-    {MenuAminetRecent, GoTo<"AminetRecent">},
-    {MenuAminetFull, GoTo<"AminetFull">},
+    {MenuOS4DepotRecent, [] { HandleNavigationListBrowser("OS4DepotRecent"); }},
+    {MenuOS4DepotFull, [] { HandleNavigationListBrowser("OS4DepotFull"); }},
+    {MenuAminetRecent, [] { HandleNavigationListBrowser("AminetRecent"); }},
+    {MenuAminetFull, [] { HandleNavigationListBrowser("AminetFull"); }},
 
     {MenuTogglePreview, Press<KeyF6>},
     {MenuToggleMetadata, Press<KeyF7>},

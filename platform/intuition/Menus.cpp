@@ -23,6 +23,27 @@ namespace {
 
 constexpr int PicturePadding = 1; // over and under the picture of an item
 
+// A menu that knows whether an item is picked by key.
+class KeyMenu : public QMenu {
+public:
+    static inline bool PicksByKey = false;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        PicksByKey = true;
+        QMenu::keyPressEvent(event);
+        PicksByKey = false;
+    }
+};
+
+// The qualifiers of a pick. Alt with a letter is how menus are reached, so that it says nothing about the
+// item then.
+std::uint16_t QualifierOfPick() {
+    constexpr std::uint16_t alt = qualifier::LeftAlt | qualifier::RightAlt;
+    const std::uint16_t held = CurrentQualifier();
+    return static_cast<std::uint16_t>(KeyMenu::PicksByKey ? held & ~alt : held);
+}
+
 // The desktop's style with pictures of the size that the user wants. Long menus scroll: columns would hide
 // what they belong to.
 class MenuStyle : public QProxyStyle {
@@ -52,29 +73,36 @@ private:
 
 using Letters = QSet<QChar>;
 
-// The first letter that no neighbour has: of the text, else of one of its words, else any. -1: none.
-qsizetype PlaceOfKey(const QString& text, const Letters& taken) {
-    for (const bool anywhere : {false, true}) {
-        for (qsizetype at = 0; at < text.size(); ++at) {
-            const bool begins = at == 0 || !text[at - 1].isLetterOrNumber();
-            if ((anywhere || begins) && text[at].isLetterOrNumber() && !taken.contains(text[at].toUpper()))
-                return at;
+// Where a text has the letter that is its key; -1: it has none.
+struct KeyedText {
+    QString Text;
+    qsizetype Place = -1;
+};
+
+// Looks for a letter that no neighbour has: the first of the text, the first of a word, any.
+enum class KeyAt { Start, Word, Anywhere };
+
+void GiveKey(KeyedText& keyed, Letters& taken, KeyAt where) {
+    const QString& text = keyed.Text;
+    const qsizetype end = where == KeyAt::Start ? std::min<qsizetype>(1, text.size()) : text.size();
+    for (qsizetype at = 0; keyed.Place < 0 && at < end; ++at) {
+        const bool begins = at == 0 || !text[at - 1].isLetterOrNumber();
+        if ((begins || where == KeyAt::Anywhere) && text[at].isLetterOrNumber() &&
+            !taken.contains(text[at].toUpper())) {
+            keyed.Place = at;
+            taken.insert(text[at].toUpper());
         }
     }
-    return -1;
 }
 
-QString WithKey(std::string_view label, Letters& taken) {
-    QString text = DisplayText(label);
-    const qsizetype place = PlaceOfKey(text, taken);
-    if (place >= 0)
-        taken.insert(text[place].toUpper());
-    QString keyed;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        keyed += at == place ? QStringLiteral("&") : QString();
-        keyed += text[at] == u'&' ? QStringLiteral("&&") : QString(text[at]);
+// As the toolkit wants it, which takes a lone "&" as the mark of the key.
+QString MarkedKey(const KeyedText& keyed) {
+    QString marked;
+    for (qsizetype at = 0; at < keyed.Text.size(); ++at) {
+        marked += at == keyed.Place ? QStringLiteral("&") : QString();
+        marked += keyed.Text[at] == u'&' ? QStringLiteral("&&") : QString(keyed.Text[at]);
     }
-    return keyed;
+    return marked;
 }
 
 std::string GhostedForm(const std::string& image) {
@@ -132,15 +160,24 @@ void AddToGroup(Level& level, Node& node) {
     level.Groups.back()->addAction(node.Plain.get());
 }
 
-// Gives the items of a menu their texts. A tab parts the key from the label.
+// Gives the items of a menu their texts; first letters go first. A tab parts the key that is told from the
+// label.
 void LabelItems(const Level& level, Letters taken) {
-    for (const auto& node : level.Items) {
-        const MenuItem& facts = node->Facts;
-        QString text = facts.Text == MenuText::Name ? DisplayTextWithoutMnemonic(facts.Label)
-                                                    : WithKey(facts.Label, taken);
+    std::vector<KeyedText> texts;
+    for (const auto& node : level.Items)
+        texts.push_back({DisplayText(node->Facts.Label)});
+    for (const KeyAt where : {KeyAt::Start, KeyAt::Word, KeyAt::Anywhere}) {
+        for (std::size_t at = 0; at < texts.size(); ++at) {
+            if (level.Items[at]->Facts.Text == MenuText::Own)
+                GiveKey(texts[at], taken, where);
+        }
+    }
+    for (std::size_t at = 0; at < texts.size(); ++at) {
+        const MenuItem& facts = level.Items[at]->Facts;
+        QString text = MarkedKey(texts[at]);
         if (!facts.Key.empty())
             text += u'\t' + DisplayTextWithoutMnemonic(facts.Key);
-        node->Action()->setText(text);
+        level.Items[at]->Action()->setText(text);
     }
 }
 
@@ -201,7 +238,7 @@ Node* Menu::Native::Find(std::uint16_t id) const {
 }
 
 std::unique_ptr<QMenu> Menu::Native::MakeMenu(const Level& level) {
-    auto menu = std::make_unique<QMenu>();
+    auto menu = std::make_unique<KeyMenu>();
     menu->setStyle(&Style);
     QObject::connect(menu.get(), &QMenu::aboutToShow, [&level] { ShowPictures(level); });
     return menu;
@@ -215,7 +252,7 @@ void Menu::Native::Pick(const Node& node) const {
     }
     auto* window = Bar ? dynamic_cast<NativeWindow*>(Bar->window()) : Under.data();
     if (window != nullptr)
-        window->Post({EventClass::MenuPick, 0, node.Facts.Id});
+        window->Post({EventClass::MenuPick, 0, node.Facts.Id, QualifierOfPick()});
 }
 
 void Menu::Native::Append(Level& level, const MenuItem& item) {

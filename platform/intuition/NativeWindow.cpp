@@ -170,7 +170,8 @@ bool NativeWindow::Post(WindowEvent event) {
         return true;
     if (Queue.size() >= MaximumQueued)
         return false;
-    event.Qualifier = CurrentQualifier();
+    if (event.Class != EventClass::MenuPick) // menus know whether Alt only served to reach them
+        event.Qualifier = CurrentQualifier();
     Queue.push_back(std::move(event));
     exec::Signal(Owner, Mask());
     return true;

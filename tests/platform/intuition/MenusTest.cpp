@@ -57,6 +57,16 @@ TEST_F(MenusTest, APickIsAnEventAndTurnsNoMarkByItself) {
     EXPECT_EQ(Picks(), std::vector<std::uint16_t>{});
 }
 
+TEST_F(MenusTest, AltThatIsStillHeldFromReachingAMenuSaysNothingAboutTheItem) {
+    auto* menu = Titles()[1]->menu();
+    menu->popup(QPoint(0, 0));
+    QTest::keyClick(menu, Qt::Key_U, Qt::AltModifier);
+    const auto events = EventsOf(Stage.Frame);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].Code, 7);
+    EXPECT_EQ(events[0].Qualifier, 0);
+}
+
 TEST_F(MenusTest, OwnTextsGetKeysOfTheirOwnAndNamesNone) {
     EXPECT_EQ(TextsOf(Titles()), (std::vector<std::string>{"&Project", "Pa&rent"}))
         << "P is taken, A is the program's";
