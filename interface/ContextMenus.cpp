@@ -9,6 +9,7 @@
 #include "model/Prefs.h"
 #include "sak/Locale.h"
 #include "sak/Menus.h"
+#include "sak/Messages.h"
 
 #include <array>
 #include <iterator>
@@ -35,7 +36,7 @@ Items Strip(std::initializer_list<MenuId> ids) {
 }
 
 Items Own(MenuId id, MessageNumber text) {
-    return {ItemWithText(id, text)};
+    return {ItemWithText(id, SAK_LocaleString(text))};
 }
 
 Items DirectionItems() {
@@ -48,7 +49,7 @@ Items DirectionItems() {
 
 // The columns come when the menu pops up: they depend on what is on show.
 Items SortItems() {
-    MenuItem head = ItemWithText(MenuSortBy, MSG_MENU_SORT_BY);
+    MenuItem head = ItemWithText(MenuSortBy, SAK_LocaleString(MSG_MENU_SORT_BY));
     head.IsHead = true;
     head.Items = DirectionItems();
     return {head};

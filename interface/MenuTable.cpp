@@ -2,11 +2,13 @@
 
 #include "model/Prefs.h"
 #include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -345,8 +347,8 @@ std::vector<MenuItem> ItemsOfStrip(std::initializer_list<MenuId> items) {
     return made;
 }
 
-MenuItem ItemWithText(MenuId id, MessageNumber text) {
-    return {.Id = id, .Label = std::string(SAK_LocaleString(text))};
+MenuItem ItemWithText(MenuId id, std::string_view text) {
+    return {.Id = id, .Label = std::string(text)};
 }
 
 std::vector<MenuItem> TypeItems() {
@@ -355,7 +357,8 @@ std::vector<MenuItem> TypeItems() {
         MSG_GROUP_MUSIC,  MSG_GROUP_PICTURE, MSG_GROUP_ANIMATION, MSG_GROUP_MOVIE};
     std::vector<MenuItem> items;
     for (std::size_t group = 0; group < Groups.size(); ++group) {
-        items.push_back(ItemWithText(static_cast<MenuId>(MenuFirstType + group), Groups[group]));
+        items.push_back(
+            ItemWithText(static_cast<MenuId>(MenuFirstType + group), SAK_LocaleString(Groups[group])));
     }
     return items;
 }

@@ -3,10 +3,9 @@
 
 #include "interface/MenuIds.h"
 #include "platform/intuition/Menus.h"
-#include "sak/Messages.h"
 
 #include <initializer_list>
-#include <string>
+#include <string_view>
 #include <vector>
 
 namespace solvane {
@@ -18,7 +17,7 @@ namespace solvane {
 [[nodiscard]] std::vector<intuition::MenuItem> ItemsOfStrip(std::initializer_list<MenuId> items);
 
 // A further item.
-[[nodiscard]] intuition::MenuItem ItemWithText(MenuId id, MessageNumber text);
+[[nodiscard]] intuition::MenuItem ItemWithText(MenuId id, std::string_view text);
 
 // Kinds of files, in the order of their groups.
 [[nodiscard]] std::vector<intuition::MenuItem> TypeItems();
