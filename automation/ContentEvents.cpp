@@ -107,7 +107,7 @@ void ServeClick(std::size_t row) {
     const bool deselects = Prefs.PersistentSelect != 0 && RecordOf(row) != nullptr &&
                            Objects.ContentList != nullptr && !Objects.ContentList->IsSelected(row);
     if (FiguresOnShow() == Figures::Bytes) {
-        ContentNode* entry = NumSelected == 1 && !deselects ? FindFirstSelectedContentNode() : nullptr;
+        ContentNode* entry = deselects ? nullptr : OnlySelectedEntry();
         if (entry != nullptr) {
             TypeLate(*entry);
         }

@@ -2,6 +2,7 @@
 
 #include "content/DeviceKinds.h"
 #include "content/RowPictures.h"
+#include "content/Selection.h"
 #include "content/Status.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
@@ -175,7 +176,7 @@ void FillSelection(Bytes bytes) {
 
 // What is selected, or the place when nothing is.
 void TellSelection(Bytes bytes) {
-    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
+    const ContentNode* entry = OnlySelectedEntry();
     if (entry != nullptr) {
         FillEntry(*entry);
     } else if (NumSelected > 1) {
@@ -243,7 +244,7 @@ void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view 
 }
 
 void DetailsPicture() {
-    const ContentNode* entry = NumSelected == 1 ? FindFirstSelectedContentNode() : nullptr;
+    const ContentNode* entry = OnlySelectedEntry();
     if (entry != nullptr) {
         ShowPictureOf(*entry);
     } else if (NumSelected > 1) {

@@ -74,6 +74,17 @@ void HighlightContentListItems() {
     }
 }
 
+ContentNode* OnlySelectedEntry() {
+    if (NumSelected != 1) {
+        return nullptr;
+    }
+    const auto rows =
+        Objects.ContentList != nullptr ? Objects.ContentList->SelectedRows() : std::vector<std::size_t>();
+    const bool isInStep =
+        rows.size() == 1 && rows.front() < lblist2.size() && lblist2[rows.front()].Record != nullptr;
+    return isInStep ? lblist2[rows.front()].Record : FindFirstSelectedContentNode();
+}
+
 void ClearSelectedFiles() {
     ClearRecords();
     if (Objects.ContentList != nullptr) {

@@ -25,6 +25,10 @@ void SelectContentListItems();
 // The reverse: selects the row of each record with the selected flag, and counts NumSelected.
 void HighlightContentListItems();
 
+// The entry that is selected alone, as SelectContentListItems has left it; null for none or several. Asks the
+// rows, as a walk over the records of a long list takes a user's click some milliseconds.
+[[nodiscard]] ContentNode* OnlySelectedEntry();
+
 // Takes the selection out of rows and records.
 void ClearSelectedFiles();
 

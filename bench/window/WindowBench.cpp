@@ -24,6 +24,7 @@
 #include "platform/dos/Volumes.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Application.h"
+#include "platform/intuition/Native.h"
 #include "platform/intuition/WishedImages.h"
 #include "sak/Memory.h"
 
@@ -116,9 +117,7 @@ bool OpenOn(const char* drawer) {
     if (!CreateColumnInfoAll() || !CreateMainLayout() || !MainWindow->Open() || !ScanDrawer()) {
         return false;
     }
-    for (QWidget* widget : QApplication::allWidgets()) {
-        View = qobject_cast<QTreeView*>(widget) != nullptr ? qobject_cast<QTreeView*>(widget) : View;
-    }
+    View = static_cast<QTreeView*>(Objects.ContentList->Native().Widget.get());
     Watch = std::make_unique<PaintWatch>();
     View->viewport()->installEventFilter(Watch.get());
     return true;
