@@ -2,13 +2,17 @@
 
 #include "platform/intuition/Native.h"
 
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QResizeEvent>
 #include <QTabBar>
+#include <QToolButton>
 #include <QWheelEvent>
 
 #include <algorithm>
 #include <deque>
+#include <memory>
 #include <set>
 #include <utility>
 
@@ -40,6 +44,15 @@ public:
 
     void Show(const std::vector<ClickTabLook>& tabs, std::uint32_t current);
     void Rename(std::uint32_t userData, std::string_view text, std::string_view hint);
+
+    // Picks the extra tab, wherever it has scrolled to.
+    void PickExtra() {
+        if (!Tabs.empty() && Tabs.back().Extra)
+            Report(ClickTabKind::Pick, count() - 1);
+    }
+    [[nodiscard]] int WholeWidth() const {
+        return count() == 0 ? 0 : tabRect(count() - 1).right() - tabRect(0).left() + 1;
+    }
 
     bool Attached = false;
     std::deque<ClickTabEvent> Events;
@@ -159,27 +172,70 @@ void TabRow::Rename(std::uint32_t userData, std::string_view text, std::string_v
     setTabToolTip(at, HintText(hint));
 }
 
+// The row, and behind it a button in place of the extra tab while that does not fit in with the others.
+class TabStrip : public QWidget {
+public:
+    explicit TabStrip(std::uint16_t id) {
+        auto row = std::make_unique<TabRow>(id);
+        auto more = std::make_unique<QToolButton>();
+        auto line = std::make_unique<QHBoxLayout>();
+        line->setContentsMargins(0, 0, 0, 0);
+        line->setSpacing(0);
+        Row = row.get();
+        More = more.get();
+        More->setText(QStringLiteral("+"));
+        More->setAutoRaise(true);
+        More->setFocusPolicy(Qt::NoFocus);
+        More->hide();
+        connect(More, &QToolButton::clicked, Row, [this] { Row->PickExtra(); });
+        line->addWidget(row.release(), 1);
+        line->addWidget(more.release());
+        setLayout(line.release());
+        setFocusProxy(Row);
+        setSizePolicy(Row->sizePolicy());
+    }
+
+    void ShowMore() { More->setVisible(Row->WholeWidth() > width()); }
+
+    TabRow* Row = nullptr;
+    QToolButton* More = nullptr;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        ShowMore();
+    }
+};
+
 } // namespace
 
 ClickTab::ClickTab(std::uint16_t id, std::string_view name)
-    : Gadget(id, std::make_unique<GadgetNative>(std::make_unique<TabRow>(id))) {
-    WidgetOf<TabRow>(*this).setAccessibleName(DisplayText(name));
+    : Gadget(id, std::make_unique<GadgetNative>(std::make_unique<TabStrip>(id))) {
+    WidgetOf<TabStrip>(*this).Row->setAccessibleName(DisplayText(name));
 }
 
 void ClickTab::Attach(const std::vector<ClickTabLook>& tabs, std::uint32_t current) {
-    WidgetOf<TabRow>(*this).Show(tabs, current);
+    auto& strip = WidgetOf<TabStrip>(*this);
+    strip.Row->Show(tabs, current);
+    if (!tabs.empty()) {
+        strip.More->setToolTip(HintText(tabs.back().Text));
+        strip.More->setAccessibleName(DisplayText(tabs.back().Text));
+    }
+    strip.ShowMore();
 }
 
 void ClickTab::Detach() {
-    WidgetOf<TabRow>(*this).Attached = false;
+    WidgetOf<TabStrip>(*this).Row->Attached = false;
 }
 
 void ClickTab::SetText(std::uint32_t userData, std::string_view text, std::string_view hint) {
-    WidgetOf<TabRow>(*this).Rename(userData, text, hint);
+    auto& strip = WidgetOf<TabStrip>(*this);
+    strip.Row->Rename(userData, text, hint);
+    strip.ShowMore();
 }
 
 ClickTabEvent ClickTab::NextEvent() {
-    std::deque<ClickTabEvent>& events = WidgetOf<TabRow>(*this).Events;
+    std::deque<ClickTabEvent>& events = WidgetOf<TabStrip>(*this).Row->Events;
     if (events.empty())
         return {};
     const ClickTabEvent event = events.front();

@@ -1,5 +1,6 @@
 // A row of tabs, each with a number of the program's own. A pick sends GadgetUp; so does the close mark that
-// a tab may carry. Tabs that do not fit scroll; labels are data. The gadget shows what it was given last: the
+// a tab may carry. Tabs that do not fit scroll, but for the extra one, in whose
+// place a button stays then; labels are data. The gadget shows what it was given last: the
 // program keeps the list.
 #pragma once
 

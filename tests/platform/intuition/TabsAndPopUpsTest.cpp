@@ -6,6 +6,7 @@
 
 #include <QListView>
 #include <QTabBar>
+#include <QToolButton>
 #include <QWheelEvent>
 
 namespace intuition {
@@ -15,7 +16,7 @@ namespace {
 class TabsAndPopUpsTest : public OnDisplay {};
 
 QTabBar& BarOf(ClickTab& tabs) {
-    return WidgetOf<QTabBar>(tabs);
+    return *tabs.Native().Widget->findChild<QTabBar*>();
 }
 
 std::vector<ClickTabLook> Looks() {
@@ -65,6 +66,21 @@ TEST_F(TabsAndPopUpsTest, KeysAndWheelStopBeforeTheExtraTab) {
     QTest::keyClick(&bar, Qt::Key_Right);
     QTest::keyClick(&bar, Qt::Key_Right);
     EXPECT_EQ(bar.currentIndex(), 1);
+}
+
+TEST_F(TabsAndPopUpsTest, ExtraTabIsInReachHoweverManyThereAre) {
+    Shown<ClickTab> stage(std::make_unique<ClickTab>(2, "Tabs"));
+    auto* more = stage.Widget().findChild<QToolButton*>(QString(), Qt::FindDirectChildrenOnly);
+    stage.Content.Attach(Looks(), 7);
+    EXPECT_FALSE(more->isVisible());
+    std::vector<ClickTabLook> many = Looks();
+    for (std::uint32_t tab = 100; tab < 160; ++tab)
+        many.insert(many.begin(), {.UserData = tab, .Text = "many tabs"});
+    stage.Content.Attach(many, 100);
+    Pump();
+    EXPECT_TRUE(more->isVisible());
+    QTest::mouseClick(more, Qt::LeftButton);
+    EXPECT_EQ(stage.Content.NextEvent().UserData, 1U);
 }
 
 TEST_F(TabsAndPopUpsTest, AttachedAgainTheRowIsWhatItWasGiven) {
