@@ -19,6 +19,23 @@ namespace solvane {
 
 namespace {
 
+// The history whose entries the pop-up list shows. What is picked in it counts in no other one.
+struct ShownHistory {
+    const void* List = nullptr;
+    const void* Newest = nullptr;
+    std::uint32_t Entries = 0;
+
+    bool operator==(const ShownHistory&) const = default;
+};
+ShownHistory PoppedUp;
+
+ShownHistory HistoryOnShow() {
+    if (!HistoryList) {
+        return {};
+    }
+    return {HistoryList.get(), SAK_FirstGenericListNode(*HistoryList), SAK_GenericListCount(*HistoryList)};
+}
+
 void ShowDrawerOf(const HistoryNode& entry) {
     const Text<1024> before = PathUndoBuffer;
     SetCurrentPath(Text<1024>(entry.Path));
@@ -102,11 +119,13 @@ void PopHistoryChooser() {
         entries.push_back({.Label = std::string(entry.Name.View()),
                            .Mark = isCurrent ? intuition::ChoiceMark::Dot : intuition::ChoiceMark::None});
     }
+    PoppedUp = HistoryOnShow();
     Objects.HistoryChooser->PopUp(*Objects.History, std::move(entries));
 }
 
 void HandleHistoryChooser() {
-    if (Objects.HistoryChooser != nullptr && ChooseHistory(Objects.HistoryChooser->Picked()) != nullptr) {
+    if (Objects.HistoryChooser != nullptr && PoppedUp == HistoryOnShow() &&
+        ChooseHistory(Objects.HistoryChooser->Picked()) != nullptr) {
         HandleHistory();
     }
 }
