@@ -17,8 +17,10 @@
 #include "locations/DeviceUsage.h"
 #include "locations/DiskEvents.h"
 #include "locations/PlaceLists.h"
+#include "locations/PlaceRouter.h"
 #include "locations/Tabs.h"
 #include "media/Preview.h"
+#include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "prefs/LoadSavePrefs.h"
@@ -130,7 +132,8 @@ Station ServeNothing() {
 
 Station ServeDrawerNotification() {
     if (SAK_NotifyHasChanged()) {
-        DrawerChanged();
+        const bool isDesktop = LBLocation == LocationKind::Workbench && Changes == 0;
+        isDesktop ? ReloadLocation() : DrawerChanged();
     } // else a tab that is not on show has noted it
     return Station::WaitLoop;
 }

@@ -1,7 +1,9 @@
 #include "locations/PlaceRouter.h"
 
 #include "content/BuildLists.h"
+#include "content/DetailsPane.h"
 #include "content/Drawers.h"
+#include "content/Selection.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
@@ -11,6 +13,7 @@
 #include "locations/EnterDrawer.h"
 #include "locations/FTPSites.h"
 #include "locations/KeptPlaces.h"
+#include "locations/Navigation.h"
 #include "locations/NavigationList.h"
 #include "locations/Tabs.h"
 #include "locations/VirtualPlaces.h"
@@ -254,6 +257,24 @@ std::string ArgumentOfKeptPlace(LocationKind location, std::string_view name, st
     return std::string(word.empty() ? path : word);
 }
 
+namespace {
+
+// Of a list of places, in the Details pane, status bar and menus.
+void ShowSelection() {
+    SelectContentListItems();
+    if (LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns) {
+        DetailsPane4();
+    } else if (LBLocation == LocationKind::Workbench) {
+        DetailsPane3();
+    } else {
+        DetailsPane5();
+    }
+    SetMenuState();
+    SetToolbarState();
+}
+
+} // namespace
+
 void ReloadLocation() {
     const std::string_view word = WordOfPlace(LBLocation, {});
     const bool isOnline = LBLocation == LocationKind::OS4Depot || LBLocation == LocationKind::Aminet;
@@ -264,6 +285,7 @@ void ReloadLocation() {
     BlockMainWindow(1);
     NoteTopRow();
     const std::uint32_t top = LBTop;
+    const KeptSelection selection = NoteSelection();
     if (LBLocation == LocationKind::Computer) {
         UpdateDevicesList();
         BuildNavigationList();
@@ -271,6 +293,10 @@ void ReloadLocation() {
     GoToPlace(word);
     if (Objects.ContentList != nullptr) {
         Objects.ContentList->SetTop(top);
+    }
+    if (!selection.Entries.empty()) {
+        RestoreSelection(selection);
+        ShowSelection();
     }
     BlockMainWindow(0);
 }

@@ -12,6 +12,7 @@
 #include "locations/History.h"
 #include "locations/Navigation.h"
 #include "locations/TabRecords.h"
+#include "locations/VirtualPlaces.h"
 #include "media/Preview.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -116,14 +117,14 @@ void ShowKeptRows() {
     DetailsPaneSwitchedTabs();
 }
 
-// Goes on watching the drawer where the tab had left off; true when it has changed meanwhile.
-bool ResumeMonitor() {
+// Goes on watching the tab's drawer where it had left off; true when that has changed meanwhile.
+bool ResumeMonitor(std::string_view drawer) {
     KeptNotify kept = std::exchange(ActiveSet.Monitor, {});
     if (Prefs.MonitorDrawer == 0) {
         return false;
     }
     if (kept.Path.empty()) {
-        SAK_ChangeNotify(CurrentPath);
+        SAK_ChangeNotify(drawer);
         return false;
     }
     SAK_ResumeNotify(std::move(kept));
@@ -134,7 +135,7 @@ void ShowDrawerTab() {
     const bool marked = std::exchange(ActiveTab->RescanTab, 0) != 0;
     if (!lblist2.empty()) {
         ShowKeptRows();
-        const bool changed = ResumeMonitor();
+        const bool changed = ResumeMonitor(CurrentPath);
         if (marked || changed) {
             ReloadDrawer();
         }
@@ -158,8 +159,11 @@ void ShowTabOfPlaces() {
         DoReload = 1;
         GoToPlace(WordOfLocation(LBLocation));
         DoReload = 0;
-    } else {
-        ShowKeptRows();
+        return;
+    }
+    ShowKeptRows();
+    if (LBLocation == LocationKind::Workbench && ResumeMonitor(DesktopDrawer)) {
+        ReloadLocation();
     }
 }
 

@@ -31,8 +31,6 @@ namespace solvane {
 
 namespace {
 
-constexpr std::string_view DesktopDrawer = "Desktop:";
-
 bool FillSites() {
     if (!FTPSitesList) {
         return true;
@@ -150,6 +148,9 @@ void ShowVirtualPlace(const VirtualPlace& place) {
     FreeContentList(1);
     AddShownPlace(SAK_LocaleString(place.Name), place.Word, place.Location);
     SAK_StopNotify();
+    if (place.Location == LocationKind::Workbench && Prefs.MonitorDrawer != 0) {
+        SAK_ChangeNotify(DesktopDrawer);
+    }
     TakeLocation(place);
     const bool hasContent = ContentList == nullptr || place.Fill();
     BuildContentList();

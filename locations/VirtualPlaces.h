@@ -9,6 +9,9 @@
 
 namespace solvane {
 
+// Its entries lie on the Workbench, beside the volumes; it is watched while that is on show.
+inline constexpr std::string_view DesktopDrawer = "Desktop:";
+
 struct VirtualPlace {
     std::string_view Word; // by which it is routed, and its path in the history
     std::int32_t Name;     // number of the text that it is shown by

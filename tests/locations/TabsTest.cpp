@@ -21,6 +21,7 @@
 #include "tests/content/DrawerTest.h"
 #include "tests/locations/OpenWindow.h"
 
+#include <array>
 #include <gmock/gmock.h>
 
 namespace solvane {
@@ -81,13 +82,52 @@ protected:
     }
 };
 
+// The settings of Prefs that each tab has for itself.
+constexpr auto DirectionsOfTabs =
+    std::array{&PrefsRecord::WorkbenchSortDirection, &PrefsRecord::ComputerSortDirection,
+               &PrefsRecord::AssignsSortDirection,   &PrefsRecord::FTPSitesSortDirection,
+               &PrefsRecord::SearchSortDirection,    &PrefsRecord::ArchiveSortDirection,
+               &PrefsRecord::ContentSortDirection};
+constexpr auto NumbersOfTabs = std::array{&PrefsRecord::ComputerDetailsCISortColumn,
+                                          &PrefsRecord::FTPSitesDetailsCISortColumn,
+                                          &PrefsRecord::ArchiveDetailsCISortColumn,
+                                          &PrefsRecord::ContentDetailsCISortColumn,
+                                          &PrefsRecord::BookmarksViewStyle,
+                                          &PrefsRecord::FavoritesViewStyle,
+                                          &PrefsRecord::WorkbenchViewStyle,
+                                          &PrefsRecord::ComputerViewStyle,
+                                          &PrefsRecord::AssignsViewStyle,
+                                          &PrefsRecord::FTPSitesViewStyle,
+                                          &PrefsRecord::ArchiveViewStyle,
+                                          &PrefsRecord::ContentViewStyle};
+
+std::vector<std::int32_t> SettingsOfPrefs() {
+    std::vector<std::int32_t> all;
+    for (const auto direction : DirectionsOfTabs) {
+        all.push_back(Prefs.*direction);
+    }
+    for (const auto number : NumbersOfTabs) {
+        all.push_back(Prefs.*number);
+    }
+    return all;
+}
+
+// Each setting as no other one is, from that number on.
+void SetSettings(std::int32_t number) {
+    for (const auto direction : DirectionsOfTabs) {
+        Prefs.*direction = static_cast<std::int16_t>(number++);
+    }
+    for (const auto setting : NumbersOfTabs) {
+        Prefs.*setting = number++;
+    }
+}
+
 // All that the user can tell of a tab, and the records that it is made of.
 struct Observed {
     explicit Observed(int) {}
     Observed()
         : Values(ActiveSet),
-          Settings(Prefs.ContentSortDirection, Prefs.ContentDetailsCISortColumn, Prefs.ContentViewStyle,
-                   Prefs.ComputerSortDirection, Prefs.BookmarksViewStyle),
+          Settings(SettingsOfPrefs()),
           Lists(HistoryList.get(), CurrentHistory, LinksList.get(), ContentList.get(), lblist2.data(),
                 lblist2.size()),
           Top(Objects.ContentList->Top()),
@@ -95,7 +135,7 @@ struct Observed {
           Selected(Objects.ContentList->SelectedRows()),
           PathShown(Objects.Path->Text()) {}
     TabValues Values;
-    std::tuple<int, int, int, int, int> Settings;
+    std::vector<std::int32_t> Settings;
     std::tuple<const void*, const void*, const void*, const void*, const void*, std::size_t> Lists;
     std::size_t Top = 0, Row = 0;
     std::vector<std::size_t> Selected;
@@ -143,8 +183,9 @@ TEST_F(TabsTest, ATabComesBackWithEverythingThatItShowed) {
     Objects.ContentList->SetTop(120);
     SelectContentListItems();
     RefreshBytes();
-    Prefs.ContentSortDirection = 1;
-    Prefs.BookmarksViewStyle = ViewTiles;
+    SetSettings(100);
+    Prefs.ContentViewStyle = ViewDetails;
+    Prefs.ContentDetailsCISortColumn = 2;
     Details3Buffer = "a detail";
     SetFuelGaugeImage(42);
     ShowContentStatus();
@@ -152,9 +193,9 @@ TEST_F(TabsTest, ATabComesBackWithEverythingThatItShowed) {
     const Observed many;
 
     OpenOn("few");
-    Prefs.ContentSortDirection = 0;
+    SetSettings(200);
     Prefs.ContentViewStyle = ViewList;
-    Prefs.BookmarksViewStyle = ViewContent;
+    Prefs.ContentDetailsCISortColumn = 3;
     BeforeSwitchTabs(1);
     const Observed few;
     EXPECT_THAT(Rows(), ElementsAre("one"));
