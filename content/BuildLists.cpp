@@ -105,6 +105,7 @@ void ShowRows() {
     Objects.ContentList->SetRowLines(RowLines(style));
     Objects.ContentList->SetVerticalSeparators(style == ViewList || IsDetailsStyle(style));
     Objects.ContentList->Attach(ActiveSet.RowSource.get());
+    FitColumnInfo();
     Objects.ContentList->SetTop(LBTop);
     SetSortColumnArrow(SortColumnOf(LBLocation, style));
 }

@@ -29,6 +29,7 @@ constexpr std::int32_t NameColumn = 1;           // in every set
 std::vector<DetailsColumn> ColumnsOnScreen; // what the list browser has now; empty: none were set
 std::vector<int> WidthsOnScreen;            // theirs, as last set or taken over
 int IconWidthOnScreen = 0;
+bool FittedOnScreen = false; // the widths are those that the rows need
 
 int IconWidthOf(std::int32_t style) {
     switch (style) {
@@ -129,15 +130,13 @@ std::string SampleText(DetailsColumn column) {
 // The width that the user has given the column, 0 when it has its usual one.
 std::int32_t OwnWidth(DetailsColumn column, const ColumnDefault& usual) {
     std::int32_t width = 0;
-    bool isOwn = false;
     if (WhichCIList != nullptr) {
         const ColumnInfoNode* node = NodeOf(column);
         width = node != nullptr ? node->Width : 0;
-        isOwn = node != nullptr && node->WidthIsOwn != 0;
     } else if (usual.Stored != nullptr) {
         width = Prefs.*usual.Stored;
     }
-    return isOwn || width != usual.Width ? width : 0;
+    return width != usual.Width ? width : 0;
 }
 
 // The width that the user has set, else the default one, wide enough for what stands there in his font and
@@ -181,18 +180,19 @@ std::vector<intuition::Column> CreateColumnInfoDetails() {
 }
 
 // Keeps the width of a column that the user has sized; one that stands as it was set goes on following its
-// font.
+// font. One unit more tells his wish for the usual width from a column that he never touched.
 void TakeWidth(std::size_t at, int width) {
     const DetailsColumn column = ColumnsOnScreen[at];
     const bool isAsSet = at < WidthsOnScreen.size() && WidthsOnScreen[at] == width;
-    if (isAsSet || column == DetailsColumn::Icon) {
+    const ColumnDefault* usual = DefaultOf(column);
+    if (isAsSet || column == DetailsColumn::Icon || usual == nullptr) {
         return;
     }
+    const int own = width == usual->Width ? width + 1 : width;
     if (ColumnInfoNode* node = WhichCIList != nullptr ? NodeOf(column) : nullptr) {
-        node->Width = width;
-        node->WidthIsOwn = 1;
-    } else if (const ColumnDefault* usual = DefaultOf(column); usual != nullptr && usual->Stored != nullptr) {
-        Prefs.*usual->Stored = width;
+        node->Width = own;
+    } else if (usual->Stored != nullptr) {
+        Prefs.*usual->Stored = own;
     }
 }
 
@@ -307,13 +307,24 @@ void SetColumnInfo() {
     auto columns = WhichCIList != nullptr ? CreateColumnInfoDetails() : CreateColumnInfoStatic();
     columns.front().Width = IconWidthOnScreen;
     Objects.ContentList->SetColumns(std::move(columns));
+    FittedOnScreen = false;
+    WidthsOnScreen = Objects.ContentList->ColumnWidths();
+}
+
+void FitColumnInfo() {
+    if (Objects.ContentList == nullptr || Prefs.AutoFitColumns == 0) {
+        return;
+    }
+    Objects.ContentList->FitColumns();
+    FittedOnScreen = true;
     WidthsOnScreen = Objects.ContentList->ColumnWidths();
 }
 
 bool ColumnsAreInForce() {
     const std::int32_t style = ViewStyleInForce();
-    return ColumnSetOf(LBLocation, style) == WhichCI && ColumnsOnScreen == ShownColumns(WhichCI) &&
-           IconWidthOnScreen == IconWidthOf(style);
+    const bool mayStayFitted = !FittedOnScreen || Prefs.AutoFitColumns != 0;
+    return mayStayFitted && ColumnSetOf(LBLocation, style) == WhichCI &&
+           ColumnsOnScreen == ShownColumns(WhichCI) && IconWidthOnScreen == IconWidthOf(style);
 }
 
 const std::vector<DetailsColumn>& ColumnsInForce() {
@@ -321,7 +332,7 @@ const std::vector<DetailsColumn>& ColumnsInForce() {
 }
 
 void GetColumnInfoWidths() {
-    if (Objects.ContentList == nullptr || Prefs.AutoFitColumns != 0) {
+    if (Objects.ContentList == nullptr) {
         return;
     }
     const std::vector<int> widths = Objects.ContentList->ColumnWidths();
@@ -331,7 +342,9 @@ void GetColumnInfoWidths() {
             continue;
         }
         order.push_back(ColumnsOnScreen[at]);
-        TakeWidth(at, widths[at]);
+        if (Prefs.AutoFitColumns == 0) {
+            TakeWidth(at, widths[at]);
+        }
     }
     WidthsOnScreen = widths;
     if (WhichCIList != nullptr) {

@@ -49,9 +49,12 @@ void SetColumnInfo();
 [[nodiscard]] const std::vector<DetailsColumn>& ColumnsInForce();
 
 // Takes the list browser's present order over into WhichCIList, and the widths of those columns that are not
-// as wide as SetColumnInfo or the last call found them, there or into the preferences. Nothing while columns
-// fit themselves (Prefs.AutoFitColumns).
+// as wide as SetColumnInfo or the last call found them, there or into the preferences; no widths while
+// columns fit themselves (Prefs.AutoFitColumns).
 void GetColumnInfoWidths();
+
+// Makes the columns fit what their rows now show, where the preferences want that.
+void FitColumnInfo();
 
 // Shows the arrow of that Details column and the direction in force; no column shows none.
 void SetSortColumnArrow(std::int32_t column);

@@ -51,7 +51,7 @@ constexpr std::array Computer = {
 
 constexpr std::array Assigns = {
     IconColumn,
-    ColumnDefault{MSG_NAME, 200},
+    ColumnDefault{MSG_NAME, 200, &PrefsRecord::Assigns_1Width},
     ColumnDefault{MSG_LINK_TARGET},
 };
 
@@ -112,7 +112,8 @@ constexpr std::array Content = {
 };
 
 constexpr std::array Plain = {IconColumn, ColumnDefault{MSG_NAME}};
-constexpr std::array Search = {IconColumn, ColumnDefault{MSG_NAME, 250}, ColumnDefault{MSG_DRAWER}};
+constexpr std::array Search = {IconColumn, ColumnDefault{MSG_NAME, 250, &PrefsRecord::Search_1Width},
+                               ColumnDefault{MSG_DRAWER}};
 
 // In the order of ColumnSet.
 constexpr std::array Sets = {

@@ -64,41 +64,44 @@ std::string_view CellText(const ContentNode& node, DetailsColumn column) {
     }
 }
 
+RowLooks LooksInForce(std::int32_t style) {
+    return {.Drawers = {OwnColour(Prefs.DrawersColor, DefaultText), Prefs.DrawersBold != 0,
+                        Prefs.DrawersItalic != 0, Prefs.DrawersUnderline != 0},
+            .Files = {OwnColour(Prefs.FilesColor, DefaultText), Prefs.FilesBold != 0, Prefs.FilesItalic != 0,
+                      Prefs.FilesUnderline != 0},
+            .Links = {OwnColour(Prefs.LinksColor, DefaultText), Prefs.LinksBold != 0, Prefs.LinksItalic != 0,
+                      Prefs.LinksUnderline != 0},
+            .Devices = {OwnColour(Prefs.DevicesColor, DefaultText), Prefs.DevicesBold != 0,
+                        Prefs.DevicesItalic != 0, Prefs.DevicesUnderline != 0},
+            .Assigns = {OwnColour(Prefs.AssignsColor, DefaultText), Prefs.AssignsBold != 0,
+                        Prefs.AssignsItalic != 0, Prefs.AssignsUnderline != 0},
+            .Stripes = {OwnColour(Prefs.Background1Color, DefaultStripe1),
+                        OwnColour(Prefs.Background2Color, DefaultStripe2)},
+            .Picture = BoxOf(style),
+            .ActualIcons = Prefs.ShowActualIcons != 0};
+}
+
 ContentRows::ContentRows(std::vector<DetailsColumn> columns, std::int32_t style, intuition::ListBrowser* list)
-    : Columns(std::move(columns)),
-      Style(style),
-      Drawers{OwnColour(Prefs.DrawersColor, DefaultText), Prefs.DrawersBold != 0, Prefs.DrawersItalic != 0,
-              Prefs.DrawersUnderline != 0},
-      Files{OwnColour(Prefs.FilesColor, DefaultText), Prefs.FilesBold != 0, Prefs.FilesItalic != 0,
-            Prefs.FilesUnderline != 0},
-      Links{OwnColour(Prefs.LinksColor, DefaultText), Prefs.LinksBold != 0, Prefs.LinksItalic != 0,
-            Prefs.LinksUnderline != 0},
-      Devices{OwnColour(Prefs.DevicesColor, DefaultText), Prefs.DevicesBold != 0, Prefs.DevicesItalic != 0,
-              Prefs.DevicesUnderline != 0},
-      Assigns{OwnColour(Prefs.AssignsColor, DefaultText), Prefs.AssignsBold != 0, Prefs.AssignsItalic != 0,
-              Prefs.AssignsUnderline != 0},
-      Stripes{OwnColour(Prefs.Background1Color, DefaultStripe1),
-              OwnColour(Prefs.Background2Color, DefaultStripe2)},
-      Pictures(style, list) {}
+    : Columns(std::move(columns)), Style(style), Looks(LooksInForce(style)), Pictures(style, list) {}
 
 std::size_t ContentRows::RowCount() const {
     return lblist2.size();
 }
 
-const ContentRows::KindLook& ContentRows::LookOf(const ContentNode& node) const {
+const KindLook& ContentRows::LookOf(const ContentNode& node) const {
     if (node.PlaceFacts) {
-        return DeviceOf(node) != nullptr ? Devices : Assigns;
+        return DeviceOf(node) != nullptr ? Looks.Devices : Looks.Assigns;
     }
     if (IsLinkKind(node.ObjectKind)) {
-        return Links;
+        return Looks.Links;
     }
-    return IsDrawerKind(node.ObjectKind) ? Drawers : Files;
+    return IsDrawerKind(node.ObjectKind) ? Looks.Drawers : Looks.Files;
 }
 
 // The name, with its label where the style has one.
 intuition::CellLook ContentRows::NameCell(std::size_t row, const ContentNode& node) const {
     const KindLook& look = LookOf(node);
-    const auto& background = Stripes[row % 2];
+    const auto& background = Looks.Stripes[row % 2];
     Label.clear();
     if (Style == ViewTiles || Style == ViewContent) {
         Label = FormLabel(Style == ViewTiles ? RowLabel::Tiles : RowLabel::Content, node);
@@ -115,7 +118,7 @@ intuition::CellLook ContentRows::NameCell(std::size_t row, const ContentNode& no
 intuition::CellLook ContentRows::PlaceCell(std::size_t row, std::size_t column,
                                            const ContentNode& node) const {
     const KindLook& look = LookOf(node);
-    const auto& background = Stripes[row % 2];
+    const auto& background = Looks.Stripes[row % 2];
     PlaceTexts texts = PlaceCellTexts(node, Columns[column], Style);
     Label = std::move(texts.More);
     return {.Text = texts.Text,
@@ -145,7 +148,7 @@ intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const
         cell.Text = CellText(*node, Columns[column]);
     } else if (Columns[column] != DetailsColumn::Name) {
         Label = FormLabel(RowLabel::Figures, *node);
-        const auto& background = Stripes[row % 2];
+        const auto& background = Looks.Stripes[row % 2];
         cell = {.Text = Label.front(),
                 .More = std::span(Label).subspan(1),
                 .Colour = background ? std::optional(ReadableOn(*background)) : std::nullopt};
@@ -157,7 +160,7 @@ intuition::RowLook ContentRows::Row(std::size_t row) const {
     const ContentNode* node = lblist2[row].Record;
     const DevicesNode* device = node != nullptr ? DeviceOf(*node) : nullptr;
     const bool isEmptyDrive = device != nullptr && device->Mounted == 0;
-    return {.Background = Stripes[row % 2], .Disabled = node == nullptr || isEmptyDrive};
+    return {.Background = Looks.Stripes[row % 2], .Disabled = node == nullptr || isEmptyDrive};
 }
 
 std::string_view ContentRows::Name(std::size_t row) const {

@@ -7,6 +7,7 @@
 #include "model/ContentNode.h"
 #include "platform/intuition/ListBrowser.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,6 +24,25 @@ namespace solvane {
 [[nodiscard]] std::optional<intuition::Rgb> OwnColour(std::string_view digits,
                                                       std::string_view defaultDigits);
 
+// Colour and style of the cells of one kind of entry.
+struct KindLook {
+    std::optional<intuition::Rgb> Colour;
+    bool Bold = false, Italic = false, Underline = false;
+
+    bool operator==(const KindLook&) const = default;
+};
+
+// All that the preferences say about how rows look.
+struct RowLooks {
+    KindLook Drawers, Files, Links, Devices, Assigns;
+    std::array<std::optional<intuition::Rgb>, 2> Stripes; // background of the first and every other row
+    IconBox Picture;
+    bool ActualIcons = false;
+
+    bool operator==(const RowLooks&) const = default;
+};
+[[nodiscard]] RowLooks LooksInForce(std::int32_t style);
+
 // The rows of lblist2 in the columns given. Looks are taken from the preferences when the object is made.
 class ContentRows : public intuition::ListSource {
 public:
@@ -31,9 +51,9 @@ public:
     ContentRows(std::vector<DetailsColumn> columns, std::int32_t style,
                 intuition::ListBrowser* list = nullptr);
 
-    // True when the rows are drawn in these columns and that style.
+    // True when the rows are drawn in these columns and that style, as the preferences now want it.
     [[nodiscard]] bool IsFor(const std::vector<DetailsColumn>& columns, std::int32_t style) const {
-        return Columns == columns && Style == style;
+        return Columns == columns && Style == style && Looks == LooksInForce(style);
     }
     [[nodiscard]] std::size_t RowCount() const override;
     [[nodiscard]] intuition::CellLook Cell(std::size_t row, std::size_t column) const override;
@@ -41,11 +61,6 @@ public:
     [[nodiscard]] std::string_view Name(std::size_t row) const override;
 
 private:
-    // Colour and style of the cells of one kind of entry.
-    struct KindLook {
-        std::optional<intuition::Rgb> Colour;
-        bool Bold = false, Italic = false, Underline = false;
-    };
     [[nodiscard]] const KindLook& LookOf(const ContentNode& node) const;
     [[nodiscard]] intuition::CellLook PlaceCell(std::size_t row, std::size_t column,
                                                 const ContentNode& node) const;
@@ -53,8 +68,7 @@ private:
 
     std::vector<DetailsColumn> Columns;
     std::int32_t Style;
-    KindLook Drawers, Files, Links, Devices, Assigns;
-    std::optional<intuition::Rgb> Stripes[2]; // background of the first and every other row
+    RowLooks Looks;
     // Drawing fetches pictures and forms labels, which changes nothing that a caller could see.
     mutable RowPictures Pictures;
     mutable std::vector<std::string> Label; // of the last cell

@@ -1,6 +1,7 @@
 #include "locations/PlaceLists.h"
 
 #include "content/BuildLists.h"
+#include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
 #include "content/DeviceKinds.h"
 #include "content/Drawers.h"
@@ -269,6 +270,7 @@ void DeviceUsageCame() {
         SortAnew();
         DetailsPane4();
     } else if (LBLocation == LocationKind::Workbench && Objects.ContentList != nullptr) {
+        FitColumnInfo();
         Objects.ContentList->Refresh();
     }
 }

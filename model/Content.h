@@ -38,8 +38,7 @@ struct FilmstripNode {
 struct ColumnInfoNode : ListNode {
     std::uint32_t ColumnNumber = 0;
     std::uint16_t Shown = 0;
-    std::int32_t Width = 0;       // pixels
-    std::uint16_t WidthIsOwn = 0; // the user has set it in this session, so that the default one counts too
+    std::int32_t Width = 0; // pixels
 };
 
 // --- State: what is a reference belongs to the tab on show and is kept with it (WorkingSet) ---

@@ -35,6 +35,7 @@ struct PrefsRecord {
     std::int32_t FTPSitesFull_0Width = 26, FTPSitesFull_1Width = 150, FTPSitesFull_2Width = 70;
     std::int32_t FTPSitesFull_3Width = 70, FTPSitesFull_4Width = 125, FTPSitesFull_5Width = 250;
     std::int32_t Content_0Width = 40, Content_1Width = 375, Content_2Width = 225;
+    std::int32_t Assigns_1Width = 200, Search_1Width = 250; // the columns behind take the rest
 
     // Behaviour
     std::int16_t UseCommodity = 0;

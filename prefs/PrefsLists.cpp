@@ -198,7 +198,7 @@ constexpr std::array FTPSitesPositions = {
 
 // No path would be part of every path.
 bool FinishLocation(LocationsNode& node) {
-    if (node.ViewStyle < ViewList || node.ViewStyle > ViewFilmstrip) {
+    if (node.ViewStyle < ViewList || node.ViewStyle > ViewIcons) {
         node.ViewStyle = ViewDetails;
     }
     return !node.Path.Empty();

@@ -54,6 +54,16 @@ void LoadChoice(const Dictionary& from, std::string_view key, const PrefsRecord&
     into.*Field = number >= First && number <= Last ? static_cast<std::int32_t>(number) : defaults.*Field;
 }
 
+// The icon view is on no menu, and yet a style.
+template <auto Field, std::int32_t Last>
+void LoadStyle(const Dictionary& from, std::string_view key, const PrefsRecord& defaults, PrefsRecord& into) {
+    if (from.Number(key, defaults.*Field) == ViewIcons) {
+        into.*Field = ViewIcons;
+    } else {
+        LoadChoice<Field, ViewList, Last>(from, key, defaults, into);
+    }
+}
+
 // A measure beyond its limits would make the window or one of its parts unusable.
 template <auto Field, std::int32_t Least, std::int32_t Most>
 void LoadClipped(const Dictionary& from, std::string_view key, const PrefsRecord& defaults,
@@ -110,6 +120,11 @@ constexpr PrefsKey Choice(std::string_view key) {
     return {key, LoadChoice<Field, First, Last>, SaveField<Field>};
 }
 
+template <auto Field, std::int32_t Last>
+constexpr PrefsKey Style(std::string_view key) {
+    return {key, LoadStyle<Field, Last>, SaveField<Field>};
+}
+
 template <auto Field, std::int32_t Least, std::int32_t Most>
 constexpr PrefsKey Clipped(std::string_view key) {
     return {key, LoadClipped<Field, Least, Most>, SaveField<Field>};
@@ -139,6 +154,7 @@ constexpr PrefsKey Short(std::string_view key) {
 
 #define SETTING(field) Setting<&PrefsRecord::field>(#field)
 #define CHOICE(field, first, last) Choice<&PrefsRecord::field, first, last>(#field)
+#define STYLE(field, last) Style<&PrefsRecord::field, last>(#field)
 #define WEIGHT(field) Clipped<&PrefsRecord::field, 1, 99>(#field)
 #define WIDTH(field) Clipped<&PrefsRecord::field, NarrowestColumn, WidestColumn>(#field)
 #define PLACE(field) Clipped<&PrefsRecord::field, -FarthestPlace, FarthestPlace>(#field)
@@ -194,6 +210,8 @@ constexpr std::array Table = {
     FIXED(Content_0Width),
     WIDTH(Content_1Width),
     WIDTH(Content_2Width),
+    WIDTH(Assigns_1Width),
+    WIDTH(Search_1Width),
     SETTING(UseCommodity),
     SETTING(HotKey),
     CHOICE(MiddleButtonAction, 0, 5),
@@ -249,14 +267,14 @@ constexpr std::array Table = {
     SHORT(FilmstripOnlyDrawersAndImages),
     SHORT(FilmstripNoUpscale),
     SETTING(ChangeAllTabs),
-    CHOICE(BookmarksViewStyle, ViewList, ViewContent),
-    CHOICE(FavoritesViewStyle, ViewList, ViewContent),
-    CHOICE(WorkbenchViewStyle, ViewList, ViewContent),
-    CHOICE(ComputerViewStyle, ViewList, ViewContent),
-    CHOICE(AssignsViewStyle, ViewList, ViewContent),
-    CHOICE(FTPSitesViewStyle, ViewList, ViewContent),
-    CHOICE(ArchiveViewStyle, ViewList, ViewContent),
-    CHOICE(ContentViewStyle, ViewList, ViewFilmstrip),
+    STYLE(BookmarksViewStyle, ViewContent),
+    STYLE(FavoritesViewStyle, ViewContent),
+    STYLE(WorkbenchViewStyle, ViewContent),
+    STYLE(ComputerViewStyle, ViewContent),
+    STYLE(AssignsViewStyle, ViewContent),
+    STYLE(FTPSitesViewStyle, ViewContent),
+    STYLE(ArchiveViewStyle, ViewContent),
+    STYLE(ContentViewStyle, ViewFilmstrip),
     SETTING(ProcessInfoFiles),
     SETTING(ShowHiddenEntries),
     SETTING(ShowActualIcons),
@@ -362,6 +380,7 @@ constexpr std::array Table = {
 
 #undef SETTING
 #undef CHOICE
+#undef STYLE
 #undef WEIGHT
 #undef WIDTH
 #undef PLACE

@@ -16,6 +16,8 @@ struct Box {
 
 struct Rgb {
     std::uint8_t Red = 0, Green = 0, Blue = 0;
+
+    bool operator==(const Rgb&) const = default;
 };
 
 enum class Align { Left, Centre, Right };

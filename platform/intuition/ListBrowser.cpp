@@ -39,6 +39,10 @@ std::vector<int> ListBrowser::ColumnWidths() const {
     return widths;
 }
 
+void ListBrowser::FitColumns() {
+    ViewOf(*this).FitColumns();
+}
+
 std::vector<std::size_t> ListBrowser::ColumnOrder() const {
     const ListHeader& titles = ViewOf(*this).Titles();
     std::vector<std::size_t> order;

@@ -83,7 +83,10 @@ public:
 
     // Replaces the columns. Widths are in layout units.
     void SetColumns(std::vector<Column> columns);
-    [[nodiscard]] std::vector<int> ColumnWidths() const;        // by column index, as they are now
+    [[nodiscard]] std::vector<int> ColumnWidths() const; // by column index, as they are now
+    // Makes all columns behind the first so wide that no title and no cell is cut; one that stretches stays
+    // as it is. Every cell of a long list is estimated, and the widest are measured.
+    void FitColumns();
     [[nodiscard]] std::vector<std::size_t> ColumnOrder() const; // column indices from left to right
     void SetSortColumn(std::size_t column, bool ascending);     // the arrow only; NoRow shows none
     void SetTitlesShown(bool shown);

@@ -51,6 +51,18 @@ void ListHeader::Restore(const std::vector<Column>& columns) {
     Adjusting = false;
 }
 
+int ListHeader::NeededWidth(int section) const {
+    const QString title = List.Model().headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int arrow = style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, this);
+    return title.isEmpty() ? 0 : fontMetrics().horizontalAdvance(title) + 2 * CellInset + arrow + 1;
+}
+
+void ListHeader::SetWidth(int section, int width) {
+    Adjusting = true;
+    resizeSection(section, width);
+    Adjusting = false;
+}
+
 // A column that may not move keeps its place, whichever column was dragged over it.
 void ListHeader::KeepFixedColumns(int section, int from, int to) {
     if (Adjusting)

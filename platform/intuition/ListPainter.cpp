@@ -7,13 +7,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace intuition {
 
 namespace {
 
 constexpr int ImageGap = 5; // between image and text
-constexpr int WidestGauge = 200;
+constexpr int WidestGauge = 200, UsualGauge = 100;
 constexpr double Legible = 3; // contrast below which a colour of the program's is changed
 constexpr double Good = 4.5;  // and that to which it is changed
 
@@ -64,6 +65,15 @@ int DrawImage(QPainter& painter, const QRect& area, const CellLook& cell, QPalet
     return size.width();
 }
 
+// Of a character of several bytes the first stands for all; from the third plane on they are wide ones.
+int AdvanceOf(unsigned char byte, const QFontMetrics& metrics) {
+    if (byte < 0x80)
+        return metrics.horizontalAdvance(QLatin1Char(static_cast<char>(byte)));
+    if (byte < 0xC0)
+        return 0;
+    return byte < 0xE2 ? metrics.horizontalAdvance(QLatin1Char('m')) : metrics.height();
+}
+
 } // namespace
 
 QColor ReadableOn(const QColor& background, const QColor& colour) {
@@ -92,6 +102,11 @@ void ListPainter::SetFont(const QFont& font) {
         Fonts[kind].setUnderline((kind & 4U) != 0);
     }
     Plain = QFontMetrics(font);
+    for (std::size_t bold = 0; bold < Advances.size(); ++bold) {
+        const QFontMetrics metrics(Fonts[bold]);
+        for (std::size_t byte = 0; byte < Advances[bold].size(); ++byte)
+            Advances[bold][byte] = AdvanceOf(static_cast<unsigned char>(byte), metrics);
+    }
 }
 
 const QFont& ListPainter::FontOf(const CellLook& cell) const {
@@ -103,7 +118,21 @@ int ListPainter::NeededWidth(const CellLook& cell) const {
     int text = QFontMetrics(FontOf(cell)).horizontalAdvance(DisplayText(cell.Text));
     for (const std::string& more : cell.More)
         text = std::max(text, Plain.horizontalAdvance(DisplayText(more)));
+    if (cell.Gauge)
+        text = std::max(text, UsualGauge + ImageGap + Plain.horizontalAdvance(QStringLiteral("100%")));
     return 2 * CellInset + image + text + (image > 0 && text > 0 ? ImageGap : 0) + 1;
+}
+
+int ListPainter::EstimatedWidth(const CellLook& cell) const {
+    const auto width = [](std::string_view text, const std::array<int, 256>& advances) {
+        return std::accumulate(text.begin(), text.end(), 0, [&advances](int sum, char each) {
+            return sum + advances[static_cast<unsigned char>(each)];
+        });
+    };
+    int widest = width(cell.Text, Advances[cell.Bold ? 1 : 0]);
+    for (const std::string& more : cell.More)
+        widest = std::max(widest, width(more, Advances[0]));
+    return widest;
 }
 
 ListPainter::RowColours ListPainter::ColoursOf(const RowLook& look, const RowState& state,

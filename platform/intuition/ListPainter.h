@@ -34,6 +34,8 @@ public:
     [[nodiscard]] int TextHeight() const { return Plain.height(); }
     // The width at which nothing of the cell is cut.
     [[nodiscard]] int NeededWidth(const CellLook& cell) const;
+    // About that width, without forming or shaping the text.
+    [[nodiscard]] int EstimatedWidth(const CellLook& cell) const;
 
     // Background and text colour of a row, for what its cells do not say.
     struct RowColours {
@@ -53,6 +55,7 @@ private:
 
     std::array<QFont, 8> Fonts; // by bold 1, italic 2, underline 4
     QFontMetrics Plain;
+    std::array<std::array<int, 256>, 2> Advances = {}; // of each byte of a text, plain and bold
 };
 
 // The colour itself where it can be read on the background, else one of its hue that can.

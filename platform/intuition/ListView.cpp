@@ -18,7 +18,8 @@ namespace {
 constexpr int RowPadding = 5;   // a row is so much higher than its text
 constexpr int ImagePadding = 2; // or than its images
 constexpr std::size_t MaximumEvents = 256;
-constexpr std::size_t SpokenRanges = 256; // selections of more pieces are not told to screen readers
+constexpr std::size_t MostEstimated = 100'000; // rows; of more, evenly spread ones are looked at
+constexpr std::size_t SpokenRanges = 256;      // selections of more pieces are not told to screen readers
 
 } // namespace
 
@@ -81,6 +82,37 @@ int ListView::sizeHintForColumn(int column) const {
                 std::max(widest, Painter.NeededWidth(source->Cell(row, static_cast<std::size_t>(column))));
     }
     return widest;
+}
+
+// Of the cells that are estimated as the widest ones, the width that the widest really needs.
+int ListView::WidestCell(std::size_t column) const {
+    constexpr std::size_t Measured = 8;
+    std::vector<std::pair<int, std::size_t>> widest; // estimate and row, the least first
+    const std::size_t step = std::max<std::size_t>(1, Rows.Rows() / MostEstimated);
+    for (std::size_t row = 0; row < Rows.Rows(); row += step) {
+        const ListSource* source = Rows.SourceOf(row);
+        const int estimate = source != nullptr ? Painter.EstimatedWidth(source->Cell(row, column)) : 0;
+        if (widest.size() == Measured && estimate <= widest.front().first)
+            continue;
+        if (widest.size() == Measured)
+            widest.erase(widest.begin());
+        const std::pair candidate(estimate, row);
+        widest.insert(std::upper_bound(widest.begin(), widest.end(), candidate), candidate);
+    }
+    int needed = 0;
+    for (const auto& [estimate, row] : widest) {
+        if (const ListSource* source = Rows.SourceOf(row))
+            needed = std::max(needed, Painter.NeededWidth(source->Cell(row, column)));
+    }
+    return needed;
+}
+
+void ListView::FitColumns() {
+    for (int section = 1; section < Header.count(); ++section) {
+        const auto column = static_cast<std::size_t>(section);
+        if (!Rows.Columns()[column].Stretch)
+            Header.SetWidth(section, std::max(Header.NeededWidth(section), WidestCell(column)));
+    }
 }
 
 std::size_t ListView::Top() const {

@@ -29,6 +29,10 @@ public:
     void SetArrow(std::size_t column, bool ascending);
     // Brings sizes and order to what the columns say.
     void Restore(const std::vector<Column>& columns);
+    // What the title needs, the arrow of the sort included.
+    [[nodiscard]] int NeededWidth(int section) const;
+    // Sets the width without a report.
+    void SetWidth(int section, int width);
 
 protected:
     void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override;
@@ -64,6 +68,7 @@ public:
     ~ListView() override;
 
     void SetColumns(std::vector<Column> columns);
+    void FitColumns();
     void Attach(const ListSource* source);
     [[nodiscard]] const ListModel& Model() const { return Rows; }
     [[nodiscard]] ListHeader& Titles() { return Header; }
@@ -113,6 +118,7 @@ protected:
 
 private:
     [[nodiscard]] std::size_t RowAt(const QPoint& position) const;
+    [[nodiscard]] int WidestCell(std::size_t column) const;
     [[nodiscard]] RowState StateOf(std::size_t row, const QRect& area) const;
     void DrawCells(QPainter& painter, std::size_t row, const RowLook& look, const RowState& state) const;
     void PressRow(std::size_t row, Qt::KeyboardModifiers modifiers);

@@ -109,7 +109,29 @@ TEST_F(WindowTest, SizingOneColumnLeavesTheWidthsOfTheOthersAlone) {
     drag(Date, UsualDate); // chosen by the user
     SetColumnInfo();
     EXPECT_EQ(Objects.ContentList->ColumnWidths()[Name], 333);
-    EXPECT_EQ(Objects.ContentList->ColumnWidths()[Date], UsualDate);
+    EXPECT_EQ(Objects.ContentList->ColumnWidths()[Date], UsualDate + 1);
+    EXPECT_EQ(node(Date)->Width, UsualDate + 1) << "a document tells it from one that nobody touched";
+}
+
+TEST_F(WindowTest, ColumnsFitTheirTextsOnWishAndKeepNoWidthOfThat) {
+    constexpr std::size_t Name = 1, Size = 2;
+    for (int at = 0; at < 200; ++at) {
+        File("many/" + std::to_string(at));
+    }
+    ASSERT_TRUE(Scan("many"));
+    const int usual = Objects.ContentList->ColumnWidths()[Name];
+    Prefs.AutoFitColumns = 1;
+    ASSERT_TRUE(ReloadDrawer());
+    const int narrow = Objects.ContentList->ColumnWidths()[Name];
+    EXPECT_LT(narrow, usual);
+    EXPECT_GT(Objects.ContentList->ColumnWidths()[Size], 20) << "a title is not cut either";
+    File("many/9" + std::string(100, 'w'));
+    ASSERT_TRUE(ReloadDrawer());
+    EXPECT_GT(Objects.ContentList->ColumnWidths()[Name], usual) << "far below what is on screen";
+    GetColumnInfoWidths();
+    Prefs.AutoFitColumns = 0;
+    ASSERT_TRUE(ReloadDrawer());
+    EXPECT_EQ(Objects.ContentList->ColumnWidths()[Name], usual);
 }
 
 TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {

@@ -103,7 +103,7 @@ TEST_F(PrefsDocument, ListsLoadWithTheirRepairsAndSaveAgain) {
         {"Locations", "<array><string>Music</string><integer>4</integer></array><array/>",
          "<array><string>Music</string><integer>4</integer></array>"},
         {"Locations",
-         "<array><string>x</string><integer>7</integer></array><array><string/><integer>2</integer></array>",
+         "<array><string>x</string><integer>8</integer></array><array><string/><integer>2</integer></array>",
          "<array><string>x</string><integer>1</integer></array>"},
         {"StartupTabs", "<array><integer>13</integer><string>a\r&amp;</string></array><integer>4</integer>",
          "<array><integer>13</integer><string>a\r&amp;</string></array>"},

@@ -87,7 +87,7 @@ TEST(PrefsTable, EveryKeyLoadsWhatItHasSavedWithinItsLimitAndElseItsDefault) {
             CheckText(key, text);
         }
     }
-    EXPECT_EQ(seen.size(), 209U);
+    EXPECT_EQ(seen.size(), 211U);
 }
 
 TEST(PrefsTable, NumbersThatWouldBreakTheWindowAreNotTaken) {
@@ -95,12 +95,25 @@ TEST(PrefsTable, NumbersThatWouldBreakTheWindowAreNotTaken) {
         std::string_view Key;
         std::int64_t Stored, Taken;
     } rows[] = {
-        {"ContentViewStyle", 6, 6},  {"ContentViewStyle", 7, 1},  {"AssignsViewStyle", 4, 1},
-        {"DrawersOrder", 3, 0},      {"PreviewStyle", -1, 0},     {"ContentDetailsCISortColumn", 24, 24},
-        {"SoundVolume", 65, 64},     {"DetailsHeight", 0, 1},     {"ContentDetailsCISortColumn", 25, 1},
-        {"WindowWidth", -5, 50},     {"WindowX", -40000, -32767}, {"FTPSites_3Width", 1 << 20, 4096},
-        {"Content_0Width", 99, 40},  {"ThumbnailSize", 9, 9},     {"ShowVolumeLabelAs", 4, 0},
-        {"TilesIconSize", 100, 100}, {"MonoTextFontSize", 0, 4},  {"NavigationWidth", 250, 99},
+        {"ContentViewStyle", 6, 6},
+        {"ContentViewStyle", 7, 7},
+        {"AssignsViewStyle", 4, 1},
+        {"AssignsViewStyle", 8, 1},
+        {"DrawersOrder", 3, 0},
+        {"PreviewStyle", -1, 0},
+        {"ContentDetailsCISortColumn", 24, 24},
+        {"SoundVolume", 65, 64},
+        {"DetailsHeight", 0, 1},
+        {"ContentDetailsCISortColumn", 25, 1},
+        {"WindowWidth", -5, 50},
+        {"WindowX", -40000, -32767},
+        {"FTPSites_3Width", 1 << 20, 4096},
+        {"Content_0Width", 99, 40},
+        {"ThumbnailSize", 9, 9},
+        {"ShowVolumeLabelAs", 4, 0},
+        {"TilesIconSize", 100, 100},
+        {"MonoTextFontSize", 0, 4},
+        {"NavigationWidth", 250, 99},
     };
     for (const auto& row : rows) {
         const auto keys = PrefsKeys();
