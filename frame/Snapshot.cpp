@@ -1,7 +1,10 @@
 #include "frame/Snapshot.h"
 
+#include "content/ColumnInfo.h"
+#include "content/PlaceRows.h"
 #include "interface/MainLayout.h"
 #include "model/Content.h"
+#include "model/WorkingSet.h"
 #include "platform/application/Start.h"
 #include "platform/dos/Errors.h"
 #include "platform/exec/Tasks.h"
@@ -47,6 +50,23 @@ void PrintRow(const ContentNode& node) {
                          Printable(node.Comment.View())));
 }
 
+// What the list shows of a place, cell by cell.
+void PrintPlace(std::size_t row) {
+    std::string line;
+    for (std::size_t column = 1; ActiveSet.RowSource && column < NumberOfColumns; ++column) {
+        const intuition::CellLook cell = ActiveSet.RowSource->Cell(row, column);
+        std::string text(cell.Text);
+        for (const std::string& more : cell.More) {
+            text.append("  ").append(more);
+        }
+        if (cell.Gauge) {
+            text += FormatText(text.empty() ? "%s%%" : "  %s%%", std::to_string(*cell.Gauge));
+        }
+        line += FormatText(column == 1 ? "%-40s" : "  %-20s", Printable(text));
+    }
+    PrintLine(line);
+}
+
 void PrintContent() {
     PrintLine(Printable(CurrentPath.View()));
     std::size_t printed = 0;
@@ -55,7 +75,9 @@ void PrintContent() {
             PrintLine(FormatText("... and %lu more", lblist2.size() - printed));
             break;
         }
-        if (row.Record != nullptr) {
+        if (row.Record != nullptr && IsPlace(*row.Record)) {
+            PrintPlace(static_cast<std::size_t>(&row - lblist2.data()));
+        } else if (row.Record != nullptr) {
             PrintRow(*row.Record);
         }
         ++printed;
