@@ -224,6 +224,15 @@ void FreeContentRows() {
     FilmstripList.clear();
 }
 
+void TakeRowsOffWindow() {
+    if (Objects.ContentList != nullptr) {
+        Objects.ContentList->Detach();
+    }
+    if (auto* rows = static_cast<ContentRows*>(ActiveSet.RowSource.get())) {
+        rows->DropPictures();
+    }
+}
+
 void NoteTopRow() {
     if (Objects.ContentList != nullptr) {
         LBTop = static_cast<std::uint32_t>(Objects.ContentList->Top());

@@ -39,6 +39,9 @@ void ChangeViewStyle();
 // Drops the rows and whatever the list browser draws from.
 void FreeContentRows();
 
+// Takes the rows off the window, and keeps them for the tab's return.
+void TakeRowsOffWindow();
+
 // Reads the list browser's first visible row into LBTop.
 void NoteTopRow();
 

@@ -55,6 +55,8 @@ public:
     [[nodiscard]] bool IsFor(const std::vector<DetailsColumn>& columns, std::int32_t style) const {
         return Columns == columns && Style == style && Looks == LooksInForce(style);
     }
+    // The rows are on show no longer: no picture is loaded for them until they are drawn again.
+    void DropPictures() { Pictures.Drop(); }
     [[nodiscard]] std::size_t RowCount() const override;
     [[nodiscard]] intuition::CellLook Cell(std::size_t row, std::size_t column) const override;
     [[nodiscard]] intuition::RowLook Row(std::size_t row) const override;

@@ -9,8 +9,6 @@
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
-#include "platform/dos/Info.h"
-#include "platform/intuition/WishedImages.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
@@ -19,15 +17,13 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace solvane {
 
 namespace {
-
-using Pictures = std::initializer_list<std::string_view>;
 
 // What a list that is no drawer shows for itself, and for several of its entries.
 struct PlacePictures {
@@ -61,13 +57,6 @@ const PlacePictures* PicturesOfPlace() {
     return found != PicturesOfPlaces.end() ? found : nullptr;
 }
 
-// The first one that there is.
-void ShowPicture(Pictures pictures) {
-    if (!std::ranges::any_of(pictures, SetThumbnailImage)) {
-        SetThumbnailImageBlank();
-    }
-}
-
 std::string_view PlaceWithoutSlash() {
     std::string_view path = CurrentPath;
     if (path.ends_with('/')) {
@@ -78,12 +67,18 @@ std::string_view PlaceWithoutSlash() {
 
 void ShowPictureOfPlace() {
     if (const PlacePictures* place = PicturesOfPlace()) {
-        const bool isComputer = LBLocation == LocationKind::Computer;
-        ShowPicture({isComputer ? "ENVARC:Sys/def_computer.info" : place->Place, place->Place});
+        std::vector<intuition::ImageStep> steps;
+        if (LBLocation == LocationKind::Computer) {
+            steps.push_back({.Path = "ENVARC:Sys/def_computer.info"});
+        }
+        SetThumbnailImage(std::move(steps), place->Place);
     } else {
         SetContentImage(PlaceWithoutSlash());
     }
 }
+
+// The volume on show whose figures are still to come; empty: none.
+Text<1024> AwaitedVolume;
 
 enum class Bytes { Told, None }; // whether the entries have sizes
 
@@ -96,6 +91,7 @@ void FillCounts(Bytes bytes) {
 }
 
 void FillPlace(Bytes bytes) {
+    AwaitedVolume.Clear();
     ClearDetailsBuffers();
     const std::string_view path = PlaceWithoutSlash();
     Text<1024> drawer;
@@ -110,30 +106,24 @@ void FillPlace(Bytes bytes) {
     ShowPictureOfPlace();
 }
 
-// What a volume has besides; nothing where that cannot be found out.
+// What a volume has besides, from the record of its device: its disk may be one that does not answer. Nothing
+// where that is not known; should it come, AwaitedVolume is told.
 void FillVolume() {
-    auto info = dos::Info(CurrentPath);
-    const DevicesNode* device = FindMasterDevicesNode(CurrentPath);
-    if (info && device != nullptr && device->Type == DeviceRAM) {
-        SetMemoryFigures(*info);
-    }
-    if (!info || info->Blocks == 0) {
+    const DevicesNode* device = DeviceOfPlace();
+    if (device == nullptr || device->Usage != UsageState::Known) {
+        AwaitedVolume = CurrentPath;
         return;
     }
-    const std::uint64_t used = std::min(info->BlocksUsed, info->Blocks);
-    Details2Buffer = FormatText("%s %s", SAK_LocaleString(MSG_FREE_COLON),
-                                BytesToUnit((info->Blocks - used) * info->BytesPerBlock));
-    if (info->State == dos::DiskState::WriteProtected) {
+    AwaitedVolume.Clear();
+    if (device->TotalBytes == 0) {
+        return;
+    }
+    Details2Buffer = FormatText("%s %s", SAK_LocaleString(MSG_FREE_COLON), device->FreeText);
+    if (device->WriteProtected != 0) {
         Details3Buffer = SAK_LocaleString(MSG_WRITE_PROTECTED);
     }
-    Details5Buffer = FormatText("%s %s", SAK_LocaleString(MSG_TOTAL_COLON),
-                                BytesToUnit(info->Blocks * info->BytesPerBlock));
-    SetFuelGaugeImage(static_cast<int>(static_cast<double>(used) / static_cast<double>(info->Blocks) * 100));
-}
-
-void ShowPictureOf(const ContentNode& node) {
-    ShowFirstPicture(IconSteps(node), IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
-                                                                    : "PROGDIR:Images/Img_Project.png");
+    Details5Buffer = FormatText("%s %s", SAK_LocaleString(MSG_TOTAL_COLON), device->TotalText);
+    SetFuelGaugeImage(static_cast<int>(device->PercentUsed));
 }
 
 // An assign stands before a volume of its name.
@@ -141,13 +131,19 @@ void ShowPictureOfRoot(std::string_view root) {
     const DevicesNode* device =
         FindMasterAssignsNode(root) == nullptr ? FindMasterDevicesNode(root) : nullptr;
     if (device != nullptr) {
-        ShowFirstPicture(DeviceImageSteps(*device), "PROGDIR:Images/Img_DeviceUnknown.png");
+        SetThumbnailImage(DeviceImageSteps(*device), "PROGDIR:Images/Img_DeviceUnknown.png");
     } else {
-        ShowFirstPicture({}, "PROGDIR:Images/Img_Assigns.png");
+        SetThumbnailImage({}, "PROGDIR:Images/Img_Assigns.png");
     }
 }
 
+void ShowPictureOf(const ContentNode& node) {
+    SetThumbnailImage(IconSteps(node), IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
+                                                                     : "PROGDIR:Images/Img_Project.png");
+}
+
 void FillEntry(const ContentNode& node) {
+    AwaitedVolume.Clear();
     ClearDetailsBuffers();
     Details1Buffer = node.EntryName;
     Details2Buffer = node.DatatypeName;
@@ -162,10 +158,11 @@ void FillEntry(const ContentNode& node) {
 
 void ShowPictureOfSelection() {
     const PlacePictures* place = PicturesOfPlace();
-    ShowPicture({place != nullptr ? place->Multi : "PROGDIR:Images/Img_MultiProject.png"});
+    SetThumbnailImage({}, place != nullptr ? place->Multi : "PROGDIR:Images/Img_MultiProject.png");
 }
 
 void FillSelection(Bytes bytes) {
+    AwaitedVolume.Clear();
     ClearDetailsBuffers();
     Details1Buffer =
         FormatText("%s %s", SAK_LocalizeNumber(NumSelected), SAK_LocaleString(MSG_ITEMS_SELECTED));
@@ -193,6 +190,24 @@ void TellSelection(Bytes bytes) {
 }
 
 } // namespace
+
+DevicesNode* DeviceOfPlace() {
+    Text<1024> root(PlaceWithoutSlash());
+    if (!SAK_IsDeviceRoot(root)) {
+        return nullptr;
+    }
+    if (const AssignsNode* assign = FindMasterAssignsNode(root)) {
+        SAK_GetDeviceRoot(assign->Target, root);
+    }
+    return FindMasterDevicesNode(root);
+}
+
+void DetailsPaneVolume() {
+    if (!AwaitedVolume.Empty() && AwaitedVolume == CurrentPath) {
+        FillVolume();
+        SetDetailsGadBufferAll();
+    }
+}
 
 void DetailsPane1() {
     FillPlace(Bytes::Told);
@@ -222,25 +237,13 @@ void DetailsPaneBrowsers() {
 
 void SetContentImage(std::string_view path) {
     if (AtFTPMount != 0) {
-        ShowPicture({"PROGDIR:Images/Img_FTPSites.png"});
+        SetThumbnailImage({}, "PROGDIR:Images/Img_FTPSites.png");
     } else if (SAK_IsDeviceRoot(path)) {
         ShowPictureOfRoot(path);
     } else {
-        ShowPicture(
-            {std::string(path) + ".info", "ENVARC:Sys/def_drawer.info", "PROGDIR:Images/Img_Drawer.png"});
+        SetThumbnailImage({{.Path = std::string(path) + ".info"}, {.Path = "ENVARC:Sys/def_drawer.info"}},
+                          "PROGDIR:Images/Img_Drawer.png");
     }
-}
-
-void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view last) {
-    if (!ShowsThumbnail()) {
-        return;
-    }
-    intuition::ImageWish wish;
-    wish.Steps = std::move(steps);
-    wish.Width = wish.Height = DetailsPictureSide;
-    wish.Fallback = intuition::ObtainImage(last);
-    SetDetailsPicture(intuition::LoadImage(wish));
-    intuition::ReleaseImage(wish.Fallback);
 }
 
 void DetailsPicture() {
@@ -255,6 +258,7 @@ void DetailsPicture() {
 }
 
 void DetailsPaneSwitchedTabs() {
+    AwaitedVolume.Clear();
     ShowKeptDetails();
     SetStatusBar(Text<128>(StatusBarBuffer1), Text<128>(StatusBarBuffer2));
 }

@@ -1,15 +1,22 @@
 // What the Details pane and the status bar tell: about the place on show, or about what is selected in it.
 #pragma once
 
-#include "platform/intuition/WishedImages.h"
+#include "model/Devices.h"
 
 #include <string_view>
-#include <vector>
 
 namespace solvane {
 
 // A place has been entered: its name, count and bytes, of a volume also how full it is. The status bar stays.
 void DetailsPane1();
+
+// The record of the device on which the volume or assign on show lies. Null where the lists know none, and in
+// a drawer.
+[[nodiscard]] DevicesNode* DeviceOfPlace();
+
+// Figures of devices have come: those of the volume on show are told if they were missing when it was
+// entered.
+void DetailsPaneVolume();
 
 // After a scan or reload: the figures of the place, without those of its volume, and the status bar.
 void DetailsPane2();
@@ -26,9 +33,6 @@ void DetailsPaneBrowsers();
 
 // Shows the icon of the drawer or volume at path, else the one of its kind; the picture of assigns for one.
 void SetContentImage(std::string_view path);
-
-// Shows the first of these pictures that there is, the one of the path last when there is none.
-void ShowFirstPicture(std::vector<intuition::ImageStep> steps, std::string_view last);
 
 // Shows the picture of what is selected, or of the place, in a pane that has just come. Texts stay.
 void DetailsPicture();

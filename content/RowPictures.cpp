@@ -144,6 +144,12 @@ int PictureHeight(std::int32_t style) {
 RowPictures::RowPictures(std::int32_t style, intuition::ListBrowser* list)
     : Style(style), Wished(list != nullptr ? std::make_unique<intuition::WishedImages>(*list) : nullptr) {}
 
+void RowPictures::Drop() {
+    if (Wished) {
+        Wished->Clear();
+    }
+}
+
 // On an FTP mount nothing is opened for its picture.
 intuition::ImageId RowPictures::Of(std::size_t row, const ContentNode& node) {
     if (!Wished || AtFTPMount != 0) {

@@ -28,6 +28,9 @@ public:
     // Without a list nothing is looked up. The list must live longer.
     RowPictures(std::int32_t style, intuition::ListBrowser* list);
 
+    // What was not loaded yet is not loaded any more; a row that is drawn again asks again.
+    void Drop();
+
     // What to draw now in that row. It is not to be released.
     [[nodiscard]] intuition::ImageId Of(std::size_t row, const ContentNode& node);
 

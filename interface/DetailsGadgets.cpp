@@ -25,7 +25,7 @@ Text<128> Details9Buffer;
 namespace {
 
 constexpr int Rows = 3;
-constexpr int GaugeWidth = 120; // layout units
+constexpr int GaugeWidth = 120, PictureSide = 64; // layout units
 constexpr std::array Buffers = {&Details1Buffer, &Details2Buffer, &Details3Buffer,
                                 &Details4Buffer, &Details5Buffer, &Details6Buffer,
                                 &Details7Buffer, &Details8Buffer, &Details9Buffer};
@@ -39,11 +39,59 @@ struct DetailsObjects {
 };
 DetailsObjects Gadgets;
 
+std::unique_ptr<intuition::WishedImages> Wished; // made at the first wish, goes with the window
+intuition::HeldImage UsualPicture;               // what the last wish falls back to
+std::size_t LastWish = 0;
+
 // The gadget takes a use of its own.
 void ShowPicture() {
     if (Gadgets.Picture != nullptr) {
         intuition::RetainImage(ActiveSet.DetailsPicture.Get());
         Gadgets.Picture->SetImage(ActiveSet.DetailsPicture.Get());
+    }
+}
+
+// Takes a use.
+void KeepPicture(intuition::ImageId picture) {
+    intuition::RetainImage(picture);
+    ActiveSet.DetailsPicture = intuition::HeldImage(picture);
+    ShowPicture();
+}
+
+bool IsAwaited(std::size_t wish) {
+    return wish == ActiveSet.DetailsPictureWish;
+}
+
+// One that was wished for by a tab that is left, or before another wish, is not taken.
+void TakePicture(std::size_t wish) {
+    if (IsAwaited(wish)) {
+        ActiveSet.DetailsPictureSteps.clear();
+        KeepPicture(Wished->Image(wish, [] { return intuition::ImageWish(); }));
+    }
+}
+
+// Asks for the picture that the tab on show still awaits. Its disk may answer late or never.
+void AskForPicture() {
+    if (Wished) {
+        Wished->Clear();
+    }
+    if (Gadgets.Picture == nullptr || ActiveSet.DetailsPictureSteps.empty()) {
+        return;
+    }
+    if (!Wished) {
+        Wished = std::make_unique<intuition::WishedImages>(
+            intuition::WishedImages::Hooks{.Redraw = TakePicture, .IsOnScreen = IsAwaited});
+    }
+    ActiveSet.DetailsPictureWish = ++LastWish;
+    const intuition::ImageId usual = ActiveSet.DetailsPicture.Get();
+    intuition::RetainImage(usual);
+    UsualPicture = intuition::HeldImage(usual);
+    const intuition::ImageId known = Wished->Image(LastWish, [usual] {
+        return intuition::ImageWish{ActiveSet.DetailsPictureSteps, PictureSide, PictureSide, usual};
+    });
+    if (known != usual) {
+        ActiveSet.DetailsPictureSteps.clear();
+        KeepPicture(known);
     }
 }
 
@@ -75,13 +123,15 @@ std::unique_ptr<intuition::Layout> CreateDetailsPaneGroup() {
 }
 
 std::unique_ptr<intuition::Gadget> CreateThumbnailPane() {
-    auto picture = std::make_unique<intuition::ImageGadget>(DetailsPictureSide, DetailsPictureSide);
+    auto picture = std::make_unique<intuition::ImageGadget>(PictureSide, PictureSide);
     Gadgets.Picture = picture.get();
     return picture;
 }
 
 void ForgetDetailsGadgets() {
     Gadgets = DetailsObjects();
+    Wished.reset();
+    UsualPicture = intuition::HeldImage();
 }
 
 void ClearDetailsBuffers() {
@@ -110,6 +160,7 @@ void ShowKeptDetails() {
     SetDetailsGadBufferAll();
     SetFuelGaugeImage(ActiveSet.GaugeLevel);
     ShowPicture();
+    AskForPicture();
 }
 
 void SetFuelGaugeImage(int percent) {
@@ -120,30 +171,19 @@ void SetFuelGaugeImage(int percent) {
     }
 }
 
-bool SetThumbnailImage(std::string_view path) {
-    if (!ShowsThumbnail()) {
-        return false;
-    }
-    const intuition::ImageId picture =
-        intuition::LoadImage({{{std::string(path)}}, DetailsPictureSide, DetailsPictureSide});
-    if (picture == intuition::ImageId::None) {
-        return false;
-    }
-    SetDetailsPicture(picture);
-    return true;
-}
-
-void SetThumbnailImageBlank() {
-    SetDetailsPicture(intuition::ImageId::None);
-}
-
 bool ShowsThumbnail() {
     return Prefs.DetailsPane != 0 && Prefs.ThumbnailPane != 0;
 }
 
-void SetDetailsPicture(intuition::ImageId picture) {
-    ActiveSet.DetailsPicture = intuition::HeldImage(picture);
-    ShowPicture();
+void SetThumbnailImage(std::vector<intuition::ImageStep> steps, std::string_view usual) {
+    if (!ShowsThumbnail()) {
+        return;
+    }
+    const intuition::HeldImage own(usual.empty() ? intuition::ImageId::None : intuition::ObtainImage(usual));
+    ActiveSet.DetailsPictureSteps = std::move(steps);
+    ActiveSet.DetailsPictureWish = 0;
+    KeepPicture(own.Get());
+    AskForPicture();
 }
 
 } // namespace solvane

@@ -2,12 +2,13 @@
 // and locations/ put into the buffers.
 #pragma once
 
-#include "platform/intuition/Images.h"
 #include "platform/intuition/Layout.h"
+#include "platform/intuition/WishedImages.h"
 #include "sak/Text.h"
 
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace solvane {
 
@@ -41,15 +42,13 @@ void ShowKeptDetails();
 // How full the place on show is, in per cent; -1 for a place of which that cannot be said.
 void SetFuelGaugeImage(int percent);
 
-// Shows the picture or icon at path beside the texts. False, with nothing changed, when there is none to
-// show, and while the preferences want no such picture.
-bool SetThumbnailImage(std::string_view path);
-void SetThumbnailImageBlank();
 // Whether there is room for the picture; otherwise none need be loaded.
 [[nodiscard]] bool ShowsThumbnail();
 
-// The picture beside the texts, in layout units at most DetailsPictureSide high and wide; takes over one use.
-inline constexpr int DetailsPictureSide = 64;
-void SetDetailsPicture(intuition::ImageId picture);
+// Shows a picture beside the texts: that of the first step that gives one, as soon as it is loaded, and
+// meanwhile, or when none gives one, the program's own at usual; none where that is empty. A wish before it
+// is dropped, and one of a tab that is left waits for the tab's return. Nothing while the preferences want no
+// such picture.
+void SetThumbnailImage(std::vector<intuition::ImageStep> steps, std::string_view usual);
 
 } // namespace solvane

@@ -6,6 +6,7 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/TabBar.h"
+#include "locations/DeviceUsage.h"
 #include "locations/Devices.h"
 #include "locations/History.h"
 #include "locations/PlaceRouter.h"
@@ -105,6 +106,13 @@ void SetCurrentPath(std::string_view path) {
     ShowCurrentPath();
 }
 
+void TellEnteredPlace() {
+    if (DevicesNode* device = DeviceOfPlace()) {
+        GetDeviceUsage(*device);
+    }
+    DetailsPane1();
+}
+
 bool PopulateContent2(std::string_view name, std::string_view path) {
     Text<1024> target = FittingPath(path);
     const Text<128> called = name;
@@ -117,7 +125,7 @@ bool PopulateContent2(std::string_view name, std::string_view path) {
         return false;
     }
     AddShownPlace(called, target, LocationKind::Drawer);
-    DetailsPane1();
+    TellEnteredPlace();
     ShowContentStatus();
     return true;
 }
@@ -134,7 +142,7 @@ bool ScanDrawerOther() {
     if (!ShowDrawer(path)) {
         return false;
     }
-    DetailsPane1();
+    TellEnteredPlace();
     ShowEnteredPathStatus();
     CheckLastCharPath();
     AddShownPlace(NameOfPath(CurrentPath), CurrentPath, LocationKind::Drawer);
@@ -161,7 +169,7 @@ void GoToParent() {
     }
     HistorySelected = std::min(HistorySelected, 0); // what lay ahead comes to lie behind
     AddShownPlace(NameOfPath(parent), parent, LocationKind::Drawer);
-    DetailsPane1();
+    TellEnteredPlace();
     ShowContentStatus();
     SetMenuState();
     SetToolbarState();

@@ -18,6 +18,10 @@ namespace solvane {
 // Makes path the path on show and the one to return to. It must fit (1023 bytes).
 void SetCurrentPath(std::string_view path);
 
+// Fills the Details pane for the place that was entered. How full a volume is comes later when its disk does
+// not answer at once.
+void TellEnteredPlace();
+
 // Shows the drawer at path; name is what history calls it. When it cannot be shown the user is told and stays
 // where he was, and the result is false.
 bool PopulateContent2(std::string_view name, std::string_view path);

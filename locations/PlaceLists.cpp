@@ -92,13 +92,13 @@ void FillComputer() {
     Details5Buffer = Colon(MSG_TOTAL_RAM, totalRAMBuffer);
     Details7Buffer = ItemCount();
     SetFuelGaugeImage(static_cast<int>(percentRAM));
-    ShowFirstPicture({{.Path = "ENVARC:Sys/def_computer.info"}}, "PROGDIR:Images/Img_Computer.png");
+    SetThumbnailImage({{.Path = "ENVARC:Sys/def_computer.info"}}, "PROGDIR:Images/Img_Computer.png");
 }
 
 void FillAssigns() {
     Details1Buffer = SAK_LocaleString(MSG_ASSIGNS);
     Details7Buffer = ItemCount();
-    ShowFirstPicture({}, "PROGDIR:Images/Img_Assigns.png");
+    SetThumbnailImage({}, "PROGDIR:Images/Img_Assigns.png");
 }
 
 void FillDevice(const DevicesNode& device) {
@@ -115,21 +115,21 @@ void FillDevice(const DevicesNode& device) {
     if (device.Usage == UsageState::Known) {
         SetFuelGaugeImage(static_cast<int>(device.PercentUsed));
     }
-    ShowFirstPicture(DeviceImageSteps(device), "PROGDIR:Images/Img_DeviceUnknown.png");
+    SetThumbnailImage(DeviceImageSteps(device), "PROGDIR:Images/Img_DeviceUnknown.png");
 }
 
 void FillAssign(const AssignsNode& assign) {
     Details1Buffer = assign.Name;
     Details2Buffer = SAK_LocaleString(assign.MultiAssign != 0 ? MSG_MULTI_ASSIGN : MSG_ASSIGN);
     Details3Buffer = assign.Target;
-    ShowFirstPicture({}, "PROGDIR:Images/Img_Assigns.png");
+    SetThumbnailImage({}, "PROGDIR:Images/Img_Assigns.png");
 }
 
 void FillSelection() {
     Details1Buffer = Count(NumSelected, SAK_LocaleString(MSG_ITEMS_SELECTED));
     Details7Buffer = ItemCount();
-    ShowFirstPicture({}, LBLocation == LocationKind::Computer ? "PROGDIR:Images/Img_MultiDevice.png"
-                                                              : "PROGDIR:Images/Img_MultiAssigns.png");
+    SetThumbnailImage({}, LBLocation == LocationKind::Computer ? "PROGDIR:Images/Img_MultiDevice.png"
+                                                               : "PROGDIR:Images/Img_MultiAssigns.png");
 }
 
 void FillPlace() {
@@ -273,6 +273,7 @@ void DeviceUsageCame() {
         FitColumnInfo();
         Objects.ContentList->Refresh();
     }
+    DetailsPaneVolume();
 }
 
 } // namespace solvane

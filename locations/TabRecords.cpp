@@ -80,8 +80,8 @@ void TakeRowsAway() {
     if (Objects.ContentList != nullptr) {
         ActiveSet.SelectedRows = Objects.ContentList->SelectedRows();
         ActiveSet.CurrentRow = Objects.ContentList->Current();
-        Objects.ContentList->Detach();
     }
+    TakeRowsOffWindow();
     ActiveSet.Monitor = SAK_KeepNotify();
 }
 

@@ -9,6 +9,7 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/TabBar.h"
+#include "locations/EnterDrawer.h"
 #include "locations/History.h"
 #include "locations/Navigation.h"
 #include "locations/TabRecords.h"
@@ -144,7 +145,7 @@ void ShowDrawerTab() {
     SetCurrentPath(Text<1024>(CurrentPath));
     DoReload = LBTop != 0 ? 1 : 0; // as a tab of the window before was left
     if (ScanDrawer()) {
-        DetailsPane1();
+        TellEnteredPlace();
         ShowContentStatus();
     } else {
         DetailsPaneSwitchedTabs(); // what the tab before has shown is none of this one's

@@ -9,6 +9,7 @@
 #include "model/History.h"
 #include "platform/intuition/Images.h"
 #include "platform/intuition/ListBrowser.h"
+#include "platform/intuition/WishedImages.h"
 #include "sak/GenericLists.h"
 #include "sak/Notify.h"
 #include "sak/Text.h"
@@ -71,7 +72,10 @@ struct WorkingSet : TabValues {
     std::vector<std::size_t> SelectedRows;
     std::size_t CurrentRow = intuition::NoRow;
     intuition::HeldImage DetailsPicture; // beside the texts of the Details pane
-    KeptNotify Monitor;                  // the drawer's watch while the tab is not on show
+    // Where that picture may come from while it is still awaited, and the number of the wish for it.
+    std::vector<intuition::ImageStep> DetailsPictureSteps;
+    std::size_t DetailsPictureWish = 0;
+    KeptNotify Monitor; // the drawer's watch while the tab is not on show
 };
 
 // --- State ---

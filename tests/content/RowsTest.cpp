@@ -215,6 +215,9 @@ TEST_F(RowsTest, OwnColoursAreUsedAsGivenAndStayReadable) {
     EXPECT_TRUE(is(rows.Row(0).Background, 0x10, 0x10, 0x10));
     EXPECT_TRUE(is(rows.Row(1).Background, 0xF0, 0xF0, 0xF0));
     EXPECT_TRUE(is(rows.Cell(1, 0).Colour, 0, 0, 0)) << "dark text on a light stripe";
+    EXPECT_TRUE(rows.IsFor({DetailsColumn::Name}, ViewDetails));
+    Prefs.Background2Color = "F0F0F1";
+    EXPECT_FALSE(rows.IsFor({DetailsColumn::Name}, ViewDetails)) << "a tab that kept them makes them anew";
 }
 
 TEST_F(RowsTest, MalformedColoursCountAsNone) {

@@ -6,8 +6,12 @@
 #include "content/ShownList.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
+#include "locations/DeviceUsage.h"
 #include "locations/Navigation.h"
+#include "model/Devices.h"
+#include "model/WorkingSet.h"
 #include "platform/exec/Tasks.h"
+#include "platform/intuition/WishedImages.h"
 #include "tests/locations/OpenWindow.h"
 
 #include <gmock/gmock.h>
@@ -198,8 +202,20 @@ TEST_F(WindowTest, DetailsPaneTellsOfPlaceEntryAndSelection) {
     SelectContentListItems();
     DetailsPane3();
     EXPECT_EQ(Details1Buffer.View(), "2 items selected");
+    MasterDevicesList = std::make_unique<GenericList<DevicesNode>>();
+    auto device = SAK_CreateGenericListNode<DevicesNode>();
+    device->DeviceName = device->VolumeName = Volume;
+    device->Mounted = 1;
+    DevicesNode& disk = *device;
+    SAK_AddGenericListNode(*MasterDevicesList, std::move(device));
     GoToParent();
     EXPECT_EQ(Details1Buffer.View(), Volume);
+    disk.Usage = UsageState::Silent;
+    DetailsPane1();
+    EXPECT_TRUE(Details2Buffer.Empty()) << "its disk has not answered";
+    disk.Type = DeviceHardDisk;
+    ASSERT_TRUE(SetDeviceUsage(disk, dos::Info(Volume)));
+    DetailsPaneVolume();
     EXPECT_TRUE(Details2Buffer.View().starts_with("Free: ")) << Details2Buffer.View();
     EXPECT_TRUE(Details5Buffer.View().starts_with("Total: "));
     DetailsPane2();
@@ -229,14 +245,33 @@ TEST_F(WindowTest, ThePictureOfThePaneComesAndGoesByThePreferences) {
     File("d/x.txt", "no picture");
     std::filesystem::copy(std::filesystem::path(SOLVANE_TEST_DATA) / "pictures/deep24_31x31.ilbm",
                           Host("d/p"));
-    EXPECT_FALSE(SetThumbnailImage(Path("d/none.png")));
-    EXPECT_FALSE(SetThumbnailImage(Path("d/x.txt")));
-    EXPECT_TRUE(SetThumbnailImage(Path("d/p")));
+    const auto comes = [this](std::string_view path) {
+        SetThumbnailImage({{.Path = Path(path)}}, "");
+        intuition::FinishWishedImages();
+        return ActiveSet.DetailsPicture.Get() != intuition::ImageId::None;
+    };
+    EXPECT_FALSE(comes("d/none.png"));
+    EXPECT_FALSE(comes("d/x.txt"));
+    EXPECT_TRUE(comes("d/p"));
+    SetThumbnailImage({}, "");
     for (const auto switchedOff : {&PrefsRecord::ThumbnailPane, &PrefsRecord::DetailsPane}) {
         Prefs = PrefsRecord();
         Prefs.*switchedOff = 0;
-        EXPECT_FALSE(SetThumbnailImage(Path("d/p")));
+        EXPECT_FALSE(comes("d/p"));
     }
+}
+
+TEST_F(WindowTest, ThePictureOfATabThatIsLeftComesWhenTheTabDoes) {
+    std::filesystem::copy(std::filesystem::path(SOLVANE_TEST_DATA) / "pictures/deep24_31x31.ilbm", Host("p"));
+    FreeContentRows();
+    SetThumbnailImage({{.Path = Path("p")}}, "");
+    WorkingSet left = std::exchange(ActiveSet, WorkingSet());
+    intuition::FinishWishedImages();
+    EXPECT_EQ(ActiveSet.DetailsPicture.Get(), intuition::ImageId::None) << "it is none of this tab's";
+    ActiveSet = std::move(left);
+    ShowKeptDetails();
+    intuition::FinishWishedImages();
+    EXPECT_NE(ActiveSet.DetailsPicture.Get(), intuition::ImageId::None);
 }
 
 TEST_F(WindowTest, RowsAreFoundByNameKindAndSelection) {
