@@ -150,8 +150,8 @@ Station ServeTimer() {
 
 // The user has picked one of the program's notices or its entry in the dock.
 Station ServeDesktop() {
-    static_cast<void>(AppIconMsg(*AppLibPort));
-    return done != 0 ? Station::WaitLoop : ShowProgram();
+    const bool isPicked = (Signals & AppLibSignal & ~AppLibPort->Mask()) != 0;
+    return AppIconMsg(*AppLibPort) || isPicked ? ShowProgram() : Station::WaitLoop;
 }
 
 Station ServeDisks() {
@@ -260,7 +260,7 @@ Station RunWaitLoop() {
 
 // Asks whether the user really wants to go, where the preferences want that asked.
 Station ConfirmQuit() {
-    if (!MainWindow || Prefs.VerifyQuit == 0) {
+    if (!MainWindow || !MainWindow->IsOpen() || Prefs.VerifyQuit == 0) {
         return Station::End;
     }
     switch (SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Question,
@@ -269,6 +269,7 @@ Station ConfirmQuit() {
         return Station::End;
     case 2:
         done = 0;
+        TabClosed = 0;
         static_cast<void>(Iconify());
         return Station::WaitLoop;
     default:

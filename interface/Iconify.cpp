@@ -1,6 +1,7 @@
 #include "interface/Iconify.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Panes.h"
 #include "interface/Ringhio.h"
 #include "interface/Screens.h"
 #include "model/LocationKind.h"
@@ -38,24 +39,35 @@ constexpr std::int32_t NotGiven = -2;   // of Icon_X and Icon_Y
 
 std::unique_ptr<intuition::AppIcon> OnDesktop, InMenu, InDock;
 
-// Null when the program has no picture at all.
-std::unique_ptr<intuition::AppIcon> ShowIcon(std::string_view label, exec::MsgPort& port, bool needsTray) {
-    const icon::DiskObject object = SAK_GetProgramIcon(ProgramName.View(), ProgramDir.View())
-                                        .value_or(icon::GetDefaultIcon(icon::IconType::Tool));
-    auto picture = icon::DrawIcon(object, IconSide, IconSide, icon::IconState::Normal);
-    if (!picture) {
-        return nullptr;
-    }
+std::optional<icon::IconPicture> PictureOfProgram() {
+    const auto object = SAK_GetProgramIcon(ProgramName.View(), ProgramDir.View());
+    auto picture = object ? icon::DrawIcon(*object, IconSide, IconSide, icon::IconState::Normal)
+                          : std::optional<icon::IconPicture>();
+    return picture ? picture
+                   : icon::DrawIcon(icon::GetDefaultIcon(icon::IconType::Tool), IconSide, IconSide,
+                                    icon::IconState::Normal);
+}
+
+std::unique_ptr<intuition::AppIcon> MakeIcon(intuition::AppIconRank rank, std::string_view label,
+                                             exec::MsgPort& port, bool needsTray, icon::IconPicture picture) {
     return std::make_unique<intuition::AppIcon>(
-        intuition::AppIconSpec{.Label = std::string(label),
+        intuition::AppIconSpec{.Rank = rank,
+                               .Label = std::string(label),
                                .QuitText = std::string(SAK_LocaleString(MSG_MENU_QUIT)),
-                               .Width = picture->Width,
-                               .Height = picture->Height,
-                               .Pixels = std::move(picture->Pixels),
+                               .Width = picture.Width,
+                               .Height = picture.Height,
+                               .Pixels = std::move(picture.Pixels),
                                .Left = Icon_X == NotGiven ? Prefs.Icon_X : Icon_X,
                                .Top = Icon_Y == NotGiven ? Prefs.Icon_Y : Icon_Y,
                                .NeedsTray = needsTray},
         port);
+}
+
+// Null when the program has no picture at all.
+std::unique_ptr<intuition::AppIcon> ShowIcon(intuition::AppIconRank rank, std::string_view label,
+                                             exec::MsgPort& port, bool needsTray) {
+    auto picture = PictureOfProgram();
+    return picture ? MakeIcon(rank, label, port, needsTray, std::move(*picture)) : nullptr;
 }
 
 // The drawer on show names the icon and takes what is dropped on it.
@@ -74,13 +86,13 @@ std::string LabelOfIcon() {
 }
 
 bool Iconify_AppIcon() {
-    OnDesktop = ShowIcon(LabelOfIcon(), *AppIconPort, false);
+    OnDesktop = ShowIcon(intuition::AppIconRank::Desktop, LabelOfIcon(), *AppIconPort, false);
     return OnDesktop != nullptr;
 }
 
 // Shown beside an open window only where there is a tray for it.
 bool ShowMenuItem(bool needsTray) {
-    InMenu = ShowIcon(AppIconName.View(), *AppMenuPort, needsTray);
+    InMenu = ShowIcon(intuition::AppIconRank::Menu, AppIconName.View(), *AppMenuPort, needsTray);
     return InMenu != nullptr;
 }
 
@@ -98,8 +110,9 @@ bool Iconify_AppMenu() {
 bool RenewDockEntry() {
     const bool isWanted = appShowInAmiDock != 0 || IconifiedAppDocky != 0;
     appShowIcon = isWanted ? 0 : 1;
-    InDock =
-        isWanted && AppLibPort ? ShowIcon(AppIconName.View(), *AppLibPort, IconifiedAppDocky == 0) : nullptr;
+    InDock = isWanted && AppLibPort ? ShowIcon(intuition::AppIconRank::Dock, AppIconName.View(), *AppLibPort,
+                                               IconifiedAppDocky == 0)
+                                    : nullptr;
     return InDock != nullptr;
 }
 
@@ -131,7 +144,9 @@ void TakeForms() {
         }
     }
     if (!isSomewhere) {
-        static_cast<void>(Iconify_AmiDockDocky()); // or nobody could bring the window back
+        // Without any, nobody could bring the window back.
+        OnDesktop = MakeIcon(intuition::AppIconRank::Desktop, LabelOfIcon(), *AppIconPort, false,
+                             PictureOfProgram().value_or(icon::IconPicture()));
     }
 }
 
@@ -141,7 +156,7 @@ bool RegisterApp() {
     AppLibPort = std::make_unique<exec::MsgPort>();
     AppLibSignal = OpenNotices() | AppLibPort->Mask();
     static_cast<void>(RenewDockEntry());
-    return true;
+    return AppLibPort->IsOpen();
 }
 
 void UnregisterApp() {
@@ -158,6 +173,7 @@ bool Iconify() {
     Iconified = 1;
     SAK_StopNotify();
     if (WindowClosed == 0 && MainWindow) {
+        CollectPaneWeights(); // a closed window has none
         MainWindow->Close();
         WindowClosed = 1;
     }

@@ -22,7 +22,7 @@ extern std::uint16_t AcceptDD;                     // 1: a drop on the icon is f
 // --- Functions ---
 
 // Opens the ways for notices and, where the user wants it or the program lives on in it, puts its entry into
-// the dock, which is the desktop's tray. Always succeeds.
+// the dock, which is the desktop's tray. False when no signal is free.
 [[nodiscard]] bool RegisterApp();
 void UnregisterApp();
 

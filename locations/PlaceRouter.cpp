@@ -15,6 +15,7 @@
 #include "locations/KeptPlaces.h"
 #include "locations/Navigation.h"
 #include "locations/NavigationList.h"
+#include "locations/PlaceLists.h"
 #include "locations/Tabs.h"
 #include "locations/VirtualPlaces.h"
 #include "media/Preview.h"

@@ -36,8 +36,7 @@ QPixmap PictureOf(const AppIconSpec& spec) {
 // the Return key, and fed by dropping.
 class IconWindow : public QWidget {
 public:
-    IconWindow(std::function<void(std::vector<std::string>)> act, QMenu& menu)
-        : Act(std::move(act)), Menu(menu) {
+    explicit IconWindow(std::function<void(std::vector<std::string>)> act) : Menu(this), Act(std::move(act)) {
         setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
         setFocusPolicy(Qt::StrongFocus);
         setAcceptDrops(true);
@@ -50,11 +49,14 @@ public:
         setWindowIcon(QIcon(Picture));
         setAccessibleName(Label);
         setFixedSize(IconWidth, PictureSide + fontMetrics().height() + 3 * Margin);
-        if (!isVisible() && (spec.Left != -1 || spec.Top != -1))
+        const bool isPlaced = spec.Left != -1 || spec.Top != -1;
+        if (!isVisible() && isPlaced && IsOnAScreen({QPoint(spec.Left, spec.Top), size()}))
             move(spec.Left, spec.Top);
         update();
         show();
     }
+
+    QMenu Menu;
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -104,13 +106,12 @@ protected:
 
 private:
     std::function<void(std::vector<std::string>)> Act;
-    QMenu& Menu;
     QString Label;
     QPixmap Picture;
     QPoint PressedAt;
 };
 
-// The one place on the desktop and the icons that stand behind it, the oldest first.
+// The one place on the desktop and the icons that stand behind it, by rank.
 class IconPlace {
 public:
     struct Entry {
@@ -120,7 +121,10 @@ public:
     };
 
     void Add(Entry entry) {
-        Entries.push_back(std::move(entry));
+        const auto after = std::find_if(Entries.begin(), Entries.end(), [&](const Entry& other) {
+            return other.Spec.Rank > entry.Spec.Rank;
+        });
+        Entries.insert(after, std::move(entry));
         Refresh();
     }
     void Remove(const AppIcon* icon) {
@@ -131,22 +135,23 @@ public:
 private:
     void Refresh() {
         const bool hasTray = !Entries.empty() && QSystemTrayIcon::isSystemTrayAvailable();
-        const auto standsAlone = std::find_if(Entries.begin(), Entries.end(),
-                                              [](const Entry& entry) { return !entry.Spec.NeedsTray; });
-        if (hasTray)
-            ShowTrayItem(Entries.front().Spec);
+        Shown = std::find_if(Entries.begin(), Entries.end(),
+                             [&](const Entry& entry) { return hasTray || !entry.Spec.NeedsTray; });
+        const bool isShown = Shown != Entries.end();
+        if (isShown && hasTray)
+            ShowTrayItem(Shown->Spec);
         else
             Tray.reset();
-        if (!hasTray && standsAlone != Entries.end())
-            ShowWindow(standsAlone->Spec);
+        if (isShown && !hasTray)
+            ShowWindow(Shown->Spec);
         else
             Window.reset();
     }
     void ShowTrayItem(const AppIconSpec& spec) {
-        FillMenu(spec);
+        FillMenu(TrayMenu, spec);
         if (!Tray) {
             Tray = std::make_unique<QSystemTrayIcon>();
-            Tray->setContextMenu(Menu.get());
+            Tray->setContextMenu(&TrayMenu);
             QObject::connect(Tray.get(), &QSystemTrayIcon::activated, Tray.get(),
                              [this](QSystemTrayIcon::ActivationReason reason) {
                                  if (reason != QSystemTrayIcon::Context)
@@ -159,34 +164,31 @@ private:
         Tray->show();
     }
     void ShowWindow(const AppIconSpec& spec) {
-        FillMenu(spec);
         if (!Window) {
             Window = std::make_unique<IconWindow>(
-                [this](std::vector<std::string> objects) { Post(std::move(objects), false); }, *Menu);
+                [this](std::vector<std::string> objects) { Post(std::move(objects), false); });
         }
+        FillMenu(Window->Menu, spec);
         Window->Show(spec);
     }
-    void FillMenu(const AppIconSpec& spec) {
-        if (!Menu)
-            Menu = std::make_unique<QMenu>();
-        Menu->clear();
-        QAction* open = Menu->addAction(DisplayTextWithoutMnemonic(spec.Label));
-        QAction* quit = Menu->addAction(MarkedText(spec.QuitText));
-        Menu->setDefaultAction(open);
-        QObject::connect(open, &QAction::triggered, Menu.get(), [this] { Post({}, false); });
-        QObject::connect(quit, &QAction::triggered, Menu.get(), [this] { Post({}, true); });
+    void FillMenu(QMenu& menu, const AppIconSpec& spec) {
+        menu.clear();
+        QAction* open = menu.addAction(DisplayTextWithoutMnemonic(spec.Label));
+        QAction* quit = menu.addAction(MarkedText(spec.QuitText));
+        menu.setDefaultAction(open);
+        QObject::connect(open, &QAction::triggered, &menu, [this] { Post({}, false); });
+        QObject::connect(quit, &QAction::triggered, &menu, [this] { Post({}, true); });
     }
     void Post(std::vector<std::string> objects, bool quits) {
-        if (Entries.empty())
-            return;
         auto message = std::make_unique<AppMessage>();
         message->Quits = quits;
         message->Arguments = std::move(objects);
-        exec::PutMsg(*Entries.front().Port, std::move(message));
+        exec::PutMsg(*Shown->Port, std::move(message));
     }
 
     std::vector<Entry> Entries;
-    std::unique_ptr<QMenu> Menu; // outlives those who show it
+    std::vector<Entry>::iterator Shown = Entries.end(); // whose label is seen; the end when nothing is
+    QMenu TrayMenu;                                     // outlives the tray's item
     std::unique_ptr<QSystemTrayIcon> Tray;
     std::unique_ptr<IconWindow> Window;
 };

@@ -6,10 +6,13 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace intuition {
 
 void TakeDrag(QDropEvent& event) {
-    if (!event.mimeData()->hasUrls())
+    const QList<QUrl> urls = event.mimeData()->urls();
+    if (std::none_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); }))
         return;
     event.setDropAction(Qt::CopyAction);
     event.accept();

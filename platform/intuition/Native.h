@@ -7,6 +7,7 @@
 #include "platform/intuition/Images.h"
 
 #include <QPixmap>
+#include <QRect>
 #include <QString>
 #include <QWidget>
 
@@ -33,6 +34,9 @@ template <typename WidgetType>
 const WidgetType& WidgetOf(const Gadget& gadget) {
     return static_cast<const WidgetType&>(*gadget.Native().Widget);
 }
+
+// A remembered place that no screen shows any more is as good as none.
+[[nodiscard]] bool IsOnAScreen(const QRect& rect);
 
 enum class Lines { One, Many };
 

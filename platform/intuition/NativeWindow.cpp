@@ -68,14 +68,13 @@ std::uint16_t ButtonCode(Qt::MouseButton button, bool down) {
     }
 }
 
-// A remembered place that no screen shows any more is as good as none.
+} // namespace
+
 bool IsOnAScreen(const QRect& rect) {
     const QList<QScreen*> screens = QGuiApplication::screens();
     return std::any_of(screens.begin(), screens.end(),
                        [&](const QScreen* screen) { return screen->availableGeometry().intersects(rect); });
 }
-
-} // namespace
 
 NativeWindow::NativeWindow(const WindowSpec& spec) {
     setWindowTitle(TitleText(spec.Title));

@@ -6,6 +6,9 @@
 #include "platform/intuition/AppIcon.h"
 #include "tests/locations/OpenWindow.h"
 
+#include <QApplication>
+#include <QKeyEvent>
+
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
@@ -33,6 +36,16 @@ protected:
         ShutDownAppMenuItem();
         Iconified = WindowClosed = done = 0;
         AppIconPort.reset();
+    }
+    // The icon's window, null where none is seen.
+    static QWidget* IconWindow() {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget* window : windows) {
+            if (window->isVisible() && window->windowFlags().testFlag(Qt::FramelessWindowHint)) {
+                return window;
+            }
+        }
+        return nullptr;
     }
     static bool Send(std::vector<std::string> objects, bool quits = false) {
         auto message = std::make_unique<intuition::AppMessage>();
@@ -63,10 +76,31 @@ TEST_F(IconTest, OnAScreenOfItsOwnNothingHappens) {
     EXPECT_EQ(Iconified, 0);
 }
 
-TEST_F(IconTest, WithNoFormWantedTheDockTakesIt) {
+TEST_F(IconTest, WithNoFormWantedAnIconStandsOnTheDesktop) {
     Prefs.IconifyAppIcon = Prefs.IconifyAppDocky = 0;
     ASSERT_TRUE(Iconify());
-    EXPECT_EQ(IconifiedAppDocky, 1);
+    ASSERT_NE(IconWindow(), nullptr);
+    EXPECT_EQ(IconWindow()->windowTitle(), QStringLiteral("Solvane_1"));
+}
+
+TEST_F(IconTest, WhoStandsOnTheDesktopHearsOfIt) {
+    struct Case {
+        int Desktop, Menu, Dock;
+        const std::unique_ptr<exec::MsgPort>& Hears;
+    };
+    for (const Case& form :
+         {Case{1, 1, 1, AppIconPort}, Case{0, 1, 1, AppMenuPort}, Case{0, 0, 1, AppLibPort}}) {
+        Prefs.IconifyAppIcon = static_cast<std::int16_t>(form.Desktop);
+        Prefs.IconifyAppMenu = static_cast<std::int16_t>(form.Menu);
+        Prefs.IconifyAppDocky = static_cast<std::int16_t>(form.Dock);
+        appShowInAmiDock = 1; // an entry from the start, which no tray shows
+        ASSERT_TRUE(Iconify());
+        ASSERT_NE(IconWindow(), nullptr);
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(IconWindow(), &key);
+        EXPECT_TRUE(AppIconMsg(*form.Hears));
+        EXPECT_EQ(IconWindow(), nullptr) << "is gone with the window back";
+    }
 }
 
 TEST_F(IconTest, DropsAreForADrawerOnly) {
