@@ -132,8 +132,18 @@ public:
         Refresh();
     }
 
+    // Takes the place off the desktop for good.
+    void Forget() {
+        Tray.reset();
+        Window.reset();
+        TrayMenu.reset();
+        IsOpen = false;
+    }
+
 private:
     void Refresh() {
+        if (!IsOpen)
+            return;
         const bool hasTray = !Entries.empty() && QSystemTrayIcon::isSystemTrayAvailable();
         Shown = std::find_if(Entries.begin(), Entries.end(),
                              [&](const Entry& entry) { return hasTray || !entry.Spec.NeedsTray; });
@@ -148,10 +158,10 @@ private:
             Window.reset();
     }
     void ShowTrayItem(const AppIconSpec& spec) {
-        FillMenu(TrayMenu, spec);
+        FillMenu(*TrayMenu, spec);
         if (!Tray) {
             Tray = std::make_unique<QSystemTrayIcon>();
-            Tray->setContextMenu(&TrayMenu);
+            Tray->setContextMenu(TrayMenu.get());
             QObject::connect(Tray.get(), &QSystemTrayIcon::activated, Tray.get(),
                              [this](QSystemTrayIcon::ActivationReason reason) {
                                  if (reason != QSystemTrayIcon::Context)
@@ -188,7 +198,8 @@ private:
 
     std::vector<Entry> Entries;
     std::vector<Entry>::iterator Shown = Entries.end(); // whose label is seen; the end when nothing is
-    QMenu TrayMenu;                                     // outlives the tray's item
+    bool IsOpen = true;
+    std::unique_ptr<QMenu> TrayMenu = std::make_unique<QMenu>(); // outlives the tray's item
     std::unique_ptr<QSystemTrayIcon> Tray;
     std::unique_ptr<IconWindow> Window;
 };
@@ -197,6 +208,11 @@ std::unique_ptr<IconPlace> Place; // there while there are icons
 std::size_t IconCount = 0;
 
 } // namespace
+
+void ForgetAppIcons() {
+    if (Place)
+        Place->Forget();
+}
 
 AppIcon::AppIcon(AppIconSpec spec, exec::MsgPort& port) {
     if (IconCount++ == 0)

@@ -205,6 +205,7 @@ void CloseDisplay() {
     if (!Display.Open)
         return;
     exec::SetEventPump({});
+    ForgetAppIcons();
     ForgetImages();
     Display.Open.reset();
 }

@@ -60,6 +60,8 @@ enum class Lines { One, Many };
 [[nodiscard]] QPixmap PixmapOf(ImageId image);
 // A picture that was made by the toolkit; one use, for ReleaseImage.
 [[nodiscard]] ImageId KeepPicture(QPixmap picture);
+// Takes the program's icons off the desktop; icons that are left show nothing from now on.
+void ForgetAppIcons();
 // Ends the loading of pictures and frees those that were loaded for rows.
 void ForgetWishedImages();
 // Frees all pictures, before the display closes; ends the loading first.
