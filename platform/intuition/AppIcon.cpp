@@ -111,8 +111,10 @@ private:
     QPoint PressedAt;
 };
 
+} // namespace
+
 // The one place on the desktop and the icons that stand behind it, by rank.
-class IconPlace {
+class AppIcon::Place {
 public:
     struct Entry {
         const AppIcon* Icon;
@@ -204,26 +206,25 @@ private:
     std::unique_ptr<IconWindow> Window;
 };
 
-std::unique_ptr<IconPlace> Place; // there while there are icons
-std::size_t IconCount = 0;
+namespace {
+
+std::weak_ptr<AppIcon::Place> TheirPlace; // there while there are icons
 
 } // namespace
 
 void ForgetAppIcons() {
-    if (Place)
-        Place->Forget();
+    if (const auto place = TheirPlace.lock())
+        place->Forget();
 }
 
-AppIcon::AppIcon(AppIconSpec spec, exec::MsgPort& port) {
-    if (IconCount++ == 0)
-        Place = std::make_unique<IconPlace>();
-    Place->Add({this, std::move(spec), &port});
+AppIcon::AppIcon(AppIconSpec spec, exec::MsgPort& port) : Behind(TheirPlace.lock()) {
+    if (!Behind)
+        TheirPlace = Behind = std::make_shared<Place>();
+    Behind->Add({this, std::move(spec), &port});
 }
 
 AppIcon::~AppIcon() {
-    Place->Remove(this);
-    if (--IconCount == 0)
-        Place.reset();
+    Behind->Remove(this);
 }
 
 } // namespace intuition

@@ -6,6 +6,7 @@
 #include "platform/exec/Ports.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,11 @@ public:
     ~AppIcon();
     AppIcon(const AppIcon&) = delete;
     AppIcon& operator=(const AppIcon&) = delete;
+
+    class Place; // on the desktop
+
+private:
+    std::shared_ptr<Place> Behind; // one for all icons
 };
 
 } // namespace intuition
