@@ -3,7 +3,6 @@
 #include "content/BuildLists.h"
 #include "content/SortLists.h"
 #include "interface/MainLayout.h"
-#include "interface/Panes.h"
 #include "locations/EnterDrawer.h"
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
@@ -106,12 +105,12 @@ void rexx_Layout(rexx::CommandCall& call) {
     if (!IsWindowOpen() || !layout || *layout > LayoutStatusBar || *layout == LayoutUserButtons) {
         return;
     }
-    if (*layout == LayoutPreviewHorizontal || *layout == LayoutPreviewVertical) {
-        CollectPaneWeights(); // before they would count for the other style
-        Prefs.PreviewStyle = 0;
-    }
     ChooserSelected = static_cast<std::int32_t>(*layout);
-    ChangeLayoutOrToolbars();
+    if (*layout == LayoutPreviewHorizontal || *layout == LayoutPreviewVertical) {
+        ChangePreviewFromHorizontal();
+    } else {
+        ChangeLayoutOrToolbars();
+    }
 }
 
 void rexx_DrawersOrder(rexx::CommandCall& call) {

@@ -98,10 +98,7 @@ void ArrangeTabOrder() {
     }
 }
 
-} // namespace
-
-void ChangeLayout() {
-    CollectPaneWeights();
+void SwitchLayout() {
     if (ChooserSelected == NoLayoutChange) {
         return;
     }
@@ -111,6 +108,19 @@ void ChangeLayout() {
     ArrangeTabOrder();
     UpdateMenus_Layout();
     BlockMainWindow(0);
+}
+
+} // namespace
+
+void ChangeLayout() {
+    CollectPaneWeights();
+    SwitchLayout();
+}
+
+void ChangePreviewFromHorizontal() {
+    CollectPaneWeights(); // once: while the panes still lie as before they would count for the other style
+    Prefs.PreviewStyle = 0;
+    SwitchLayout();
 }
 
 void ChangeToolbars() {

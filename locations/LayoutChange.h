@@ -16,6 +16,10 @@ inline constexpr std::int32_t NoLayoutChange = 99;
 // list stay as they are.
 void ChangeLayout();
 
+// ChangeLayout for a pick of a Preview pane by a script: the style in force counts as the horizontal one,
+// whichever it is. The weights are those of the style that was.
+void ChangePreviewFromHorizontal();
+
 // The same for the bar that ChooserSelected names.
 void ChangeToolbars();
 

@@ -2,6 +2,7 @@
 
 #include "automation/ARexxCommands.h"
 #include "automation/ARexxScripts.h"
+#include "interface/Panes.h"
 #include "model/Content.h"
 #include "model/Program.h"
 #include "platform/intuition/FileRequester.h"
@@ -105,6 +106,19 @@ TEST_F(ARexxWindow, LayoutSwitchesBarsAndPanes) {
         EXPECT_EQ(Objects.UserButtons != nullptr, step.UserButtons) << step.Layout;
         EXPECT_EQ(Objects.Preview != nullptr, step.Preview) << step.Layout;
         EXPECT_EQ(Prefs.PreviewStyle, step.Style) << step.Layout;
+    }
+}
+
+TEST_F(ARexxWindow, LayoutKeepsTheWeightsOfBothStylesOfThePreview) {
+    Prefs.PreviewStyle = 1;
+    Prefs.PreviewPane = 1;
+    ArrangePanes();
+    for (const int layout : {5, 4}) { // stays as it is, goes
+        Prefs.ContentHeight = 33;
+        Objects.ConPre->SetWeights({71, 29});
+        EXPECT_THAT(Answer("LAYOUT LAYOUT=" + std::to_string(layout)), Pair(0, ""));
+        EXPECT_EQ(Prefs.ContentHeight, 33) << layout;
+        EXPECT_EQ(Prefs.ContentWidth, 71) << layout;
     }
 }
 
