@@ -134,6 +134,16 @@ intuition::ImageId PictureOf(LocationKind location) {
     }
 }
 
+// Any file of the user's, in the size of the toolbar's pictures.
+intuition::ImageWish WishForPicture(std::string_view path) {
+    intuition::ImageWish wish;
+    if (!path.empty()) {
+        wish.Steps.push_back({.Path = std::string(path)});
+    }
+    wish.Width = wish.Height = Prefs.ToolbarImageSize == 0 ? 16 : 24;
+    return wish;
+}
+
 // Shows at most the buttons that a bar can have; their codes are their positions in the list.
 template <class List, class Make>
 void FillBar(SpeedBar& bar, const List& list, Make make) {
@@ -218,11 +228,10 @@ void UpdateSpeedBar_Toolbar() {
 void UpdateSpeedBar_UserButtons() {
     if (Objects.UserButtons != nullptr) {
         FillBar(*Objects.UserButtons, UserButtonsList, [](const UserButtonsNode& node) {
-            const bool hasPicture = !node.ImagePath.Empty();
             const std::string name(node.Name.View());
-            return SpeedButton{.Text = hasPicture ? std::string() : name,
+            return SpeedButton{.Text = name,
                                .Hint = node.HintText.Empty() ? name : std::string(node.HintText.View()),
-                               .Image = intuition::ObtainImage(node.ImagePath.View())};
+                               .Wish = WishForPicture(node.ImagePath.View())};
         });
     }
 }

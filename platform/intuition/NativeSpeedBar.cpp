@@ -61,6 +61,25 @@ private:
     SpeedRow& Row;
 };
 
+void Dress(SpeedRowButton& button, const SpeedButton& look, const QFontMetrics& font) {
+    const QPixmap picture = PixmapOf(look.Image);
+    QIcon icon(picture);
+    if (const QPixmap ghosted = PixmapOf(look.Ghosted); !ghosted.isNull())
+        icon.addPixmap(ghosted, QIcon::Disabled);
+    if (const QPixmap selected = PixmapOf(look.Selected); !selected.isNull())
+        button.SelectedIcon = QIcon(selected);
+    button.setIcon(icon);
+    if (!picture.isNull())
+        button.setIconSize(picture.deviceIndependentSize().toSize());
+    const QString text =
+        font.elidedText(DisplayText(look.Text), Qt::ElideRight, LongestText * font.averageCharWidth());
+    const QString gap = text.isEmpty() || picture.isNull() ? QString() : QStringLiteral(" ");
+    button.setText(gap + QString(text).replace(u'&', QStringLiteral("&&")));
+    button.setToolButtonStyle(text.isEmpty()     ? Qt::ToolButtonIconOnly
+                              : picture.isNull() ? Qt::ToolButtonTextOnly
+                                                 : Qt::ToolButtonTextBesideIcon);
+}
+
 } // namespace
 
 SpeedRow::SpeedRow(std::uint16_t id) : Id(id) {
@@ -74,22 +93,7 @@ std::unique_ptr<QWidget> SpeedRow::MakeWidget(const SpeedButton& button) {
         return line;
     }
     auto made = std::make_unique<SpeedRowButton>(*this);
-    const QPixmap picture = PixmapOf(button.Image);
-    QIcon icon(picture);
-    if (const QPixmap ghosted = PixmapOf(button.Ghosted); !ghosted.isNull())
-        icon.addPixmap(ghosted, QIcon::Disabled);
-    if (const QPixmap selected = PixmapOf(button.Selected); !selected.isNull())
-        made->SelectedIcon = QIcon(selected);
-    made->setIcon(icon);
-    if (!picture.isNull())
-        made->setIconSize(picture.deviceIndependentSize().toSize());
-    const QString text = fontMetrics().elidedText(DisplayText(button.Text), Qt::ElideRight,
-                                                  LongestText * fontMetrics().averageCharWidth());
-    const QString gap = text.isEmpty() || picture.isNull() ? QString() : QStringLiteral(" ");
-    made->setText(gap + QString(text).replace(u'&', QStringLiteral("&&")));
-    made->setToolButtonStyle(text.isEmpty()     ? Qt::ToolButtonIconOnly
-                             : picture.isNull() ? Qt::ToolButtonTextOnly
-                                                : Qt::ToolButtonTextBesideIcon);
+    Dress(*made, button, fontMetrics());
     made->setToolTip(HintText(button.Hint));
     made->setAccessibleName(DisplayText(button.Text.empty() ? button.Hint : button.Text));
     connect(made.get(), &QAbstractButton::clicked, this,
@@ -106,6 +110,12 @@ void SpeedRow::SetButtons(const std::vector<SpeedButton>& buttons) {
         setTabOrder(before, made); // after the bar, wherever that stands
         before = made;
     }
+    updateGeometry();
+    Arrange();
+}
+
+void SpeedRow::SetButtonLook(int at, const SpeedButton& look) {
+    Dress(static_cast<SpeedRowButton&>(*Items[static_cast<std::size_t>(at)].Widget), look, fontMetrics());
     updateGeometry();
     Arrange();
 }

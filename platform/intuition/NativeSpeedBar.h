@@ -17,6 +17,8 @@ public:
     explicit SpeedRow(std::uint16_t id);
 
     void SetButtons(const std::vector<SpeedButton>& buttons);
+    // Image and text alone; name, hint and state stay.
+    void SetButtonLook(int at, const SpeedButton& look);
     void SetButtonDisabled(std::uint16_t code, bool disabled);
     [[nodiscard]] bool IsButtonDisabled(std::uint16_t code) const;
     void SetEnds(QWidget* left, QWidget* right);

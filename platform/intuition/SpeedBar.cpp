@@ -10,16 +10,49 @@ namespace intuition {
 
 namespace {
 
-struct BarNative : GadgetNative {
-    using GadgetNative::GadgetNative;
-    std::vector<HeldImage> Images; // of the buttons
-};
-
 SpeedRow& RowOf(SpeedBar& bar) {
     return WidgetOf<SpeedRow>(bar);
 }
 const SpeedRow& RowOf(const SpeedBar& bar) {
     return WidgetOf<SpeedRow>(bar);
+}
+
+struct BarNative : GadgetNative {
+    using GadgetNative::GadgetNative;
+
+    // A picture that has come, or has gone since, is shown.
+    void ShowWished(std::size_t at) {
+        const SpeedButton& button = Buttons[at];
+        const ImageId picture = Wished->Image(at, [&button] { return button.Wish; });
+        RetainImage(picture);
+        HeldImage held(picture);
+        SpeedButton look{.Text = button.Text, .Image = button.Image};
+        if (SizeOfImage(picture).Width > 0)
+            look = {.Image = picture};
+        static_cast<SpeedRow&>(*Widget).SetButtonLook(static_cast<int>(at), look);
+        WishedInUse[at] = std::move(held);
+    }
+    void ShowAllWished() {
+        Wished.reset(); // wishes of former buttons are not loaded any more
+        WishedInUse.clear();
+        WishedInUse.resize(Buttons.size());
+        Wished = std::make_unique<WishedImages>(
+            WishedImages::Hooks{.Redraw = [this](std::size_t at) { ShowWished(at); },
+                                .IsOnScreen = [](std::size_t) { return true; }});
+        for (std::size_t at = 0; at < Buttons.size(); ++at) {
+            if (!Buttons[at].Wish.Steps.empty())
+                ShowWished(at);
+        }
+    }
+
+    std::vector<SpeedButton> Buttons;
+    std::vector<HeldImage> Images;      // of the buttons
+    std::vector<HeldImage> WishedInUse; // by the position of the button
+    std::unique_ptr<WishedImages> Wished;
+};
+
+BarNative& NativeOf(SpeedBar& bar) {
+    return static_cast<BarNative&>(bar.Native());
 }
 
 } // namespace
@@ -32,14 +65,16 @@ SpeedBar::SpeedBar(std::uint16_t id, std::string_view name)
 SpeedBar::~SpeedBar() = default;
 
 void SpeedBar::SetButtons(std::vector<SpeedButton> buttons) {
-    auto& held = static_cast<BarNative&>(Native()).Images;
     std::vector<HeldImage> images;
     for (const SpeedButton& button : buttons) {
         for (const ImageId image : {button.Image, button.Selected, button.Ghosted})
             images.emplace_back(image);
     }
     RowOf(*this).SetButtons(buttons);
-    held = std::move(images);
+    BarNative& native = NativeOf(*this);
+    native.Images = std::move(images);
+    native.Buttons = std::move(buttons);
+    native.ShowAllWished();
 }
 
 void SpeedBar::SetButtonDisabled(std::uint16_t code, bool disabled) {

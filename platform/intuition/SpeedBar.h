@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/intuition/Gadget.h"
-#include "platform/intuition/Images.h"
+#include "platform/intuition/WishedImages.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,6 +22,9 @@ struct SpeedButton {
     std::string Hint = {};  // also the name for screen readers where there is no text
     // One use each, which the bar takes over. Without a form of its own a state shows the plain image.
     ImageId Image = ImageId::None, Selected = ImageId::None, Ghosted = ImageId::None;
+    // Takes the place of text and image as soon as it is loaded, which nobody waits for. Without steps or
+    // without a picture they stay.
+    ImageWish Wish = {};
 };
 
 class SpeedBar : public Gadget {

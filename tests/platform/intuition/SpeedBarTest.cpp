@@ -110,6 +110,26 @@ TEST_F(SpeedBarTest, KeysGoAlongItAndPassWhatCannotBePressed) {
     EXPECT_EQ(stops, 1);
 }
 
+TEST_F(SpeedBarTest, AWishedPictureTakesThePlaceOfTheTextInItsSize) {
+    QImage large(400, 200, QImage::Format_RGB32);
+    large.fill(Qt::red);
+    const std::string path = Runtime.path().toStdString() + "/large.png";
+    ASSERT_TRUE(large.save(QString::fromStdString(path)));
+    const auto wish = [](const std::string& file) { return ImageWish{{{file}}, 16, 16, ImageId::None}; };
+    Bar->SetButtons(
+        {{.Text = "one", .Wish = wish(path)}, {.Text = "two", .Wish = wish(path + "x")}, {.Text = "three"}});
+    EXPECT_EQ(Buttons()[0]->text().toStdString(), "one") << "nobody waits for the file";
+    FinishWishedImages();
+    EXPECT_EQ(Buttons()[0]->text().toStdString(), "");
+    EXPECT_EQ(Buttons()[0]->iconSize(), QSize(16, 8));
+    EXPECT_EQ(Buttons()[0]->accessibleName().toStdString(), "one");
+    EXPECT_EQ(Buttons()[1]->text().toStdString(), "two") << "a missing picture leaves the name";
+    Bar->SetButtons({{.Text = "one", .Wish = wish(path)}});
+    EXPECT_EQ(Buttons()[0]->iconSize(), QSize(16, 8)) << "a picture that is known shows at once";
+    Bar->SetButtons({});
+    FinishWishedImages();
+}
+
 TEST_F(SpeedBarTest, NamesAreNeitherMnemonicsNorOfAnyLength) {
     EXPECT_EQ(Buttons()[0]->text(), QStringLiteral("a && b 00"));
     Bar->SetButtons({{.Code = 1, .Text = std::string(5000, 'x')}});
