@@ -96,6 +96,11 @@ void FindOldRow() {
     SelectRow(found != rows.end() ? static_cast<std::size_t>(found - rows.begin()) : intuition::NoRow);
 }
 
+void ForgetOldRow() {
+    OldSelected = NothingSelected;
+    OldText.clear();
+}
+
 void SelectOldRow() {
     if (Objects.Navigation != nullptr) {
         SelectRow(OldSelected < 0 ? intuition::NoRow : static_cast<std::size_t>(OldSelected));

@@ -22,6 +22,9 @@ void SetNavigationSelected(LocationKind location);
 // Selects the row of the text that was selected before, after all rows were made anew; none when it has gone.
 void FindOldRow();
 
+// What was selected before is not found again, as the pane has gone.
+void ForgetOldRow();
+
 // Selects the row that was selected before, after a click on one that cannot be.
 void SelectOldRow();
 

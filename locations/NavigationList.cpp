@@ -221,6 +221,9 @@ void UpdateAllLists() {
 void BuildNavigationList() {
     FillInGoItemsComputer();
     FillInFTPSitesItems();
+    if (Prefs.NavigationPane == 0) {
+        ForgetOldRow();
+    }
     if (Prefs.NavigationPane == 0 || Objects.Navigation == nullptr) {
         return;
     }

@@ -2,9 +2,11 @@
 #include "content/Selection.h"
 #include "interface/Choosers.h"
 #include "interface/MenuState.h"
+#include "interface/NavigationPane.h"
 #include "interface/Panes.h"
 #include "interface/SpeedBars.h"
 #include "locations/LayoutChange.h"
+#include "locations/NavigationList.h"
 #include "model/PrefsLists.h"
 #include "prefs/LoadSavePrefs.h"
 #include "prefs/PrefsLists.h"
@@ -106,6 +108,18 @@ TEST_F(LayoutTest, EachChoiceSwitchesItsOwnAndKeepsRowsSelectionAndWeights) {
     }
     EXPECT_EQ(Objects.ContentList->Top(), 50U);
     EXPECT_FALSE(MainWindow->IsBlocked());
+}
+
+TEST_F(LayoutTest, TheNavigationPaneComesBackWithoutARowOfAnEarlierPlace) {
+    BuildNavigationList();
+    LBLocation = LocationKind::Computer;
+    SetNavigationSelected(LBLocation);
+    ASSERT_NE(Objects.Navigation->Selected(), intuition::NoRow);
+    Choose(LayoutNavigation);
+    LBLocation = LocationKind::SearchResults; // has no row
+    Choose(LayoutNavigation);
+    EXPECT_EQ(Objects.Navigation->Selected(), intuition::NoRow);
+    EXPECT_EQ(OldSelected, NothingSelected);
 }
 
 TEST_F(LayoutTest, WeightsThatTheUserDragsOutliveEveryPane) {
