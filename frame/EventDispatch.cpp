@@ -176,9 +176,6 @@ void Dispatch(const WindowEvent& event) {
     case EventClass::AppMessage:
         AppMsgFunc(event.Objects);
         break;
-    case EventClass::Iconify:
-        static_cast<void>(Iconify());
-        break;
     case EventClass::RawKey:
         CloseWindowWith(HandleRawKeys());
         break;

@@ -14,8 +14,7 @@ enum class EventClass : std::uint16_t {
     NewSize = 5,
     MenuPick = 6, // Code: the item
     MenuVerify =
-        7, // a context menu is wanted. Id: the gadget under the pointer or with the keyboard; 0: none
-    Iconify = 9,
+        7,       // a context menu is wanted. Id: the gadget under the pointer or with the keyboard; 0: none
     RawKey = 11, // Code: the key; sent when it goes down and when it repeats
     ChangeWindow = 13,
     IntuiTicks = 14,   // ten a second while SetTicks is on
