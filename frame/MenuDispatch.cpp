@@ -155,7 +155,7 @@ constexpr Command Commands[] = {
     {MenuExecuteCommand, Waits},
     {MenuDelete, Waits},
     {MenuNewDrawer, Waits},
-    {MenuRename, Waits},
+    {MenuRename, StartInlineRename}, // several at once are still to come
     {MenuProtect, Waits},
     {MenuFilenote, Waits},
     {MenuOpenArchive, Waits},
