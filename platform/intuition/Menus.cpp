@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QProxyStyle>
 #include <QSet>
+#include <QToolButton>
 
 #include <algorithm>
 #include <unordered_map>
@@ -224,6 +225,9 @@ Menu::Native::Native(const MenuSpec& spec) : Style(spec.ImageSize) {
     if (spec.IsStrip) {
         Bar = std::make_unique<QMenuBar>();
         Bar->setNativeMenuBar(false);
+        // Beside menus without room. The toolkit's picture for it is black, whatever the colours are.
+        for (auto* more : Bar->findChildren<QToolButton*>(QString(), Qt::FindDirectChildrenOnly))
+            more->setArrowType(Qt::RightArrow);
         Top.Shown = Bar.get();
     } else {
         Popped = MakeMenu(Top);
