@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QProxyStyle>
 #include <QSet>
+#include <QStyleOption>
 #include <QToolButton>
 
 #include <algorithm>
