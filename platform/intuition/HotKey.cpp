@@ -6,8 +6,11 @@
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 #include <xcb/xcb.h>
 
@@ -111,18 +114,25 @@ public:
         if (kind != "xcb_generic_event_t")
             return false;
         const auto* event = static_cast<const xcb_generic_event_t*>(message);
-        constexpr std::uint8_t sentByProgram = 0x80;
-        if (event->response_type != XCB_KEY_PRESS || (event->response_type & sentByProgram) != 0)
+        // What a program has sent has one bit more here and is none of both.
+        if (event->response_type != XCB_KEY_PRESS && event->response_type != XCB_KEY_RELEASE)
             return false;
-        const auto* press = reinterpret_cast<const xcb_key_press_event_t*>(event);
-        const auto state = static_cast<std::uint16_t>(press->state & Counting);
-        for (const std::uint16_t own : States) {
-            if (press->detail == Code && state == own) {
-                exec::Signal(Task, Signals);
-                return true;
-            }
+        const auto* key =
+            reinterpret_cast<const xcb_key_press_event_t*>(event); // a release has the same form
+        if (key->detail != Code)
+            return false;
+        if (event->response_type == XCB_KEY_RELEASE) {
+            IsDown = false;
+            ReleaseTime = key->time;
+            return false;
         }
-        return false;
+        const auto state = static_cast<std::uint16_t>(key->state & Counting);
+        if (std::find(States.begin(), States.end(), state) == States.end())
+            return false;
+        // A held key comes again, without releases or with one of the same moment before each press.
+        if (!std::exchange(IsDown, true) && key->time != ReleaseTime)
+            exec::Signal(Task, Signals);
+        return true;
     }
 
 private:
@@ -139,6 +149,8 @@ private:
     exec::Task* Task;
     exec::SignalMask Signals;
     std::vector<std::uint16_t> States;
+    bool IsDown = false;
+    std::optional<xcb_timestamp_t> ReleaseTime;
 };
 
 std::unique_ptr<Grab> Held; // gone before the display closes

@@ -68,6 +68,13 @@ std::uint16_t ButtonCode(Qt::MouseButton button, bool down) {
     }
 }
 
+// Whether a key is held that would run its command again and again. Moving on is wanted so.
+bool RepeatsCommand(const QKeyEvent& event) {
+    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const bool moves = event.key() >= Qt::Key_Home && event.key() <= Qt::Key_PageDown;
+    return event.isAutoRepeat() && (event.modifiers() & commands) != 0 && !moves;
+}
+
 } // namespace
 
 bool IsOnAScreen(const QRect& rect) {
@@ -273,6 +280,8 @@ void NativeWindow::keyPressEvent(QKeyEvent* event) {
         event->ignore();
         return;
     }
+    if (RepeatsCommand(*event))
+        return;
     if (IsMenuKey(*event)) {
         PostMenuVerify(*this, 0, rect().center());
         return;

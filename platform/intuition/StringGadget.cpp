@@ -65,7 +65,8 @@ protected:
             return;
         const bool command = (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) != 0;
         const bool functionKey = event->key() >= Qt::Key_F1 && event->key() <= Qt::Key_F35;
-        event->setAccepted(!command && !functionKey);
+        const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        event->setAccepted(enters || (!command && !functionKey));
     }
 
 private:

@@ -150,6 +150,8 @@ TEST_F(GadgetsTest, ReturnSendsGadgetUpAndEscapeBringsTheOldTextBack) {
     const auto events = EventsOf(stage.Frame);
     ASSERT_EQ(events.size(), 1U);
     EXPECT_EQ(events[0].Id, 38);
+    QTest::keyClick(&stage.Widget(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(EventsOf(stage.Frame).size(), 1U) << "and no key for the window";
 }
 
 TEST_F(GadgetsTest, OnlyCommandsAndFunctionKeysLeaveAStringGadget) {

@@ -43,6 +43,24 @@ TEST_F(WindowTest, SignalIsSetExactlyWhileEventsWait) {
     EXPECT_EQ(exec::CheckSignal(mask), 0U);
 }
 
+TEST_F(WindowTest, HeldKeyRepeatsUnlessItIsACommand) {
+    const struct {
+        int Key;
+        Qt::KeyboardModifiers Held;
+        std::size_t Events;
+    } rows[] = {{Qt::Key_T, Qt::ControlModifier, 1},
+                {Qt::Key_T, Qt::AltModifier, 1},
+                {Qt::Key_T, Qt::NoModifier, 2},
+                {Qt::Key_Down, Qt::AltModifier, 2}};
+    for (const auto& row : rows) {
+        for (const bool repeats : {false, true}) {
+            QKeyEvent press(QEvent::KeyPress, row.Key, row.Held, QString(), repeats);
+            QCoreApplication::sendEvent(&Host(), &press);
+        }
+        EXPECT_EQ(EventsOf(Stage.Frame).size(), row.Events) << row.Key << " " << int(row.Held);
+    }
+}
+
 TEST_F(WindowTest, ButtonSendsItsIdWithTheQualifierHeld) {
     QTest::mouseClick(&Stage.Widget(), Qt::LeftButton, Qt::ControlModifier);
     const auto events = EventsOf(Stage.Frame);
