@@ -63,8 +63,12 @@ long RealListxattr(int drawer, const char* name, char* buffer, std::size_t size)
 }
 
 long GetByPath(int drawer, const char* name, const char* attribute, void* buffer, std::size_t size) {
-    if (*name == '\0')
-        return ::getxattr(ProcPath(drawer, name).c_str(), attribute, buffer, size);
+    if (*name == '\0') {
+        const long result = ::fgetxattr(drawer, attribute, buffer, size);
+        return result >= 0 || errno != EBADF // of a handle that is only a place
+                   ? result
+                   : ::getxattr(ProcPath(drawer, name).c_str(), attribute, buffer, size);
+    }
     if (drawer == AT_FDCWD || *name == '/')
         return ::lgetxattr(name, attribute, buffer, size);
     return ::lgetxattr(ProcPath(drawer, name).c_str(), attribute, buffer, size);
