@@ -51,7 +51,9 @@ Closing NewTab() {
 }
 
 Closing NewWindow() {
-    OpenNewSolvaneWindow("");
+    if (Prefs.UseCommodity == 0) {
+        OpenNewSolvaneWindow("");
+    }
     return Closing::Tab;
 }
 

@@ -29,6 +29,8 @@
 #include "online/UpdateCheck.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <iterator>
@@ -41,7 +43,9 @@ constexpr std::int32_t JumpLoadPrefs = 97; // of JumpToARexxCmd
 constexpr std::uint16_t KeyF6 = intuition::rawkey::F1 + 5, KeyF7 = intuition::rawkey::F1 + 6;
 
 // The command of an item whose feature is still to come.
-void Waits() {}
+void Waits() {
+    SetStatusBar(SAK_LocaleString(MSG_COMMAND_COMES_LATER), Text<128>(StatusBarBuffer2));
+}
 
 void Quit() {
     if (Prefs.UseCommodity != 0) {
@@ -199,7 +203,7 @@ constexpr Command Commands[] = {
     {MenuProcessInfo, Turn<&PrefsRecord::ProcessInfoFiles>},
     {MenuShowActualIcons, Turn<&PrefsRecord::ShowActualIcons>},
     {MenuShowThumbnail, ShowThumbnail},
-    {MenuShowHidden, Turn<&PrefsRecord::ShowHiddenEntries>},
+    {MenuShowHidden, ToggleHiddenEntries},
 
     {MenuAdvancedSearch, Waits},
     {MenuSmartRename, Waits},
@@ -261,10 +265,10 @@ Node* NodeAt(const std::unique_ptr<GenericList<Node>>& list, std::uint32_t index
     return nullptr;
 }
 
-// Goes to a mounted device.
+// Goes to a mounted device, in this tab whatever keys are held.
 void GoMenu(std::uint32_t index) {
     if (const DevicesNode* device = NodeAt(NavDevicesList, index)) {
-        HandleNavigationListBrowser(std::string(device->Key.View()));
+        static_cast<void>(GoToPlace(Text<128>(device->Key).View()));
     }
 }
 
@@ -280,7 +284,9 @@ void HandleFTPSites(std::uint32_t index) {
     }
 }
 
-void WaitsWith(std::uint32_t) {}
+void WaitsWith(std::uint32_t) {
+    Waits();
+}
 
 void ChooseViewStyle(std::uint32_t style) {
     ChooserSelected = static_cast<std::int32_t>(style);

@@ -41,6 +41,17 @@ SortChoices PresentChoices() {
     return choices;
 }
 
+// What was under the pointer then; by key from another gadget, what is selected counts.
+bool IsOnRow(std::uint16_t gadget) {
+    if (gadget == GadgetNavigationList) {
+        return Objects.Navigation != nullptr && Objects.Navigation->MenuRow() != intuition::NoRow;
+    }
+    if (gadget == GadgetContentList) {
+        return Objects.ContentList != nullptr && Objects.ContentList->MenuRow() != intuition::NoRow;
+    }
+    return NumSelected > 0;
+}
+
 } // namespace
 
 void ServeMenuVerify(const intuition::WindowEvent& event) {
@@ -50,6 +61,7 @@ void ServeMenuVerify(const intuition::WindowEvent& event) {
         request = {.Gadget = GadgetContentList, .Left = list.Left, .Top = list.Top};
     }
     SelectContentListItems();
+    request.OnRow = IsOnRow(event.Id);
     ContextMenuHandlerFunc(request, PresentChoices());
 }
 

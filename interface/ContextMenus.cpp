@@ -196,12 +196,9 @@ ContextMenus::Object MakeMenu(Items items) {
 intuition::Menu* MenuFor(const MenuRequest& request) {
     const bool isNavigation = request.Gadget == GadgetNavigationList;
     const LocationKind location = isNavigation ? LocationKind::None : LBLocation;
-    const bool onRow =
-        isNavigation ? Objects.Navigation != nullptr && Objects.Navigation->MenuRow() != intuition::NoRow
-                     : NumSelected > 0;
     for (const Pair& pair : Pairs) {
         if (pair.Location == location) {
-            return (ContextMenuObjects.*(onRow ? pair.Row : pair.Area)).get();
+            return (ContextMenuObjects.*(request.OnRow ? pair.Row : pair.Area)).get();
         }
     }
     return nullptr;
@@ -302,6 +299,7 @@ void ContextMenuHandlerFunc(const MenuRequest& request, const SortChoices& sorti
     SetContextMenuState(*MenuAddress);
     FillLists(*MenuAddress);
     FillSorting(*MenuAddress, sorting);
+    SetSortByDirection(); // each tab has its own
     MenuAddress->PopUp(*MainWindow, request.Left, request.Top);
 }
 

@@ -40,6 +40,7 @@ struct SortChoices {
 struct MenuRequest {
     std::uint16_t Gadget = 0;
     int Left = 0, Top = 0; // inside the window
+    bool OnRow = false;    // on one of the gadget's rows, not beside them
 };
 
 // --- State ---

@@ -52,6 +52,7 @@ constexpr bool WindowState::*Entries = &WindowState::HasEntries;
 constexpr bool WindowState::*Clip = &WindowState::ClipExists;
 constexpr bool WindowState::*LhA = &WindowState::IsLhAArchive;
 constexpr bool WindowState::*Allowed = &WindowState::DeviceAllows;
+constexpr bool WindowState::*Formats = &WindowState::DeviceFormats;
 
 struct StateRow {
     MenuId Item;
@@ -118,7 +119,7 @@ constexpr StateRow Rows[] = {
     {MenuCoverArt, Picked(Drawer)},
     {MenuToolTypes, PickedFiles | Picked(Computer)},
     {MenuRelabel, Picked(Computer), Allowed},
-    {MenuFormat, Picked(Computer), Allowed},
+    {MenuFormat, Picked(Computer), Formats},
     {MenuCloneTab, Either(Bookmarks, Favorites, Workbench, Computer, Assigns, FTPSites, Drawer)},
     {MenuOpenInTab, Openable},
     {MenuOpenInWindow, Openable},
@@ -135,7 +136,8 @@ constexpr StateRow RemoteRows[] = {
 
 // Items that need a second instance.
 constexpr MenuId SeveralInstances[] = {MenuQuitAll,      MenuNewWindow,         MenuCloneWindow,
-                                       MenuOpenInWindow, MenuCloseOtherWindows, MenuArrange};
+                                       MenuOpenInWindow, MenuCloseOtherWindows, MenuArrange,
+                                       MenuRowInWindow};
 
 bool Holds(const StateRow& row, StateSet now, const WindowState& state) {
     return (row.States & now) != 0 && (row.Needs == nullptr || state.*row.Needs);
@@ -158,17 +160,16 @@ Verdict Judge(const StateRow (&rows)[Count], MenuId item, StateSet now, const Wi
     return verdict;
 }
 
-// Whether exactly one device is selected, and one that can be written.
-bool SelectedDeviceAllows() {
+// The device when exactly one is selected, else null.
+const DevicesNode* SelectedDevice() {
     if (LBLocation != Computer || NumSelected != 1 || Objects.ContentList == nullptr) {
-        return false;
+        return nullptr;
     }
     const std::vector<std::size_t> rows = Objects.ContentList->SelectedRows();
     if (rows.size() != 1 || rows.front() >= lblist2.size() || lblist2[rows.front()].Record == nullptr) {
-        return false;
+        return nullptr;
     }
-    const DevicesNode* device = DeviceOf(std::as_const(*lblist2[rows.front()].Record));
-    return device != nullptr && device->Mounted != 0 && device->WriteProtected == 0;
+    return DeviceOf(std::as_const(*lblist2[rows.front()].Record));
 }
 
 } // namespace
@@ -220,7 +221,9 @@ std::optional<WindowState> PresentState() {
     state.AtFTPMount = AtFTPMount != 0;
     state.IsLhAArchive = IsLhAArchive != 0;
     state.OneInstance = Prefs.UseCommodity != 0;
-    state.DeviceAllows = SelectedDeviceAllows();
+    const DevicesNode* device = SelectedDevice();
+    state.DeviceFormats = device != nullptr && device->WriteProtected == 0;
+    state.DeviceAllows = state.DeviceFormats && device->Mounted != 0;
     return state;
 }
 

@@ -18,8 +18,9 @@ struct WindowState {
     bool ClipExists = false;                      // something has been cut or copied
     bool AtFTPMount = false;                      // the drawer on show is on another machine
     bool IsLhAArchive = false;                    // the archive on show can be changed
-    bool OneInstance = false;  // no further windows: the program waits in the background instead
-    bool DeviceAllows = false; // the selected device can be formatted and given another name
+    bool OneInstance = false;   // no further windows: the program waits in the background instead
+    bool DeviceAllows = false;  // the volume in the selected device can be given another name
+    bool DeviceFormats = false; // the selected device can be formatted; it may have no volume yet
 
     bool operator==(const WindowState&) const = default;
 };

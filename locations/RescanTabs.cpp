@@ -2,10 +2,12 @@
 
 #include "content/BuildLists.h"
 #include "content/ViewStyles.h"
+#include "interface/Menus.h"
 #include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
 #include "model/Prefs.h"
+#include "prefs/LoadSavePrefs.h"
 #include "sak/FilenameSupport.h"
 
 #include <vector>
@@ -62,6 +64,8 @@ void SetRescanAllTabsComputer() {
 
 void ToggleHiddenEntries() {
     Prefs.ShowHiddenEntries = Prefs.ShowHiddenEntries == 0 ? 1 : 0;
+    SavePrefs(0);
+    UpdateMenus_ViewMisc();
     SetRescanAllTabsByLocation(LocationKind::Drawer);
     SetRescanAllTabsByLocation(LocationKind::Workbench);
     if (ActiveTab != nullptr) {

@@ -108,6 +108,10 @@ void ListBrowser::SetCurrent(std::size_t row) {
     ViewOf(*this).SetCurrent(row);
 }
 
+std::size_t ListBrowser::MenuRow() const {
+    return ViewOf(*this).MenuRow();
+}
+
 void ListBrowser::SetSelection(ListSelection kind) {
     ViewOf(*this).SetSelectionKind(kind);
 }

@@ -108,6 +108,9 @@ public:
     // The row that carries the focus mark and from which Shift selects; NoRow for none.
     [[nodiscard]] std::size_t Current() const;
     void SetCurrent(std::size_t row);
+    // What the last MenuVerify of this list is about: a row that can be selected, or NoRow for what lies
+    // beside the rows.
+    [[nodiscard]] std::size_t MenuRow() const;
 
     void SetSelection(ListSelection kind);
     [[nodiscard]] bool IsSelected(std::size_t row) const;

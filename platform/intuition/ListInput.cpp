@@ -63,7 +63,8 @@ void ListView::PressBesideRows(Qt::KeyboardModifiers modifiers) {
 // A menu is about what lies under the pointer: the selection, if that is in it.
 void ListView::PressForMenu(const QPoint& place) {
     const std::size_t row = RowAt(place);
-    if (row == NoRow || !IsSelectable(row)) {
+    RowOfMenu = row != NoRow && IsSelectable(row) ? row : NoRow;
+    if (RowOfMenu == NoRow) {
         PressBesideRows(Qt::NoModifier);
     } else if (!Chosen.Has(row)) {
         SetCurrent(row);
@@ -76,7 +77,8 @@ void ListView::PressForMenu(const QPoint& place) {
 // About the selection, or about the place when there is none.
 void ListView::AskForMenuByKey() {
     const std::size_t row = Current();
-    if (row == NoRow || Chosen.Count() == 0) {
+    RowOfMenu = Chosen.Count() == 0 ? NoRow : row;
+    if (RowOfMenu == NoRow) {
         PostMenuVerify(*this, Id, viewport()->mapTo(this, QPoint(0, 0)));
         return;
     }

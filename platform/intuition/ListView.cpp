@@ -62,7 +62,7 @@ void ListView::SetColumns(std::vector<Column> columns) {
 void ListView::Attach(const ListSource* source) {
     EndEdit(EditEnd::Cancel);
     Events.clear();
-    Anchor = Pressed = NoRow;
+    Anchor = Pressed = RowOfMenu = NoRow;
     Narrowing = Dragging = false;
     Rows.Attach(source);
     Chosen.Reset(Rows.Rows());

@@ -83,6 +83,7 @@ public:
     void SetCurrent(std::size_t row);
 
     [[nodiscard]] const RowSelection& Selection() const { return Chosen; }
+    [[nodiscard]] std::size_t MenuRow() const { return RowOfMenu; }
     [[nodiscard]] bool IsSelectable(std::size_t row) const;
     void Select(std::size_t row, bool selected);
     void SelectEvery(bool selected);
@@ -146,7 +147,8 @@ private:
     std::deque<ListEvent> Events;
     std::size_t Anchor = NoRow;  // where a range of Shift or a drag starts
     std::size_t Pressed = NoRow; // row under the held button
-    bool Narrowing = false;      // a selected row is held: letting go selects it alone
+    std::size_t RowOfMenu = NoRow;
+    bool Narrowing = false; // a selected row is held: letting go selects it alone
     bool Dragging = false;
     bool SpokenIsOld = false; // the toolkit's record of the selection waits to be brought up to date
     bool Stripes = true, Separators = false;

@@ -1,6 +1,8 @@
 #include "frame/MenuDispatch.h"
 
+#include "automation/RawKey.h"
 #include "interface/ContextMenus.h"
+#include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
 #include "interface/MenuTable.h"
 #include "interface/Menus.h"
@@ -71,6 +73,24 @@ TEST_F(MenuDispatchTest, MarksFollowTheSettings) {
     EXPECT_FALSE(MenuStripObj->LookOf(MenuLayoutPreviewHorizontal)->Checked);
     EXPECT_TRUE(MenuStripObj->LookOf(MenuLayoutPreviewVertical)->Checked);
     Prefs = {};
+}
+
+TEST_F(MenuDispatchTest, TheMarkFollowsWhetherByKeyOrByMenuHiddenEntriesAreShown) {
+    constexpr std::uint16_t keyH = 37;
+    ASSERT_TRUE(CreateMainMenuStrip());
+    Prefs.ShowHiddenEntries = 0;
+    static_cast<void>(HandleKey(keyH, intuition::qualifier::Control));
+    EXPECT_TRUE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
+    HandleMenuPick(MenuShowHidden);
+    EXPECT_FALSE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
+    Prefs = {};
+}
+
+TEST_F(MenuDispatchTest, AnItemThatHasNoFeatureYetSaysSo) {
+    StatusBarBuffer2 = "right";
+    HandleMenuPick(MenuHexView);
+    EXPECT_EQ(StatusBarBuffer1.View(), "This command comes with a later version.");
+    EXPECT_EQ(StatusBarBuffer2.View(), "right");
 }
 
 TEST(ProcessesTest, EachCommandIsWorkedOnOnceAndTheEndWaitsForTheWork) {

@@ -59,8 +59,11 @@ const std::map<int, std::string> OnAt = {
     {147, "2s 3s 4s 5s 6s 13 13s"},
 };
 
-constexpr WindowState Everything{
-    .HasEntries = true, .ClipExists = true, .IsLhAArchive = true, .DeviceAllows = true};
+constexpr WindowState Everything{.HasEntries = true,
+                                 .ClipExists = true,
+                                 .IsLhAArchive = true,
+                                 .DeviceAllows = true,
+                                 .DeviceFormats = true};
 
 // The states in which an item is on, in the notation above.
 std::string States(int item, WindowState state) {
@@ -111,7 +114,8 @@ TEST(StateTableTest, WhatAnItemNeedsBesidesItsLocation) {
         {MenuPasteTo, &WindowState::ClipExists, ""},
         {MenuDelete, &WindowState::IsLhAArchive, " 2s 3s 7s 10s 11s 13s"},
         {MenuRelabel, &WindowState::DeviceAllows, ""},
-        {MenuFormat, &WindowState::DeviceAllows, ""},
+        {MenuFormat, &WindowState::DeviceAllows, " 5s"},
+        {MenuFormat, &WindowState::DeviceFormats, ""},
     };
     for (const Row& row : rows) {
         WindowState state = Everything;
@@ -142,7 +146,7 @@ TEST(StateTableTest, OnAnotherMachineFewItemsAreLeftAndOnlyInItsDrawers) {
 TEST(StateTableTest, OneInstanceHasNoFurtherWindows) {
     WindowState state = Everything;
     state.OneInstance = true;
-    for (const int item : {8, 143, 144, 145, 146, 148})
+    for (const int item : {8, 143, 144, 145, 146, 148, 168})
         EXPECT_EQ(States(item, state), "") << item;
     EXPECT_EQ(States(MenuNewTab, state), All());
 }

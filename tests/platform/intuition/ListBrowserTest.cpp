@@ -123,6 +123,19 @@ TEST_F(ListBrowserTest, PersistentSelectionTogglesAndSingleKeepsOne) {
     EXPECT_EQ(List().SelectedRows(), (RowNumbers{8}));
 }
 
+TEST_F(ListBrowserTest, AMenuIsAboutWhatLiesUnderThePointerWhateverIsSelected) {
+    const MadeUpRows two(2);
+    List().Attach(&two);
+    List().SetSelection(ListSelection::Persistent);
+    const auto pressRight = [this](std::size_t row) {
+        QTest::mousePress(View().viewport(), Qt::RightButton, Qt::NoModifier, PointOf(row));
+        return List().MenuRow();
+    };
+    EXPECT_EQ(pressRight(1), 1U);
+    EXPECT_EQ(pressRight(3), NoRow);
+    EXPECT_EQ(List().SelectedRows(), (RowNumbers{1}));
+}
+
 TEST_F(ListBrowserTest, EditedCellIsKeptByReturnAndGivenUpByEscape) {
     List().Attach(&Few);
     const auto edit = [this](Qt::Key end) {
