@@ -1,6 +1,7 @@
 #include "automation/RawKey.h"
 
 #include "automation/ContentEvents.h"
+#include "automation/Instances.h"
 #include "automation/ListKeys.h"
 #include "automation/OpenEntries.h"
 #include "automation/SelectCommands.h"
@@ -42,6 +43,7 @@ Closing Do() {
 }
 
 Closing QuitAll() {
+    CloseAllButThisWindow();
     return Closing::WithWindow;
 }
 
@@ -112,7 +114,7 @@ Closing TurnPreview() {
     return Closing::Tab;
 }
 
-// Keys of commands that come with their features (cut, copy, paste, delete, full screen, tag panes)
+// Keys of commands that come with their features (cut, copy, paste, delete, tag panes)
 // have no row: they do nothing.
 struct KeyRow {
     std::uint16_t Code;
@@ -149,6 +151,7 @@ constexpr std::array Keys = {
     KeyRow{KeyF4, AnyQualifier, EnterPath},
     KeyRow{KeyF5, AnyQualifier, Do<ReloadLocation>},
     KeyRow{KeyF6, AnyQualifier, TurnPreview},
+    KeyRow{rawkey::F11, AnyQualifier, Do<FullScreen>},
     KeyRow{rawkey::Home, AnyQualifier, Do<MoveToFirst>},
     KeyRow{rawkey::End, AnyQualifier, Do<MoveToLast>},
 };

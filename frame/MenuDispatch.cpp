@@ -2,6 +2,7 @@
 
 #include "automation/ARexxScripts.h"
 #include "automation/ContentEvents.h"
+#include "automation/Instances.h"
 #include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
 #include "content/DetailsPane.h"
@@ -31,6 +32,7 @@
 #include "prefs/LoadSavePrefs.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
+#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <iterator>
@@ -54,6 +56,17 @@ void Quit() {
     } else {
         done = 1;
     }
+}
+
+void QuitAll() {
+    CloseAllButThisWindow();
+    Quit();
+}
+
+void AboutProgram() {
+    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
+                    FormatMessage(MSG_ABOUT, VERSION_STRING, DATE_STRING),
+                    SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 void CloseShownTab() {
@@ -133,9 +146,9 @@ constexpr Command Commands[] = {
     {MenuLoadPrefs, [] { JumpToARexxCmd = JumpLoadPrefs; }},
     {MenuSavePrefs, [] { SavePrefs(1); }},
     {MenuIconify, [] { static_cast<void>(Iconify()); }},
-    {MenuAbout, Waits},
+    {MenuAbout, AboutProgram},
     {MenuQuit, Quit},
-    {MenuQuitAll, Waits},
+    {MenuQuitAll, QuitAll},
 
     {MenuBack, GoBackInHistory},
     {MenuForward, GoForwardInHistory},
@@ -228,19 +241,28 @@ constexpr Command Commands[] = {
     {MenuCloseTab, CloseShownTab},
     {MenuCloseOtherTabs, CloseAllButThisTab},
     {MenuNewWindow, [] { static_cast<void>(OpenNewSolvaneWindow("")); }},
-    {MenuCloneWindow, Waits},
+    {MenuCloneWindow, CloneWindow},
     {MenuOpenInWindow, OpenMultipleNewSolvaneWindows},
-    {MenuCloseOtherWindows, Waits},
+    {MenuCloseOtherWindows, [] { CloseAllButThisWindow(); }},
     {MenuWorkbenchWindow, Waits},
-    {MenuCascade, Waits},
-    {MenuTileVertically, Waits},
-    {MenuTileHorizontally, Waits},
-    {MenuFourCorners, Waits},
-    {MenuCenter, Waits},
-    {MenuThreeFourths, Waits},
-    {MenuFiveEighths, Waits},
-    {MenuOneHalf, Waits},
-    {MenuFullScreen, Waits},
+    {MenuCascade, [] { ArrangeWindows(Arrangement::Cascade); }},
+    {MenuTileVertically, [] { ArrangeWindows(Arrangement::Vertical); }},
+    {MenuTileHorizontally, [] { ArrangeWindows(Arrangement::Horizontal); }},
+    {MenuFourCorners, [] { ArrangeWindows(Arrangement::FourCorners); }},
+    {MenuCenter, CenterWindow},
+    {MenuThreeFourths,
+     [] {
+         SizeToPartOfScreen({3, 4});
+     }},
+    {MenuFiveEighths,
+     [] {
+         SizeToPartOfScreen({5, 8});
+     }},
+    {MenuOneHalf,
+     [] {
+         SizeToPartOfScreen({1, 2});
+     }},
+    {MenuFullScreen, FullScreen},
 
     {MenuOpen, Press<intuition::rawkey::Return>},
     {MenuExecuteSelected, Waits},

@@ -140,6 +140,7 @@ void CloseWindowObject() {
     NullAllGadgets();
     MainWindow->Close();
     MainWindow.reset();
+    GoFullScreen = 0; // the next one opens at its stored box
 }
 
 void ShowStatusBar() {

@@ -19,8 +19,14 @@ constexpr std::size_t LongestLine = 2047; // bytes
 } // namespace
 
 bool OpenNewSolvaneWindow(std::string_view argument) {
-    const std::string line =
-        "\"" + dos::EscapeArgument(ProgramComplete.View()) + "\" \"" + dos::EscapeArgument(argument) + "\"";
+    return StartInstance({std::string(argument)});
+}
+
+bool StartInstance(const std::vector<std::string>& arguments) {
+    std::string line = "\"" + dos::EscapeArgument(ProgramComplete.View()) + "\"";
+    for (const std::string& argument : arguments) {
+        line += " \"" + dos::EscapeArgument(argument) + "\"";
+    }
     const bool fits = !ProgramComplete.Empty() && line.size() <= LongestLine;
     if (fits && dos::StartSystem(line) == 0) {
         return true;

@@ -13,6 +13,7 @@
 #include "sak/Messages.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -151,6 +152,20 @@ void OpenMultipleNewSolvaneWindows() {
     Qualifier = 0;
     const std::vector<TabTarget> targets = SelectedTargets();
     static_cast<void>(std::ranges::all_of(targets, OpenInWindow)); // up to the first that fails
+}
+
+void CloneWindow() {
+    if (!TabsList) {
+        return;
+    }
+    BeforeSwitchTabs(1);
+    std::vector<std::string> places;
+    for (const TabsNode& node : *TabsList) {
+        if (node.TabUserData != ExtraTab && CanBeReopened(node.Location)) {
+            places.push_back(ArgumentOfKeptPlace(node.Location, node.Path, node.Path));
+        }
+    }
+    StartInstance(places);
 }
 
 void GetOpenTabs() {

@@ -14,6 +14,9 @@ void OpenMultipleNewTabs();
 // The same in windows of their own, each a new instance.
 void OpenMultipleNewSolvaneWindows();
 
+// Opens a window of its own with the same tabs. Those that live in memory only are left out.
+void CloneWindow();
+
 // Moves the open tabs to CommandLineTabsList, without rows, and sets ReopenTabs and Offset, so that a rebuilt
 // window shows them again. Search results, duplicates and archives are left out, as they live in memory only.
 void GetOpenTabs();

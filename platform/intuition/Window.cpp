@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QLayout>
 #include <QSaveFile>
+#include <QScreen>
 #include <QSplitter>
 
 #include <cerrno>
@@ -139,6 +140,16 @@ Box Window::Geometry() const {
 
 void Window::SetGeometry(const Box& box) {
     Host->Place(box);
+}
+
+Box Window::WorkArea() const {
+    const QRect free = Host->screen()->availableGeometry();
+    return {free.x(), free.y(), free.width(), free.height()};
+}
+
+Box Window::InsideOf(const Box& outside) const {
+    const QSize frame = Host->frameGeometry().size() - Host->size();
+    return {outside.Left, outside.Top, outside.Width - frame.width(), outside.Height - frame.height()};
 }
 
 bool Window::SavePicture(std::string_view path) {

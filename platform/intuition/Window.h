@@ -58,6 +58,9 @@ public:
     [[nodiscard]] bool IsActive() const;
     [[nodiscard]] Box Geometry() const; // position of the frame, size of its inside
     void SetGeometry(const Box& box);
+    [[nodiscard]] Box WorkArea() const; // of the window's screen, what the desktop's bars leave free
+    // The Geometry of a window that covers the box with its frame.
+    [[nodiscard]] Box InsideOf(const Box& outside) const;
 
     // Writes what the window shows as a PNG file: a volume path, or a host path that begins with "/". An
     // existing file is replaced only by a whole one. False: IoErr.

@@ -1,0 +1,47 @@
+// The other windows of the program, which are instances of their own: how they are found, sent away and
+// placed on the screen. They are told by ARexx commands and act in their own time; nothing here waits for an
+// answer.
+#pragma once
+
+#include "platform/intuition/Gadget.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace solvane {
+
+enum class Arrangement : std::uint16_t { Cascade, Vertical, Horizontal, FourCorners };
+
+// A part of the screen's width and of the work area's height; what it is parted into is rounded first.
+struct ScreenPart {
+    int Parts, Of;
+};
+
+inline constexpr int MostQuitRounds = 10; // of half a second, for instances that do not end
+
+// The number of the instance whose ARexx port that is; nothing when it is not one.
+[[nodiscard]] std::optional<std::uint32_t> InstanceOfPort(std::string_view port);
+
+// Ends all other instances; their preferences are not saved. Those that still run after that many rounds are
+// left to themselves. Instance 1 is told once and not waited for.
+void CloseAllButThisWindow(int rounds = MostQuitRounds);
+
+// Which box the window of that place in the row, from 0, is given.
+[[nodiscard]] intuition::Box TileOf(Arrangement how, const intuition::Box& workArea, std::size_t place);
+[[nodiscard]] intuition::Box CascadeBox(const intuition::Box& own, int rank);
+[[nodiscard]] intuition::Box CentredBox(const intuition::Box& workArea, int width, int height);
+[[nodiscard]] intuition::Box BoxOfPart(const intuition::Box& workArea, ScreenPart part);
+
+// Places the windows of all instances and brings them to the front. A cascade starts from this window, which
+// stays.
+void ArrangeWindows(Arrangement how);
+
+// For this window; nothing while it is closed.
+void CenterWindow();
+void SizeToPartOfScreen(ScreenPart part);
+// Fills the screen, or goes back to the stored box, which stands still meanwhile.
+void FullScreen();
+
+} // namespace solvane
