@@ -120,7 +120,7 @@ void rexx_Quit(rexx::CommandCall&) {
 
 void rexx_NewWindow(rexx::CommandCall& call) {
     const auto paths = call.Arguments.Multi("PATH");
-    if (IsWindowOpen() && Prefs.UseCommodity == 0 && !paths.empty()) {
+    if (IsWindowOpen() && CommodityInForce == 0 && !paths.empty()) {
         OpenNewSolvaneWindow(paths.front());
     }
 }

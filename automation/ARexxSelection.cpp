@@ -51,7 +51,7 @@ void rexx_Rename(rexx::CommandCall& call) {
 }
 
 void rexx_OpenInNewWindow(rexx::CommandCall&) {
-    if (IsWindowOpen() && Prefs.UseCommodity == 0) {
+    if (IsWindowOpen() && CommodityInForce == 0) {
         OpenMultipleNewSolvaneWindows();
     }
 }

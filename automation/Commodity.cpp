@@ -40,6 +40,7 @@ bool SetUpCommodity() {
     }
     CxSignal = exec::SignalMask{1} << Signal;
     if (TakeHotKey()) {
+        CommodityInForce = 1;
         return true;
     }
     ShutDownCommodity();
@@ -57,6 +58,7 @@ void ShutDownCommodity() {
         Signal = -1;
     }
     CxSignal = 0;
+    CommodityInForce = 0;
 }
 
 } // namespace solvane

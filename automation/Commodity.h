@@ -13,11 +13,12 @@ extern Text<130> HotKeyOfIcon;    // the tool type HOTKEY of the program's icon;
 
 // --- Functions ---
 
-// Whether there can be a background service at all. Without, Prefs.UseCommodity counts as off.
+// Whether there can be a background service at all. Without, Prefs.UseCommodity has no effect, and is kept.
 [[nodiscard]] bool HasCommodities();
 
-// Takes the hot key of the program's icon (HOTKEY), else of the preferences. False, after a requester and
-// with Prefs.UseCommodity switched off and saved, for a key that there is not or that another program has.
+// Takes the hot key of the program's icon (HOTKEY), else of the preferences: CommodityInForce. False, after a
+// requester and with Prefs.UseCommodity switched off and saved, for a key that there is not or that another
+// program has.
 [[nodiscard]] bool SetUpCommodity();
 void ShutDownCommodity();
 

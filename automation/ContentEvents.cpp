@@ -3,6 +3,7 @@
 #include "automation/OpenEntries.h"
 #include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
+#include "content/DrawerMonitor.h"
 #include "content/FileTypes.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
@@ -14,7 +15,6 @@
 #include "interface/MenuState.h"
 #include "locations/PlaceLists.h"
 #include "model/Prefs.h"
-#include "platform/dos/Errors.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -165,10 +165,15 @@ void TellExists(MessageNumber text) {
                     SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
-void TellBadName() {
-    SAK_IOErr = dos::ErrorInvalidComponentName;
-    SAK_IOError(MainWindow.get(), RequesterTitle, {}, SAK_LocaleString(MSG_DOS_ERROR),
-                SAK_LocaleString(MSG_CONTINUE_GAD));
+// Whether an object of the entry's kind has that name already. What is no plain name is refused by the
+// renaming itself: it would name something in another drawer.
+bool IsTaken(const ContentNode& node, const Text<128>& name) {
+    Text<1024> path;
+    if (name.View().find_first_of(":/") != std::string_view::npos ||
+        !SAK_JoinFilename(path, CurrentPath, name)) {
+        return false;
+    }
+    return IsDrawerKind(node.ObjectKind) ? SAK_DrawerExists(path) : SAK_FileExists(path);
 }
 
 // Gives the entry the name that was typed into its row. The row shows the record's name again whatever comes
@@ -179,17 +184,11 @@ void FinishInlineRename(std::size_t row) {
         return;
     }
     const Text<128> name = Objects.ContentList->EditedText();
-    Text<1024> path;
     if (name.Empty() || name == node->EntryName) {
         return; // the same but for case: nothing happens, which is intended
     }
-    if (name.View().find_first_of(":/") != std::string_view::npos ||
-        !SAK_JoinFilename(path, CurrentPath, name)) {
-        TellBadName(); // it would name something in another drawer
-    } else if (IsDrawerKind(node->ObjectKind) && SAK_DrawerExists(path)) {
-        TellExists(MSG_DRAWER_EXISTS);
-    } else if (!IsDrawerKind(node->ObjectKind) && SAK_FileExists(path)) {
-        TellExists(MSG_FILE_EXISTS);
+    if (IsTaken(*node, name)) {
+        TellExists(IsDrawerKind(node->ObjectKind) ? MSG_DRAWER_EXISTS : MSG_FILE_EXISTS);
     } else {
         InlineRename = 1;
         if (RenameFiles(Text<128>(node->EntryName), name)) {
@@ -273,6 +272,7 @@ void HandleContentListBrowser(std::string_view text, const ContentNode* record) 
     RelEvent = static_cast<std::uint16_t>(event.Kind);
     EventRow = event.Row;
     Serve(event);
+    ServeDelayedChange();
 }
 
 void StartInlineRename() {

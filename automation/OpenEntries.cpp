@@ -7,6 +7,7 @@
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
+#include "platform/dos/Errors.h"
 #include "platform/dos/ReadArgs.h"
 #include "platform/dos/System.h"
 #include "platform/intuition/Events.h"
@@ -151,6 +152,17 @@ void HandleDoubleClick(std::string_view path, bool forceShell) {
         options.Input.Name = OutputWindow();
     }
     static_cast<void>(dos::StartSystem("WBRun " + std::string(path), options));
+}
+
+void ShowGuide() {
+    dos::SystemJob job;
+    const long start = dos::StartSystem("WBRun \"PROGDIR:Docs/guide.md\"", {}, &job);
+    if (start == 0 && job.ReturnCode() == 0) {
+        return;
+    }
+    SAK_IOErr = dos::IoErr();
+    SAK_IOError(MainWindow.get(), RequesterTitle, SAK_LocaleString(MSG_NO_OPEN_FILE),
+                SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 } // namespace solvane

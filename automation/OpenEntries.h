@@ -34,4 +34,7 @@ void OpenRecord(const ContentNode& node, OpenWhich files);
 // opens the file is not told.
 void HandleDoubleClick(std::string_view path, bool forceShell);
 
+// Opens the guide with the host's program for texts; what prevents that is told.
+void ShowGuide();
+
 } // namespace solvane

@@ -6,6 +6,7 @@
 #include "automation/OpenEntries.h"
 #include "automation/SelectCommands.h"
 #include "automation/TypeAhead.h"
+#include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
 #include "interface/Windows.h"
 #include "locations/EnterDrawer.h"
@@ -30,6 +31,7 @@ namespace qualifier = intuition::qualifier;
 constexpr std::uint16_t ControlKey = qualifier::Control;
 constexpr std::uint16_t AltKeys = qualifier::LeftAlt | qualifier::RightAlt;
 constexpr std::uint16_t ShiftKeys = qualifier::LeftShift | qualifier::RightShift;
+constexpr std::uint16_t AmigaKeys = qualifier::LeftAmiga | qualifier::RightAmiga;
 constexpr std::uint16_t AnyQualifier = 0; // the key means the same, or asks for the qualifiers itself
 
 bool IsHeld(unsigned keys) {
@@ -42,9 +44,11 @@ Closing Do() {
     return Closing::Tab;
 }
 
+// Ends the program, in the background mode too, where closing the window does not.
 Closing QuitAll() {
     CloseAllButThisWindow();
-    return Closing::WithWindow;
+    done = 1;
+    return Closing::Tab;
 }
 
 Closing NewTab() {
@@ -53,7 +57,7 @@ Closing NewTab() {
 }
 
 Closing NewWindow() {
-    if (Prefs.UseCommodity == 0) {
+    if (CommodityInForce == 0) {
         OpenNewSolvaneWindow("");
     }
     return Closing::Tab;
@@ -84,27 +88,14 @@ Closing Escape() {
     return Prefs.EscapeToQuit != 0 ? Closing::WithWindow : Closing::Tab;
 }
 
-// With Shift or Control the list scrolls; the filmstrip goes its own way in both.
-Closing GoLeft() {
+// With Shift or Control the list scrolls; only the bare key travels, and not in the filmstrip.
+template <int Direction, auto Travel>
+Closing GoSideways() {
     if (IsHeld(ShiftKeys | ControlKey)) {
-        ScrollContentSideways(-1);
-    } else if (Prefs.ContentViewStyle != ViewFilmstrip) {
-        GoBackInHistory();
+        ScrollContentSideways(Direction);
+    } else if (!IsHeld(AltKeys | AmigaKeys) && ViewStyleInForce() != ViewFilmstrip) {
+        Travel();
     }
-    return Closing::Tab;
-}
-
-Closing GoRight() {
-    if (IsHeld(ShiftKeys | ControlKey)) {
-        ScrollContentSideways(1);
-    } else if (Prefs.ContentViewStyle != ViewFilmstrip) {
-        GoForwardInHistory();
-    }
-    return Closing::Tab;
-}
-
-Closing ShowGuide() {
-    HandleDoubleClick("\"PROGDIR:Docs/Solvane.guide\"", false);
     return Closing::Tab;
 }
 
@@ -142,10 +133,10 @@ constexpr std::array Keys = {
     KeyRow{rawkey::PageDown, AnyQualifier, Do<MovePageDown>},
     KeyRow{rawkey::Up, AnyQualifier, Do<MoveUp>},
     KeyRow{rawkey::Down, AnyQualifier, Do<MoveDown>},
-    KeyRow{rawkey::Right, AnyQualifier, GoRight},
-    KeyRow{rawkey::Left, AnyQualifier, GoLeft},
-    KeyRow{rawkey::F1, AnyQualifier, ShowGuide},
-    KeyRow{rawkey::Help, AnyQualifier, ShowGuide},
+    KeyRow{rawkey::Right, AnyQualifier, GoSideways<1, GoForwardInHistory>},
+    KeyRow{rawkey::Left, AnyQualifier, GoSideways<-1, GoBackInHistory>},
+    KeyRow{rawkey::F1, AnyQualifier, Do<ShowGuide>},
+    KeyRow{rawkey::Help, AnyQualifier, Do<ShowGuide>},
     KeyRow{KeyF2, AnyQualifier, Do<StartInlineRename>},
     KeyRow{KeyF3, AnyQualifier, EnterSearch},
     KeyRow{KeyF4, AnyQualifier, EnterPath},

@@ -31,8 +31,8 @@ void FindFirstNodeByLetter(std::string_view text) {
     if (SameJumpTo == 0) {
         JumpToBuffer.Clear();
         SameJumpTo = 1;
-        MainWindow->SetTicks(true);
     }
+    MainWindow->SetTicks(true); // this window may be another one than that of the key before
     JumpToBuffer.Append(text);
     JumpToCount = 0;
     const auto found = std::find_if(lblist2.begin(), lblist2.end(), BeginsAsTyped);
@@ -44,9 +44,12 @@ void FindFirstNodeByLetter(std::string_view text) {
 }
 
 void TickTypeAhead() {
-    if (++JumpToCount <= LastTick) {
-        return;
+    if (++JumpToCount > LastTick) {
+        EndTypeAhead();
     }
+}
+
+void EndTypeAhead() {
     JumpToCount = 0;
     SameJumpTo = 0;
     if (MainWindow) {

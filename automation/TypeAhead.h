@@ -20,4 +20,7 @@ void FindFirstNodeByLetter(std::string_view text);
 // Serves a tick: ten of them after the last key end the word. Ticks run while a word is typed only.
 void TickTypeAhead();
 
+// The next key begins a new word; called when the window goes, too.
+void EndTypeAhead();
+
 } // namespace solvane

@@ -3,6 +3,7 @@
 #include "content/BuildLists.h"
 #include "content/DetailsPane.h"
 #include "content/Drawers.h"
+#include "interface/MainLayout.h"
 #include "interface/Ringhio.h"
 #include "model/Content.h"
 #include "model/Program.h"
@@ -10,7 +11,30 @@
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
+#include <optional>
+#include <utility>
+
 namespace solvane {
+
+namespace {
+
+std::optional<Text<1024>> ChangedPath; // of the drawer whose rows wait for a name to be edited
+
+bool IsNameEdited() {
+    return Objects.ContentList != nullptr && Objects.ContentList->IsEditing();
+}
+
+void ReloadChanged() {
+    DoReload = 1;
+    NoteTopRow();
+    if (!ScanDrawer()) {
+        return;
+    }
+    DetailsPane2();
+    RinghioMessage(RequesterTitle, SAK_LocaleString(MSG_DRAWER_CHANGED), "FRONT", RinghioImageBuffer, {});
+}
+
+} // namespace
 
 void DrawerChanged() {
     if (Changes != 0) {
@@ -20,13 +44,21 @@ void DrawerChanged() {
     if (LBLocation != LocationKind::Drawer) {
         return;
     }
-    DoReload = 1;
-    NoteTopRow();
-    if (!ScanDrawer()) {
+    if (IsNameEdited()) {
+        ChangedPath = CurrentPath;
+    } else {
+        ReloadChanged();
+    }
+}
+
+void ServeDelayedChange() {
+    if (!ChangedPath || IsNameEdited()) {
         return;
     }
-    DetailsPane2();
-    RinghioMessage(RequesterTitle, SAK_LocaleString(MSG_DRAWER_CHANGED), "FRONT", RinghioImageBuffer, {});
+    const Text<1024> path = *std::exchange(ChangedPath, std::nullopt);
+    if (LBLocation == LocationKind::Drawer && path.SameBytes(CurrentPath)) {
+        ReloadChanged();
+    }
 }
 
 } // namespace solvane

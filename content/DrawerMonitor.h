@@ -5,6 +5,10 @@ namespace solvane {
 
 // Serves one signal of the drawer monitor. A change that the program made itself (Changes) is swallowed once;
 // any other reloads a drawer on show, its scroll position and selection kept, and tells so.
+// While a name is edited in its row it waits for the end of that.
 void DrawerChanged();
+
+// Serves the change that has waited for a name to be edited. Called after each event of the Content list.
+void ServeDelayedChange();
 
 } // namespace solvane

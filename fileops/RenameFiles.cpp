@@ -20,6 +20,7 @@
 #include "sak/Numbers.h"
 #include "sak/Requesters.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -29,10 +30,23 @@ std::uint16_t InlineRename = 0;
 
 namespace {
 
-void TellFailure() {
-    SAK_IOErr = dos::IoErr();
+void TellFailure(long error) {
+    SAK_IOErr = error;
     SAK_IOError(MainWindow.get(), RequesterTitle, {}, SAK_LocaleString(MSG_DOS_ERROR),
                 SAK_LocaleString(MSG_CONTINUE_ABORT_GAD));
+}
+
+// Whether the new name is one, and not a path that leads to another drawer.
+bool IsPlainName(std::string_view name) {
+    return !name.empty() && name.size() <= Text<128>::Limit && name.find_first_of(":/") == name.npos;
+}
+
+// Drawers of a multi-assign may each have an object of that name. A path reaches the first alone, so that the
+// other one would be renamed in its place.
+bool HasTwin(const ContentNode& node) {
+    return std::ranges::any_of(*ContentList, [&node](const ContentNode& other) {
+        return &other != &node && other.EntryName.SameBytes(node.EntryName);
+    });
 }
 
 // Renames on disk and in the record. A link is renamed itself: its record's path is what it leads to.
@@ -40,7 +54,7 @@ bool RenameEntry(ContentNode& node, std::string_view newName) {
     Text<1024> from, to;
     if (!SAK_JoinFilename(from, CurrentPath, node.EntryName) || !SAK_JoinFilename(to, CurrentPath, newName) ||
         !dos::Rename(from.View(), to.View())) {
-        TellFailure();
+        TellFailure(dos::IoErr());
         return false;
     }
     Changes = SAK_NotifyStarted != 0 ? 1 : 0; // the notice that comes of it is swallowed
@@ -58,7 +72,7 @@ void RenameIcon(std::string_view oldName, std::string_view newName) {
     const std::string newIcon = std::string(newName) + ".info";
     ContentNode* icon = FindContentNode(oldIcon, static_cast<std::uint32_t>(EntryKind::File));
     Text<1024> taken;
-    if (icon == nullptr || newIcon.size() > Text<128>::Limit ||
+    if (icon == nullptr || HasTwin(*icon) || newIcon.size() > Text<128>::Limit ||
         !SAK_JoinFilename(taken, CurrentPath, newIcon) || SAK_FileExists(taken)) {
         return;
     }
@@ -70,7 +84,6 @@ void RenameIcon(std::string_view oldName, std::string_view newName) {
 void ShowRenamed() {
     RinghioMessage(RequesterTitle, FormatMessage(MSG_ITEMS_RENAMED, SAK_LocalizeNumber(1)), "FRONT",
                    RinghioImageBuffer, {});
-    SetRescanAllTabsByPath(CurrentPath, ActiveTab != nullptr ? ActiveTab->TabNumber : 0);
     NoteTopRow();
     FreeContentRows();
     SortContentList(Prefs.ContentSortDirection);
@@ -83,17 +96,28 @@ void ShowRenamed() {
 
 bool RenameFiles(std::string_view oldName, std::string_view newName) {
     const bool isInline = std::exchange(InlineRename, std::uint16_t{0}) != 0;
-    if (LBLocation != LocationKind::Drawer || oldName.empty() || newName.empty() ||
-        newName.size() > Text<128>::Limit) {
+    if (LBLocation != LocationKind::Drawer || oldName.empty() || newName.empty()) {
         return false;
     }
     ContentNode* node = FindContentNode(oldName, AnyKind);
-    if (node == nullptr || !RenameEntry(*node, newName)) {
+    if (node == nullptr) {
+        return false;
+    }
+    if (!IsPlainName(newName)) {
+        TellFailure(dos::ErrorInvalidComponentName);
+        return false;
+    }
+    if (HasTwin(*node)) {
+        TellFailure(dos::ErrorObjectExists);
+        return false;
+    }
+    if (!RenameEntry(*node, newName)) {
         return false;
     }
     if (Prefs.ProcessInfoFiles != 0 && !SAK_IsInfoFile(oldName)) {
         RenameIcon(oldName, newName);
     }
+    SetRescanAllTabsByPath(CurrentPath, ActiveTab != nullptr ? ActiveTab->TabNumber : 0);
     if (!isInline) {
         node->Selected = 0;
         ShowRenamed();

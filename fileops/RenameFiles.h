@@ -16,7 +16,8 @@ extern std::uint16_t
 
 // Renames the entry oldName of the drawer on show, its record included; with Prefs.ProcessInfoFiles its icon
 // follows, unless the new name has one. The list is sorted and built anew after it, unless InlineRename is
-// set. False when there is no such entry or it could not be renamed, which is told.
+// set. False when there is no such entry; false too, and told, when it could not be renamed, when newName
+// is no plain name, and when two entries are called oldName, as in a multi-assign.
 bool RenameFiles(std::string_view oldName, std::string_view newName);
 
 } // namespace solvane

@@ -1,6 +1,7 @@
 #include "frame/EventDispatch.h"
 
 #include "automation/ARexxScripts.h"
+#include "automation/Commodity.h"
 #include "automation/ContentEvents.h"
 #include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
@@ -40,7 +41,7 @@ using intuition::EventClass;
 using intuition::WindowEvent;
 
 void ServeCloseGadget() {
-    if (Prefs.UseCommodity != 0) {
+    if (CommodityInForce != 0) {
         CloseMainWindow();
     } else {
         done = 1;
@@ -196,10 +197,28 @@ void Dispatch(const WindowEvent& event) {
     }
 }
 
+// Takes, renews or gives back the hot key as the preferences want it now. The first instance alone has one.
+void FollowCommodity(bool otherKey) {
+    const bool isWanted = Prefs.UseCommodity != 0 && HasCommodities() && PortNumber == 1;
+    if (isWanted == (CommodityInForce != 0) && !(isWanted && otherKey)) {
+        return;
+    }
+    ShutDownCommodity();
+    if (!isWanted || !SetUpCommodity()) {
+        ShutDownAppMenuItem();
+    } else if (AppMenuSignal == 0 && !SetUpAppMenuItem()) {
+        TellAndContinue(SAK_LocaleString(MSG_NO_APPMENU));
+    }
+}
+
 // Another process has written the preferences: the window is built anew after them.
 Station ReloadPreferences() {
     ReloadPrefs = 1;
+    const auto hotKey = Prefs.HotKey;
     LoadPrefs();
+    FollowCommodity(!hotKey.SameBytes(Prefs.HotKey));
+    appShowInAmiDock = Prefs.ShowInAmiDock != 0 ? 1 : 0;
+    RenewDockEntry();
     SetupLocale();
     SetDateFormatInForce();
     if (!DiscoverARexxScripts()) {

@@ -50,7 +50,7 @@ void Waits() {
 }
 
 void Quit() {
-    if (Prefs.UseCommodity != 0) {
+    if (CommodityInForce != 0) {
         ScrNotChange = 1;
         CloseMainWindow();
     } else {

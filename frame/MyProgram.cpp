@@ -83,13 +83,6 @@ void TakeGivenGeometry() {
     take(Win_H, Prefs.WindowHeight);
 }
 
-// No broker means that no hot key could ever bring a window up.
-void ForgetCommodityWithoutBroker() {
-    if (!HasCommodities()) {
-        Prefs.UseCommodity = 0;
-    }
-}
-
 void ApplyPreferences() {
     SetUpPreviewFonts();
     if (SAK_PreferredLanguage.Empty()) {
@@ -99,7 +92,6 @@ void ApplyPreferences() {
     if (!DiscoverARexxScripts()) {
         TellAndContinue(SAK_LocaleString(MSG_AREXX_SCAN_ERROR));
     }
-    ForgetCommodityWithoutBroker();
     if (Prefs.UseCommodity == 0) {
         Prefs.IconifyAppDocky = 1;
     }
@@ -112,8 +104,8 @@ void ApplyPreferences() {
 
 // With the commodity option on there is one instance only: a second start wakes the first and ends.
 bool SetUpAsCommodity() {
-    if (Prefs.UseCommodity == 0) {
-        return true;
+    if (Prefs.UseCommodity == 0 || !HasCommodities()) {
+        return true; // without a broker no hot key could ever bring a window up
     }
     if (PortNumber != 1) {
         for (const std::string_view command : {"ACTIVATE", "WINDOWTOFRONT", "ACTIVATEWINDOW"}) {

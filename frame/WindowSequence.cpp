@@ -1,5 +1,6 @@
 #include "frame/WindowSequence.h"
 
+#include "automation/TypeAhead.h"
 #include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
@@ -123,7 +124,7 @@ Station RunEntryB() {
     if (onDesktop && !TryOr(StartScreenNotification(), SAK_LocaleString(MSG_NO_SCREEN_NOTIFY))) {
         return Station::End;
     }
-    if (Prefs.UseCommodity != 0 && FirstRun != 0 && done2 == 0) {
+    if (CommodityInForce != 0 && FirstRun != 0 && done2 == 0) {
         return Station::WaitLoop;
     }
     if (!SetUpTabs()) {
@@ -168,6 +169,7 @@ Station RunEntryC() {
 }
 
 Station LeaveIcon() {
+    EndTypeAhead();
     Uniconify();
     if (StartIconified != 0) {
         StartIconified = 0;
@@ -180,6 +182,7 @@ void CloseMainWindow() {
     if (QuitNoSave == 0) {
         SavePrefs(Prefs.SavePrefsOnExit);
     }
+    EndTypeAhead();
     SetPreviewPaneNone();
     SAK_StopNotify();
     FreeNavigationList();
@@ -192,6 +195,7 @@ void CloseMainWindow() {
 }
 
 void CloseMainWindowUpdate() {
+    EndTypeAhead();
     SetPreviewPaneNone();
     SAK_StopNotify();
     FreeNavigationList();

@@ -105,17 +105,6 @@ bool Iconify_AppMenu() {
     return false;
 }
 
-// The entry stands in the dock all the time where the user wants it, and always while it stands for the
-// window.
-bool RenewDockEntry() {
-    const bool isWanted = appShowInAmiDock != 0 || IconifiedAppDocky != 0;
-    appShowIcon = isWanted ? 0 : 1;
-    InDock = isWanted && AppLibPort ? ShowIcon(intuition::AppIconRank::Dock, AppIconName.View(), *AppLibPort,
-                                               IconifiedAppDocky == 0)
-                                    : nullptr;
-    return InDock != nullptr;
-}
-
 bool Iconify_AmiDockDocky() {
     IconifiedAppDocky = 1;
     return RenewDockEntry();
@@ -152,10 +141,19 @@ void TakeForms() {
 
 } // namespace
 
+bool RenewDockEntry() {
+    const bool isWanted = appShowInAmiDock != 0 || IconifiedAppDocky != 0;
+    appShowIcon = isWanted ? 0 : 1;
+    InDock = isWanted && AppLibPort ? ShowIcon(intuition::AppIconRank::Dock, AppIconName.View(), *AppLibPort,
+                                               IconifiedAppDocky == 0)
+                                    : nullptr;
+    return InDock != nullptr;
+}
+
 bool RegisterApp() {
     AppLibPort = std::make_unique<exec::MsgPort>();
     AppLibSignal = OpenNotices() | AppLibPort->Mask();
-    static_cast<void>(RenewDockEntry());
+    RenewDockEntry();
     return AppLibPort->IsOpen();
 }
 
@@ -194,13 +192,13 @@ void Uniconify() {
         }
         exec::ReplyMsg(std::move(message));
     }
-    if (Prefs.UseCommodity == 0) {
+    if (CommodityInForce == 0) {
         ShutDownAppMenuItem();
     } else if (AppMenuPort) {
         static_cast<void>(ShowMenuItem(true));
     }
     IconifiedAppDocky = 0;
-    static_cast<void>(RenewDockEntry());
+    RenewDockEntry();
 }
 
 bool SetUpAppMenuItem() {

@@ -25,6 +25,9 @@ extern std::uint16_t AcceptDD;                     // 1: a drop on the icon is f
 // the dock, which is the desktop's tray. False when no signal is free.
 [[nodiscard]] bool RegisterApp();
 void UnregisterApp();
+// Shows or removes the entry in the dock. It stands there all the time where appShowInAmiDock wants it, and
+// always while it stands for the window. False when there is none.
+bool RenewDockEntry();
 
 // Closes the window, its gadgets stay, and leaves the program in the forms that the preferences name; with
 // none of them in the dock. A form that fails is told to the user. False, with nothing changed, for a program

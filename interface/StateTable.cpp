@@ -220,7 +220,7 @@ std::optional<WindowState> PresentState() {
     state.ClipExists = ClipExists != 0;
     state.AtFTPMount = AtFTPMount != 0;
     state.IsLhAArchive = IsLhAArchive != 0;
-    state.OneInstance = Prefs.UseCommodity != 0;
+    state.OneInstance = CommodityInForce != 0;
     const DevicesNode* device = SelectedDevice();
     state.DeviceFormats = device != nullptr && device->WriteProtected == 0;
     state.DeviceAllows = state.DeviceFormats && device->Mounted != 0;

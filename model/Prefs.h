@@ -181,8 +181,12 @@ extern std::uint16_t PrefsExist; // Prefs is valid; written by DefaultPrefs and 
 extern std::uint16_t NewOpenOnOwnScreen; // where the next window opens
 extern std::int32_t SoundVolume;         // 0 to 64; follows the volume slider
 
+// The program waits in the background for its hot key: Prefs.UseCommodity, where the display and the key
+// allow it. Written by SetUpCommodity and ShutDownCommodity.
+extern std::uint16_t CommodityInForce;
+
 // Whether the program shows itself in the dock; known before the document can be read. Written by
-// LoadApplicationPrefs.
+// LoadApplicationPrefs and by a load of other preferences.
 extern std::uint16_t appShowInAmiDock;
 
 } // namespace solvane

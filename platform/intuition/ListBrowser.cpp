@@ -153,6 +153,10 @@ void ListBrowser::EditCell(std::size_t row, std::size_t column, std::string_view
     ViewOf(*this).EditCell(row, column, text, maximumBytes);
 }
 
+bool ListBrowser::IsEditing() const {
+    return ViewOf(*this).IsEditing();
+}
+
 const std::string& ListBrowser::EditedText() const {
     return ViewOf(*this).Edited();
 }

@@ -62,6 +62,7 @@ enum class ListEventKind : std::uint16_t {
     DoubleClick = 16, // also Return in a list with keys of its own
     TitleClick = 128,
     ColumnsChanged = 256, // moved or sized
+    EditGivenUp = 512,
 };
 
 struct ListEvent {
@@ -123,8 +124,10 @@ public:
     void ClearSelection();
 
     // Lets the user edit a cell in place, from that text on; scrolls to it. Return, and a click elsewhere,
-    // end it with an event EditDone; Escape, and other rows or columns, without one.
+    // end it with an event EditDone; Escape, and scrolling, with EditGivenUp; other rows or columns without.
     void EditCell(std::size_t row, std::size_t column, std::string_view text, std::size_t maximumBytes);
+    // From there on until the event EditDone has been fetched, if there is one.
+    [[nodiscard]] bool IsEditing() const;
     // What the user has made of the last text, cut at a whole character.
     [[nodiscard]] const std::string& EditedText() const;
 

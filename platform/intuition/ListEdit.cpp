@@ -62,17 +62,20 @@ void CellEditor::focusOutEvent(QFocusEvent* event) {
 
 void ListView::EditCell(std::size_t row, std::size_t column, std::string_view text,
                         std::size_t maximumBytes) {
-    EndEdit(EditEnd::Cancel);
+    EndEdit(EditEnd::Drop);
     EndedEditor.reset();
     if (row >= Rows.Rows() || column >= Rows.Columns().size())
         return;
     MakeVisible(row);
+    ShowColumn(static_cast<int>(column));
     auto made = std::make_unique<CellEditor>(*this, text, maximumBytes);
     const int section = static_cast<int>(column);
     const int top = static_cast<int>(row) * RowHeight() - verticalScrollBar()->value();
     const int height = std::max(made->sizeHint().height(), RowHeight());
-    made->setGeometry(Header.sectionViewportPosition(section), top + (RowHeight() - height) / 2,
-                      std::max(Header.sectionSize(section), LeastWidth), height);
+    const int width = std::max(Header.sectionSize(section), LeastWidth);
+    const int left =
+        std::max(std::min(Header.sectionViewportPosition(section), viewport()->width() - width), 0);
+    made->setGeometry(left, top + (RowHeight() - height) / 2, width, height);
     Editor = std::move(made);
     EditedRow = row;
     EditedColumn = column;
@@ -89,12 +92,27 @@ void ListView::EndEdit(EditEnd how) {
     EndedEditor->hide();
     if (hadFocus)
         setFocus();
-    if (how == EditEnd::Keep)
-        Report({ListEventKind::EditDone, EditedRow, EditedColumn});
+    if (how != EditEnd::Drop)
+        Report({how == EditEnd::Keep ? ListEventKind::EditDone : ListEventKind::EditGivenUp, EditedRow,
+                EditedColumn});
 }
 
+bool ListView::IsEditing() const {
+    const auto ends = [](const ListEvent& event) { return event.Kind == ListEventKind::EditDone; };
+    return Editor != nullptr || std::any_of(Events.begin(), Events.end(), ends);
+}
+
+// Scrolls sideways to the cell's editor; its left end counts where there is no room for all of it.
+void ListView::ShowColumn(int section) {
+    const int left = Header.sectionPosition(section);
+    const int right = left + std::max(Header.sectionSize(section), LeastWidth);
+    QScrollBar* bar = horizontalScrollBar();
+    bar->setValue(std::min(left, std::max(bar->value(), right - viewport()->width())));
+}
+
+// A name that is half typed is none to give.
 void ListView::scrollContentsBy(int dx, int dy) {
-    EndEdit(EditEnd::Keep);
+    EndEdit(EditEnd::Cancel);
     QTreeView::scrollContentsBy(dx, dy);
 }
 

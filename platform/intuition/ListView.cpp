@@ -54,13 +54,13 @@ ListView::~ListView() {
 }
 
 void ListView::SetColumns(std::vector<Column> columns) {
-    EndEdit(EditEnd::Cancel);
+    EndEdit(EditEnd::Drop);
     Rows.SetColumns(std::move(columns));
     Header.Restore(Rows.Columns());
 }
 
 void ListView::Attach(const ListSource* source) {
-    EndEdit(EditEnd::Cancel);
+    EndEdit(EditEnd::Drop);
     Events.clear();
     Anchor = Pressed = RowOfMenu = NoRow;
     Narrowing = Dragging = false;

@@ -60,7 +60,7 @@ private:
     const ListView& List;
 };
 
-enum class EditEnd { Keep, Cancel };
+enum class EditEnd { Keep, Cancel, Drop }; // Drop tells nobody
 
 class ListView : public QTreeView {
 public:
@@ -97,6 +97,7 @@ public:
 
     void EditCell(std::size_t row, std::size_t column, std::string_view text, std::size_t maximumBytes);
     void EndEdit(EditEnd how);
+    [[nodiscard]] bool IsEditing() const;
     [[nodiscard]] const std::string& Edited() const { return EditedText; }
 
     void Report(const ListEvent& event);
@@ -134,6 +135,7 @@ private:
     bool FindTyped(const QString& typed);
     void ShowSelection();
     void SpeakSelection();
+    void ShowColumn(int section);
     void Remeasure();
 
     std::uint16_t Id;

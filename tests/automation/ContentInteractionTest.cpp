@@ -9,6 +9,8 @@
 #include "fileops/RenameFiles.h"
 #include "interface/DetailsGadgets.h"
 #include "locations/EnterDrawer.h"
+#include "locations/TabRecords.h"
+#include "locations/Tabs.h"
 #include "model/Program.h"
 #include "platform/dos/System.h"
 #include "platform/intuition/Events.h"
@@ -127,6 +129,14 @@ TEST_F(ContentInteraction, KeysInQuickSuccessionFormOneBeginning) {
     }
     Type("b");
     EXPECT_EQ(Selected(), "b.txt") << "a pause begins a new word";
+    MainWindow->SetTicks(false); // as a window that has gone and come
+    exec::SetSignal(0, MainWindow->Mask());
+    Type("z");
+    static_cast<void>(exec::Wait(MainWindow->Mask()));
+    EXPECT_EQ(MainWindow->NextEvent()->Class, intuition::EventClass::IntuiTicks);
+    EndTypeAhead();
+    Type("d");
+    EXPECT_EQ(Selected(), "d1");
 }
 
 TEST_F(ContentInteraction, ReturnAndDoubleClickOpenWhatTheKeysWant) {
@@ -175,8 +185,33 @@ TEST_F(ContentInteraction, EscapeAndQuitKeysCloseTheWindow) {
     EXPECT_EQ(HandleKey(rawkey::Escape, 0), Closing::Tab);
     Prefs.EscapeToQuit = 1;
     EXPECT_EQ(HandleKey(rawkey::Escape, 0), Closing::WithWindow);
-    EXPECT_EQ(HandleKey(16, qualifier::LeftAlt), Closing::WithWindow);
     EXPECT_EQ(HandleKey(16, 0), Closing::Tab);
+    EXPECT_EQ(done, 0);
+    EXPECT_EQ(HandleKey(16, qualifier::LeftAlt), Closing::Tab) << "what closes the window only";
+    EXPECT_EQ(std::exchange(done, std::uint16_t{0}), 1);
+}
+
+TEST_F(ContentInteraction, OnlyBareArrowsTravelAndNotInTheFilmstrip) {
+    Drawer("d1");
+    StartupTabsList = SAK_CreateGenericList<TabsNode>();
+    CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
+    ASSERT_TRUE(SetUpTabs());
+    SetFirstTab();
+    ASSERT_TRUE(PopulateContent2(Volume, Volume));
+    ASSERT_TRUE(PopulateContent2("d1", Path("d1")));
+    Press(rawkey::Left, qualifier::LeftAlt);
+    EXPECT_EQ(PathUndoBuffer.View(), Path("d1"));
+    Prefs.ContentViewStyle = ViewFilmstrip;
+    Press(rawkey::Left);
+    EXPECT_EQ(PathUndoBuffer.View(), Path("d1"));
+    Prefs.ContentViewStyle = ViewList;
+    Press(rawkey::Left);
+    EXPECT_EQ(PathUndoBuffer.View(), Volume);
+    Press(rawkey::Right, qualifier::RightAmiga);
+    EXPECT_EQ(PathUndoBuffer.View(), Volume);
+    FreeAllTabs(1);
+    StartupTabsList.reset();
+    CommandLineTabsList.reset();
 }
 
 TEST_F(ContentInteraction, CommandsSelectAndTellOfIt) {
@@ -291,11 +326,40 @@ TEST_F(ContentInteraction, RenamedEntryTakesItsIconAlongAndNeverReplaces) {
     EXPECT_TRUE(Requests.empty());
     EXPECT_FALSE(RenameFiles("b.txt", "z"));
     EXPECT_EQ(std::exchange(Requests, {}).size(), 1U);
+    for (const char* path : {"d1/b", "d1/", "RAM:b"}) {
+        EXPECT_FALSE(RenameFiles("b.txt", path)) << path;
+    }
+    EXPECT_EQ(std::exchange(Requests, {}).size(), 3U);
     EXPECT_TRUE(RenameFiles("b.txt", "new"));
     EXPECT_TRUE(std::filesystem::exists(Host("new.info")));
     EXPECT_TRUE(std::filesystem::exists(Host("new")));
     EXPECT_EQ(FindContentNode("new", AnyKind)->EntryPath.View(), Path("new"));
     EXPECT_THAT(Rows(), ElementsAre("d1", "d2", "ab.txt", "Ac.txt", "new", "z")) << "sorted anew";
+}
+
+TEST_F(ContentInteraction, NameThatTwoDrawersOfAnAssignHaveIsNotRenamed) {
+    File("one/same", "1");
+    File("two/same", "2");
+    File("two/alone", "3");
+    const std::string assign = "Twins" + Volume.substr(0, Volume.size() - 1);
+    ASSERT_TRUE(dos::SetAssign(assign, dos::AssignKind::Directory, {Path("one"), Path("two")}));
+    CurrentPath = assign + ":";
+    ASSERT_TRUE(ScanDrawer());
+    EXPECT_FALSE(RenameFiles("same", "other"));
+    EXPECT_EQ(Requests.size(), 1U);
+    EXPECT_TRUE(std::filesystem::exists(Host("one/same")));
+    EXPECT_TRUE(RenameFiles("alone", "other"));
+    EXPECT_TRUE(std::filesystem::exists(Host("two/other")));
+}
+
+TEST_F(ContentInteraction, GuideIsOpenedOrItsFailureTold) {
+    ShowSome();
+    Press(rawkey::F1);
+    EXPECT_THAT(Opened, ElementsAre("\"PROGDIR:Docs/guide.md\""));
+    EXPECT_TRUE(Requests.empty());
+    dos::SetBuiltIn("WBRun", [](std::string_view) { return dos::BuiltInResult{.Code = 10}; });
+    Press(rawkey::Help);
+    EXPECT_EQ(Requests.size(), 1U);
 }
 
 } // namespace

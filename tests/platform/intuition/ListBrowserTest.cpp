@@ -146,16 +146,29 @@ TEST_F(ListBrowserTest, EditedCellIsKeptByReturnAndGivenUpByEscape) {
         Pump();
     };
     edit(Qt::Key_Escape);
-    EXPECT_TRUE(EventsOf(Stage.Frame).empty());
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    EXPECT_FALSE(List().IsEditing());
+    EXPECT_EQ(List().NextEvent().Kind, ListEventKind::EditGivenUp);
     edit(Qt::Key_Return);
+    EXPECT_TRUE(List().IsEditing()) << "until the event is fetched";
     ASSERT_EQ(EventsOf(Stage.Frame).size(), 1U);
     const ListEvent event = List().NextEvent();
     EXPECT_EQ(event.Kind, ListEventKind::EditDone);
     EXPECT_EQ(event.Row, 15U);
+    EXPECT_FALSE(List().IsEditing());
     EXPECT_EQ(List().EditedText(), "longer.tx") << "cut at its limit";
     List().EditCell(3, 0, "x", 9);
     List().Attach(&Many);
     EXPECT_TRUE(EventsOf(Stage.Frame).empty()) << "other rows give the editing up";
+    List().EditCell(0, 0, "half typed", 20);
+    EXPECT_TRUE(List().IsEditing());
+    List().SetTop(900);
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    EXPECT_EQ(List().NextEvent().Kind, ListEventKind::EditGivenUp) << "scrolled away";
+    List().SetColumns({{"Name", 4000}, {"Size", 80}});
+    List().EditCell(0, 1, "x", 9);
+    const auto* field = View().viewport()->findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+    EXPECT_LE(field->geometry().right(), View().viewport()->width()) << "scrolled to";
 }
 
 TEST_F(ListBrowserTest, EachGadgetUpHasItsListEvent) {
