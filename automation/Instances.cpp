@@ -172,15 +172,17 @@ void SizeToPartOfScreen(ScreenPart part) {
 }
 
 void FullScreen() {
+    static intuition::Box before; // where the window was; the stored box may be older
     if (!HasWindow()) {
         return;
     }
     if (GoFullScreen == 0) {
         CollectPrefs();
+        before = MainWindow->Geometry();
         GoFullScreen = 1; // from here on the box is not collected
         MainWindow->SetGeometry(MainWindow->InsideOf(MainWindow->WorkArea()));
     } else {
-        MainWindow->SetGeometry({Prefs.WindowX, Prefs.WindowY, Prefs.WindowWidth, Prefs.WindowHeight});
+        MainWindow->SetGeometry(before);
         GoFullScreen = 0;
     }
 }
