@@ -8,12 +8,18 @@
 #include "interface/Menus.h"
 #include "interface/Processes.h"
 #include "model/Prefs.h"
+#include "model/Program.h"
+#include "tests/locations/OpenWindow.h"
 #include "tests/platform/intuition/Stage.h"
 
+#include <gmock/gmock.h>
 #include <set>
 
 namespace solvane {
 namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 class MenuDispatchTest : public intuition::OnDisplay {
 protected:
@@ -75,22 +81,36 @@ TEST_F(MenuDispatchTest, MarksFollowTheSettings) {
     Prefs = {};
 }
 
-TEST_F(MenuDispatchTest, TheMarkFollowsWhetherByKeyOrByMenuHiddenEntriesAreShown) {
-    constexpr std::uint16_t keyH = 37;
-    ASSERT_TRUE(CreateMainMenuStrip());
-    Prefs.ShowHiddenEntries = 0;
-    static_cast<void>(HandleKey(keyH, intuition::qualifier::Control));
-    EXPECT_TRUE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
-    HandleMenuPick(MenuShowHidden);
-    EXPECT_FALSE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
-    Prefs = {};
-}
-
 TEST_F(MenuDispatchTest, AnItemThatHasNoFeatureYetSaysSo) {
     StatusBarBuffer2 = "right";
     HandleMenuPick(MenuHexView);
     EXPECT_EQ(StatusBarBuffer1.View(), "This command comes with a later version.");
     EXPECT_EQ(StatusBarBuffer2.View(), "right");
+}
+
+class HiddenEntriesTest : public OpenWindow {
+protected:
+    HiddenEntriesTest() { ProgramPrefsFile = Path("prefs.xml"); }
+    ~HiddenEntriesTest() override {
+        FreeMainMenuStrip();
+        ProgramPrefsFile.Clear();
+    }
+};
+
+TEST_F(HiddenEntriesTest, KeyAndMenuAreOneRoad) {
+    constexpr std::uint16_t keyH = 37;
+    ASSERT_TRUE(CreateMainMenuStrip());
+    File("d/.hidden");
+    File("d/seen");
+    ASSERT_TRUE(Scan("d"));
+    LBLocation = LocationKind::Drawer;
+    static_cast<void>(HandleKey(keyH, intuition::qualifier::Control));
+    EXPECT_TRUE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
+    EXPECT_THAT(Rows(), ElementsAre(".hidden", "seen"));
+    HandleMenuPick(MenuShowHidden);
+    EXPECT_FALSE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
+    EXPECT_THAT(Rows(), ElementsAre("seen"));
+    EXPECT_THAT(Requests, IsEmpty());
 }
 
 TEST(ProcessesTest, EachCommandIsWorkedOnOnceAndTheEndWaitsForTheWork) {
