@@ -29,9 +29,28 @@ namespace qualifier = intuition::qualifier;
 
 constexpr std::uint16_t AltKeys = qualifier::LeftAlt | qualifier::RightAlt;
 constexpr std::uint16_t ShiftKeys = qualifier::LeftShift | qualifier::RightShift;
+constexpr std::size_t MostOpenedUnasked = 20;
 
 bool IsHeld(unsigned keys) {
     return (Qualifier & keys) != 0;
+}
+
+// Asks once before so many are opened that a slip of the hand would fill the screen.
+bool MayOpen(std::size_t entries) {
+    return entries <= MostOpenedUnasked ||
+           SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Question,
+                           FormatMessage(MSG_OPEN_MANY, entries), SAK_LocaleString(MSG_OPEN_CANCEL_GAD)) == 1;
+}
+
+std::vector<Text<1024>> SelectedPaths(bool ofDrawers) {
+    std::vector<Text<1024>> paths;
+    for (const ListRow& row : lblist2) {
+        if (row.Record != nullptr && row.Record->Selected != 0 &&
+            IsDrawerKind(row.Record->ObjectKind) == ofDrawers) {
+            paths.push_back(row.Record->EntryPath);
+        }
+    }
+    return paths;
 }
 
 // Opens all selected rows elsewhere when there are several and the keys want that.
@@ -40,9 +59,9 @@ bool OpenedSeveralElsewhere() {
         return false;
     }
     if (IsHeld(AltKeys)) {
-        OpenMultipleNewSolvaneWindows();
+        OpenSelectedInWindows();
     } else {
-        OpenMultipleNewTabs();
+        OpenSelectedInTabs();
     }
     return true;
 }
@@ -70,11 +89,9 @@ void OpenFile(const Text<1024>& path) {
 
 // The paths are copied first: a question that a program raises may outlive the records.
 void OpenSelectedFiles() {
-    std::vector<Text<1024>> paths;
-    for (const ListRow& row : lblist2) {
-        if (row.Record != nullptr && row.Record->Selected != 0 && !IsDrawerKind(row.Record->ObjectKind)) {
-            paths.push_back(row.Record->EntryPath);
-        }
+    const std::vector<Text<1024>> paths = SelectedPaths(false);
+    if (!MayOpen(paths.size())) {
+        return;
     }
     for (const Text<1024>& path : paths) {
         OpenFile(path);
@@ -122,6 +139,20 @@ void OpenSelectedRows() {
     const std::size_t row =
         Objects.ContentList->IsSelected(marked) ? marked : Objects.ContentList->SelectedRows().front();
     OpenRecord(*lblist2[row].Record, OpenWhich::Selected);
+}
+
+void OpenSelectedInTabs() {
+    SelectContentListItems();
+    if (MayOpen(SelectedPaths(true).size())) {
+        OpenMultipleNewTabs();
+    }
+}
+
+void OpenSelectedInWindows() {
+    SelectContentListItems();
+    if (MayOpen(SelectedPaths(true).size())) {
+        OpenMultipleNewSolvaneWindows();
+    }
 }
 
 void OpenRecord(const ContentNode& node, OpenWhich files) {

@@ -1,5 +1,5 @@
 // Opening what stands in the Content pane: places and drawers here, in tabs or in windows, as the keys held
-// want it, and files by what opens their kind.
+// want it, and files by what opens their kind. Before more than 20 at once the user is asked.
 #pragma once
 
 #include "model/ContentNode.h"
@@ -24,6 +24,10 @@ void OpenRow(std::size_t row);
 
 // What Return does: opens the selected rows, all files among them when the first is one.
 void OpenSelectedRows();
+
+// Opens each selected place or drawer in a tab or a window of its own.
+void OpenSelectedInTabs();
+void OpenSelectedInWindows();
 
 // Opens the entry of the location on show. Alt opens windows, Control tabs; with several rows selected each
 // place or drawer among them. The records must have the selection.

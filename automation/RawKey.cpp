@@ -8,6 +8,8 @@
 #include "automation/TypeAhead.h"
 #include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
+#include "interface/MenuIds.h"
+#include "interface/StateTable.h"
 #include "interface/Windows.h"
 #include "locations/EnterDrawer.h"
 #include "locations/LayoutChange.h"
@@ -105,15 +107,23 @@ Closing TurnPreview() {
     return Closing::Tab;
 }
 
-// Keys of commands that come with their features (cut, copy, paste, delete, tag panes)
-// have no row: they do nothing.
+// Has the loop run the command of a menu item, where the item could be picked.
+template <MenuId Item>
+Closing Pick() {
+    if (const auto state = PresentState(); MainWindow && state && IsEnabled(Item, *state)) {
+        MainWindow->PostMenuPick(Item);
+    }
+    return Closing::Tab;
+}
+
 struct KeyRow {
     std::uint16_t Code;
     std::uint16_t Needs; // one of these qualifiers must be held
     Closing (*Deed)();
 };
 constexpr std::uint16_t KeyQ = 16, KeyW = 17, KeyT = 20, KeyA = 32, KeyH = 37, KeyL = 40, KeyZ = 49;
-constexpr std::uint16_t KeyF2 = 81, KeyF3 = 82, KeyF4 = 83, KeyF5 = 84, KeyF6 = 85;
+constexpr std::uint16_t KeyX = 50, KeyC = 51, KeyV = 52;
+constexpr std::uint16_t KeyF2 = 81, KeyF3 = 82, KeyF4 = 83, KeyF5 = 84, KeyF6 = 85, KeyF7 = 86;
 constexpr std::array Keys = {
     KeyRow{KeyQ, AltKeys, QuitAll},
     KeyRow{KeyW, ControlKey, CloseTab},
@@ -123,6 +133,10 @@ constexpr std::array Keys = {
     KeyRow{KeyH, ControlKey, Do<ToggleHiddenEntries>},
     KeyRow{KeyL, ControlKey, EnterPath},
     KeyRow{KeyZ, ControlKey, Do<SelectNone>},
+    KeyRow{KeyX, ControlKey, Pick<MenuCut>},
+    KeyRow{KeyC, ControlKey, Pick<MenuCopy>},
+    KeyRow{KeyV, ControlKey, Pick<MenuPaste>},
+    KeyRow{rawkey::Delete, AnyQualifier, Pick<MenuDelete>},
     KeyRow{rawkey::Space, ControlKey, Do<ToggleMarkedRow>},
     KeyRow{rawkey::Backspace, AnyQualifier, Do<GoToParent>},
     KeyRow{rawkey::Tab, ControlKey, TurnTab},
@@ -142,6 +156,7 @@ constexpr std::array Keys = {
     KeyRow{KeyF4, AnyQualifier, EnterPath},
     KeyRow{KeyF5, AnyQualifier, Do<ReloadLocation>},
     KeyRow{KeyF6, AnyQualifier, TurnPreview},
+    KeyRow{KeyF7, AnyQualifier, Pick<MenuToggleMetadata>},
     KeyRow{rawkey::F11, AnyQualifier, Do<FullScreen>},
     KeyRow{rawkey::Home, AnyQualifier, Do<MoveToFirst>},
     KeyRow{rawkey::End, AnyQualifier, Do<MoveToLast>},

@@ -3,6 +3,7 @@
 #include "automation/ARexxScripts.h"
 #include "automation/ContentEvents.h"
 #include "automation/Instances.h"
+#include "automation/OpenEntries.h"
 #include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
 #include "content/DetailsPane.h"
@@ -42,7 +43,7 @@ namespace solvane {
 namespace {
 
 constexpr std::int32_t JumpLoadPrefs = 97; // of JumpToARexxCmd
-constexpr std::uint16_t KeyF6 = intuition::rawkey::F1 + 5, KeyF7 = intuition::rawkey::F1 + 6;
+constexpr std::uint16_t KeyF6 = intuition::rawkey::F1 + 5;
 
 // The command of an item whose feature is still to come.
 void Waits() {
@@ -209,7 +210,7 @@ constexpr Command Commands[] = {
     {MenuAminetFull, [] { HandleNavigationListBrowser("AminetFull"); }},
 
     {MenuTogglePreview, Press<KeyF6>},
-    {MenuToggleMetadata, Press<KeyF7>},
+    {MenuToggleMetadata, Waits},
     {MenuDrawersFirst, ChooseDrawersOrder<0>},
     {MenuDrawersMixed, ChooseDrawersOrder<1>},
     {MenuDrawersLast, ChooseDrawersOrder<2>},
@@ -237,12 +238,12 @@ constexpr Command Commands[] = {
 
     {MenuNewTab, [] { OpenNewTab(0); }},
     {MenuCloneTab, CloneTab},
-    {MenuOpenInTab, OpenMultipleNewTabs},
+    {MenuOpenInTab, OpenSelectedInTabs},
     {MenuCloseTab, CloseShownTab},
     {MenuCloseOtherTabs, CloseAllButThisTab},
     {MenuNewWindow, [] { static_cast<void>(OpenNewSolvaneWindow("")); }},
     {MenuCloneWindow, CloneWindow},
-    {MenuOpenInWindow, OpenMultipleNewSolvaneWindows},
+    {MenuOpenInWindow, OpenSelectedInWindows},
     {MenuCloseOtherWindows, [] { CloseAllButThisWindow(); }},
     {MenuWorkbenchWindow, Waits},
     {MenuCascade, [] { ArrangeWindows(Arrangement::Cascade); }},

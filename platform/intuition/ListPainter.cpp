@@ -74,20 +74,33 @@ int AdvanceOf(unsigned char byte, const QFontMetrics& metrics) {
     return byte < 0xE2 ? metrics.horizontalAdvance(QLatin1Char('m')) : metrics.height();
 }
 
+constexpr int Steps = 16;
+
+// The first colour on the way that can be read well, else its end.
+QColor FirstGood(const QColor& background, const QColor& from, const QColor& end, int step) {
+    for (; step < Steps; ++step) {
+        const QColor candidate = Mix(from, end, static_cast<float>(step) / Steps);
+        if (Contrast(background, candidate) >= Good)
+            return candidate;
+    }
+    return end;
+}
+
+QColor FarthestFrom(const QColor& background) {
+    return Contrast(background, Qt::white) > Contrast(background, Qt::black) ? Qt::white : Qt::black;
+}
+
 } // namespace
 
 QColor ReadableOn(const QColor& background, const QColor& colour) {
     if (Contrast(background, colour) >= Legible)
         return colour;
-    const QColor end =
-        Contrast(background, Qt::white) > Contrast(background, Qt::black) ? Qt::white : Qt::black;
-    constexpr int steps = 16;
-    for (int step = 1; step < steps; ++step) {
-        const QColor candidate = Mix(colour, end, static_cast<float>(step) / steps);
-        if (Contrast(background, candidate) >= Good)
-            return candidate;
-    }
-    return end;
+    return FirstGood(background, colour, FarthestFrom(background), 1);
+}
+
+QColor FaintOn(const QColor& background, const QColor& colour) {
+    const QColor full = Contrast(background, colour) >= Good ? colour : FarthestFrom(background);
+    return FirstGood(background, background, full, Steps / 2);
 }
 
 ListPainter::ListPainter(const QFont& font) : Plain(font) {

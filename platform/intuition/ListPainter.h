@@ -60,5 +60,7 @@ private:
 
 // The colour itself where it can be read on the background, else one of its hue that can.
 [[nodiscard]] QColor ReadableOn(const QColor& background, const QColor& colour);
+// The colour drawn back towards the background as far as it can still be read well.
+[[nodiscard]] QColor FaintOn(const QColor& background, const QColor& colour);
 
 } // namespace intuition

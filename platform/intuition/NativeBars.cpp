@@ -1,7 +1,12 @@
 #include "platform/intuition/NativeBars.h"
 
+#include <QApplication>
+#include <QKeyEvent>
+#include <QPainter>
+
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <numeric>
 
 namespace intuition {
@@ -9,8 +14,113 @@ namespace intuition {
 namespace {
 
 constexpr int MinimumBar = 5; // layout units that a pointer can hit
+constexpr int KeyStep = 16;   // of an arrow key, layout units
+constexpr int KeyWholeWay = 1 << 16;
+
+QList<BarHandle*> UsableBars(const QWidget& window) {
+    QList<BarHandle*> bars;
+    for (QSplitterHandle* handle : window.findChildren<QSplitterHandle*>()) {
+        if (auto* bar = dynamic_cast<BarHandle*>(handle);
+            bar != nullptr && bar->isVisible() && bar->isEnabled())
+            bars.append(bar);
+    }
+    return bars;
+}
+
+// What an arrow or End and Home do to a bar that moves along; 0: nothing.
+int DistanceOf(int key, bool sideways) {
+    switch (key) {
+    case Qt::Key_Left:
+        return sideways ? -KeyStep : 0;
+    case Qt::Key_Right:
+        return sideways ? KeyStep : 0;
+    case Qt::Key_Up:
+        return sideways ? 0 : -KeyStep;
+    case Qt::Key_Down:
+        return sideways ? 0 : KeyStep;
+    case Qt::Key_Home:
+        return -KeyWholeWay;
+    case Qt::Key_End:
+        return KeyWholeWay;
+    default:
+        return 0;
+    }
+}
+
+bool IsMovingKey(int key) {
+    return key >= Qt::Key_Home && key <= Qt::Key_Down;
+}
+
+bool EndsMoving(int key) {
+    return key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter;
+}
 
 } // namespace
+
+BarHandle::BarHandle(Qt::Orientation orientation, QSplitter* parent) : QSplitterHandle(orientation, parent) {}
+
+void BarHandle::TakeKeyboard(QWidget* from) {
+    Former = from;
+    setFocusPolicy(Qt::StrongFocus); // screen readers pass over what has no policy
+    setFocus(Qt::ShortcutFocusReason);
+}
+
+void BarHandle::GiveKeyboardBack() {
+    if (Former != nullptr)
+        Former->setFocus(Qt::OtherFocusReason);
+    else
+        clearFocus();
+}
+
+void BarHandle::MoveBy(int distance) {
+    const bool sideways = orientation() == Qt::Horizontal;
+    const int extent = sideways ? splitter()->width() : splitter()->height();
+    moveSplitter(std::clamp((sideways ? x() : y()) + distance, 0, extent));
+}
+
+// Keys that would move something else are kept from the window.
+void BarHandle::keyPressEvent(QKeyEvent* event) {
+    if (EndsMoving(event->key()))
+        GiveKeyboardBack();
+    else if (IsMovingKey(event->key()))
+        MoveBy(DistanceOf(event->key(), orientation() == Qt::Horizontal));
+    else
+        QSplitterHandle::keyPressEvent(event);
+}
+
+void BarHandle::focusInEvent(QFocusEvent* event) {
+    QSplitterHandle::focusInEvent(event);
+    update();
+}
+
+void BarHandle::focusOutEvent(QFocusEvent* event) {
+    QSplitterHandle::focusOutEvent(event);
+    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+        setFocusPolicy(Qt::NoFocus);
+    update();
+}
+
+void BarHandle::paintEvent(QPaintEvent* event) {
+    QSplitterHandle::paintEvent(event);
+    if (hasFocus())
+        QPainter(this).fillRect(rect(), palette().color(QPalette::Highlight));
+}
+
+bool BarHandle::focusNextPrevChild(bool) {
+    GiveKeyboardBack();
+    return true;
+}
+
+void FocusNextBar(QWidget& window) {
+    const QList<BarHandle*> bars = UsableBars(window);
+    QWidget* now = QApplication::focusWidget();
+    auto* bar = dynamic_cast<BarHandle*>(now);
+    const qsizetype next = bar != nullptr ? bars.indexOf(bar) + 1 : 0;
+    if (next < bars.size())
+        bars[next]->TakeKeyboard(bar != nullptr ? bar->Lender() : now);
+    else if (bar != nullptr)
+        bar->GiveKeyboardBack();
+}
 
 BarSplitter::BarSplitter(Qt::Orientation orientation, int spacing) : QSplitter(orientation) {
     setChildrenCollapsible(false);
@@ -102,6 +212,10 @@ void BarSplitter::ReadWeights() {
 void BarSplitter::resizeEvent(QResizeEvent* event) {
     QSplitter::resizeEvent(event);
     ApplyWeights();
+}
+
+QSplitterHandle* BarSplitter::createHandle() {
+    return std::make_unique<BarHandle>(orientation(), this).release(); // the splitter owns it
 }
 
 void BarSplitter::showEvent(QShowEvent* event) {

@@ -2,6 +2,7 @@
 
 #include "platform/intuition/DroppedObjects.h"
 #include "platform/intuition/Native.h"
+#include "platform/intuition/NativeBars.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
@@ -288,6 +289,10 @@ void NativeWindow::keyPressEvent(QKeyEvent* event) {
     }
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::NoModifier) {
         OpenStrip();
+        return;
+    }
+    if (event->key() == Qt::Key_F8 && event->modifiers() == Qt::NoModifier) {
+        FocusNextBar(*this);
         return;
     }
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;

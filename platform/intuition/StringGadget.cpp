@@ -1,5 +1,6 @@
 #include "platform/intuition/StringGadget.h"
 
+#include "platform/intuition/ListPainter.h"
 #include "platform/intuition/Native.h"
 #include "platform/utility/Text.h"
 
@@ -38,6 +39,7 @@ public:
         setValidator(&Filter);
         connect(this, &QLineEdit::textEdited, this, [this] { CutToLimit(); });
         connect(this, &QLineEdit::returnPressed, this, [this] { Commit(); });
+        FadePlaceholder();
     }
 
     void Show(std::string_view text) {
@@ -51,6 +53,12 @@ protected:
         if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
             Entered = text();
         QLineEdit::focusInEvent(event);
+    }
+
+    void changeEvent(QEvent* event) override {
+        QLineEdit::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange)
+            FadePlaceholder();
     }
 
     // What neither edits nor is a command stays here, so that an arrow pressed while typing moves no list.
@@ -70,6 +78,20 @@ protected:
     }
 
 private:
+    // The toolkit's own colour for it is half of the text's, which few palettes make readable.
+    void FadePlaceholder() {
+        QPalette own; // of this colour alone; the others go on following the desktop's
+        bool isOther = false;
+        for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+            const QColor faint =
+                FaintOn(palette().color(group, QPalette::Base), palette().color(group, QPalette::Text));
+            own.setColor(group, QPalette::PlaceholderText, faint);
+            isOther = isOther || palette().color(group, QPalette::PlaceholderText) != faint;
+        }
+        if (isOther) // setting it comes back here
+            setPalette(own);
+    }
+
     void CutToLimit() {
         const std::string bytes = BytesOfEditable(text());
         if (bytes.size() <= MaximumBytes)

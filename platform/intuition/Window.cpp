@@ -99,6 +99,10 @@ std::optional<WindowEvent> Window::NextEvent() {
     return Host->Fetch();
 }
 
+void Window::PostMenuPick(std::uint16_t item) {
+    static_cast<void>(Host->Post({.Class = EventClass::MenuPick, .Code = item}));
+}
+
 void Window::SetTicks(bool on) {
     Host->SetTicks(on);
 }

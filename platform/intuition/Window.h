@@ -6,6 +6,7 @@
 #include "platform/intuition/Events.h"
 #include "platform/intuition/Gadget.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,6 +44,8 @@ public:
     [[nodiscard]] exec::SignalMask Mask() const;
     // The oldest event, nothing when none waits.
     [[nodiscard]] std::optional<WindowEvent> NextEvent();
+    // Queues the pick of a menu item, as if the user had made it.
+    void PostMenuPick(std::uint16_t item);
     // IntuiTicks on or off; off at first, since ticks keep the machine awake.
     void SetTicks(bool on);
 

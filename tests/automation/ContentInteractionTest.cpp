@@ -166,6 +166,37 @@ TEST_F(ContentInteraction, ReturnAndDoubleClickOpenWhatTheKeysWant) {
     EXPECT_TRUE(Opened.empty());
 }
 
+TEST_F(ContentInteraction, ManyAreOpenedOnlyAfterAQuestion) {
+    for (int number = 0; number < 21; ++number) {
+        File("f" + std::to_string(number));
+        Drawer("d" + std::to_string(number));
+    }
+    ASSERT_TRUE(PopulateContent2(Volume, Volume));
+    int answer = 0;
+    intuition::SetRequestHandler([&](const intuition::EasyRequestSpec& spec) {
+        Requests.push_back(spec.Text);
+        return answer;
+    });
+    const unsigned tabs = TabsOpen;
+    SelectAll();
+    Press(rawkey::Return, qualifier::Control);
+    EXPECT_EQ(TabsOpen, tabs);
+    for (std::size_t row = 0; row < 21; ++row) {
+        Objects.ContentList->Select(row, false); // drawers come first
+    }
+    Press(rawkey::Return);
+    EXPECT_THAT(Requests, ElementsAre(testing::HasSubstr("open 21 entries"), testing::HasSubstr("21")));
+    EXPECT_TRUE(Opened.empty());
+    answer = 1;
+    Press(rawkey::Return);
+    EXPECT_EQ(Opened.size(), 21U);
+    Objects.ContentList->Select(21, false);
+    Requests.clear();
+    Press(rawkey::Return);
+    EXPECT_EQ(Opened.size(), 41U);
+    EXPECT_TRUE(Requests.empty());
+}
+
 TEST_F(ContentInteraction, FurtherMouseButtonsDoWhatThePreferencesSay) {
     ShowSome();
     Select({1});

@@ -14,6 +14,7 @@
 
 #include <gmock/gmock.h>
 #include <set>
+#include <tuple>
 
 namespace solvane {
 namespace {
@@ -86,6 +87,33 @@ TEST_F(MenuDispatchTest, AnItemThatHasNoFeatureYetSaysSo) {
     HandleMenuPick(MenuHexView);
     EXPECT_EQ(StatusBarBuffer1.View(), "This command comes with a later version.");
     EXPECT_EQ(StatusBarBuffer2.View(), "right");
+}
+
+using MenuKeysTest = OpenWindow;
+
+TEST_F(MenuKeysTest, AKeyPicksItsItemWhereTheItemCouldBePicked) {
+    File("d/file");
+    ASSERT_TRUE(Scan("d"));
+    LBLocation = LocationKind::Drawer;
+    constexpr std::uint16_t control = intuition::qualifier::Control;
+    const std::tuple<std::uint16_t, std::uint16_t, MenuId, bool> keys[] = {
+        {50, control, MenuCut, true},
+        {51, control, MenuCopy, true},
+        {52, control, MenuPaste, false}, // nothing was cut or copied
+        {intuition::rawkey::Delete, 0, MenuDelete, true},
+        {86, 0, MenuToggleMetadata, true}};
+    for (const bool selected : {false, true}) {
+        NumSelected = selected ? 1 : 0;
+        for (const auto& [key, held, item, whenSelected] : keys) {
+            while (MainWindow->NextEvent()) {
+            }
+            static_cast<void>(HandleKey(key, held));
+            const auto event = MainWindow->NextEvent();
+            const bool expected = selected ? whenSelected : item == MenuToggleMetadata;
+            ASSERT_EQ(event.has_value(), expected) << key << selected;
+            EXPECT_TRUE(!event || (event->Class == intuition::EventClass::MenuPick && event->Code == item));
+        }
+    }
 }
 
 class HiddenEntriesTest : public OpenWindow {

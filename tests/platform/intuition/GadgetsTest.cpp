@@ -7,6 +7,7 @@
 #include "tests/platform/intuition/Stage.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
 #include <QDialog>
 #include <QImage>
@@ -14,7 +15,9 @@
 #include <QSplitter>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <numeric>
 #include <sys/stat.h>
 
@@ -77,6 +80,58 @@ TEST_F(GadgetsTest, DraggedBarChangesTheWeightsAndKeepsTheirSum) {
     stage.Frame.SetGeometry({-1, -1, 1000, 300});
     Pump();
     EXPECT_EQ(stage.Content.Weights(), weights);
+}
+
+TEST_F(GadgetsTest, BarsAreMovedByKeysAndGiveTheKeyboardBack) {
+    Shown<Layout> stage(ThreePanes(true));
+    QSplitter& splitter = SplitterOf(stage.Content);
+    splitter.widget(0)->setFocusPolicy(Qt::StrongFocus);
+    splitter.widget(0)->setFocus();
+    const Numbers before = stage.Content.Weights();
+    QWidget* window = splitter.window();
+    const auto press = [&](Qt::Key key) { QTest::keyClick(window->focusWidget(), key); };
+    press(Qt::Key_F8);
+    ASSERT_TRUE(splitter.handle(1)->hasFocus());
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Up})
+        press(key);
+    const Numbers moved = stage.Content.Weights();
+    EXPECT_GT(moved[0], before[0]);
+    EXPECT_EQ(std::accumulate(moved.begin(), moved.end(), 0), 100);
+    EXPECT_TRUE(EventsOf(stage.Frame).empty()) << "no arrow reaches the window";
+    press(Qt::Key_End);
+    EXPECT_GT(stage.Content.Weights()[0], moved[0]);
+    EXPECT_GT(splitter.widget(1)->width(), 0);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(splitter.widget(0)->hasFocus());
+    press(Qt::Key_F8);
+    press(Qt::Key_F8); // the other bar cannot be moved
+    EXPECT_TRUE(splitter.widget(0)->hasFocus());
+}
+
+TEST_F(GadgetsTest, PlaceholderCanBeReadInEveryPalette) {
+    const auto luminance = [](const QColor& colour) {
+        const auto linear = [](double part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+               0.0722 * linear(colour.blueF());
+    };
+    Shown<StringGadget> stage(std::make_unique<StringGadget>(1, "", 100));
+    for (const auto& [base, text] : {std::pair{"#ffffff", "#000000"}, std::pair{"#1b1e20", "#fcfcfc"},
+                                     std::pair{"#fdf6e3", "#657b83"}, std::pair{"#808080", "#000000"}}) {
+        QPalette colours;
+        colours.setColor(QPalette::Base, QColor(base));
+        colours.setColor(QPalette::Text, QColor(text));
+        QApplication::setPalette(colours);
+        Pump();
+        const QPalette& shown = stage.Widget().palette();
+        const QColor faint = shown.color(QPalette::PlaceholderText);
+        const auto [dark, light] = std::minmax({luminance(shown.color(QPalette::Base)), luminance(faint)});
+        EXPECT_GE((light + 0.05) / (dark + 0.05), 4.5) << base << faint.name().toStdString();
+        EXPECT_EQ(faint.alpha(), 255);
+        EXPECT_EQ(shown.color(QPalette::Text), QColor(text));
+    }
+    QApplication::setPalette(QPalette());
 }
 
 TEST_F(GadgetsTest, ChildrenCanBeTakenOutAndPutBack) {
