@@ -2,7 +2,6 @@
 
 #include "automation/OpenEntries.h"
 #include "content/ColumnInfo.h"
-#include "content/DetailsPane.h"
 #include "content/DrawerMonitor.h"
 #include "content/FileTypes.h"
 #include "content/Selection.h"
@@ -13,6 +12,7 @@
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "locations/PlaceFigures.h"
 #include "locations/PlaceLists.h"
 #include "model/Prefs.h"
 #include "sak/FilenameSupport.h"
@@ -36,38 +36,30 @@ namespace {
 using intuition::ListEvent;
 using intuition::ListEventKind;
 
-enum class Figures { OfPlaces, Counts, Bytes, Online };
-
-// What is told of the entries of a location, and the words for its branches.
+// The words for the branches of a location.
 struct LocationBranch {
     LocationKind Location;
-    Figures Told;
     std::string_view Click;
     std::string_view DoubleClick = {};
 };
 constexpr std::array Branches = {
-    LocationBranch{LocationKind::Bookmarks, Figures::Counts, "Bookmarks1"},
-    LocationBranch{LocationKind::Favorites, Figures::Counts, "Favorites1"},
-    LocationBranch{LocationKind::Workbench, Figures::Bytes, "Workbench1"},
-    LocationBranch{LocationKind::Computer, Figures::OfPlaces, "Computer1"},
-    LocationBranch{LocationKind::Assigns, Figures::OfPlaces, "Assigns1", "Assigns2"},
-    LocationBranch{LocationKind::FTPSites, Figures::Counts, "FTPSites1", "FTPSites2"},
-    LocationBranch{LocationKind::OS4Depot, Figures::Online, "OS4Depot1", "OS4Depot2"},
-    LocationBranch{LocationKind::Aminet, Figures::Online, "Aminet1", "Aminet2"},
-    LocationBranch{LocationKind::SearchResults, Figures::Bytes, "Search1"},
-    LocationBranch{LocationKind::DuplicateFiles, Figures::Bytes, "DuplicateFile1"},
-    LocationBranch{LocationKind::Archive, Figures::Bytes, "Archive1", "Archive2"},
-    LocationBranch{LocationKind::Drawer, Figures::Bytes, "Content1", "Content2"},
+    LocationBranch{LocationKind::Bookmarks, "Bookmarks1"},
+    LocationBranch{LocationKind::Favorites, "Favorites1"},
+    LocationBranch{LocationKind::Workbench, "Workbench1"},
+    LocationBranch{LocationKind::Computer, "Computer1"},
+    LocationBranch{LocationKind::Assigns, "Assigns1", "Assigns2"},
+    LocationBranch{LocationKind::FTPSites, "FTPSites1", "FTPSites2"},
+    LocationBranch{LocationKind::OS4Depot, "OS4Depot1", "OS4Depot2"},
+    LocationBranch{LocationKind::Aminet, "Aminet1", "Aminet2"},
+    LocationBranch{LocationKind::SearchResults, "Search1"},
+    LocationBranch{LocationKind::DuplicateFiles, "DuplicateFile1"},
+    LocationBranch{LocationKind::Archive, "Archive1", "Archive2"},
+    LocationBranch{LocationKind::Drawer, "Content1", "Content2"},
 };
 
 const LocationBranch* BranchOnShow() {
     const auto* found = std::ranges::find(Branches, LBLocation, &LocationBranch::Location);
     return found != Branches.end() ? found : nullptr;
-}
-
-Figures FiguresOnShow() {
-    const LocationBranch* branch = BranchOnShow();
-    return branch != nullptr ? branch->Told : Figures::Bytes;
 }
 
 ContentNode* RecordOf(std::size_t row) {
@@ -88,17 +80,6 @@ void TypeLate(ContentNode& node) {
     CollectOwnFacts(node);
     if (Objects.ContentList != nullptr) {
         Objects.ContentList->Refresh();
-    }
-}
-
-// What the panes below say when the place and not its selection is meant.
-void TellPlace() {
-    if (FiguresOnShow() == Figures::Bytes) {
-        DetailsPane2();
-        SetMenuState();
-        SetToolbarState();
-    } else {
-        TellContentSelection();
     }
 }
 
@@ -234,25 +215,6 @@ void RunBranch(std::string_view text, const ContentNode* record) {
 }
 
 } // namespace
-
-void TellContentSelection() {
-    switch (FiguresOnShow()) {
-    case Figures::OfPlaces:
-        DetailsPane4();
-        break;
-    case Figures::Counts:
-        DetailsPane5();
-        break;
-    case Figures::Online:
-        DetailsPaneBrowsers();
-        break;
-    case Figures::Bytes:
-        DetailsPane3();
-        break;
-    }
-    SetMenuState();
-    SetToolbarState();
-}
 
 void HandleContentListBrowser(std::string_view text, const ContentNode* record) {
     if (!text.empty()) {

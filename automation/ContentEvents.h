@@ -30,10 +30,6 @@ extern std::size_t EventRow; // the row that the last event is about; NoRow for 
 // branch of a location that is not on show.
 void HandleContentListBrowser(std::string_view text, const ContentNode* record = nullptr);
 
-// Shows what is selected: the Details pane, the status bar, menus and toolbar. Records and counts must have
-// the selection already.
-void TellContentSelection();
-
 // Lets the user edit the name of the one selected entry in its row, where that can be done.
 void StartInlineRename();
 

@@ -14,7 +14,7 @@
 #include "locations/EnterDrawer.h"
 #include "locations/LayoutChange.h"
 #include "locations/PlaceRouter.h"
-#include "locations/RescanTabs.h"
+#include "locations/ViewChange.h"
 #include "locations/VisitHistory.h"
 #include "model/Prefs.h"
 #include "model/Program.h"

@@ -1,11 +1,9 @@
 #include "automation/SelectCommands.h"
 
-#include "automation/ContentEvents.h"
-#include "content/DetailsPane.h"
 #include "content/Selection.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
-#include "interface/MenuState.h"
+#include "locations/PlaceFigures.h"
 #include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Program.h"
@@ -160,9 +158,7 @@ void SelectByType(std::uint32_t group) {
         return;
     }
     RefreshBytes();
-    DetailsPane2();
-    SetMenuState();
-    SetToolbarState();
+    TellPlace();
 }
 
 void Pattern(std::string_view text, bool caseSensitive) {

@@ -6,28 +6,26 @@
 #include "automation/OpenEntries.h"
 #include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
-#include "content/DetailsPane.h"
 #include "content/SortLists.h"
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
-#include "interface/Menus.h"
 #include "interface/Windows.h"
 #include "locations/DiskOperations.h"
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
-#include "locations/RescanTabs.h"
+#include "locations/PlaceFigures.h"
 #include "locations/Tabs.h"
+#include "locations/ViewChange.h"
 #include "locations/VisitHistory.h"
 #include "model/Devices.h"
 #include "model/LocationKind.h"
 #include "model/Prefs.h"
 #include "model/PrefsLists.h"
 #include "model/Program.h"
-#include "model/Tabs.h"
 #include "online/UpdateCheck.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
@@ -93,30 +91,6 @@ template <std::int32_t Order>
 void ChooseDrawersOrder() {
     Prefs.DrawersOrder = Order;
     DrawersOrder();
-}
-
-// Rows of all tabs come out otherwise; those on show at once.
-void ShowRowsAnew() {
-    SavePrefs(0);
-    UpdateMenus_ViewMisc();
-    SetRescanAllTabs();
-    if (ActiveTab != nullptr) {
-        ActiveTab->RescanTab = 0;
-    }
-    ReloadLocation();
-}
-
-template <std::int16_t PrefsRecord::*Setting>
-void Turn() {
-    Prefs.*Setting = Prefs.*Setting == 0 ? 1 : 0;
-    ShowRowsAnew();
-}
-
-void ShowThumbnail() {
-    Prefs.ShowThumbnail = Prefs.ShowThumbnail == 0 ? 1 : 0;
-    SavePrefs(0);
-    UpdateMenus_ViewMisc();
-    DetailsPane3();
 }
 
 void SortInDirection(std::int32_t direction) {
@@ -214,8 +188,8 @@ constexpr Command Commands[] = {
     {MenuDrawersFirst, ChooseDrawersOrder<0>},
     {MenuDrawersMixed, ChooseDrawersOrder<1>},
     {MenuDrawersLast, ChooseDrawersOrder<2>},
-    {MenuProcessInfo, Turn<&PrefsRecord::ProcessInfoFiles>},
-    {MenuShowActualIcons, Turn<&PrefsRecord::ShowActualIcons>},
+    {MenuProcessInfo, ProcessInfoFiles},
+    {MenuShowActualIcons, ShowActualIcons},
     {MenuShowThumbnail, ShowThumbnail},
     {MenuShowHidden, ToggleHiddenEntries},
 

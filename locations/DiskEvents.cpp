@@ -108,19 +108,12 @@ void NoteDevicesAnew() {
 // The lists that show devices; that on show is read at once.
 void ShowDevicesAnew() {
     BuildNavigationList();
-    SetRescanAllTabsComputer();
-    SetRescanAllTabsByLocation(LocationKind::Workbench);
-    const bool isOnShow = LBLocation == LocationKind::Computer || LBLocation == LocationKind::Workbench;
-    if (!isOnShow) {
-        return;
-    }
+    SetRescanAllTabsComputer(WhichTabs::Others);
+    SetRescanAllTabsByLocation(LocationKind::Workbench, WhichTabs::Others);
     if (LBLocation == LocationKind::Computer) {
         ShowComputer();
-    } else {
+    } else if (LBLocation == LocationKind::Workbench) {
         ReloadLocation();
-    }
-    if (ActiveTab != nullptr) {
-        ActiveTab->RescanTab = 0;
     }
 }
 

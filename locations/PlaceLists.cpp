@@ -23,7 +23,6 @@
 #include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
-#include "model/Tabs.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -260,12 +259,8 @@ void DeviceUsageCame() {
     if (DeviceTypesChanged()) {
         BuildNavigationList();
     }
-    const std::uint16_t marked = ActiveTab != nullptr ? ActiveTab->RescanTab : std::uint16_t(0);
-    SetRescanAllTabsComputer();
-    SetRescanAllTabsByLocation(LocationKind::Workbench);
-    if (ActiveTab != nullptr) {
-        ActiveTab->RescanTab = marked; // has the figures already
-    }
+    SetRescanAllTabsComputer(WhichTabs::Others);
+    SetRescanAllTabsByLocation(LocationKind::Workbench, WhichTabs::Others);
     if (LBLocation == LocationKind::Computer) {
         SortAnew();
         DetailsPane4();

@@ -1,7 +1,6 @@
 #include "locations/PlaceRouter.h"
 
 #include "content/BuildLists.h"
-#include "content/DetailsPane.h"
 #include "content/Drawers.h"
 #include "content/Selection.h"
 #include "content/Status.h"
@@ -15,7 +14,7 @@
 #include "locations/KeptPlaces.h"
 #include "locations/Navigation.h"
 #include "locations/NavigationList.h"
-#include "locations/PlaceLists.h"
+#include "locations/PlaceFigures.h"
 #include "locations/Tabs.h"
 #include "locations/VirtualPlaces.h"
 #include "media/Preview.h"
@@ -258,24 +257,6 @@ std::string ArgumentOfKeptPlace(LocationKind location, std::string_view name, st
     return std::string(word.empty() ? path : word);
 }
 
-namespace {
-
-// Of a list of places, in the Details pane, status bar and menus.
-void ShowSelection() {
-    SelectContentListItems();
-    if (LBLocation == LocationKind::Computer || LBLocation == LocationKind::Assigns) {
-        DetailsPane4();
-    } else if (LBLocation == LocationKind::Workbench) {
-        DetailsPane3();
-    } else {
-        DetailsPane5();
-    }
-    SetMenuState();
-    SetToolbarState();
-}
-
-} // namespace
-
 void ReloadLocation() {
     const std::string_view word = WordOfPlace(LBLocation, {});
     const bool isOnline = LBLocation == LocationKind::OS4Depot || LBLocation == LocationKind::Aminet;
@@ -297,7 +278,8 @@ void ReloadLocation() {
     }
     if (!selection.Entries.empty()) {
         RestoreSelection(selection);
-        ShowSelection();
+        SelectContentListItems();
+        TellContentSelection();
     }
     BlockMainWindow(0);
 }

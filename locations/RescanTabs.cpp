@@ -1,13 +1,7 @@
 #include "locations/RescanTabs.h"
 
-#include "content/BuildLists.h"
-#include "content/ViewStyles.h"
-#include "interface/Menus.h"
-#include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
-#include "model/Prefs.h"
-#include "prefs/LoadSavePrefs.h"
 #include "sak/FilenameSupport.h"
 
 #include <vector>
@@ -17,13 +11,14 @@ namespace solvane {
 namespace {
 
 template <class Predicate>
-void MarkTabs(const Predicate& concerns) {
+void MarkTabs(WhichTabs which, const Predicate& concerns) {
     if (!TabsList) {
         return;
     }
     BeforeSwitchTabs(1);
     for (TabsNode& node : *TabsList) {
-        if (node.TabUserData != ExtraTab && concerns(node)) {
+        const bool counts = which == WhichTabs::All || &node != ActiveTab;
+        if (counts && node.TabUserData != ExtraTab && concerns(node)) {
             node.RescanTab = 1;
         }
     }
@@ -36,57 +31,30 @@ Text<1024> WithoutFinalSlash(std::string_view path) {
 
 } // namespace
 
-void SetRescanAllTabs() {
-    MarkTabs([](const TabsNode& node) {
+void SetRescanAllTabs(WhichTabs which) {
+    MarkTabs(which, [](const TabsNode& node) {
         return node.Location == LocationKind::Drawer ||
                (node.Location >= LocationKind::Bookmarks && node.Location <= LocationKind::Computer);
     });
 }
 
-void SetRescanAllTabsByLocation(LocationKind location) {
+void SetRescanAllTabsByLocation(LocationKind location, WhichTabs which) {
     const bool handled = (location >= LocationKind::Bookmarks && location <= LocationKind::FTPSites) ||
                          location == LocationKind::Archive || location == LocationKind::Drawer;
     if (handled) {
-        MarkTabs([location](const TabsNode& node) { return node.Location == location; });
+        MarkTabs(which, [location](const TabsNode& node) { return node.Location == location; });
     }
 }
 
 void SetRescanAllTabsByPath(std::string_view path, std::uint32_t tabNumber) {
     const Text<1024> wanted = WithoutFinalSlash(path);
-    MarkTabs([&wanted, tabNumber](const TabsNode& node) {
+    MarkTabs(WhichTabs::All, [&wanted, tabNumber](const TabsNode& node) {
         return node.TabNumber != tabNumber && WithoutFinalSlash(node.Path) == wanted;
     });
 }
 
-void SetRescanAllTabsComputer() {
-    SetRescanAllTabsByLocation(LocationKind::Computer);
-}
-
-void ToggleHiddenEntries() {
-    Prefs.ShowHiddenEntries = Prefs.ShowHiddenEntries == 0 ? 1 : 0;
-    SavePrefs(0);
-    UpdateMenus_ViewMisc();
-    SetRescanAllTabsByLocation(LocationKind::Drawer);
-    SetRescanAllTabsByLocation(LocationKind::Workbench);
-    if (ActiveTab != nullptr) {
-        ActiveTab->RescanTab = 0;
-    }
-    ReloadLocation();
-}
-
-void ChangeViewStyleOfTabs() {
-    const std::int32_t& style = StylePreferenceOf(LBLocation);
-    const std::int32_t before = style;
-    ChangeViewStyle();
-    if (style == before || Prefs.ChangeAllTabs == 0) {
-        return;
-    }
-    const std::uint16_t marked = ActiveTab != nullptr ? ActiveTab->RescanTab : std::uint16_t(0);
-    SetRescanAllTabsByLocation(LBLocation);
-    GiveSettingToTabs(style);
-    if (ActiveTab != nullptr) {
-        ActiveTab->RescanTab = marked; // shows it already
-    }
+void SetRescanAllTabsComputer(WhichTabs which) {
+    SetRescanAllTabsByLocation(LocationKind::Computer, which);
 }
 
 void RescanAllTabs() {

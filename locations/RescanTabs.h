@@ -8,19 +8,16 @@
 
 namespace solvane {
 
-// All tabs with bookmarks, favorites, the Workbench, devices or a drawer.
-void SetRescanAllTabs();
-// All tabs of that kind of place.
-void SetRescanAllTabsByLocation(LocationKind location);
-// All tabs at that path, case aside, but the one with that number, which made the change.
+// Others: what is on show has been brought up to date, or is about to be.
+enum class WhichTabs : std::uint8_t { All, Others };
+
+// Tabs with bookmarks, favorites, the Workbench, devices or a drawer.
+void SetRescanAllTabs(WhichTabs which = WhichTabs::All);
+// Tabs of that kind of place.
+void SetRescanAllTabsByLocation(LocationKind location, WhichTabs which = WhichTabs::All);
+// Tabs at that path, case aside, but the one with that number, which made the change.
 void SetRescanAllTabsByPath(std::string_view path, std::uint32_t tabNumber);
-void SetRescanAllTabsComputer();
-
-// Shows entries whose names begin with "." from now on, or no more, in all tabs.
-void ToggleHiddenEntries();
-
-// Changes the view style as its chooser says; with ChangeAllTabs that of this kind of place in all tabs.
-void ChangeViewStyleOfTabs();
+void SetRescanAllTabsComputer(WhichTabs which = WhichTabs::All);
 
 // Shows each marked tab once, so that it is read anew, and comes back to the active one.
 void RescanAllTabs();

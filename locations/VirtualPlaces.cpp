@@ -1,17 +1,16 @@
 #include "locations/VirtualPlaces.h"
 
 #include "content/BuildLists.h"
-#include "content/DetailsPane.h"
 #include "content/Drawers.h"
 #include "content/EntryTexts.h"
 #include "content/ListContents.h"
 #include "content/SortLists.h"
 #include "interface/MainLayout.h"
-#include "interface/MenuState.h"
 #include "locations/EnterDrawer.h"
 #include "locations/FTPSites.h"
 #include "locations/History.h"
 #include "locations/KeptPlaces.h"
+#include "locations/PlaceFigures.h"
 #include "locations/PlaceLists.h"
 #include "media/Preview.h"
 #include "model/Content.h"
@@ -84,20 +83,6 @@ void TakeLocation(const VirtualPlace& place) {
     SetCurrentPath(SAK_LocaleString(place.Name));
 }
 
-// Details pane and status bar.
-void ShowDetails(const VirtualPlace& place, bool hasContent) {
-    if (place.Location == LocationKind::Workbench) {
-        DetailsPane2();
-    } else if (place.Location == LocationKind::OS4Depot || place.Location == LocationKind::Aminet) {
-        DetailsPaneBrowsers();
-    } else {
-        DetailsPane5();
-    }
-    if (!hasContent) {
-        SetStatusBar(SAK_LocaleString(MSG_COMES_LATER), Text<128>(StatusBarBuffer2));
-    }
-}
-
 bool AddVolume(const DevicesNode& device) {
     ContentNode* node = AddPlace(device.VolumeName, device.VolumeName, device.Key);
     if (node == nullptr) {
@@ -154,9 +139,10 @@ void ShowVirtualPlace(const VirtualPlace& place) {
     TakeLocation(place);
     const bool hasContent = ContentList == nullptr || place.Fill();
     BuildContentList();
-    ShowDetails(place, hasContent);
-    SetMenuState();
-    SetToolbarState();
+    TellPlace();
+    if (!hasContent) {
+        SetStatusBar(SAK_LocaleString(MSG_COMES_LATER), Text<128>(StatusBarBuffer2));
+    }
 }
 
 bool UpdateWorkbenchList() {

@@ -11,6 +11,7 @@
 #include "locations/OpenTabs.h"
 #include "locations/RescanTabs.h"
 #include "locations/TabRecords.h"
+#include "locations/ViewChange.h"
 #include "locations/VisitHistory.h"
 #include "model/Program.h"
 #include "platform/dos/Volumes.h"
