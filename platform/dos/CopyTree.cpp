@@ -39,8 +39,9 @@ struct Node {
     VolumeRef ToOn;
     bool IsNew = false;           // made by this copy
     bool HandsDownAccess = false; // of the copy
-    bool IsInOrder = false;       // names that the target cannot tell apart: one after another
-    bool IsBelowTwins = false;    // a drawer above has such names, so that two may become one
+    bool IsInOrder = false;       // names that the target may not tell apart: one after another
+    bool HasTwinDrawers = false;  // two of its drawers have such names, and may become one
+    bool IsBelowTwins = false;    // it lies in such a drawer
     std::vector<TreeEntry> Drawers;
     std::size_t NextDrawer = 0;
     std::atomic<int> Users{1}; // the walk and the jobs
@@ -84,19 +85,21 @@ std::string TargetName(const Node& node, const TreeEntry& entry) {
     return rule == node.FromOn->Info.Metadata ? entry.Name : HostNameFor(rule, SourceName(node, entry));
 }
 
-// Has the drawer names that the target cannot tell apart?
-bool HasTwins(const Node& node, const TreeContents& contents) {
-    const bool folds = node.ToOn->Info.Names == NameRule::Fold;
-    if (!folds && node.FromOn->Info.Metadata != MetadataRule::Uaem)
-        return false;
+// Equal for names that a disk may not tell apart. The host folds on some disks and does not say so; some
+// drop what stands at the end.
+std::string TwinKey(std::string_view name) {
+    const std::size_t last = name.find_last_not_of(". ");
+    return utility::Fold(last == std::string_view::npos ? name : name.substr(0, last + 1));
+}
+
+// Finds names in a source that become one in the target, or may do so.
+void FindTwins(const TreeContents& contents, Node& node) {
     std::unordered_set<std::string> seen;
-    for (const auto* entries : {&contents.Drawers, &contents.Others})
-        for (const TreeEntry& entry : *entries) {
-            std::string name = SourceName(node, entry);
-            if (!seen.insert(folds ? utility::Fold(name) : std::move(name)).second)
-                return true;
-        }
-    return false;
+    for (const TreeEntry& entry : contents.Drawers)
+        node.HasTwinDrawers |= !seen.insert(TwinKey(SourceName(node, entry))).second;
+    node.IsInOrder = node.HasTwinDrawers;
+    for (const TreeEntry& entry : contents.Others)
+        node.IsInOrder |= !seen.insert(TwinKey(SourceName(node, entry))).second;
 }
 
 enum class Look { AsNeeded, Always }; // for what has the name already
@@ -319,7 +322,7 @@ void TreeCopier::Enter(const NodeRef& in, const TreeEntry& entry) {
     node->Name = SourceName(*in, entry);
     node->FromOn = in->FromOn;
     node->ToOn = in->ToOn;
-    node->IsBelowTwins = IsRemembered(*in);
+    node->IsBelowTwins = in->IsBelowTwins || in->HasTwinDrawers;
     bool isForced = false;
     while (!Tally.IsStopped) {
         node->Open.From = OpenTreeDrawer(in->Open.From->Get(), entry.Name);
@@ -385,7 +388,9 @@ ConflictReply TreeCopier::AskMerge(const Node& in, const TreeEntry& entry, const
                                    const HostFd& there) {
     ObjectFacts facts;
     const bool isDrawer = FactsOf(there.Get(), facts) && IsDrawerMode(facts.Mode);
-    if (isDrawer && Options.MergesDrawers)
+    // Two drawers of the source that nobody took for twins are not made one unasked.
+    const bool isUnknownTwin = in.IsNew && !in.IsInOrder;
+    if (isDrawer && Options.MergesDrawers && !isUnknownTwin)
         return {ConflictAnswer::Replace};
     if (!Talk.AsksConflicts())
         return {};
@@ -435,7 +440,7 @@ void TreeCopier::List(const NodeRef& node) {
         if (Host().Lseek(node->Open.From->Get(), 0, SEEK_SET) < 0)
             return Tally.Skip(error);
     }
-    node->IsInOrder = HasTwins(*node, contents);
+    FindTwins(contents, *node);
     node->Drawers = std::move(contents.Drawers);
     if (IsRemembered(*node))
         CopyEntries(node, node->Open, contents.Others, Worker::Caller);
@@ -528,7 +533,8 @@ bool TreeCopier::FindPlace(const Node& node, const Sides& open, const HostFd& ob
         return Refuse(errno, Operation::Write);
     if (facts.Id == there.Facts.Id)
         return Fails(ErrorObjectInUse);
-    if (IsRemembered(node) && Ours.contains(there.Facts.Id))
+    // In a drawer that this work has made nothing is older than it.
+    if (node.IsNew || (IsRemembered(node) && Ours.contains(there.Facts.Id)))
         return Fails(ErrorObjectExists);
     return IsLinkMode(there.Facts.Mode) || IsReplaceable(there);
 }
@@ -557,8 +563,7 @@ CopyResult TreeCopier::Try(const Node& node, const Sides& open, const TreeEntry&
                               .MayHaveSidecar = !node.IsNew};
         const CopyResult result =
             entry.Kind == TreeKind::Link ? copier.CopyLink(source, place) : copier.CopyFile(source, place);
-        // Somebody made one of that name meanwhile; or a new drawer holds it too, where the host itself
-        // folds.
+        // Somebody made one of that name meanwhile; or it is a twin, where the host itself folds.
         if (!replaces || i == MostTries || result.End != CopyEnd::TargetRefused ||
             IoErr() != ErrorObjectExists)
             return result;

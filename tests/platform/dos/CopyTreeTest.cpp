@@ -2,6 +2,7 @@
 
 #include "platform/dos/Changes.h"
 #include "platform/dos/Files.h"
+#include "platform/dos/HostFd.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <cerrno>
@@ -153,6 +154,48 @@ TEST_F(CopyTreeTest, VolumesOfOtherKindsTakeATree) {
     EXPECT_EQ(troubles, 2);
     EXPECT_EQ(dos::CopyTree("Test:again", "Kept:3", {.Copy = {.Replaces = true}}).Skipped, 2u);
     EXPECT_NE(Tree.Read("kept/2/file"), "kept/2/file");
+}
+
+// What a name is called in the drawer "fat": there the host folds, keeps no dot at the end and says neither.
+std::string FatName(int drawer, const char* name) {
+    std::string text = name;
+    if (dos::HostPathOf(drawer).find("/fat") == std::string::npos || text.starts_with('.'))
+        return text;
+    for (char& c : text)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    if (text.ends_with('.'))
+        text.pop_back();
+    if (text == "\xC3\x84") // what nobody here takes for twins: umlauts
+        text = "a\xCC\x88";
+    return text;
+}
+
+TEST_F(CopyTreeTest, TwinsAreNotLostWhereTheHostFolds) {
+    Calls().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        return dos::RealHost().Openat(drawer, FatName(drawer, name).c_str(), flags, mode);
+    };
+    Calls().Mkdirat = [](int drawer, const char* name, unsigned mode) {
+        return dos::RealHost().Mkdirat(drawer, FatName(drawer, name).c_str(), mode);
+    };
+    Calls().LinkObject = [](int object, int drawer, const char* name) {
+        return dos::RealHost().LinkObject(object, drawer, FatName(drawer, name).c_str());
+    };
+    Calls().Renameat2 = [](int from, const char* name, int to, const char* toName, unsigned flags) {
+        return dos::RealHost().Renameat2(from, FatName(from, name).c_str(), to, FatName(to, toName).c_str(),
+                                         flags);
+    };
+    const std::vector<std::string> files{"File", "FILE", "dot",        "dot.",        "D/x",
+                                         "d/x",  "d/y",  "u/\xC3\x84", "u/a\xCC\x88", "one"};
+    for (const std::string& name : files)
+        Tree.Write("from/" + name, name);
+    Tree.Write("fat/old/file", "old");
+    for (const std::string to : {"fat/new", "fat/old"}) {
+        const dos::TreeResult result = dos::CopyTree("Test:from", "Test:" + to, {.Copy = {.Replaces = true}});
+        EXPECT_EQ(result.Skipped, 4u) << to;
+        EXPECT_EQ(result.FirstError, 203) << to;
+        EXPECT_NE(Tree.Read(to + "/file"), "old");
+        EXPECT_EQ(Tree.Read(to + "/d/y") + Tree.Read(to + "/one"), "d/yone");
+    }
 }
 
 TEST_F(CopyTreeTest, ConflictsAreAskedAndAnswered) {
