@@ -1,11 +1,15 @@
 #include "platform/dos/LinkText.h"
 
 #include "platform/dos/Aliases.h"
+#include "platform/dos/HostFd.h"
 #include "platform/dos/HostNames.h"
 #include "platform/dos/NameEscapes.h"
+#include "platform/dos/NameIndex.h"
 #include "platform/dos/VolumeTable.h"
 
 #include <algorithm>
+#include <fcntl.h>
+#include <linux/openat2.h>
 #include <vector>
 
 namespace dos {
@@ -23,9 +27,19 @@ std::vector<std::string_view> PartsOf(std::string_view path) {
     return parts;
 }
 
-std::string Shown(std::string_view hostName, MetadataRule rule) {
+// How an entry is shown of the drawer to which the host path before it leads from that of the link. Other
+// disks are not asked, they may not answer.
+std::string Shown(int linkDrawer, const std::string& before, std::string_view hostName, MetadataRule rule) {
     std::string name = OwnNameOf(rule, hostName);
-    return NeedsAlias(name) ? MakeAlias(hostName, 0) : name;
+    const bool needsAlias = NeedsAlias(name);
+    if (!needsAlias && (rule != MetadataRule::Uaem || name != hostName || !NeedsEscape(name)))
+        return name;
+    const HostFd drawer(Host().Openat2(linkDrawer, before.empty() ? "." : before.c_str(),
+                                       O_PATH | O_DIRECTORY | O_CLOEXEC,
+                                       RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV));
+    if (drawer)
+        return ShownName(drawer.Get(), hostName, rule);
+    return needsAlias ? MakeAlias(hostName, 0) : name;
 }
 
 std::string AbsoluteTarget(std::string_view hostTarget) {
@@ -50,10 +64,11 @@ std::string CleanHostPath(std::string_view hostPath) {
     return clean.empty() ? "/" : clean;
 }
 
-std::string AmigaLinkTarget(std::string_view hostTarget, MetadataRule rule) {
+std::string AmigaLinkTarget(int drawer, std::string_view hostTarget, MetadataRule rule) {
     if (hostTarget.starts_with('/'))
         return AbsoluteTarget(hostTarget);
     std::string path;
+    std::string before; // the part, as the host has it
     bool afterName = false;
     for (const std::string_view part : PartsOf(hostTarget)) {
         if (part == "..") {
@@ -61,9 +76,10 @@ std::string AmigaLinkTarget(std::string_view hostTarget, MetadataRule rule) {
             path.append(afterName ? "//" : "/");
             afterName = false;
         } else {
-            path.append(afterName ? "/" : "").append(Shown(part, rule));
+            path.append(afterName ? "/" : "").append(Shown(drawer, before, part, rule));
             afterName = true;
         }
+        before.append(before.empty() ? "" : "/").append(part);
     }
     return path;
 }

@@ -1,5 +1,5 @@
-// Texts of links and paths of the host told as AmigaDOS paths. Asks the disk nothing, so names that
-// need an alias get the plain one. Private to platform/dos.
+// Texts of links and paths of the host told as AmigaDOS paths. Disks that may not answer are not asked;
+// names there that need an alias get the plain one. Private to platform/dos.
 #pragma once
 
 #include "platform/dos/Volumes.h"
@@ -10,8 +10,8 @@
 namespace dos {
 
 // The target of a soft link as the host stores it, as an AmigaDOS path: absolute ones from their
-// volume, relative ones relative to the drawer of the link, whose volume has that rule.
-[[nodiscard]] std::string AmigaLinkTarget(std::string_view hostTarget, MetadataRule rule);
+// volume, relative ones relative to the drawer of the link (a descriptor), whose volume has that rule.
+[[nodiscard]] std::string AmigaLinkTarget(int drawer, std::string_view hostTarget, MetadataRule rule);
 
 // An absolute host path with "." and ".." taken out by their text alone, "//" made one.
 [[nodiscard]] std::string CleanHostPath(std::string_view hostPath);

@@ -124,7 +124,7 @@ void ExamineEntry(int drawer, const char* name, std::uint8_t hint, ExamineRule r
     } else if (S_ISLNK(raw.stx_mode)) {
         const std::string target = ReadLinkText(drawer, name);
         if (!target.empty())
-            TextsOf(record).LinkTarget = AmigaLinkTarget(target, rule.Names);
+            TextsOf(record).LinkTarget = AmigaLinkTarget(drawer, target, rule.Names);
     }
 }
 

@@ -173,8 +173,13 @@ TEST_F(EscapedNamesTest, ATreeWithANameAndItsEscapeIsCopiedWhole) {
         EXPECT_EQ(Tree.Read("amiga/" + to.substr(3) + "/a*"), "raw");
         EXPECT_EQ(Tree.Read("amiga/" + to.substr(3) + "/a%2a"), "star");
     }
-    const std::string target = List("UA:")["link"].LinkTarget;
-    EXPECT_EQ(dos::ReadWhole(target, 10), "raw") << target;
+    Tree.Drawer("amiga/from/d");
+    Tree.Link("amiga/beside", "from/a*");
+    Tree.Link("amiga/from/d/up", "../a*");
+    for (const std::string& target :
+         {List("UA:")["link"].LinkTarget, "UA:" + List("UA:")["beside"].LinkTarget,
+          "UA:from/d/" + List("UA:from/d")["up"].LinkTarget})
+        EXPECT_EQ(dos::ReadWhole(target, 10), "raw") << target;
 }
 
 TEST_F(EscapedNamesTest, CopiesHaveTheNameOfTheirVolume) {
