@@ -165,8 +165,10 @@ void TreeDeleter::Enter(const NodeRef& in, const TreeEntry& entry) {
     while (const long error = OpenNode(in, entry, *node, isForced)) {
         // One that is empty goes even where it cannot be looked into.
         if (error != ErrorDeleteProtected && error != ErrorObjectInUse && !Tally.IsStopped &&
-            Host().Unlinkat(in->Open->Get(), entry.Name.c_str(), AT_REMOVEDIR) == 0)
+            Host().Unlinkat(in->Open->Get(), entry.Name.c_str(), AT_REMOVEDIR) == 0) {
+            ForgetDrawer(in->Id);
             return Done(*node, "", true);
+        }
         if (!AskTrouble(PathOf(*in, entry.Name), true, TreeStep::Examine, error, isForced)) {
             in->IsKept = true;
             return;
@@ -216,11 +218,12 @@ void TreeDeleter::DeleteEntries(const NodeRef& node, const SharedFd& open,
     for (const TreeEntry& entry : entries) {
         if (Tally.IsStopped) {
             node->IsKept = true;
-            return;
+            break;
         }
         if (const long error = DeleteEntry(*node, open->Get(), entry, false))
             NoteProblem(node, open, entry, error);
     }
+    ForgetDrawer(node->Id);
 }
 
 void TreeDeleter::NoteProblem(const NodeRef& node, const SharedFd& open, const TreeEntry& entry, long error) {
@@ -342,6 +345,7 @@ void TreeDeleter::RemoveDrawer(Node& node) {
         Tally.Skip(ErrorFromErrno(errno, Operation::Delete));
         parent.IsKept = true;
     }
+    ForgetDrawer(parent.Id);
     Done(node, "", true);
 }
 
@@ -377,6 +381,7 @@ void TreeDeleter::SolveOne(const Problem& problem) {
             return;
         }
         error = DeleteEntry(node, problem.Open->Get(), problem.Entry, isForced);
+        ForgetDrawer(node.Id);
     }
 }
 

@@ -405,4 +405,12 @@ void OwnChange::End(std::string_view gone, std::string_view made) const {
     }
 }
 
+void ForgetDrawer(const ObjectId& drawer) {
+    IndexState& state = State();
+    const std::lock_guard hold(state.Guard);
+    std::erase_if(state.Drawers, [&](const ContentsRef& known) { return known->State.Id == drawer; });
+    for (Reading& reading : state.Readings)
+        reading.IsSpoiled |= reading.Drawer == drawer;
+}
+
 } // namespace dos

@@ -64,4 +64,8 @@ private:
 
 void EndMove(const OwnChange& out, std::string_view from, const OwnChange& in, std::string_view to);
 
+// Forgets what is remembered of a drawer after changes of this process that are too many to tell of one by
+// one. Asks nothing of the host.
+void ForgetDrawer(const ObjectId& drawer);
+
 } // namespace dos

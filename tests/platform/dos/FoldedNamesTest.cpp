@@ -1,4 +1,5 @@
 #include "platform/dos/Copy.h"
+#include "platform/dos/CopyTree.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
@@ -114,6 +115,21 @@ TEST_F(FoldedNamesTest, ChangeOfAnotherDuringAnOwnOneIsSeen) {
     ASSERT_TRUE(dos::Close(file));
     EXPECT_TRUE(dos::Lock("Test:Drawer/other"));
     EXPECT_FALSE(dos::CreateDir("Test:Drawer/other"));
+}
+
+// Of two spellings the first is remembered; it goes within the tick of the change before.
+TEST_F(FoldedNamesTest, WhatATreesDeletionTookIsNotRemembered) {
+    Tree.Write("Drawer/NOTE/file", "");
+    Tree.Write("Drawer/Note", "");
+    Age("Drawer");
+    Calls().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* about) {
+        const int result = dos::RealHost().Statx(drawer, name, flags, mask, about);
+        about->stx_mtime = about->stx_ctime = {4'000'000'000, 0, 0}; // trusted
+        return result;
+    };
+    EXPECT_TRUE(dos::Lock("Test:Drawer/note/file")); // now remembered
+    EXPECT_TRUE(dos::DeleteTree("Test:Drawer/NOTE"));
+    EXPECT_EQ(Find("Test:Drawer/note"), "Test:Drawer/Note");
 }
 
 std::atomic<std::int64_t> DiskTime; // of all objects, on a disk that counts whole seconds
