@@ -169,7 +169,8 @@ unsigned CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& op
     SidecarFile old;
     if (!TellAll(source, told, ofSource) || !TellAll(copy, facts, old))
         return AllKept(options);
-    const bool isWanted = copy.On->Info.Metadata == MetadataRule::Uaem && AllKept(options) != 0;
+    const bool isWanted =
+        copy.On->Info.Metadata == MetadataRule::Uaem && AllKept(options) != 0 && !old.HasNoRoom;
     if (ofSource.State != SidecarState::Ours && old.State != SidecarState::Ours && !isWanted)
         return 0;
     if (old.State == SidecarState::Foreign) // something else has its name

@@ -289,7 +289,8 @@ bool ChangeStored(const Spot& spot, const MetadataChange& wish) {
     MetadataChange change = wish;
     if (change.Protection)
         *change.Protection = (*wish.Protection & ~wish.KeptProtection) | (stored.Bits & wish.KeptProtection);
-    const bool wantsSidecar = spot.Drawer && spot.On->Info.Metadata == MetadataRule::Uaem;
+    const bool wantsSidecar =
+        spot.Drawer && spot.On->Info.Metadata == MetadataRule::Uaem && !stored.Sidecar.HasNoRoom;
     if (stored.Sidecar.State == SidecarState::Ours || wantsSidecar) {
         if (stored.Sidecar.State != SidecarState::Foreign)
             return ChangeSidecar(spot, stored, change);

@@ -38,6 +38,7 @@ bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0));
     if (!file) {
         sidecar.State = IsForeign(errno) ? SidecarState::Foreign : SidecarState::None;
+        sidecar.HasNoRoom = errno == ENAMETOOLONG;
         return IsForeign(errno) || IsNoSidecar(errno);
     }
     ObjectFacts about;
@@ -102,7 +103,7 @@ bool RefreshSidecar(int drawer, std::string_view owner, const SidecarFile& sidec
 }
 
 bool BeginSidecar(int drawer, std::string_view owner, const SidecarFile& sidecar, MetadataRule rule) {
-    const bool isWanted = rule == MetadataRule::Uaem && !owner.ends_with(SidecarSuffix);
+    const bool isWanted = rule == MetadataRule::Uaem && !owner.ends_with(SidecarSuffix) && !sidecar.HasNoRoom;
     if (sidecar.State != SidecarState::None || !isWanted)
         return RefreshSidecar(drawer, owner, sidecar);
     SidecarFile first;

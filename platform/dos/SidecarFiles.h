@@ -21,8 +21,9 @@ enum class SidecarState {
 
 struct SidecarFile {
     SidecarState State = SidecarState::None;
-    HostFd Object;      // open for reading; only of Ours
-    SidecarFacts Facts; // the bits are there for Ours
+    HostFd Object;          // open for reading; only of Ours
+    SidecarFacts Facts;     // the bits are there for Ours
+    bool HasNoRoom = false; // its name would be too long; the object has what the host keeps
 };
 
 [[nodiscard]] std::string SidecarNameOf(std::string_view owner);

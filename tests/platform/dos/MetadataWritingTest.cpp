@@ -1,4 +1,5 @@
 #include "platform/dos/Changes.h"
+#include "platform/dos/Copy.h"
 #include "platform/dos/Dates.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/HostFd.h"
@@ -145,6 +146,15 @@ TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
                   "-s--rwed 1985-07-23 00:00:00.00 note\n");
     }
     EXPECT_EQ(Attribute("amiga/file", "user.amiga.protection"), "none");
+    // One whose sidecar would have too long a name does without.
+    Tree.Write("amiga/" + std::string(255, 'l'), "");
+    const std::string longest = "Amiga:" + NamesIn("Amiga:")[2];
+    EXPECT_TRUE(dos::SetDate(longest, 238464000));
+    EXPECT_TRUE(dos::SetProtection(longest, 0x40));
+    EXPECT_TRUE(dos::SetComment(longest, "note"));
+    EXPECT_EQ(dos::ExamineObject(longest)->Date, 238464000u);
+    EXPECT_EQ(dos::ExamineObject(longest)->Comment, "note");
+    EXPECT_EQ(dos::Copy(longest, "Amiga:drawer/" + longest.substr(6)).Lost, 0u);
     EXPECT_FALSE(dos::SetComment("Amiga:taken", "note"));
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
     EXPECT_EQ(Tree.Read("amiga/taken.uaem"), "my own text");
