@@ -7,6 +7,7 @@
 #include "tests/platform/dos/HostFaults.h"
 
 #include <functional>
+#include <optional>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
@@ -31,15 +32,41 @@ Picture Look(const TempTree& tree, std::string_view below = "") {
     return picture;
 }
 
+// A small disk that only this process sees.
+class SmallDisk {
+public:
+    explicit SmallDisk(std::string point, const char* size = "size=64k") : Point(std::move(point)) {
+        static const bool hasOwnMounts =
+            ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+        IsMounted = hasOwnMounts && ::mount("solvane", Point.c_str(), "tmpfs", 0, size) == 0;
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    ~SmallDisk() { ::umount2(Point.c_str(), MNT_DETACH); }
+
+    bool IsMounted = false;
+    std::string Point;
+};
+
+enum class To { SameDisk, OtherName, OtherDisk }; // OtherName: renames fail as between disks
+
 struct Deed {
     std::string_view Name;
     std::function<bool()> Run;
     std::string_view Untouched;    // a drawer
     std::string_view Moved = {};   // what is never neither here
     std::string_view MovedTo = {}; // nor there
-    bool AcrossDisks = false;
+    To Where = To::SameDisk;
 };
 
+// A tree with "from" and "to", the latter on a disk of its own if it is to be.
+struct Place {
+    explicit Place(const Deed& deed);
+    TempTree Tree;
+    std::optional<SmallDisk> Disk;
+};
+
+// Those of disks that can be mounted.
 std::vector<Deed> Deeds() {
     const auto copies = [](std::string_view to) {
         return
@@ -50,14 +77,35 @@ std::vector<Deed> Deeds() {
             [from, to] { return static_cast<bool>(dos::Copy(from, to, {.Replaces = true, .Moves = true})); };
     };
     const auto over = moves("Test:from/noted", "Test:to/file");
-    return {
+    std::vector<Deed> deeds{
         {"copy", copies("Test:new"), "from"},
         {"merge", copies("Test:to"), "from"},
         {"delete", [] { return static_cast<bool>(dos::DeleteTree("Test:from")); }, "to"},
         {"move", moves("Test:from/file", "Test:to/moved"), "from/d", "from/file", "to/moved"},
         {"move over", over, "from/d", "from/noted", "to/file"},
-        {"move across", over, "from/d", "from/noted", "to/file", true},
+        {"move as if across", over, "from/d", "from/noted", "to/file", To::OtherName},
+        {"copy across", copies("Test:to"), "from", "", "", To::OtherDisk},
+        {"move across", over, "from/d", "from/noted", "to/file", To::OtherDisk},
     };
+    const TempTree tree;
+    if (!SmallDisk(tree.Root()).IsMounted)
+        std::erase_if(deeds, [](const Deed& deed) { return deed.Where == To::OtherDisk; });
+    return deeds;
+}
+
+Place::Place(const Deed& deed) {
+    dos::ResetVolumeTable();
+    EXPECT_TRUE(dos::AddVolume({.Device = "TD0", .Volume = "Test", .HostRoot = Tree.Root()}));
+    Tree.Drawer("to");
+    if (deed.Where == To::OtherDisk)
+        Disk.emplace(Tree.Path("to"), "size=1m");
+    for (const char* name : {"from/file", "from/noted", "from/d/e/last", "from/d/guarded"})
+        Tree.Write(name, "NEW " + std::string(name));
+    for (const char* name : {"to/file", "to/d/other"})
+        Tree.Write(name, "OLD " + std::string(name));
+    Tree.Write("from/noted.uaem", "----rwed 2001-02-03 04:05:06.08 old\n");
+    Tree.Link("from/link", "nowhere");
+    ::setxattr(Tree.Path("from/d/guarded").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
 }
 
 class TreeFaultsTest : public testing::Test {
@@ -68,26 +116,14 @@ protected:
         HasNamelessFiles = true;
         dos::ResetVolumeTable();
     }
-    static void Plant(const TempTree& tree) {
-        dos::ResetVolumeTable();
-        ASSERT_TRUE(dos::AddVolume({.Device = "TD0", .Volume = "Test", .HostRoot = tree.Root()}));
-        for (const char* name : {"from/file", "from/noted", "from/d/e/last", "from/d/guarded"})
-            tree.Write(name, "NEW " + std::string(name));
-        for (const char* name : {"to/file", "to/d/other"})
-            tree.Write(name, "OLD " + std::string(name));
-        tree.Write("from/noted.uaem", "----rwed 2001-02-03 04:05:06.08 old\n");
-        tree.Link("from/link", "nowhere");
-        ::setxattr(tree.Path("from/d/guarded").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
-    }
     // What the deed does when nothing fails.
     static Picture Wanted(const Deed& deed) {
-        TempTree tree;
-        Plant(tree);
-        IsAcross = deed.AcrossDisks;
+        const Place place(deed);
+        IsAcross = deed.Where == To::OtherName;
         BeginFaults(-1);
         static_cast<void>(deed.Run());
         dos::Host() = dos::RealHost();
-        return Look(tree);
+        return Look(place.Tree);
     }
     // A process that was killed leaves files that go when their drawer is listed.
     static void ListAll(const TempTree& tree) {
@@ -130,8 +166,8 @@ TEST_F(TreeFaultsTest, WhicheverCallFailsFilesAreWhole) {
             bool isOver = false;
             int number = 0;
             for (; !isOver && !HasFailure(); ++number) {
-                TempTree tree;
-                Plant(tree);
+                const Place place(deed);
+                const TempTree& tree = place.Tree;
                 const Picture before = Look(tree);
                 const std::size_t descriptors = OpenDescriptors();
                 BeginFaults(number);
@@ -164,8 +200,8 @@ TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFiles) {
         bool isOver = false;
         for (int number = 0; !isOver && !HasFailure(); ++number) {
             HasNamelessFiles = number % 2 == 0;
-            TempTree tree;
-            Plant(tree);
+            const Place place(deed);
+            const TempTree& tree = place.Tree;
             const Picture before = Look(tree);
             const pid_t child = ::fork();
             if (child == 0) {
@@ -182,22 +218,6 @@ TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFiles) {
         }
     }
 }
-
-// A small disk that only this process sees.
-class SmallDisk {
-public:
-    explicit SmallDisk(std::string point) : Point(std::move(point)) {
-        IsMounted = ::unshare(CLONE_NEWNS) == 0 &&
-                    ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                    ::mount("solvane", Point.c_str(), "tmpfs", 0, "size=64k") == 0;
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-    ~SmallDisk() { ::umount2(Point.c_str(), MNT_DETACH); }
-
-    bool IsMounted = false;
-    std::string Point;
-};
 
 TEST_F(DosTest, FullAndReadOnlyDisksAreToldOfAndHoldNothingHalf) {
     Tree.Drawer("disk");
