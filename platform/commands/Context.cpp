@@ -73,6 +73,11 @@ int Complain(Context& context, std::string_view about) {
     return isEnd ? ReturnFail : ReturnError;
 }
 
+bool ConcernsDisk(long error) noexcept {
+    return error == dos::ErrorDiskFull || error == dos::ErrorDiskWriteProtected ||
+           error == dos::ErrorDeviceNotMounted || error == dos::ErrorNoDisk;
+}
+
 std::string Shown(const Context& context, std::string_view name) {
     if (!context.IsTerminal)
         return std::string(name);

@@ -63,6 +63,10 @@ int Complain(Context& context, std::string_view about = {});
 // The same with words of its own.
 int ComplainWith(Context& context, std::string_view about, std::string_view text);
 
+// Is it the reason of a failure that the disk is full, gone or not to be written? Then the next objects
+// would fail likewise.
+[[nodiscard]] bool ConcernsDisk(long error) noexcept;
+
 // A name or path as it can be shown: control characters become "?" on a terminal.
 [[nodiscard]] std::string Shown(const Context& context, std::string_view name);
 

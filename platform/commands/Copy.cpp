@@ -1,6 +1,7 @@
 // Copy: files, what a pattern means, and with ALL whole drawers. A link that is named itself is copied as
-// what it leads to, one that is come across as a link. Files that are there are replaced; BUF and NOREQ
-// are taken from old scripts and mean nothing here.
+// what it leads to, one that is come across as a link. Files that are there are replaced. What fails is told
+// and the rest goes on, but nothing more is begun once a disk is full, gone or not to be written. BUF and
+// NOREQ are taken from old scripts and mean nothing here.
 #include "platform/commands/Runs.h"
 #include "platform/commands/Walk.h"
 #include "platform/dos/CopyTree.h"
@@ -59,17 +60,21 @@ public:
                 return ReturnFail;
             for (const Found& object : matches.Objects)
                 if (!CopyObject(object, from.size() > 1))
-                    return std::max(Code, Complain(Where));
+                    return IsOver ? Finish() : std::max(Code, Complain(Where));
         }
+        return Finish();
+    }
+
+private:
+    void Raise(int code) { Code = std::max(Code, code); }
+
+    int Finish() {
         if (Lost != 0) {
             ComplainWith(Where, To, "cannot keep: " + LostText(Lost));
             Raise(ReturnWarn);
         }
         return Code;
     }
-
-private:
-    void Raise(int code) { Code = std::max(Code, code); }
 
     // Makes TO a drawer for several objects.
     bool MakeTarget() {
@@ -79,7 +84,7 @@ private:
         return false;
     }
 
-    // An object that was named or that matches; false after a break.
+    // An object that was named or that matches; false after a break and when it is over.
     bool CopyObject(const Found& object, bool isOneOfMany) {
         const auto from = FullPath(object);
         if (!from)
@@ -132,7 +137,8 @@ private:
         control.Trouble = [&](const dos::TreeTrouble& trouble) {
             dos::SetIoErr(trouble.Error);
             Raise(Complain(Where, trouble.Path.empty() ? text : JoinText(text, trouble.Path)));
-            return dos::TroubleAnswer::Skip;
+            IsOver = ConcernsDisk(trouble.Error);
+            return IsOver ? dos::TroubleAnswer::Abort : dos::TroubleAnswer::Skip;
         };
         control.Conflict = [&](const dos::TreeConflict& conflict) {
             if (!conflict.IsDrawer && !conflict.IsDrawerThere)
@@ -151,7 +157,7 @@ private:
             Raise(Complain(Where, text));
         }
         Raise(before);
-        return true;
+        return !IsOver;
     }
 
     // Where names fold, two sources that differ in case alone have one target; the copy of the first is not
@@ -162,12 +168,13 @@ private:
                dos::SameLock(dos::Lock(twin->second), dos::Lock(to));
     }
 
-    // After a failure with IoErr: false when it was a break.
+    // After a failure with IoErr: false when it was a break or it is over.
     bool Trouble(const std::string& text) {
         if (dos::IoErr() == dos::ErrorBreak)
             return false;
+        IsOver = ConcernsDisk(dos::IoErr());
         Raise(Complain(Where, text));
-        return true;
+        return !IsOver;
     }
 
     void Tell(const std::string& text, bool isDrawer) {
@@ -179,6 +186,7 @@ private:
     std::string To;
     dos::CopyOptions Options;
     bool IsAll, IsQuiet;
+    bool IsOver = false;                       // the disk takes no more
     std::map<std::string, std::string> Copied; // paths of copies so far, by their folded forms
     unsigned Lost = 0;
     int Code = ReturnOk;

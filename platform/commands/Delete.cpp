@@ -58,7 +58,7 @@ int DeleteAll(Context& context, const DeleteOptions& options, const Found& objec
     control.Trouble = [&](const dos::TreeTrouble& trouble) {
         dos::SetIoErr(trouble.Error);
         code = std::max(code, Complain(context, textOf(trouble.Path)));
-        return dos::TroubleAnswer::Skip;
+        return ConcernsDisk(trouble.Error) ? dos::TroubleAnswer::Abort : dos::TroubleAnswer::Skip;
     };
     const auto rule = options.IsForced ? dos::Protected::Forced : dos::Protected::Respected;
     const dos::TreeResult result = dos::DeleteTree(object.Path, rule, control);

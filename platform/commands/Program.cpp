@@ -31,6 +31,8 @@ bool SetUp(Context& context, const application::ProgramPlaces& places, const std
         ComplainWith(context, "", dos::SetUpProblem());
         return false;
     }
+    if (const std::string problem = dos::SetUpProblem(); !problem.empty())
+        ComplainWith(context, "", problem); // the rest works
     // Without a current drawer of the host the root of SYS: stays.
     if (!drawer.empty())
         dos::CurrentDir(dos::Lock(dos::FromHostPath(drawer)));

@@ -407,6 +407,26 @@ TEST_F(CommandsTest, OutputThatTakesNoMoreEndsTheCommand) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(CommandsTest, ADiskThatTakesNoMoreIsToldOfOnce) {
+    for (int i = 0; i < 100; ++i)
+        Tree.Write("w/d/" + std::to_string(i), "text");
+    const std::size_t count = NamesIn("Test:w/d").size();
+    Calls().LinkObject = [](int, int, const char*) {
+        errno = ENOSPC;
+        return -1;
+    };
+    Calls().Unlinkat = [](int, const char*, int) {
+        errno = EROFS;
+        return -1;
+    };
+    for (const std::string_view line : {"Copy d new ALL", "Copy d/#? new", "Copy d new2", "Delete d ALL"}) {
+        EXPECT_EQ(Run(line), 10) << line;
+        EXPECT_EQ(std::ranges::count(Text, '\n'), 1) << Text;
+        EXPECT_THAT(Text, testing::HasSubstr(": disk is ")) << line;
+    }
+    EXPECT_EQ(NamesIn("Test:w/d").size(), count);
+}
+
 TEST_F(CommandsTest, AFullDiskBehindAnOutputIsTold) {
     Tree.Write("w/a", "text");
     Calls().Write = [](int, const void*, std::size_t) -> long {
