@@ -55,6 +55,10 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
                                      intuition::DisplayProblem() + "\n");
         return false;
     }
+    // A mistake in mounts.toml, say: the rest works.
+    if (const std::string problem = dos::SetUpProblem(); !problem.empty())
+        SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Warning, problem,
+                        SAK_LocaleString(MSG_OK_GAD));
     const auto openDrawer = [](const std::string& drawer) {
         OpenNewSolvaneWindow(drawer);
         return true;
