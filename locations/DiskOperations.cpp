@@ -4,8 +4,11 @@
 #include "interface/MainLayout.h"
 #include "locations/Devices.h"
 #include "locations/DiskEvents.h"
+#include "locations/EditNode.h"
+#include "locations/KeptPlaces.h"
 #include "locations/NavigationList.h"
 #include "locations/PlaceLists.h"
+#include "locations/RenamedVolume.h"
 #include "locations/TabRecords.h"
 #include "model/Content.h"
 #include "model/Program.h"
@@ -13,7 +16,6 @@
 #include "platform/dos/ReadArgs.h"
 #include "platform/dos/System.h"
 #include "platform/dos/Volumes.h"
-#include "platform/intuition/FormRequesters.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
@@ -75,21 +77,12 @@ std::string FormatCommand(const std::string& device) {
 
 // Nothing when the user gives up.
 std::optional<std::string> AskName(std::string_view name) {
-    intuition::FormSpec form;
-    form.Title = SAK_LocaleString(MSG_RELABEL_DEVICE);
-    form.Picture = "PROGDIR:Images/Req_Relabel.png";
-    form.Fields = {{.Label = std::string(SAK_LocaleString(MSG_NAME)),
-                    .Text = std::string(name),
-                    .MaximumBytes = LongestVolumeName}};
-    form.Gadgets = {std::string(SAK_LocaleString(MSG_OK_GAD)), std::string(SAK_LocaleString(MSG_CANCEL_GAD))};
-    const intuition::FormAnswer answer = intuition::AskForm(MainWindow.get(), form);
-    if (answer.Gadget < 0) {
-        Tell(RequesterImage::Error, SAK_LocaleString(MSG_NO_WINDOW));
-    }
-    if (answer.Gadget != 1 || answer.Texts.empty()) {
-        return std::nullopt;
-    }
-    return WithoutColons(answer.Texts.front());
+    AslReqFile = name;
+    AslReqDrawer.Clear();
+    const int answer =
+        EditNodeNoDrawer(SAK_LocaleString(MSG_RELABEL_DEVICE), "PROGDIR:Images/Req_Relabel.png",
+                         SAK_LocaleString(MSG_NAME), EmptyValues::Refused, LongestVolumeName);
+    return answer > 0 ? std::optional(WithoutColons(AslReqFile)) : std::nullopt;
 }
 
 } // namespace
@@ -133,8 +126,10 @@ void RelabelDisk() {
     UpdateAllLists();
     UpdateDevicesList();
     if (const DevicesNode* renamed = FindMasterDevicesNode(device)) {
-        RenameVolumeInTabs(before, renamed->VolumeName);
+        const Text<128> now = renamed->VolumeName;
         VolumeWasRenamed(*renamed);
+        RenameVolumeInTabs({.Before = before, .Now = now});
+        RenameVolumeInKeptPlaces({.Before = before, .Now = now});
     }
     BuildNavigationList();
     if (LBLocation == LocationKind::Computer) {

@@ -84,13 +84,12 @@ int EditNode(std::string_view title, std::string_view picture, std::string_view 
 }
 
 int EditNodeNoDrawer(std::string_view title, std::string_view picture, std::string_view label,
-                     EmptyValues empty) {
+                     EmptyValues empty, std::size_t longest) {
     const bool editsDrawer = AslReqFile.Empty() && !AslReqDrawer.Empty();
     const std::string_view text = editsDrawer ? AslReqDrawer.View() : AslReqFile.View();
     intuition::FormSpec form{.Title = std::string(title), .Picture = std::string(picture)};
     form.Gadgets = Buttons();
-    form.Fields.push_back(
-        {.Label = std::string(label), .Text = std::string(text), .MaximumBytes = Text<128>::Limit});
+    form.Fields.push_back({.Label = std::string(label), .Text = std::string(text), .MaximumBytes = longest});
     const int result = AskUntilWhole(form, empty);
     if (result > 0 && editsDrawer) {
         AslReqDrawer = form.Fields[0].Text;

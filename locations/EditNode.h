@@ -3,6 +3,7 @@
 
 #include "sak/Text.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -24,8 +25,10 @@ enum class EmptyValues : std::uint8_t { Refused, Allowed };
 [[nodiscard]] int EditNode(std::string_view title, std::string_view picture, std::string_view nameLabel,
                            std::string_view drawerLabel, EmptyValues empty = EmptyValues::Refused);
 
-// The same for one text: the name, or while that is empty what AslReqDrawer has.
+// The same for one text: the name, or while that is empty what AslReqDrawer has. longest: bytes that can be
+// typed.
 [[nodiscard]] int EditNodeNoDrawer(std::string_view title, std::string_view picture, std::string_view label,
-                                   EmptyValues empty = EmptyValues::Refused);
+                                   EmptyValues empty = EmptyValues::Refused,
+                                   std::size_t longest = Text<128>::Limit);
 
 } // namespace solvane

@@ -10,17 +10,23 @@
 #include "locations/EnterDrawer.h"
 #include "locations/NavigationList.h"
 #include "locations/PlaceRouter.h"
+#include "locations/RenamedVolume.h"
 #include "locations/RescanTabs.h"
 #include "locations/Tabs.h"
 #include "locations/VirtualPlaces.h"
 #include "media/Preview.h"
 #include "model/Content.h"
+#include "model/Prefs.h"
+#include "model/Program.h"
+#include "model/Tabs.h"
 #include "prefs/LoadSavePrefs.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -190,6 +196,51 @@ bool Rename(Node& node) {
     return true;
 }
 
+// True when an entry was changed.
+template <class Node>
+bool RenameVolume(const RenamedVolume& volume) {
+    const auto& list = KindOf<Node>::List();
+    bool isChanged = false;
+    if (!list) {
+        return false;
+    }
+    KindOf<Node>::RemoveItems();
+    for (Node& node : *list) {
+        if (node.Location == LocationKind::Drawer && volume.PutIn(node.Path)) {
+            volume.PutIn(node.Name);
+            KindOf<Node>::SetKey(node);
+            isChanged = true;
+        }
+    }
+    KindOf<Node>::ShowChange();
+    return isChanged;
+}
+
+// True when an entry was changed.
+template <class Node>
+bool RenameVolumeInPaths(GenericList<Node>* list, const RenamedVolume& volume) {
+    bool isChanged = false;
+    if (list != nullptr) {
+        for (Node& node : *list) {
+            isChanged = volume.PutIn(node.Path) || isChanged;
+        }
+    }
+    return isChanged;
+}
+
+// True when a setting was changed.
+bool RenameVolumeInSettings(const RenamedVolume& volume) {
+    bool isChanged = false;
+    if (Prefs.DefaultOpenAt == static_cast<std::int32_t>(LocationKind::Drawer)) {
+        isChanged = volume.PutIn(Prefs.DefaultOpenAtPath);
+        volume.PutIn(Prefs.DefaultOpenAtName);
+    }
+    for (Text<1024>* path : {&Prefs.DefaultExtractPath, &Prefs.DownloadPath}) {
+        isChanged = volume.PutIn(*path) || isChanged;
+    }
+    return isChanged;
+}
+
 template <class Node>
 std::vector<KeptPlace> AllPlaces() {
     std::vector<KeptPlace> places;
@@ -271,6 +322,15 @@ bool RenameBookmarks(BookmarksNode& node) {
 }
 bool RenameFavorites(FavoritesNode& node) {
     return Rename(node);
+}
+
+void RenameVolumeInKeptPlaces(const RenamedVolume& volume) {
+    const bool changes[] = {RenameVolume<BookmarksNode>(volume), RenameVolume<FavoritesNode>(volume),
+                            RenameVolumeInPaths(StartupTabsList.get(), volume),
+                            RenameVolumeInPaths(LocationsList.get(), volume), RenameVolumeInSettings(volume)};
+    if (std::ranges::find(changes, true) != std::end(changes)) {
+        SavePrefs(1); // the next start must not look for what is gone
+    }
 }
 
 void OpenAllBookmarksInTabs() {

@@ -10,6 +10,8 @@
 
 namespace solvane {
 
+struct RenamedVolume;
+
 enum class AskFirst : std::uint8_t { No, Yes };
 
 // Keeps the place on show, with the name (and drawer) that the user gives it when he is asked. What lives in
@@ -25,6 +27,10 @@ void HandleFavorites(std::uint32_t index);
 // pane have the old key until they are built anew.
 [[nodiscard]] bool RenameBookmarks(BookmarksNode& node);
 [[nodiscard]] bool RenameFavorites(FavoritesNode& node);
+
+// A volume has another name: bookmarks, favorites, start-up tabs and drawers of the preferences that lie on
+// it follow, and the document is written when there are any. Lists on show are for the caller to show anew.
+void RenameVolumeInKeptPlaces(const RenamedVolume& volume);
 
 void OpenAllBookmarksInTabs();
 void OpenAllBookmarksInWindows();

@@ -7,6 +7,7 @@
 #include "interface/TabBar.h"
 #include "locations/EnterDrawer.h"
 #include "locations/History.h"
+#include "locations/RenamedVolume.h"
 #include "model/Prefs.h"
 #include "prefs/LoadSavePrefs.h"
 #include "sak/FilenameSupport.h"
@@ -95,41 +96,23 @@ void RemoveClickTab(std::uint32_t userData) {
     TabsOpen = SAK_GenericListCount(*tabslist);
 }
 
-// The new name of a volume, put into what names the old one.
-struct NewRoot {
-    std::string_view Before, Now;
+void PutName(const RenamedVolume& volume, HistoryNode& entry) {
+    if (entry.Location == LocationKind::Drawer) {
+        volume.PutIn(entry.Path);
+        volume.PutIn(entry.Name);
+    }
+}
 
-    [[nodiscard]] bool Has(const Text<1024>& path) const { return IsRootOf(path, Now); }
-    static bool IsRootOf(const Text<1024>& path, std::string_view volume) {
-        Text<1024> root;
-        return SAK_GetDeviceRoot(path, root) && root == volume;
+void PutName(const RenamedVolume& volume, WorkingSet& set) {
+    for (Text<1024>* path : {&set.Path, &set.PathUndo, &set.PathRead}) {
+        volume.PutIn(*path);
     }
-    void PutIn(Text<1024>& path) const {
-        if (!IsRootOf(path, Before)) {
-            return;
-        }
-        const std::string renamed = std::string(Now).append(path.View().substr(Before.size()));
-        if (renamed.size() <= Text<1024>::Limit) {
-            path = renamed;
+    if (set.HistoryList) {
+        for (HistoryNode& entry : *set.HistoryList) {
+            PutName(volume, entry);
         }
     }
-    void PutIn(HistoryNode& entry) const {
-        if (entry.Location == LocationKind::Drawer) {
-            PutIn(entry.Path);
-            entry.Name = entry.Name == Before ? Text<128>(Now) : entry.Name;
-        }
-    }
-    void PutIn(WorkingSet& set) const {
-        for (Text<1024>* path : {&set.Path, &set.PathUndo, &set.PathRead}) {
-            PutIn(*path);
-        }
-        if (set.HistoryList) {
-            for (HistoryNode& entry : *set.HistoryList) {
-                PutIn(entry);
-            }
-        }
-    }
-};
+}
 
 // Ends what the active tab shows; what it owns goes with its set.
 void DropActiveSet() {
@@ -272,18 +255,17 @@ void GiveSettingToTabs(const std::int32_t& setting) {
     }
 }
 
-void RenameVolumeInTabs(std::string_view before, std::string_view now) {
+void RenameVolumeInTabs(const RenamedVolume& volume) {
     if (!TabsList) {
         return;
     }
-    const NewRoot root{before, now};
     DetachTabs();
     for (TabsNode& node : *TabsList) {
-        root.PutIn(node);
+        PutName(volume, node);
         if (&node == ActiveTab) {
-            root.PutIn(ActiveSet);
+            PutName(volume, ActiveSet);
         }
-        if (node.Location == LocationKind::Drawer && root.Has(node.Path)) {
+        if (node.Location == LocationKind::Drawer && volume.Has(node.Path)) {
             node.RescanTab = 1; // its records have the paths of before
             ClickTabNode* tab = FindClickTab(node.TabUserData);
             if (tab != nullptr && node.TabUserData != ExtraTab) {

@@ -9,6 +9,8 @@
 
 namespace solvane {
 
+struct RenamedVolume;
+
 // A number that no tab has yet.
 [[nodiscard]] std::uint32_t MakeTabID();
 
@@ -35,9 +37,9 @@ void AfterSwitchTabs(TabsNode& other, int setView);
 // Gives one setting of Prefs that tabs have of their own, as it is now, to all tabs.
 void GiveSettingToTabs(const std::int32_t& setting);
 
-// A volume has another name (both with their colons): paths, histories and labels of all tabs follow, and
-// rows that name it are marked as out of date. A path that would become too long stays as it is.
-void RenameVolumeInTabs(std::string_view before, std::string_view now);
+// A volume has another name: paths, histories and labels of all tabs follow, and rows that name it are marked
+// as out of date.
+void RenameVolumeInTabs(const RenamedVolume& volume);
 
 // Frees a tab with all it has, in list and bar. Of the active one only the record remains to be taken.
 void DeleteTabsNode(std::uint32_t userData);

@@ -4,6 +4,8 @@
 
 #include <QAbstractButton>
 
+#include <algorithm>
+
 namespace intuition {
 
 GadgetNative::GadgetNative(std::unique_ptr<QWidget> widget) : Widget(std::move(widget)) {}
@@ -33,7 +35,7 @@ void Gadget::SetHint(std::string_view hint) {
 }
 
 void Gadget::SetMinimum(int width, int height) {
-    Host->Widget->setMinimumSize(width, height);
+    Host->Widget->setMinimumSize(std::max(width, 0), std::max(height, 0));
 }
 
 void Gadget::SetFixed(int width, int height) {

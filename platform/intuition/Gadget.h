@@ -36,7 +36,7 @@ public:
     // Shown when the pointer rests on the gadget; also what a screen reader calls a gadget without text.
     // Plain text, lines separated by newlines.
     void SetHint(std::string_view hint);
-    void SetMinimum(int width, int height);
+    void SetMinimum(int width, int height); // -1: as the gadget likes
     // A fixed width or height; -1 leaves that side free again.
     void SetFixed(int width, int height);
     // Gives the gadget the keyboard. Nothing happens while its window is closed.

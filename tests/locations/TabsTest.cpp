@@ -9,6 +9,7 @@
 #include "locations/KeptPlaces.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
+#include "locations/RenamedVolume.h"
 #include "locations/RescanTabs.h"
 #include "locations/TabRecords.h"
 #include "locations/ViewChange.h"
@@ -279,12 +280,12 @@ TEST_F(TabsTest, TabsFollowAVolumeThatIsRenamed) {
     ThreeTabs();
     PopulateContent2("root", Volume);
     OpenOn("a");
-    RenameVolumeInTabs(Volume, "New:");
+    RenameVolumeInTabs({.Before = Volume, .Now = "New:"});
     EXPECT_THAT(Labels(), ElementsAre("a", "b", "New:", "*a", "New tab"));
     EXPECT_EQ(CurrentPath.View(), "New:a");
     EXPECT_EQ(CurrentHistory->Path.View(), "New:a");
     EXPECT_EQ(ActiveTab->RescanTab, 1) << "its records have the old paths";
-    RenameVolumeInTabs("New:", Volume);
+    RenameVolumeInTabs({.Before = "New:", .Now = Volume});
     SwitchToTabNumber(3);
     GoBackInHistory();
     EXPECT_THAT(Rows(), ElementsAre("in c"));
