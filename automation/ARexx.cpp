@@ -1,7 +1,7 @@
 #include "automation/ARexx.h"
 
 #include "automation/ARexxCommands.h"
-#include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "model/Program.h"
 #include "platform/exec/Forbid.h"
 #include "platform/exec/PublicPorts.h"
@@ -9,7 +9,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <charconv>
 #include <memory>
@@ -65,8 +64,7 @@ bool SendARexxMessage(std::string_view port, std::string_view command, int quiet
         return true;
     }
     if (quiet == 0) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        FormatMessage(MSG_NO_AREXX_PORT, port), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(FormatMessage(MSG_NO_AREXX_PORT, port));
     }
     return false;
 }

@@ -1,6 +1,7 @@
 #include "automation/ARexxScripts.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/dos/CommandLine.h"
@@ -13,7 +14,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 #include "sak/SortGenericLists.h"
 
 #include <string>
@@ -70,9 +70,7 @@ void ExecuteARexxScript(std::string_view path) {
     }
     const std::string line = FormatText("rx \"%s\"", dos::EscapeArgument(path));
     if (!rexx::StartScript(line, ARexxPortBuffer.View())) {
-        SAK_IOErr = dos::IoErr();
-        SAK_IOError(MainWindow.get(), RequesterTitle, path, SAK_LocaleString(MSG_DOS_ERROR),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
+        TellDosError(path);
     }
 }
 

@@ -1,11 +1,10 @@
 #include "automation/Commodity.h"
 
+#include "interface/Tell.h"
 #include "model/Prefs.h"
 #include "platform/intuition/HotKey.h"
 #include "prefs/LoadSavePrefs.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <string>
 
@@ -46,8 +45,7 @@ bool SetUpCommodity() {
     ShutDownCommodity();
     Prefs.UseCommodity = 0; // or the program would never start again while the key is taken
     static_cast<void>(SavePrefs(1));
-    SAK_EasyRequest(nullptr, RequesterTitle, RequesterImage::Error, SAK_LocaleString(MSG_INVALID_HOT_KEY),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    Tell(MSG_INVALID_HOT_KEY, RequesterImage::Error);
     return false;
 }
 

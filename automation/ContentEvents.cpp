@@ -12,13 +12,13 @@
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "interface/Tell.h"
 #include "locations/PlaceFigures.h"
 #include "locations/PlaceLists.h"
 #include "model/Prefs.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <array>
@@ -141,11 +141,6 @@ void ServeColumns() {
 
 // --- Inline rename ---
 
-void TellExists(MessageNumber text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Warning, SAK_LocaleString(text),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
-}
-
 // Whether an object of the entry's kind has that name already. What is no plain name is refused by the
 // renaming itself: it would name something in another drawer.
 bool IsTaken(const ContentNode& node, const Text<128>& name) {
@@ -169,7 +164,7 @@ void FinishInlineRename(std::size_t row) {
         return; // the same but for case: nothing happens, which is intended
     }
     if (IsTaken(*node, name)) {
-        TellExists(IsDrawerKind(node->ObjectKind) ? MSG_DRAWER_EXISTS : MSG_FILE_EXISTS);
+        Tell(IsDrawerKind(node->ObjectKind) ? MSG_DRAWER_EXISTS : MSG_FILE_EXISTS, RequesterImage::Warning);
     } else {
         InlineRename = 1;
         if (RenameFiles(Text<128>(node->EntryName), name)) {

@@ -2,6 +2,7 @@
 
 #include "content/Selection.h"
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
 #include "model/Content.h"
@@ -14,7 +15,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <string>
 #include <vector>
@@ -80,8 +80,7 @@ void OpenPlaceRow(const ContentNode& node) {
 
 void OpenFile(const Text<1024>& path) {
     if (path.View() == PathTooLong) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        SAK_LocaleString(MSG_PATH_TOO_LONG), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_PATH_TOO_LONG);
         return;
     }
     HandleDoubleClick(dos::QuoteArgument(path.View()), false);
@@ -191,9 +190,7 @@ void ShowGuide() {
     if (start == 0 && job.ReturnCode() == 0) {
         return;
     }
-    SAK_IOErr = dos::IoErr();
-    SAK_IOError(MainWindow.get(), RequesterTitle, SAK_LocaleString(MSG_NO_OPEN_FILE),
-                SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
+    TellDosError(MSG_NO_OPEN_FILE);
 }
 
 } // namespace solvane

@@ -3,6 +3,7 @@
 #include "content/Selection.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "locations/PlaceFigures.h"
 #include "media/Preview.h"
 #include "model/Content.h"
@@ -14,7 +15,6 @@
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <optional>
 #include <string>
@@ -80,9 +80,7 @@ void ShowGrownSelection() {
 
 void TellBadPattern() {
     const bool noRoom = dos::IoErr() == dos::ErrorNoFreeStore;
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                    SAK_LocaleString(noRoom ? MSG_NO_MEMORY : MSG_INVALID_PATTERN),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    Tell(noRoom ? MSG_NO_MEMORY : MSG_INVALID_PATTERN);
 }
 
 // Asks for a pattern; nothing when the user has none to give.

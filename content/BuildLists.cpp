@@ -125,7 +125,7 @@ void ShowSameRows() {
     for (const std::size_t row : selected) {
         Objects.ContentList->Select(row, true);
     }
-    NumSelected = static_cast<std::uint32_t>(selected.size());
+    NumSelected = static_cast<std::int32_t>(selected.size());
 }
 
 } // namespace

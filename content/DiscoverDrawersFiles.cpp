@@ -1,7 +1,7 @@
 #include "content/DiscoverDrawersFiles.h"
 
 #include "content/EntryTexts.h"
-#include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
 #include "platform/dos/Errors.h"
@@ -13,7 +13,6 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Numbers.h"
-#include "sak/Requesters.h"
 
 #include <optional>
 #include <string>
@@ -124,8 +123,7 @@ void FillFile(DiscoverWalk& walk, DOSNode& node, const dos::ExamineData& object)
 bool AddRecord(DiscoverWalk& walk, EntryKind kind, const Text<1024>& told, const dos::ExamineData& object) {
     NodePointer<DOSNode> node = SAK_CreateGenericListNode<DOSNode>();
     if (!node) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
         return false;
     }
     node->ClipAction = walk.ClipAction;

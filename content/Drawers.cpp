@@ -8,6 +8,7 @@
 #include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "interface/Tell.h"
 #include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -16,10 +17,8 @@
 #include "platform/dos/Examine.h"
 #include "platform/exec/Tasks.h"
 #include "sak/FilenameSupport.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
-#include "sak/Requesters.h"
 #include "sak/StringFunctions.h"
 
 #include <utility>
@@ -40,16 +39,13 @@ bool DrawerIsThere() {
         }));
     }
     if (!found) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        SAK_LocaleString(MSG_DRAWER_MISSING), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_DRAWER_MISSING);
     }
     return found;
 }
 
 void TellCannotRead() {
-    SAK_IOErr = dos::IoErr();
-    SAK_IOError(MainWindow.get(), RequesterTitle, SAK_LocaleString(MSG_NO_DRAWER_READ),
-                SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
+    TellDosError(MSG_NO_DRAWER_READ);
 }
 
 // The names of entries are put behind CurrentPath as it stands. False, after a requester, when there is no
@@ -59,8 +55,7 @@ bool AppendFinalSlash() {
         return true;
     }
     if (CurrentPath.Size() == CurrentPath.Limit) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        SAK_LocaleString(MSG_PATH_TOO_LONG), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_PATH_TOO_LONG);
         return false;
     }
     CurrentPath.Append("/");

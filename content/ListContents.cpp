@@ -3,6 +3,7 @@
 #include "content/EntryTexts.h"
 #include "content/FileTypes.h"
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/dos/DeviceProcs.h"
@@ -12,7 +13,6 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Numbers.h"
-#include "sak/Requesters.h"
 
 #include <optional>
 #include <string>
@@ -86,11 +86,6 @@ std::string SoftLinkTarget(const dos::ExamineData& object) {
     return absolute ? object.LinkTarget : InCurrentPath(object.LinkTarget);
 }
 
-void ReportNoNode() {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                    SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
-}
-
 // A path that a record can hold is kept; one that cannot is never cut, since what is left of it may name
 // another object. It becomes a path that leads nowhere.
 std::string_view WholePath(std::string_view path) {
@@ -105,7 +100,7 @@ bool LeadsToFile(const Text<1024>& path) {
 bool AddLink(ContentNode& node, EntryKind kind, const dos::ExamineData& object) {
     NodePointer<LinksNode> link = SAK_CreateGenericListNode<LinksNode>();
     if (!link) {
-        ReportNoNode();
+        Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
         return false;
     }
     link->LinkPath = WholePath(InCurrentPath(object.Name));
@@ -185,7 +180,7 @@ void FillAttributes(DrawerScan& scan, ContentNode& node, const dos::ExamineData&
 bool AddEntry(DrawerScan& scan, const dos::ExamineData& object) {
     ContentNode* node = SAK_AddGenericListNode(*ContentList, SAK_CreateGenericListNode<ContentNode>());
     if (!node) {
-        ReportNoNode();
+        Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
         return false;
     }
     DefaultContentNode(*node);

@@ -1,30 +1,20 @@
 #include "fileops/Drops.h"
 
 #include "interface/Iconify.h"
+#include "interface/Tell.h"
 #include "model/Content.h"
 #include "model/Program.h"
 #include "platform/intuition/AppIcon.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 namespace solvane {
-
-namespace {
-
-void TellAndContinue(std::int32_t message) {
-    SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Information, SAK_LocaleString(message),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
-}
-
-} // namespace
 
 void AppMsgFunc(const std::vector<std::string>& objects) {
     if (objects.empty()) {
         return;
     }
     // The store of cut and copied entries comes with pasting; until then there is none to open.
-    TellAndContinue(LBLocation == LocationKind::Drawer ? MSG_NO_CLIPBOARD : MSG_CAN_NOT_COPY_HERE);
+    Tell(LBLocation == LocationKind::Drawer ? MSG_NO_CLIPBOARD : MSG_CAN_NOT_COPY_HERE);
 }
 
 bool AppIconMsg(exec::MsgPort& port) {
@@ -36,7 +26,7 @@ bool AppIconMsg(exec::MsgPort& port) {
             } else if (deed->Arguments.empty()) {
                 isOpened = true;
             } else if (AcceptDD == 0) {
-                TellAndContinue(MSG_CAN_NOT_COPY_HERE);
+                Tell(MSG_CAN_NOT_COPY_HERE);
             } else {
                 AppMsgFunc(deed->Arguments);
             }

@@ -1,7 +1,7 @@
 #include "frame/ArgumentParser.h"
 
 #include "automation/Commodity.h"
-#include "frame/Terminate.h"
+#include "interface/Tell.h"
 #include "locations/Navigation.h"
 #include "model/Program.h"
 #include "platform/dos/HostPaths.h"
@@ -15,7 +15,6 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Numbers.h"
-#include "sak/Requesters.h"
 
 #include <array>
 #include <optional>
@@ -78,12 +77,12 @@ std::string LineWord(std::string_view word) {
 // A path that does not fit is refused; the program starts without it.
 bool AddStartLocation(std::string_view location) {
     if (location.size() > Text<1024>::Limit) {
-        TellAndContinue(SAK_LocaleString(MSG_PATH_TOO_LONG));
+        Tell(MSG_PATH_TOO_LONG);
         return true;
     }
     NodePointer<TabsNode> node = SAK_CreateGenericListNode<TabsNode>();
     if (!node) {
-        Terminate(SAK_LocaleString(MSG_NO_LIST_NODE));
+        TellTerminate(MSG_NO_LIST_NODE);
         return false;
     }
     node->Path = location;
@@ -165,9 +164,9 @@ bool StackIsEnough() {
     if (stack >= LeastStack) {
         return true;
     }
-    Terminate(FormatMessage(MSG_STACK_TOO_LOW, RequesterTitle.View(),
-                            SAK_LocalizeNumber(static_cast<std::int64_t>(stack)),
-                            SAK_LocalizeNumber(static_cast<std::int64_t>(LeastStack))));
+    TellTerminate(FormatMessage(MSG_STACK_TOO_LOW, RequesterTitle.View(),
+                                SAK_LocalizeNumber(static_cast<std::int64_t>(stack)),
+                                SAK_LocalizeNumber(static_cast<std::int64_t>(LeastStack))));
     return false;
 }
 

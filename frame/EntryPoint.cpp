@@ -4,8 +4,8 @@
 #include "frame/MyProgram.h"
 #include "frame/Ports.h"
 #include "frame/Snapshot.h"
-#include "frame/Terminate.h"
 #include "interface/Locale.h"
+#include "interface/Tell.h"
 #include "interface/Windows.h"
 #include "model/Program.h"
 #include "platform/application/Start.h"
@@ -17,7 +17,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <cstdio>
 #include <string>
@@ -108,10 +107,10 @@ void RunInstance(const application::StartMessage& start) {
     case PortClaim::NoneFree:
         break;
     case PortClaim::AlreadyRunning:
-        Terminate(FormatMessage(MSG_ALREADY_RUNNING, RequesterTitle.View()));
+        TellTerminate(FormatMessage(MSG_ALREADY_RUNNING, RequesterTitle.View()));
         break;
     case PortClaim::Failed:
-        Terminate(FormatMessage(MSG_NO_PORT, RequesterTitle.View(), PortNumber));
+        TellTerminate(FormatMessage(MSG_NO_PORT, RequesterTitle.View(), PortNumber));
         break;
     }
 }

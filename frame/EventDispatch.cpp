@@ -11,7 +11,6 @@
 #include "fileops/Drops.h"
 #include "frame/MenuDispatch.h"
 #include "frame/MenuRequests.h"
-#include "frame/Terminate.h"
 #include "frame/Toolbars.h"
 #include "frame/WindowSequence.h"
 #include "interface/Choosers.h"
@@ -19,6 +18,7 @@
 #include "interface/Locale.h"
 #include "interface/MainLayout.h"
 #include "interface/SpeedBars.h"
+#include "interface/Tell.h"
 #include "locations/EnterDrawer.h"
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
@@ -30,7 +30,6 @@
 #include "model/Program.h"
 #include "platform/intuition/Events.h"
 #include "prefs/LoadSavePrefs.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
 
 namespace solvane {
@@ -207,7 +206,7 @@ void FollowCommodity(bool otherKey) {
     if (!isWanted || !SetUpCommodity()) {
         ShutDownAppMenuItem();
     } else if (AppMenuSignal == 0 && !SetUpAppMenuItem()) {
-        TellAndContinue(SAK_LocaleString(MSG_NO_APPMENU));
+        Tell(MSG_NO_APPMENU);
     }
 }
 
@@ -222,7 +221,7 @@ Station ReloadPreferences() {
     SetupLocale();
     SetDateFormatInForce();
     if (!DiscoverARexxScripts()) {
-        TellAndContinue(SAK_LocaleString(MSG_AREXX_SCAN_ERROR));
+        Tell(MSG_AREXX_SCAN_ERROR);
     }
     CloseForRebuild();
     ReloadPrefs = 0;

@@ -1,6 +1,6 @@
 #include "frame/Libraries.h"
 
-#include "frame/Terminate.h"
+#include "interface/Tell.h"
 #include "platform/dos/Examine.h"
 #include "platform/intuition/Application.h"
 #include "sak/Format.h"
@@ -40,7 +40,7 @@ constexpr std::array Items = {
 bool OpenLibrariesClasses() {
     for (const LibraryItem& item : Items) {
         if (!item.Open()) {
-            Terminate(FormatMessage(item.Message, item.ShortName, item.Version, item.Revision));
+            TellTerminate(FormatMessage(item.Message, item.ShortName, item.Version, item.Revision));
             return false;
         }
     }

@@ -11,6 +11,7 @@
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
+#include "interface/Tell.h"
 #include "interface/Windows.h"
 #include "locations/DiskOperations.h"
 #include "locations/KeptPlaces.h"
@@ -31,7 +32,6 @@
 #include "prefs/LoadSavePrefs.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <iterator>
@@ -63,9 +63,7 @@ void QuitAll() {
 }
 
 void AboutProgram() {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                    FormatMessage(MSG_ABOUT, VERSION_STRING, DATE_STRING),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    Tell(FormatMessage(MSG_ABOUT, VERSION_STRING, DATE_STRING));
 }
 
 void CloseShownTab() {

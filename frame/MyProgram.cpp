@@ -8,9 +8,9 @@
 #include "frame/LanguageCheck.h"
 #include "frame/MainLoop.h"
 #include "frame/MyProgramSupport.h"
-#include "frame/Terminate.h"
 #include "interface/Iconify.h"
 #include "interface/Locale.h"
+#include "interface/Tell.h"
 #include "locations/Assigns.h"
 #include "locations/Devices.h"
 #include "locations/DiskEvents.h"
@@ -64,7 +64,7 @@ bool SetUpPreferences() {
     LoadPrefs();
     if (!SAK_FileExists(DefaultPrefsFile)) {
         if (!FillEmptyLists()) {
-            TellAndContinue(SAK_LocaleString(MSG_NO_LIST_NODE));
+            Tell(MSG_NO_LIST_NODE);
         }
         SavePrefs(1);
     }
@@ -90,7 +90,7 @@ void ApplyPreferences() {
     }
     SetupLocale();
     if (!DiscoverARexxScripts()) {
-        TellAndContinue(SAK_LocaleString(MSG_AREXX_SCAN_ERROR));
+        Tell(MSG_AREXX_SCAN_ERROR);
     }
     if (Prefs.UseCommodity == 0) {
         Prefs.IconifyAppDocky = 1;
@@ -114,11 +114,11 @@ bool SetUpAsCommodity() {
         return false;
     }
     if (!SetUpCommodity()) {
-        Terminate(SAK_LocaleString(MSG_NO_COMMODITY));
+        TellTerminate(MSG_NO_COMMODITY);
         return false;
     }
     if (!SetUpAppMenuItem()) {
-        Terminate(SAK_LocaleString(MSG_NO_APPMENU));
+        TellTerminate(MSG_NO_APPMENU);
         return false;
     }
     return true;
@@ -138,7 +138,7 @@ void NameTemporaryFiles() {
 
 bool ReadDevicesAndAssigns() {
     if (!GetDevices() || !CopyDevicesToNavDevices() || !GetAssigns()) {
-        Terminate(SAK_LocaleString(MSG_NO_LIST));
+        TellTerminate(MSG_NO_LIST);
         return false;
     }
     SortMasterAssignsList();

@@ -8,7 +8,6 @@
 #include "frame/LanguageCheck.h"
 #include "frame/Libraries.h"
 #include "frame/Ports.h"
-#include "frame/Terminate.h"
 #include "frame/ToolChecks.h"
 #include "interface/ContextMenus.h"
 #include "interface/Iconify.h"
@@ -19,6 +18,7 @@
 #include "interface/Processes.h"
 #include "interface/Screens.h"
 #include "interface/SetUp.h"
+#include "interface/Tell.h"
 #include "interface/Windows.h"
 #include "locations/DiskEvents.h"
 #include "locations/NavigationList.h"
@@ -40,7 +40,6 @@
 #include "sak/Memory.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
-#include "sak/Requesters.h"
 
 #include <array>
 #include <string>
@@ -188,7 +187,7 @@ void FreeWindowLists() {
 bool MPS_SetUp() {
     for (const SetUpStep& step : Steps) {
         if (!step.Run()) {
-            Terminate(SAK_LocaleString(step.Message));
+            TellTerminate(step.Message);
             return false;
         }
     }

@@ -6,7 +6,6 @@
 #include "content/DetailsPane.h"
 #include "content/Drawers.h"
 #include "frame/StartLocation.h"
-#include "frame/Terminate.h"
 #include "frame/UpdateSchedule.h"
 #include "interface/ContextMenus.h"
 #include "interface/Iconify.h"
@@ -15,6 +14,7 @@
 #include "interface/MenuState.h"
 #include "interface/Menus.h"
 #include "interface/Screens.h"
+#include "interface/Tell.h"
 #include "locations/LayoutChange.h"
 #include "locations/NavigationList.h"
 #include "locations/OpenTabs.h"
@@ -34,7 +34,7 @@ namespace {
 
 bool TryOr(bool success, std::string_view message) {
     if (!success) {
-        Terminate(message);
+        TellTerminate(message);
     }
     return success;
 }

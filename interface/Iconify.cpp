@@ -4,6 +4,7 @@
 #include "interface/Panes.h"
 #include "interface/Ringhio.h"
 #include "interface/Screens.h"
+#include "interface/Tell.h"
 #include "model/LocationKind.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -15,7 +16,6 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
-#include "sak/Requesters.h"
 
 #include <array>
 #include <optional>
@@ -100,8 +100,7 @@ bool Iconify_AppMenu() {
     if ((AppMenuSignal != 0 || SetUpAppMenuItem()) && ShowMenuItem(false)) {
         return true;
     }
-    SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Error, SAK_LocaleString(MSG_NO_APPMENU),
-                    SAK_LocaleString(MSG_TERMINATE_GAD));
+    TellTerminate(MSG_NO_APPMENU);
     return false;
 }
 
@@ -127,9 +126,7 @@ void TakeForms() {
         if (Forms[i].Take()) {
             isSomewhere = true;
         } else {
-            SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Information,
-                            FormatMessage(MSG_NO_ICONIFY, static_cast<std::uint32_t>(i + 1)),
-                            SAK_LocaleString(MSG_CONTINUE_GAD));
+            Tell(FormatMessage(MSG_NO_ICONIFY, static_cast<std::uint32_t>(i + 1)));
         }
     }
     if (!isSomewhere) {

@@ -1,11 +1,11 @@
 #include "interface/RecordKeystrokes.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "platform/intuition/FormRequesters.h"
 #include "platform/intuition/HotKey.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <string>
 
@@ -16,11 +16,6 @@ Text<128> RecordKeystrokesBuffer;
 namespace {
 
 constexpr std::string_view CapsLockMark = "-CAPSLOCK ";
-
-void Tell(MessageNumber text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, SAK_LocaleString(text),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
-}
 
 // The text of a hot key apart from the mark before it.
 struct Combination {

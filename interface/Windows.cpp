@@ -1,12 +1,10 @@
 #include "interface/Windows.h"
 
-#include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "model/Program.h"
 #include "platform/dos/CommandLine.h"
 #include "platform/dos/System.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <string>
 
@@ -31,8 +29,7 @@ bool StartInstance(const std::vector<std::string>& arguments) {
     if (fits && dos::StartSystem(line) == 0) {
         return true;
     }
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error, SAK_LocaleString(MSG_NO_WINDOW),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
+    Tell(MSG_NO_WINDOW, RequesterImage::Error);
     return false;
 }
 

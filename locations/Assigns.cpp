@@ -1,6 +1,7 @@
 #include "locations/Assigns.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "locations/NewNodes.h"
 #include "model/ContentNode.h"
 #include "model/Devices.h"
@@ -11,7 +12,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 #include "sak/SortGenericLists.h"
 
 #include <string>
@@ -95,8 +95,7 @@ std::int32_t GetMultiAssignReq(std::string_view name) {
     form.Gadgets = {std::string(SAK_LocaleString(MSG_OK_GAD)), std::string(SAK_LocaleString(MSG_CANCEL_GAD))};
     const intuition::FormAnswer answer = intuition::AskForm(MainWindow.get(), form);
     if (answer.Gadget < 0) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_WINDOW), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_NO_WINDOW, RequesterImage::Error);
     }
     const bool isChosen = answer.Gadget == 1 && answer.Choice < form.Choices.size();
     return isChosen ? static_cast<std::int32_t>(answer.Choice) : -1;

@@ -1,7 +1,7 @@
 #include "locations/Devices.h"
 
 #include "content/Drawers.h"
-#include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "locations/DeviceUsage.h"
 #include "locations/IdentifyDevice.h"
 #include "locations/NavigationList.h"
@@ -13,7 +13,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 #include "sak/SortGenericLists.h"
 
 #include <string>
@@ -72,8 +71,7 @@ void SetVolume(DevicesNode& device, const dos::VolumeInfo& volume) {
 } // namespace
 
 void TellNoListNode() {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                    SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+    Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
 }
 
 bool GetDevices() {

@@ -2,6 +2,7 @@
 
 #include "content/Selection.h"
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "locations/Devices.h"
 #include "locations/DiskEvents.h"
 #include "locations/EditNode.h"
@@ -20,7 +21,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 #include "sak/StringFunctions.h"
 
 #include <algorithm>
@@ -34,17 +34,6 @@ namespace {
 
 constexpr std::string_view FormatTool = "SYS:System/Format";
 constexpr std::size_t LongestVolumeName = 100; // bytes
-
-void Tell(RequesterImage image, std::string_view text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, image, text, SAK_LocaleString(MSG_CONTINUE_GAD));
-}
-
-// A failed deed with its reason.
-void TellFailure(std::string_view text) {
-    SAK_IOErr = dos::IoErr();
-    SAK_IOError(MainWindow.get(), RequesterTitle, text, SAK_LocaleString(MSG_DOS_ERROR),
-                SAK_LocaleString(MSG_CONTINUE_GAD));
-}
 
 // The one device that is selected; null for none or several. Good until the list is made anew.
 const DevicesNode* SelectedDevice() {
@@ -94,15 +83,15 @@ void FormatDisk() {
     }
     const std::string device = WithoutColons(selected->DeviceName);
     if (SYSDevice == device) {
-        Tell(RequesterImage::Error, SAK_LocaleString(MSG_CAN_NOT_FORMAT));
+        Tell(MSG_CAN_NOT_FORMAT, RequesterImage::Error);
         return;
     }
     if (!SAK_FileExists(FormatTool)) {
-        Tell(RequesterImage::Information, FormatMessage(MSG_NO_FORMAT_TOOL, selected->Label));
+        Tell(FormatMessage(MSG_NO_FORMAT_TOOL, selected->Label));
         return;
     }
     if (dos::StartSystem(FormatCommand(device)) != 0) {
-        TellFailure(FormatTool);
+        TellDosError(FormatTool);
     }
 }
 
@@ -120,7 +109,7 @@ void RelabelDisk() {
         return;
     }
     if (!dos::Relabel(device, *name)) {
-        TellFailure(SAK_LocaleString(MSG_NO_RELABEL));
+        TellDosError(MSG_NO_RELABEL);
         return;
     }
     UpdateAllLists();

@@ -1,11 +1,11 @@
 #include "locations/EditNode.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Tell.h"
 #include "locations/EnterDrawer.h"
 #include "platform/intuition/FormRequesters.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <optional>
@@ -18,11 +18,6 @@ Text<128> AslReqFile;
 Text<1024> AslReqDrawer;
 
 namespace {
-
-void Tell(MessageNumber text, RequesterImage image) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, image, SAK_LocaleString(text),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
-}
 
 std::vector<std::string> Buttons() {
     return {std::string(SAK_LocaleString(MSG_OK_GAD)), std::string(SAK_LocaleString(MSG_CANCEL_GAD))};
@@ -49,7 +44,7 @@ int AskUntilWhole(intuition::FormSpec& form, EmptyValues empty) {
         if (empty == EmptyValues::Allowed || missing == form.Fields.end()) {
             return answer.Gadget;
         }
-        Tell(MSG_VALUE_EMPTY, RequesterImage::Information);
+        Tell(MSG_VALUE_EMPTY);
         form.Focus = static_cast<std::size_t>(missing - form.Fields.begin());
     }
 }
@@ -71,7 +66,7 @@ int EditNode(std::string_view title, std::string_view picture, std::string_view 
         const int result = AskUntilWhole(form, empty);
         const std::optional<Text<1024>> drawer = TypedPath(form.Fields[1].Text);
         if (result > 0 && !drawer) {
-            Tell(MSG_PATH_TOO_LONG, RequesterImage::Information);
+            Tell(MSG_PATH_TOO_LONG);
             form.Focus = 1;
             continue;
         }

@@ -6,6 +6,7 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/TabBar.h"
+#include "interface/Tell.h"
 #include "locations/DeviceUsage.h"
 #include "locations/Devices.h"
 #include "locations/History.h"
@@ -17,9 +18,7 @@
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <string>
@@ -28,15 +27,10 @@ namespace solvane {
 
 namespace {
 
-void Tell(std::string_view text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, text,
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
-}
-
 // A path as SetCurrentPath may take it. Empty, after a requester, when it does not fit.
 Text<1024> FittingPath(std::string_view path) {
     if (path.empty() || path == PathTooLong || path.size() > Text<1024>::Limit) {
-        Tell(path.empty() ? SAK_LocaleString(MSG_DRAWER_MISSING) : SAK_LocaleString(MSG_PATH_TOO_LONG));
+        Tell(path.empty() ? MSG_DRAWER_MISSING : MSG_PATH_TOO_LONG);
         return {};
     }
     return path;
@@ -134,7 +128,7 @@ bool ScanDrawerOther() {
     CheckLastCharPath();
     const Text<1024> path = CurrentPath;
     if (SAK_IsDeviceRoot(path) && !IsKnownRoot(path)) {
-        Tell(SAK_LocaleString(MSG_NO_DEVICE_IN_LIST));
+        Tell(MSG_NO_DEVICE_IN_LIST);
         SetCurrentPath(Text<1024>(PathUndoBuffer));
         return false;
     }

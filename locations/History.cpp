@@ -1,12 +1,10 @@
 #include "locations/History.h"
 
 #include "content/BuildLists.h"
-#include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "interface/Tell.h"
 #include "model/Prefs.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <utility>
@@ -44,8 +42,7 @@ HistoryNode* Step(int by) {
 NodePointer<HistoryNode> MakeEntry(std::string_view name, std::string_view path, LocationKind location) {
     NodePointer<HistoryNode> entry = SAK_CreateGenericListNode<HistoryNode>();
     if (!entry) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
         return entry;
     }
     entry->Name = name;

@@ -5,6 +5,7 @@
 #include "interface/MenuState.h"
 #include "interface/PlaceItems.h"
 #include "interface/SpeedBars.h"
+#include "interface/Tell.h"
 #include "interface/Windows.h"
 #include "locations/EditNode.h"
 #include "locations/EnterDrawer.h"
@@ -23,7 +24,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <iterator>
@@ -34,12 +34,6 @@
 namespace solvane {
 
 namespace {
-
-bool Tell(MessageNumber text, RequesterImage image = RequesterImage::Information) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, image, SAK_LocaleString(text),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
-    return false;
-}
 
 // In what the two kinds differ.
 template <class Node>
@@ -139,7 +133,8 @@ template <class Node>
 bool AddNode(GenericList<Node>& list, const KeptPlace& place) {
     auto node = SAK_CreateGenericListNode<Node>();
     if (!node) {
-        return Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
+        Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
+        return false;
     }
     node->Location = place.Location;
     node->Name = place.Name;

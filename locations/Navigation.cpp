@@ -1,16 +1,14 @@
 #include "locations/Navigation.h"
 
-#include "interface/MainLayout.h"
 #include "interface/MenuState.h"
+#include "interface/Tell.h"
 #include "locations/Assigns.h"
 #include "locations/PlaceLists.h"
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <string>
 
@@ -20,11 +18,6 @@ namespace {
 
 void ReturnToPathOnShow() {
     SetCurrentPath(Text<1024>(PathUndoBuffer));
-}
-
-void TellNoDrawer() {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                    SAK_LocaleString(MSG_DRAWER_MISSING), SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 // The path with the name of its volume in place of a device name; an assign stays as it was typed. Empty when
@@ -57,7 +50,7 @@ void GoToTypedPlace(std::string_view word) {
 void GoToTypedDrawer() {
     const Text<1024> path = ByVolumeName(CurrentPath);
     if (path.Empty() || !SAK_DrawerExists(path)) {
-        TellNoDrawer();
+        Tell(MSG_DRAWER_MISSING);
         ReturnToPathOnShow();
         return;
     }
@@ -104,8 +97,7 @@ bool IsListOfKeptPlaces(LocationKind location) {
 void HandlePathGadget() {
     const Text<1024> typed = TypedPath(CurrentPath).value_or(PathTooLong);
     if (typed.View() == PathTooLong) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information,
-                        SAK_LocaleString(MSG_PATH_TOO_LONG), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_PATH_TOO_LONG);
         ReturnToPathOnShow();
         return;
     }

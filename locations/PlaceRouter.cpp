@@ -7,6 +7,7 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/NavigationPane.h"
+#include "interface/Tell.h"
 #include "interface/Windows.h"
 #include "locations/Devices.h"
 #include "locations/EnterDrawer.h"
@@ -27,7 +28,6 @@
 #include "prefs/LoadSavePrefs.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 namespace solvane {
 
@@ -42,9 +42,8 @@ constexpr std::string_view FavoriteMark = "[Fav]", DeviceMark = "[Dev]", SiteMar
 // Whether the keys that are held choose where a place opens.
 enum class Keys { Count, Ignored };
 
-bool Tell(MessageNumber text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, SAK_LocaleString(text),
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
+bool Refuse(MessageNumber text) {
+    Tell(text);
     return false;
 }
 
@@ -70,14 +69,14 @@ Text<128> RootOf(const DevicesNode& device) {
 bool GoToDevice(std::string_view name, Keys keys) {
     const DevicesNode* device = FindMasterDevicesNode(name);
     if (device == nullptr) {
-        return Tell(MSG_NO_DEVICE_IN_LIST);
+        return Refuse(MSG_NO_DEVICE_IN_LIST);
     }
     if (IsElsewhere(keys, RootOf(*device))) {
         return true;
     }
     device = FindMasterDevicesNode(name); // a new tab may have had the list read anew
     if (device == nullptr) {
-        return Tell(MSG_NO_DEVICE_IN_LIST);
+        return Refuse(MSG_NO_DEVICE_IN_LIST);
     }
     const std::uint32_t type = device->Type;
     const Text<128> root = RootOf(*device);
@@ -94,7 +93,7 @@ bool GoToDevice(std::string_view name, Keys keys) {
 bool GoToFavorite(std::string_view path, Keys keys) {
     const FavoritesNode* found = FindMasterFavoritesNode(path);
     if (found == nullptr) {
-        return Tell(MSG_NO_FAVORITE_IN_LIST);
+        return Refuse(MSG_NO_FAVORITE_IN_LIST);
     }
     const LocationKind location = found->Location;
     const Text<128> name = found->Name;
@@ -106,10 +105,10 @@ bool GoToFavorite(std::string_view path, Keys keys) {
 bool GoToSite(std::string_view name, Keys keys) {
     const FTPSitesNode* site = FindNavFTPSitesNode(name);
     if (site == nullptr) {
-        return Tell(MSG_NO_FTP_SITE_IN_LIST);
+        return Refuse(MSG_NO_FTP_SITE_IN_LIST);
     }
     if (FoundFTPMount == 0) {
-        return Tell(MSG_COMES_LATER); // before a tab or window is opened for nothing
+        return Refuse(MSG_COMES_LATER); // before a tab or window is opened for nothing
     }
     const Text<128> called = site->Name;
     const Text<1024> path = MountPathOf(*site);
@@ -149,8 +148,7 @@ bool Route(std::string_view text, Keys keys) {
     }
     const VirtualPlace* place = FindVirtualPlace(text);
     if (place == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Information, "%s\n\n%s",
-                        SAK_LocaleString(MSG_CONTINUE_GAD), SAK_LocaleString(MSG_UNKNOWN_PLACE), text);
+        Tell(FormatText("%s\n\n%s", SAK_LocaleString(MSG_UNKNOWN_PLACE), text));
         return false;
     }
     if (!IsElsewhere(keys, place->Word)) {

@@ -5,6 +5,7 @@
 #include "content/Selection.h"
 #include "interface/MainLayout.h"
 #include "interface/TabBar.h"
+#include "interface/Tell.h"
 #include "locations/EnterDrawer.h"
 #include "locations/History.h"
 #include "locations/RenamedVolume.h"
@@ -14,7 +15,6 @@
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
-#include "sak/Requesters.h"
 
 #include <chrono>
 #include <random>
@@ -55,11 +55,6 @@ void TakeSettings(TabSettings& tab) {
 
 void PutSettings(TabSettings& tab) {
     ForEachSetting(tab, [](const auto& own, auto& setting) { setting = own; });
-}
-
-void TellContinue(std::string_view text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error, text,
-                    SAK_LocaleString(MSG_CONTINUE_GAD));
 }
 
 bool CreateLists(TabsNode& node) {
@@ -139,7 +134,7 @@ std::uint32_t MakeTabID() {
 TabsNode* AddTab(std::uint32_t number, std::uint32_t userData) {
     NodePointer<TabsNode> node = TabsList ? SAK_CreateGenericListNode<TabsNode>() : nullptr;
     if (!node || !CreateLists(*node)) {
-        TellContinue(SAK_LocaleString(node ? MSG_NO_LIST : MSG_NO_LIST_NODE));
+        Tell(node ? MSG_NO_LIST : MSG_NO_LIST_NODE, RequesterImage::Error);
         return nullptr;
     }
     node->TabNumber = number;
@@ -178,7 +173,7 @@ bool AddSmallTab(int refresh) {
     TabID = MakeTabID();
     const bool added = AddTabWithLabel(TabID, ExtraTab, SAK_LocaleString(MSG_NEW_TAB)) != nullptr;
     if (!added) {
-        TellContinue(SAK_LocaleString(MSG_NO_ADD_TAB));
+        Tell(MSG_NO_ADD_TAB, RequesterImage::Error);
     }
     if (refresh != 0) {
         AttachTabs();

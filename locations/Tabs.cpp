@@ -9,6 +9,7 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/TabBar.h"
+#include "interface/Tell.h"
 #include "locations/EnterDrawer.h"
 #include "locations/History.h"
 #include "locations/Navigation.h"
@@ -18,10 +19,8 @@
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "sak/FilenameSupport.h"
-#include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
-#include "sak/Requesters.h"
 
 #include <string>
 #include <utility>
@@ -30,9 +29,8 @@ namespace solvane {
 
 namespace {
 
-bool TellTerminate(MessageNumber text) {
-    SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error, SAK_LocaleString(text),
-                    SAK_LocaleString(MSG_TERMINATE_GAD));
+bool Refuse(MessageNumber text) {
+    TellTerminate(text);
     return false;
 }
 
@@ -235,19 +233,18 @@ bool SetUpTabs() {
     TabsList = SAK_CreateGenericList<TabsNode>();
     tabslist = SAK_CreateGenericList<ClickTabNode>();
     if (!TabsList || !tabslist) {
-        return TellTerminate(MSG_NO_LIST);
+        return Refuse(MSG_NO_LIST);
     }
     if (ReopenTabs != 0 && SAK_GenericListCount(*CommandLineTabsList) == 0) {
         ReopenTabs = 0;
     }
-    return (AddTabsOfStart() && AddSmallTab(0)) || TellTerminate(MSG_NO_ADD_TAB);
+    return (AddTabsOfStart() && AddSmallTab(0)) || Refuse(MSG_NO_ADD_TAB);
 }
 
 void SetFirstTab() {
     TabsNode* first = FindTabsNode(FirstTabID);
     if (first == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_FIND_TAB), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_NO_FIND_TAB, RequesterImage::Error);
         return;
     }
     currTab = FindClickTab(FirstTabID);
@@ -258,8 +255,7 @@ void SetFirstTab() {
 void SwitchTabs(ClickTabNode* tab, int noRebuild) {
     TabsNode* node = tab != nullptr ? FindTabsNode(tab->TabUserData) : nullptr;
     if (node == nullptr) {
-        SAK_EasyRequest(MainWindow.get(), RequesterTitle, RequesterImage::Error,
-                        SAK_LocaleString(MSG_NO_FIND_TAB), SAK_LocaleString(MSG_CONTINUE_GAD));
+        Tell(MSG_NO_FIND_TAB, RequesterImage::Error);
         return;
     }
     if (TabClosed == 0) {

@@ -3,6 +3,7 @@
 #include "interface/MainLayout.h"
 #include "interface/Panes.h"
 #include "interface/Ringhio.h"
+#include "interface/Tell.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/dos/Errors.h"
@@ -14,7 +15,6 @@
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
-#include "sak/Requesters.h"
 
 #include <algorithm>
 #include <charconv>
@@ -52,8 +52,7 @@ bool IsMissing(long error) {
 }
 
 void TellLoadingFailed() {
-    SAK_IOError(MainWindow.get(), RequesterTitle.View(), SAK_LocaleString(MSG_NO_PREFS_LOAD),
-                SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
+    TellDosError(MSG_NO_PREFS_LOAD, SAK_IOErr);
 }
 
 // Keeps the bytes of a document that cannot be understood in a file beside it; copies of earlier ones stay.
@@ -121,8 +120,7 @@ void LoadSettings(const Dictionary& dictionary) {
 bool LoadLists(const Dictionary& dictionary) {
     for (const PrefsList& list : PrefsLists()) {
         if (!list.Load(dictionary.Array(list.Key))) {
-            SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Error,
-                            SAK_LocaleString(MSG_NO_LIST_NODE), SAK_LocaleString(MSG_CONTINUE_GAD));
+            Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
             SAK_IOErr = dos::ErrorNoFreeStore;
             TellLoadingFailed();
             return false;
@@ -233,9 +231,7 @@ bool SavePrefs(int writeFile) {
         return true;
     }
     if (!WriteDocument()) {
-        SAK_IOErr = dos::IoErr();
-        SAK_IOError(MainWindow.get(), RequesterTitle.View(), SAK_LocaleString(MSG_NO_PREFS_SAVE),
-                    SAK_LocaleString(MSG_DOS_ERROR), SAK_LocaleString(MSG_CONTINUE_GAD));
+        TellDosError(MSG_NO_PREFS_SAVE);
         return false;
     }
     SaveWhichPrefs();
