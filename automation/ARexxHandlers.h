@@ -3,6 +3,7 @@
 // of no failure of what it did. Private to this folder.
 #pragma once
 
+#include "interface/MainLayout.h"
 #include "platform/rexx/ARexxPort.h"
 
 #include <cstdint>
@@ -10,22 +11,6 @@
 #include <string_view>
 
 namespace solvane {
-
-// Numbers of the commands that the main loop finishes.
-enum ARexxJump : std::int32_t {
-    JumpActivate = 1,
-    JumpIconify = 5,
-    JumpUniconify = 6,
-    JumpParent = 9,
-    JumpCloseTab = 68, // the window goes with its last tab
-    JumpChangePath = 84,
-    JumpPreferences = 96,
-    JumpLoadPrefs = 97,
-    JumpToNewScreen = 107,
-};
-
-// Whether there is a window to act on.
-[[nodiscard]] bool IsWindowOpen();
 
 // A number that is not below 0, nothing where it was not given.
 [[nodiscard]] std::optional<std::uint32_t> CountOf(const rexx::CommandCall& call, std::string_view name);

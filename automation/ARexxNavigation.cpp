@@ -54,7 +54,7 @@ void rexx_Parent(rexx::CommandCall&) {
 void rexx_ChangePath(rexx::CommandCall& call) {
     const auto path = PathOf(call);
     if (IsWindowOpen() && path) {
-        CurrentPath = *path;
+        JumpPath = *path;
         JumpToARexxCmd = JumpChangePath;
     }
 }
@@ -95,21 +95,20 @@ void rexx_CloseTab(rexx::CommandCall&) {
 void rexx_ViewStyle(rexx::CommandCall& call) {
     const auto style = CountOf(call, "STYLE");
     if (IsWindowOpen() && style && *style < ViewStyles && HasViewStyles(LBLocation)) {
-        ChooserSelected = static_cast<std::int32_t>(*style);
-        ChangeViewStyleOfTabs();
+        ChangeViewStyleOfTabs(static_cast<std::int32_t>(*style));
     }
 }
 
 void rexx_Layout(rexx::CommandCall& call) {
-    const auto layout = CountOf(call, "LAYOUT");
-    if (!IsWindowOpen() || !layout || *layout > LayoutStatusBar || *layout == LayoutUserButtons) {
+    const auto number = CountOf(call, "LAYOUT");
+    if (!IsWindowOpen() || !number || *number > LayoutStatusBar || *number == LayoutUserButtons) {
         return;
     }
-    ChooserSelected = static_cast<std::int32_t>(*layout);
-    if (*layout == LayoutPreviewHorizontal || *layout == LayoutPreviewVertical) {
-        ChangePreviewFromHorizontal();
+    const auto layout = static_cast<std::int32_t>(*number);
+    if (layout == LayoutPreviewHorizontal || layout == LayoutPreviewVertical) {
+        ChangePreviewFromHorizontal(layout);
     } else {
-        ChangeLayoutOrToolbars();
+        ChangeLayoutOrToolbars(layout);
     }
 }
 

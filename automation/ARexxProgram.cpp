@@ -34,10 +34,6 @@ void SetBox(const rexx::CommandCall& call, std::initializer_list<std::string_vie
 
 } // namespace
 
-bool IsWindowOpen() {
-    return MainWindow && MainWindow->IsOpen();
-}
-
 std::optional<std::uint32_t> CountOf(const rexx::CommandCall& call, std::string_view name) {
     const auto number = call.Arguments.Number(name);
     if (!number || *number < 0 || *number > std::numeric_limits<std::int32_t>::max()) {
@@ -51,16 +47,7 @@ void rexx_Version(rexx::CommandCall& call) {
 }
 
 void rexx_Activate(rexx::CommandCall&) {
-    if (IsWindowOpen()) {
-        MainWindow->ToFront();
-        MainWindow->Activate();
-    } else if (Iconified != 0) {
-        JumpToARexxCmd = JumpUniconify; // what the icon stands for is not built a second time
-    } else {
-        LoadImages = 1;
-        SecondRun = 1;
-        JumpToARexxCmd = JumpActivate;
-    }
+    JumpToARexxCmd = JumpActivate;
 }
 
 void rexx_Deactivate(rexx::CommandCall&) {

@@ -21,46 +21,14 @@
 #include "sak/Messages.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
-#include <utility>
 
 namespace solvane {
-
-std::uint16_t RelEvent = 0;
-std::int32_t ForceRelEvent = NoForcedEvent;
-std::size_t EventRow = intuition::NoRow;
 
 namespace {
 
 using intuition::ListEvent;
 using intuition::ListEventKind;
-
-// The words for the branches of a location.
-struct LocationBranch {
-    LocationKind Location;
-    std::string_view Click;
-    std::string_view DoubleClick = {};
-};
-constexpr std::array Branches = {
-    LocationBranch{LocationKind::Bookmarks, "Bookmarks1"},
-    LocationBranch{LocationKind::Favorites, "Favorites1"},
-    LocationBranch{LocationKind::Workbench, "Workbench1"},
-    LocationBranch{LocationKind::Computer, "Computer1"},
-    LocationBranch{LocationKind::Assigns, "Assigns1", "Assigns2"},
-    LocationBranch{LocationKind::FTPSites, "FTPSites1", "FTPSites2"},
-    LocationBranch{LocationKind::OS4Depot, "OS4Depot1", "OS4Depot2"},
-    LocationBranch{LocationKind::Aminet, "Aminet1", "Aminet2"},
-    LocationBranch{LocationKind::SearchResults, "Search1"},
-    LocationBranch{LocationKind::DuplicateFiles, "DuplicateFile1"},
-    LocationBranch{LocationKind::Archive, "Archive1", "Archive2"},
-    LocationBranch{LocationKind::Drawer, "Content1", "Content2"},
-};
-
-const LocationBranch* BranchOnShow() {
-    const auto* found = std::ranges::find(Branches, LBLocation, &LocationBranch::Location);
-    return found != Branches.end() ? found : nullptr;
-}
 
 ContentNode* RecordOf(std::size_t row) {
     return row < lblist2.size() ? lblist2[row].Record : nullptr;
@@ -165,18 +133,15 @@ void FinishInlineRename(std::size_t row) {
     }
     if (IsTaken(*node, name)) {
         Tell(IsDrawerKind(node->ObjectKind) ? MSG_DRAWER_EXISTS : MSG_FILE_EXISTS, RequesterImage::Warning);
-    } else {
-        InlineRename = 1;
-        if (RenameFiles(Text<128>(node->EntryName), name)) {
-            Details1Buffer = name;
-            SetDetailsGadBuffer(0);
-        }
+    } else if (RenameFiles(Text<128>(node->EntryName), name, ShowAnew::No)) {
+        Details1Buffer = name;
+        SetDetailsGadBuffer(0);
     }
     Objects.ContentList->Refresh();
 }
 
 void Serve(const ListEvent& event) {
-    switch (static_cast<ListEventKind>(RelEvent)) {
+    switch (event.Kind) {
     case ListEventKind::Select:
         ServeClick(event.Row);
         break;
@@ -197,38 +162,17 @@ void Serve(const ListEvent& event) {
     }
 }
 
-void RunBranch(std::string_view text, const ContentNode* record) {
-    const LocationBranch* branch = BranchOnShow();
-    if (branch == nullptr) {
-        return;
-    }
-    if (text == branch->Click) {
-        ServeClick(intuition::NoRow);
-    } else if (text == branch->DoubleClick && record != nullptr) {
-        OpenRecord(*record, OpenWhich::ThisOne);
+} // namespace
+
+void HandleContentListBrowser() {
+    if (Objects.ContentList != nullptr) {
+        Serve(Objects.ContentList->NextEvent());
+        ServeDelayedChange();
     }
 }
 
-} // namespace
-
-void HandleContentListBrowser(std::string_view text, const ContentNode* record) {
-    if (!text.empty()) {
-        RunBranch(text, record);
-        return;
-    }
-    if (Objects.ContentList == nullptr) {
-        return;
-    }
-    ListEvent event;
-    if (ForceRelEvent == NoForcedEvent) {
-        event = Objects.ContentList->NextEvent();
-    } else {
-        event.Kind = static_cast<ListEventKind>(std::exchange(ForceRelEvent, NoForcedEvent));
-        event.Row = Objects.ContentList->Current();
-    }
-    RelEvent = static_cast<std::uint16_t>(event.Kind);
-    EventRow = event.Row;
-    Serve(event);
+void RowClicked(std::size_t row) {
+    ServeClick(row);
     ServeDelayedChange();
 }
 

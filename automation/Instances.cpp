@@ -50,14 +50,9 @@ void Tell(const Instance& instance, std::string_view command) {
     static_cast<void>(exec::PostCommand(instance.Port, command));
 }
 
-bool HasWindow() {
-    return MainWindow && MainWindow->IsOpen();
-}
-
 void PlaceOwnWindow(const Box& box) {
     MainWindow->SetGeometry(box);
-    MainWindow->ToFront();
-    MainWindow->Activate();
+    BringWindowToFront();
 }
 
 void PlaceWindow(const Instance& instance, const Box& box) {
@@ -140,7 +135,7 @@ Box BoxOfPart(const Box& workArea, ScreenPart part) {
 }
 
 void ArrangeWindows(Arrangement how) {
-    if (!HasWindow()) {
+    if (!IsWindowOpen()) {
         return;
     }
     if (how == Arrangement::Cascade) {
@@ -155,7 +150,7 @@ void ArrangeWindows(Arrangement how) {
 }
 
 void CenterWindow() {
-    if (!HasWindow()) {
+    if (!IsWindowOpen()) {
         return;
     }
     const Box own = MainWindow->Geometry();
@@ -166,14 +161,14 @@ void CenterWindow() {
 }
 
 void SizeToPartOfScreen(ScreenPart part) {
-    if (HasWindow()) {
+    if (IsWindowOpen()) {
         MainWindow->SetGeometry(MainWindow->InsideOf(BoxOfPart(MainWindow->WorkArea(), part)));
     }
 }
 
 void FullScreen() {
     static intuition::Box before; // where the window was; the stored box may be older
-    if (!HasWindow()) {
+    if (!IsWindowOpen()) {
         return;
     }
     if (GoFullScreen == 0) {

@@ -79,11 +79,11 @@ void MoveByQualifier(bool down) {
     if (!HasRows()) {
         return;
     }
-    if ((Qualifier & (qualifier::LeftAlt | qualifier::RightAlt)) != 0) {
+    if (IsHeld(qualifier::AnyAlt)) {
         MoveMark(down);
-    } else if ((Qualifier & qualifier::Control) != 0) {
+    } else if (IsHeld(qualifier::Control)) {
         down ? MoveToLast() : MoveToFirst();
-    } else if ((Qualifier & (qualifier::LeftShift | qualifier::RightShift)) != 0) {
+    } else if (IsHeld(qualifier::AnyShift)) {
         MoveBy(PageRows(), down);
     } else {
         MoveBy(1, down);
@@ -106,8 +106,7 @@ void ClickRow(std::size_t row) {
     Objects.ContentList->Select(row, true);
     Objects.ContentList->SetCurrent(row);
     Objects.ContentList->MakeVisible(row);
-    ForceRelEvent = static_cast<std::int32_t>(intuition::ListEventKind::Select);
-    HandleContentListBrowser("");
+    RowClicked(row);
 }
 
 void MoveUp() {
@@ -143,8 +142,7 @@ void ToggleMarkedRow() {
         return;
     }
     Objects.ContentList->Select(row, !Objects.ContentList->IsSelected(row));
-    ForceRelEvent = static_cast<std::int32_t>(intuition::ListEventKind::Select);
-    HandleContentListBrowser("");
+    RowClicked(row);
 }
 
 void ScrollContentSideways(int direction) {

@@ -12,7 +12,6 @@
 #include "platform/dos/ReadArgs.h"
 #include "platform/dos/System.h"
 #include "platform/intuition/Events.h"
-#include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 
@@ -27,13 +26,7 @@ namespace {
 
 namespace qualifier = intuition::qualifier;
 
-constexpr std::uint16_t AltKeys = qualifier::LeftAlt | qualifier::RightAlt;
-constexpr std::uint16_t ShiftKeys = qualifier::LeftShift | qualifier::RightShift;
 constexpr std::size_t MostOpenedUnasked = 20;
-
-bool IsHeld(unsigned keys) {
-    return (Qualifier & keys) != 0;
-}
 
 // Asks once before so many are opened that a slip of the hand would fill the screen.
 bool MayOpen(std::size_t entries) {
@@ -55,10 +48,10 @@ std::vector<Text<1024>> SelectedPaths(bool ofDrawers) {
 
 // Opens all selected rows elsewhere when there are several and the keys want that.
 bool OpenedSeveralElsewhere() {
-    if (NumSelected < 2 || !IsHeld(AltKeys | qualifier::Control)) {
+    if (NumSelected < 2 || !IsHeld(qualifier::AnyAlt | qualifier::Control)) {
         return false;
     }
-    if (IsHeld(AltKeys)) {
+    if (IsHeld(qualifier::AnyAlt)) {
         OpenSelectedInWindows();
     } else {
         OpenSelectedInTabs();
@@ -73,7 +66,7 @@ void OpenPlaceRow(const ContentNode& node) {
     if (OpenedSeveralElsewhere()) {
         return;
     }
-    if (!refuses || IsHeld(AltKeys | qualifier::Control)) {
+    if (!refuses || IsHeld(qualifier::AnyAlt | qualifier::Control)) {
         OpenEntry(node);
     }
 }
@@ -83,7 +76,7 @@ void OpenFile(const Text<1024>& path) {
         Tell(MSG_PATH_TOO_LONG);
         return;
     }
-    HandleDoubleClick(dos::QuoteArgument(path.View()), false);
+    HandleDoubleClick(dos::QuoteArgument(path.View()));
 }
 
 // The paths are copied first: a question that a program raises may outlive the records.
@@ -114,10 +107,10 @@ void OpenEntryRow(const ContentNode& node, OpenWhich files) {
     }
 }
 
-// "CON:" with the user's output window.
-std::string OutputWindow() {
-    return FormatText("CON:%lu/%lu/%lu/%lu/%s/AUTO", Prefs.OutputWindowX, Prefs.OutputWindowY,
-                      Prefs.OutputWindowWidth, Prefs.OutputWindowHeight, RequesterTitle);
+// False, with the reason in IoErr, when nothing opens what the argument names.
+bool RunOnWorkbench(std::string_view argument) {
+    dos::SystemJob job;
+    return dos::StartSystem("WBRun " + std::string(argument), {}, &job) == 0 && job.ReturnCode() == 0;
 }
 
 } // namespace
@@ -125,7 +118,8 @@ std::string OutputWindow() {
 void OpenRow(std::size_t row) {
     SelectContentListItems();
     if (row < lblist2.size() && lblist2[row].Record != nullptr) {
-        OpenRecord(*lblist2[row].Record, IsHeld(ShiftKeys) ? OpenWhich::Selected : OpenWhich::ThisOne);
+        OpenRecord(*lblist2[row].Record,
+                   IsHeld(qualifier::AnyShift) ? OpenWhich::Selected : OpenWhich::ThisOne);
     }
 }
 
@@ -176,18 +170,12 @@ void OpenRecord(const ContentNode& node, OpenWhich files) {
     }
 }
 
-void HandleDoubleClick(std::string_view path, bool forceShell) {
-    dos::SystemOptions options;
-    if (forceShell) {
-        options.Input.Name = OutputWindow();
-    }
-    static_cast<void>(dos::StartSystem("WBRun " + std::string(path), options));
+void HandleDoubleClick(std::string_view path) {
+    static_cast<void>(RunOnWorkbench(path));
 }
 
 void ShowGuide() {
-    dos::SystemJob job;
-    const long start = dos::StartSystem("WBRun \"PROGDIR:Docs/guide.md\"", {}, &job);
-    if (start == 0 && job.ReturnCode() == 0) {
+    if (RunOnWorkbench("\"PROGDIR:Docs/guide.md\"")) {
         return;
     }
     TellDosError(MSG_NO_OPEN_FILE);

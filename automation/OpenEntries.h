@@ -34,9 +34,8 @@ void OpenSelectedInWindows();
 void OpenRecord(const ContentNode& node, OpenWhich files);
 
 // Runs or opens a file, by the default tool of its icon or the host's program for its type; path is quoted,
-// as it stands in a command line. With forceShell the command has a window for what it says. That nothing
-// opens the file is not told.
-void HandleDoubleClick(std::string_view path, bool forceShell);
+// as it stands in a command line. That nothing opens the file is not told, which is intended.
+void HandleDoubleClick(std::string_view path);
 
 // Opens the guide with the host's program for texts; what prevents that is told.
 void ShowGuide();

@@ -31,14 +31,8 @@ namespace rawkey = intuition::rawkey;
 namespace qualifier = intuition::qualifier;
 
 constexpr std::uint16_t ControlKey = qualifier::Control;
-constexpr std::uint16_t AltKeys = qualifier::LeftAlt | qualifier::RightAlt;
-constexpr std::uint16_t ShiftKeys = qualifier::LeftShift | qualifier::RightShift;
 constexpr std::uint16_t AmigaKeys = qualifier::LeftAmiga | qualifier::RightAmiga;
 constexpr std::uint16_t AnyQualifier = 0; // the key means the same, or asks for the qualifiers itself
-
-bool IsHeld(unsigned keys) {
-    return (Qualifier & keys) != 0;
-}
 
 template <auto Deed>
 Closing Do() {
@@ -66,7 +60,7 @@ Closing NewWindow() {
 }
 
 Closing TurnTab() {
-    IsHeld(ShiftKeys) ? PreviousTab() : NextTab();
+    IsHeld(qualifier::AnyShift) ? PreviousTab() : NextTab();
     return Closing::Tab;
 }
 
@@ -93,17 +87,11 @@ Closing Escape() {
 // With Shift or Control the list scrolls; only the bare key travels, and not in the filmstrip.
 template <int Direction, auto Travel>
 Closing GoSideways() {
-    if (IsHeld(ShiftKeys | ControlKey)) {
+    if (IsHeld(qualifier::AnyShift | ControlKey)) {
         ScrollContentSideways(Direction);
-    } else if (!IsHeld(AltKeys | AmigaKeys) && ViewStyleInForce() != ViewFilmstrip) {
+    } else if (!IsHeld(qualifier::AnyAlt | AmigaKeys) && ViewStyleInForce() != ViewFilmstrip) {
         Travel();
     }
-    return Closing::Tab;
-}
-
-Closing TurnPreview() {
-    ChooserSelected = Prefs.PreviewStyle == 0 ? LayoutPreviewHorizontal : LayoutPreviewVertical;
-    ChangeLayout();
     return Closing::Tab;
 }
 
@@ -125,10 +113,10 @@ constexpr std::uint16_t KeyQ = 16, KeyW = 17, KeyT = 20, KeyA = 32, KeyH = 37, K
 constexpr std::uint16_t KeyX = 50, KeyC = 51, KeyV = 52;
 constexpr std::uint16_t KeyF2 = 81, KeyF3 = 82, KeyF4 = 83, KeyF5 = 84, KeyF6 = 85, KeyF7 = 86;
 constexpr std::array Keys = {
-    KeyRow{KeyQ, AltKeys, QuitAll},
+    KeyRow{KeyQ, qualifier::AnyAlt, QuitAll},
     KeyRow{KeyW, ControlKey, CloseTab},
     KeyRow{KeyT, ControlKey, NewTab},
-    KeyRow{KeyT, AltKeys, NewWindow},
+    KeyRow{KeyT, qualifier::AnyAlt, NewWindow},
     KeyRow{KeyA, ControlKey, Do<SelectAll>},
     KeyRow{KeyH, ControlKey, Do<ToggleHiddenEntries>},
     KeyRow{KeyL, ControlKey, EnterPath},
@@ -155,7 +143,7 @@ constexpr std::array Keys = {
     KeyRow{KeyF3, AnyQualifier, EnterSearch},
     KeyRow{KeyF4, AnyQualifier, EnterPath},
     KeyRow{KeyF5, AnyQualifier, Do<ReloadLocation>},
-    KeyRow{KeyF6, AnyQualifier, TurnPreview},
+    KeyRow{KeyF6, AnyQualifier, Do<TurnPreviewPane>},
     KeyRow{KeyF7, AnyQualifier, Pick<MenuToggleMetadata>},
     KeyRow{rawkey::F11, AnyQualifier, Do<FullScreen>},
     KeyRow{rawkey::Home, AnyQualifier, Do<MoveToFirst>},
@@ -174,12 +162,20 @@ std::uint32_t TabOfDigit(std::uint16_t code) {
 
 enum ButtonAction : std::int32_t { Open = 1, Parent = 2, Back = 3, Forward = 4, OpenInTab = 5 };
 
-Closing RunButtonAction(std::int32_t action) {
+// Keys held beside the button are not meant.
+void OpenSelectionWith(std::uint16_t keys) {
+    Qualifier = keys;
+    OpenSelectedRows();
+}
+
+void RunButtonAction(std::int32_t action) {
     switch (action) {
     case Open:
-        return HandleKey(rawkey::Return, 0);
+        OpenSelectionWith(0);
+        break;
     case Parent:
-        return HandleKey(rawkey::Backspace, 0);
+        GoToParent();
+        break;
     case Back:
         GoBackInHistory();
         break;
@@ -187,11 +183,11 @@ Closing RunButtonAction(std::int32_t action) {
         GoForwardInHistory();
         break;
     case OpenInTab:
-        return HandleKey(rawkey::Return, ControlKey);
+        OpenSelectionWith(ControlKey);
+        break;
     default:
         break;
     }
-    return Closing::Tab;
 }
 
 } // namespace
@@ -212,21 +208,17 @@ Closing HandleRawKeys() {
     return Closing::Tab;
 }
 
-Closing HandleKey(std::uint16_t code, std::uint16_t qualifier) {
-    Code = code;
-    Qualifier = qualifier;
-    KeyText.Clear();
-    return HandleRawKeys();
-}
-
-Closing HandleMouseButton() {
+void HandleMouseButton() {
     switch (Code) {
     case intuition::mousebutton::FifthUp:
-        return RunButtonAction(Prefs.FifthButtonAction);
+        RunButtonAction(Prefs.FifthButtonAction);
+        break;
     case intuition::mousebutton::FourthUp:
-        return RunButtonAction(Prefs.FourthButtonAction);
+        RunButtonAction(Prefs.FourthButtonAction);
+        break;
     case intuition::mousebutton::MiddleUp:
-        return RunButtonAction(Prefs.MiddleButtonAction);
+        RunButtonAction(Prefs.MiddleButtonAction);
+        break;
     case intuition::mousebutton::WheelUp:
         PreviousTab();
         break;
@@ -236,7 +228,6 @@ Closing HandleMouseButton() {
     default:
         break;
     }
-    return Closing::Tab;
 }
 
 } // namespace solvane

@@ -26,7 +26,6 @@ std::uint16_t PAT_CaseSensitive = 0;
 namespace {
 
 constexpr std::uint32_t Groups = 9;
-constexpr std::uint16_t ShiftKeys = intuition::qualifier::LeftShift | intuition::qualifier::RightShift;
 
 class BlockedWindow {
 public:
@@ -143,7 +142,7 @@ void SelectByType(std::uint32_t group) {
     }
     SetPreviewPaneNone();
     const BlockedWindow blocked;
-    if ((Qualifier & ShiftKeys) != 0) {
+    if (IsHeld(intuition::qualifier::AnyShift)) {
         SelectContentListItems();
     } else {
         ClearSelectedFiles();

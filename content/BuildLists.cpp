@@ -189,17 +189,17 @@ void SetViewStyle(KeepRows keep) {
     }
 }
 
-void ChangeViewStyle() {
+void ChangeViewStyle(std::int32_t style) {
     std::int32_t& stored = StylePreferenceOf(LBLocation);
     const std::size_t offered = LBLocation == LocationKind::Drawer ? StylesOfDrawers : StylesElsewhere;
-    const bool isOffered = ChooserSelected >= 0 && static_cast<std::size_t>(ChooserSelected) < offered;
-    if (!isOffered || ChooserSelected == stored) {
+    const bool isOffered = style >= 0 && static_cast<std::size_t>(style) < offered;
+    if (!isOffered || style == stored) {
         SetViewStyle(KeepRows::Yes);
         return;
     }
     const std::int32_t before = ViewStyleInForce();
     CollectPrefs();
-    stored = ChooserSelected;
+    stored = style;
     SavePrefs(0);
     BlockMainWindow(1);
     NoteTopRow();

@@ -22,11 +22,8 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
 namespace solvane {
-
-std::uint16_t InlineRename = 0;
 
 namespace {
 
@@ -94,8 +91,7 @@ void ShowRenamed() {
 
 } // namespace
 
-bool RenameFiles(std::string_view oldName, std::string_view newName) {
-    const bool isInline = std::exchange(InlineRename, std::uint16_t{0}) != 0;
+bool RenameFiles(std::string_view oldName, std::string_view newName, ShowAnew show) {
     if (LBLocation != LocationKind::Drawer || oldName.empty() || newName.empty()) {
         return false;
     }
@@ -118,7 +114,7 @@ bool RenameFiles(std::string_view oldName, std::string_view newName) {
         RenameIcon(oldName, newName);
     }
     SetRescanAllTabsByPath(CurrentPath, ActiveTab != nullptr ? ActiveTab->TabNumber : 0);
-    if (!isInline) {
+    if (show == ShowAnew::Yes) {
         node->Selected = 0;
         ShowRenamed();
     }

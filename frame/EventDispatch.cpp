@@ -39,18 +39,10 @@ namespace {
 using intuition::EventClass;
 using intuition::WindowEvent;
 
-void ServeCloseGadget() {
-    if (CommodityInForce != 0) {
-        CloseMainWindow();
-    } else {
-        done = 1;
-    }
-}
-
 // The last tab takes its window with it.
 void CloseWindowWith(Closing closing) {
     if (closing == Closing::WithWindow) {
-        ServeCloseGadget();
+        LeaveWindow();
     }
 }
 
@@ -97,12 +89,10 @@ bool ServeChooser(const WindowEvent& event) {
         HandleScriptChooser(event.Code);
         return true;
     case GadgetViewStyleChooser:
-        ChooserSelected = event.Code;
-        ChangeViewStyleOfTabs();
+        ChangeViewStyleOfTabs(event.Code);
         return true;
     case GadgetLayoutChooser:
-        ChooserSelected = event.Code;
-        ChangeLayoutOrToolbars();
+        ChangeLayoutOrToolbars(event.Code);
         return true;
     default:
         return false;
@@ -134,14 +124,13 @@ void ServeGadget(const WindowEvent& event) {
         PopHistoryChooser();
         break;
     case GadgetParent:
-        CloseWindowWith(HandleKey(intuition::rawkey::Backspace, 0));
+        GoToParent();
         break;
     case GadgetReload:
         ReloadLocation();
         break;
     case GadgetPath:
-        CurrentPath = TypedPath(Objects.Path->Text()).value_or(PathTooLong);
-        HandlePathGadget();
+        HandlePathGadget(Objects.Path->Text());
         ActivateContentList();
         break;
     case GadgetViewStyle:
@@ -154,7 +143,7 @@ void ServeGadget(const WindowEvent& event) {
         HandleNavigationListBrowser("");
         break;
     case GadgetContentList:
-        HandleContentListBrowser("");
+        HandleContentListBrowser();
         break;
     default:
         break;
@@ -164,7 +153,7 @@ void ServeGadget(const WindowEvent& event) {
 void Dispatch(const WindowEvent& event) {
     switch (event.Class) {
     case EventClass::CloseWindow:
-        ServeCloseGadget();
+        LeaveWindow();
         break;
     case EventClass::GadgetUp:
         ServeGadget(event);
@@ -183,7 +172,7 @@ void Dispatch(const WindowEvent& event) {
         TickTypeAhead();
         break;
     case EventClass::MouseButtons:
-        CloseWindowWith(HandleMouseButton());
+        HandleMouseButton();
         break;
     case EventClass::MenuPick:
         HandleMenuPick(event.Code);
@@ -256,27 +245,25 @@ Station ActOnARexxJump() {
     const std::int32_t command = JumpToARexxCmd;
     JumpToARexxCmd = NoJump;
     switch (command) {
-    case 1:
-        LoadImages = 1;
-        SecondRun = 1;
-        return Station::EntryA;
-    case 5:
+    case JumpActivate:
+        return ShowProgram();
+    case JumpIconify:
         static_cast<void>(Iconify());
         return Station::WaitLoop;
-    case 6:
+    case JumpUniconify:
         return LeaveIcon();
-    case 9:
-        CloseWindowWith(HandleKey(intuition::rawkey::Backspace, 0));
+    case JumpParent:
+        GoToParent();
         return Station::WaitLoop;
-    case 68:
-        CloseWindowWith(Closing::WithWindow);
+    case JumpCloseTab:
+        LeaveWindow();
         return Station::WaitLoop;
-    case 84:
-        HandlePathGadget();
+    case JumpChangePath:
+        HandlePathGadget(JumpPath.View());
         return Station::WaitLoop;
-    case 97:
+    case JumpLoadPrefs:
         return ReloadPreferences();
-    case 107:
+    case JumpToNewScreen:
         CloseForRebuild();
         return Station::EntryA;
     default:

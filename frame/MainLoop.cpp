@@ -49,21 +49,6 @@ exec::SignalMask PortMask() {
     return Port ? Port->Mask() : 0;
 }
 
-// The user wants the window to work in.
-Station ShowProgram() {
-    if (Iconified != 0) {
-        return LeaveIcon();
-    }
-    if (!MainWindow || !MainWindow->IsOpen()) { // waits as a commodity
-        LoadImages = 1;
-        SecondRun = 1;
-        return Station::EntryB;
-    }
-    MainWindow->ToFront();
-    MainWindow->Activate();
-    return Station::WaitLoop;
-}
-
 Station ServeAppIcon() {
     return AppIconMsg(*AppIconPort) ? ShowProgram() : Station::WaitLoop;
 }
@@ -72,7 +57,7 @@ Station ServeAppMenu() {
     if (!AppIconMsg(*AppMenuPort)) {
         return Station::WaitLoop;
     }
-    if (MainWindow && MainWindow->IsOpen()) {
+    if (IsWindowOpen()) {
         OpenNewTab(0);
     }
     return ShowProgram();
@@ -96,8 +81,6 @@ Station ActOnScreenMessage(const ScreenMessage& message) {
     }
     switch (message.What) {
     case ScreenEvent::WorkbenchOpened:
-        LoadImages = 1;
-        SecondRun = 1;
         CloseForRebuild();
         return Station::EntryB;
     case ScreenEvent::WorkbenchCloses:
@@ -166,7 +149,7 @@ Station ServeDeviceUsage() {
 
 // The hot key brings the window up, or opens a tab in the one that there is.
 Station ServeCommodity() {
-    if (Iconified == 0 && MainWindow && MainWindow->IsOpen()) {
+    if (Iconified == 0 && IsWindowOpen()) {
         ScreenToFront();
         OpenNewTab(0);
     }
@@ -260,7 +243,7 @@ Station RunWaitLoop() {
 
 // Asks whether the user really wants to go, where the preferences want that asked.
 Station ConfirmQuit() {
-    if (!MainWindow || !MainWindow->IsOpen() || Prefs.VerifyQuit == 0) {
+    if (!IsWindowOpen() || Prefs.VerifyQuit == 0) {
         return Station::End;
     }
     switch (SAK_EasyRequest(MainWindow.get(), RequesterTitle.View(), RequesterImage::Question,

@@ -4,7 +4,6 @@
 #include "automation/ContentEvents.h"
 #include "automation/Instances.h"
 #include "automation/OpenEntries.h"
-#include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
 #include "content/SortLists.h"
 #include "frame/WindowSequence.h"
@@ -14,6 +13,7 @@
 #include "interface/Tell.h"
 #include "interface/Windows.h"
 #include "locations/DiskOperations.h"
+#include "locations/EnterDrawer.h"
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
 #include "locations/Navigation.h"
@@ -40,21 +40,14 @@ namespace solvane {
 
 namespace {
 
-constexpr std::int32_t JumpLoadPrefs = 97; // of JumpToARexxCmd
-constexpr std::uint16_t KeyF6 = intuition::rawkey::F1 + 5;
-
 // The command of an item whose feature is still to come.
 void Waits() {
     SetStatusBar(SAK_LocaleString(MSG_COMMAND_COMES_LATER), Text<128>(StatusBarBuffer2));
 }
 
 void Quit() {
-    if (CommodityInForce != 0) {
-        ScrNotChange = 1;
-        CloseMainWindow();
-    } else {
-        done = 1;
-    }
+    ScrNotChange = CommodityInForce != 0 ? 1 : ScrNotChange; // the images go, too
+    LeaveWindow();
 }
 
 void QuitAll() {
@@ -68,7 +61,7 @@ void AboutProgram() {
 
 void CloseShownTab() {
     if (CloseTab() == Closing::WithWindow) {
-        Quit();
+        LeaveWindow();
     }
 }
 
@@ -77,12 +70,9 @@ void GoTo() {
     HandleNavigationListBrowser(WordOfLocation(Place));
 }
 
-// What a key does that nobody has pressed.
-template <std::uint16_t Key>
-void Press() {
-    if (HandleKey(Key, 0) == Closing::WithWindow) {
-        Quit();
-    }
+void OpenSelection() {
+    Qualifier = 0; // keys held at the last event are not meant
+    OpenSelectedRows();
 }
 
 template <std::int32_t Order>
@@ -125,7 +115,7 @@ constexpr Command Commands[] = {
 
     {MenuBack, GoBackInHistory},
     {MenuForward, GoForwardInHistory},
-    {MenuParent, Press<intuition::rawkey::Backspace>},
+    {MenuParent, GoToParent},
     {MenuReload, ReloadLocation},
     {MenuGoBookmarks, GoTo<LocationKind::Bookmarks>},
     {MenuGoFavorites, GoTo<LocationKind::Favorites>},
@@ -181,7 +171,7 @@ constexpr Command Commands[] = {
     {MenuAminetRecent, [] { HandleNavigationListBrowser("AminetRecent"); }},
     {MenuAminetFull, [] { HandleNavigationListBrowser("AminetFull"); }},
 
-    {MenuTogglePreview, Press<KeyF6>},
+    {MenuTogglePreview, TurnPreviewPane},
     {MenuToggleMetadata, Waits},
     {MenuDrawersFirst, ChooseDrawersOrder<0>},
     {MenuDrawersMixed, ChooseDrawersOrder<1>},
@@ -237,7 +227,7 @@ constexpr Command Commands[] = {
      }},
     {MenuFullScreen, FullScreen},
 
-    {MenuOpen, Press<intuition::rawkey::Return>},
+    {MenuOpen, OpenSelection},
     {MenuExecuteSelected, Waits},
     {MenuSetBackground, Waits},
     {MenuAscending, [] { SortInDirection(0); }},
@@ -284,13 +274,11 @@ void WaitsWith(std::uint32_t) {
 }
 
 void ChooseViewStyle(std::uint32_t style) {
-    ChooserSelected = static_cast<std::int32_t>(style);
-    ChangeViewStyleOfTabs();
+    ChangeViewStyleOfTabs(static_cast<std::int32_t>(style));
 }
 
 void ChooseLayout(std::uint32_t selection) {
-    ChooserSelected = static_cast<std::int32_t>(selection);
-    ChangeLayoutOrToolbars();
+    ChangeLayoutOrToolbars(static_cast<std::int32_t>(selection));
 }
 
 void SortByColumn(std::uint32_t column) {

@@ -13,9 +13,9 @@
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/Menus.h"
+#include "interface/Panes.h"
 #include "interface/Screens.h"
 #include "interface/Tell.h"
-#include "locations/LayoutChange.h"
 #include "locations/NavigationList.h"
 #include "locations/OpenTabs.h"
 #include "locations/TabRecords.h"
@@ -94,8 +94,7 @@ void ShowLocations() {
         ReopenTabs = 0;
         SwitchToTabNumber(Offset);
     }
-    ChooserSelected = NoLayoutChange;
-    ChangeLayout();
+    CollectPaneWeights();
 }
 
 } // namespace
@@ -125,6 +124,7 @@ Station RunEntryB() {
         return Station::End;
     }
     if (CommodityInForce != 0 && FirstRun != 0 && done2 == 0) {
+        FirstRun = 0; // who comes here again was called
         return Station::WaitLoop;
     }
     if (!SetUpTabs()) {
@@ -176,6 +176,28 @@ Station LeaveIcon() {
         Iconified = 0;
     }
     return Station::EntryC;
+}
+
+Station ShowProgram() {
+    if (Iconified != 0) {
+        return LeaveIcon();
+    }
+    if (!IsWindowOpen()) {
+        LoadImages = 1;
+        SecondRun = 1;
+        StartIconified = 0; // it is a window that is wanted now
+        return Station::EntryB;
+    }
+    BringWindowToFront();
+    return Station::WaitLoop;
+}
+
+void LeaveWindow() {
+    if (CommodityInForce != 0) {
+        CloseMainWindow();
+    } else {
+        done = 1;
+    }
 }
 
 void CloseMainWindow() {

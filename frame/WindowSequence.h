@@ -14,6 +14,13 @@ namespace solvane {
 // program that was started as an icon does its first-opening work then.
 [[nodiscard]] Station LeaveIcon();
 
+// The user wants the window to work in: it comes to the front, comes back from its icon or, of a background
+// program, is opened. Results in where to go on.
+[[nodiscard]] Station ShowProgram();
+
+// What the close gadget does: ends the program, or leaves it in the background.
+void LeaveWindow();
+
 // Closes the window for good or, as a background program, for a while; saves the preferences.
 void CloseMainWindow();
 

@@ -22,7 +22,6 @@ namespace solvane {
 
 std::unique_ptr<intuition::Window> MainWindow;
 MainObjects Objects;
-std::int32_t ChooserSelected = 0;
 Text<128>& StatusBarBuffer1 = ActiveSet.StatusBar1;
 Text<128>& StatusBarBuffer2 = ActiveSet.StatusBar2;
 
@@ -119,6 +118,15 @@ bool CreateMainLayout() {
                                                                            .Height = Prefs.WindowHeight},
                                                      std::move(root));
     return true;
+}
+
+bool IsWindowOpen() {
+    return MainWindow && MainWindow->IsOpen();
+}
+
+void BringWindowToFront() {
+    MainWindow->ToFront();
+    MainWindow->Activate();
 }
 
 void NullAllGadgets() {

@@ -86,13 +86,18 @@ struct MainObjects {
 // --- State ---
 
 extern std::unique_ptr<intuition::Window>
-    MainWindow;                      // null while closed; written by CreateMainLayout and CloseWindowObject
-extern MainObjects Objects;          // written by CreateMainLayout and NullAllGadgets
-extern std::int32_t ChooserSelected; // the choice that a chooser or its menu last made; by the loop
+    MainWindow;             // null while closed; written by CreateMainLayout and CloseWindowObject
+extern MainObjects Objects; // written by CreateMainLayout and NullAllGadgets
 extern Text<128>&StatusBarBuffer1, &StatusBarBuffer2; // what the status bar shows, left and right
 
 // Builds the layout and the (still closed) MainWindow around it. False when it cannot be made.
 [[nodiscard]] bool CreateMainLayout();
+
+// Whether there is a window to act on: neither closed nor an icon.
+[[nodiscard]] bool IsWindowOpen();
+
+// Brings the open window before all others and lets it have the keys.
+void BringWindowToFront();
 
 // Forgets all gadgets, so that no code touches one of a closed window.
 void NullAllGadgets();

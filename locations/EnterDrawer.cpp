@@ -124,12 +124,11 @@ bool PopulateContent2(std::string_view name, std::string_view path) {
     return true;
 }
 
-bool ScanDrawerOther() {
-    CheckLastCharPath();
-    const Text<1024> path = CurrentPath;
+bool ScanDrawerOther(std::string_view given) {
+    Text<1024> path = given;
+    CheckLastCharPathOther(path);
     if (SAK_IsDeviceRoot(path) && !IsKnownRoot(path)) {
         Tell(MSG_NO_DEVICE_IN_LIST);
-        SetCurrentPath(Text<1024>(PathUndoBuffer));
         return false;
     }
     BeforeSwitchHistory();

@@ -26,9 +26,9 @@ void TellEnteredPlace();
 // where he was, and the result is false.
 bool PopulateContent2(std::string_view name, std::string_view path);
 
-// Shows CurrentPath as a place that was named by its path, with the figures of an entered path. False when it
-// cannot be shown, after a requester; the path on show is then what it was.
-bool ScanDrawerOther();
+// Shows the drawer at path, which must fit, as a place that was named by its path, with the figures of an
+// entered path. False when it cannot be shown, after a requester; the path on show is then what it was.
+bool ScanDrawerOther(std::string_view path);
 
 // Goes to the drawer that holds the one on show; from the root of a volume to the list of devices, from that
 // of an assign to the list of assigns.

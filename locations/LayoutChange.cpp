@@ -49,8 +49,8 @@ void SwitchStatusBar() {
     ShowStatusBar();
 }
 
-void SwitchPane() {
-    switch (ChooserSelected) {
+void SwitchPane(std::int32_t layout) {
+    switch (layout) {
     case LayoutNavigation:
         SwitchNavigationPane();
         break;
@@ -74,8 +74,8 @@ void SwitchPane() {
     }
 }
 
-void SwitchBar() {
-    switch (ChooserSelected) {
+void SwitchBar(std::int32_t layout) {
+    switch (layout) {
     case LayoutBookmarks:
         Flip(Prefs.BookmarksBar);
         break;
@@ -98,13 +98,10 @@ void ArrangeTabOrder() {
     }
 }
 
-void SwitchLayout() {
-    if (ChooserSelected == NoLayoutChange) {
-        return;
-    }
+void SwitchLayout(std::int32_t layout) {
     SetPreviewPaneNone();
     BlockMainWindow(1);
-    SwitchPane();
+    SwitchPane(layout);
     ArrangeTabOrder();
     UpdateMenus_Layout();
     BlockMainWindow(0);
@@ -112,31 +109,35 @@ void SwitchLayout() {
 
 } // namespace
 
-void ChangeLayout() {
+void ChangeLayout(std::int32_t layout) {
     CollectPaneWeights();
-    SwitchLayout();
+    SwitchLayout(layout);
 }
 
-void ChangePreviewFromHorizontal() {
+void ChangePreviewFromHorizontal(std::int32_t layout) {
     CollectPaneWeights(); // once: while the panes still lie as before they would count for the other style
     Prefs.PreviewStyle = 0;
-    SwitchLayout();
+    SwitchLayout(layout);
 }
 
-void ChangeToolbars() {
+void ChangeToolbars(std::int32_t layout) {
     CollectPaneWeights();
-    SwitchBar();
+    SwitchBar(layout);
     SavePrefs(0);
     UpdateMenus_Layout();
     ArrangeTabOrder();
 }
 
-void ChangeLayoutOrToolbars() {
-    if (ChooserSelected <= LayoutUserButtons) {
-        ChangeToolbars();
+void ChangeLayoutOrToolbars(std::int32_t layout) {
+    if (layout <= LayoutUserButtons) {
+        ChangeToolbars(layout);
     } else {
-        ChangeLayout();
+        ChangeLayout(layout);
     }
+}
+
+void TurnPreviewPane() {
+    ChangeLayout(Prefs.PreviewStyle == 0 ? LayoutPreviewHorizontal : LayoutPreviewVertical);
 }
 
 } // namespace solvane

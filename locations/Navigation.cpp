@@ -1,5 +1,7 @@
 #include "locations/Navigation.h"
 
+#include "content/Drawers.h"
+#include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/Tell.h"
 #include "locations/Assigns.h"
@@ -15,10 +17,6 @@
 namespace solvane {
 
 namespace {
-
-void ReturnToPathOnShow() {
-    SetCurrentPath(Text<1024>(PathUndoBuffer));
-}
 
 // The path with the name of its volume in place of a device name; an assign stays as it was typed. Empty when
 // there is no such device.
@@ -40,29 +38,16 @@ Text<1024> ByVolumeName(const Text<1024>& path) {
     return renamed.size() <= Text<1024>::Limit ? Text<1024>(renamed) : Text<1024>();
 }
 
-void GoToTypedPlace(std::string_view word) {
-    ReturnToPathOnShow(); // that is where the user is until the place is on show
-    if (!word.empty()) {
-        GoToPlace(word);
-    }
-}
-
-void GoToTypedDrawer() {
-    const Text<1024> path = ByVolumeName(CurrentPath);
+void GoToTypedDrawer(const Text<1024>& typed) {
+    const Text<1024> path = ByVolumeName(typed);
     if (path.Empty() || !SAK_DrawerExists(path)) {
         Tell(MSG_DRAWER_MISSING);
-        ReturnToPathOnShow();
-        return;
-    }
-    CurrentPath = path;
-    if (!ScanDrawerOther()) {
-        ReturnToPathOnShow();
+    } else {
+        static_cast<void>(ScanDrawerOther(path));
     }
 }
 
-void GoToTypedAssign() {
-    const Text<1024> assign = CurrentPath;
-    ReturnToPathOnShow(); // until a drawer is chosen and on show
+void GoToTypedAssign(const Text<1024>& assign) {
     const Text<1024> path = ChooseDrawerOfAssign(Text<128>(assign));
     if (path.Empty()) {
         return;
@@ -70,6 +55,15 @@ void GoToTypedAssign() {
     PopulateContent2(path, path);
     SetMenuState();
     SetToolbarState();
+}
+
+void GoToTyped(const Text<1024>& typed) {
+    const std::string_view word = NavigationWordOf(typed);
+    if (typed.View().find(':') != std::string_view::npos) {
+        FindMasterAssignsNode(typed) != nullptr ? GoToTypedAssign(typed) : GoToTypedDrawer(typed);
+    } else if (!word.empty()) {
+        GoToPlace(word);
+    }
 }
 
 // A link's target may climb ("Work:a//b"); the path on show is then the plain one of the drawer itself.
@@ -94,21 +88,14 @@ bool IsListOfKeptPlaces(LocationKind location) {
 
 } // namespace
 
-void HandlePathGadget() {
-    const Text<1024> typed = TypedPath(CurrentPath).value_or(PathTooLong);
-    if (typed.View() == PathTooLong) {
-        Tell(MSG_PATH_TOO_LONG);
-        ReturnToPathOnShow();
-        return;
-    }
-    CurrentPath = typed;
-    if (typed.View().find(':') == std::string_view::npos) {
-        GoToTypedPlace(NavigationWordOf(typed));
-    } else if (FindMasterAssignsNode(CurrentPath) != nullptr) {
-        GoToTypedAssign();
+void HandlePathGadget(std::string_view text) {
+    if (const auto typed = TypedPath(text)) {
+        GoToTyped(*typed);
     } else {
-        GoToTypedDrawer();
+        Tell(MSG_PATH_TOO_LONG);
     }
+    CheckLastCharPath();
+    ShowCurrentPath(); // in place of what was typed, wherever that has led
 }
 
 namespace {

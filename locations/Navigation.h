@@ -8,10 +8,10 @@
 
 namespace solvane {
 
-// Goes where the path typed into CurrentPath leads: a place's name, a host path, an assign or a drawer. On
-// failure the path that was on show comes back, after a requester where something was named that is not
-// there.
-void HandlePathGadget();
+// Goes where a typed path leads: a place's name, a host path, an assign or a drawer. On failure the user
+// stays where he is, after a requester where something was named that is not there. The path gadget shows the
+// path on show then.
+void HandlePathGadget(std::string_view text);
 
 // Goes to what an entry stands for: a drawer or a link to one, the root of a device or assign, a bookmark, a
 // site. Nothing for files.

@@ -36,7 +36,6 @@ namespace {
 using intuition::TreeEvent;
 using intuition::TreeEventKind;
 
-constexpr std::uint16_t AltKeys = intuition::qualifier::LeftAlt | intuition::qualifier::RightAlt;
 constexpr std::string_view FavoriteMark = "[Fav]", DeviceMark = "[Dev]", SiteMark = "[FTP]";
 
 // Whether the keys that are held choose where a place opens.
@@ -187,7 +186,7 @@ void ServePaneEvent() {
         return;
     }
     NoteSection(text, event.Kind);
-    const bool elsewhere = (Qualifier & AltKeys) != 0;
+    const bool elsewhere = IsHeld(intuition::qualifier::AnyAlt);
     if (!Route(text, Keys::Count) || elsewhere) {
         SelectOldRow();
     }
@@ -219,11 +218,11 @@ std::string_view WordOfKeptPlace(LocationKind location, std::string_view name, s
 } // namespace
 
 bool OpenedElsewhere(std::string_view argument) {
-    if ((Qualifier & AltKeys) != 0) {
+    if (IsHeld(intuition::qualifier::AnyAlt)) {
         OpenNewSolvaneWindow(argument);
         return true;
     }
-    if ((Qualifier & intuition::qualifier::Control) != 0) {
+    if (IsHeld(intuition::qualifier::Control)) {
         OpenNewTab(1);
     }
     return false;

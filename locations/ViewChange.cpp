@@ -46,15 +46,15 @@ void ToggleHiddenEntries() {
     ReloadLocation();
 }
 
-void ChangeViewStyleOfTabs() {
-    const std::int32_t& style = StylePreferenceOf(LBLocation);
-    const std::int32_t before = style;
-    ChangeViewStyle();
-    if (style == before || Prefs.ChangeAllTabs == 0) {
+void ChangeViewStyleOfTabs(std::int32_t style) {
+    const std::int32_t& stored = StylePreferenceOf(LBLocation);
+    const std::int32_t before = stored;
+    ChangeViewStyle(style);
+    if (stored == before || Prefs.ChangeAllTabs == 0) {
         return;
     }
     SetRescanAllTabsByLocation(LBLocation, WhichTabs::Others);
-    GiveSettingToTabs(style);
+    GiveSettingToTabs(stored);
 }
 
 } // namespace solvane

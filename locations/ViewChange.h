@@ -2,6 +2,8 @@
 // are is LayoutChange's concern.
 #pragma once
 
+#include <cstdint>
+
 namespace solvane {
 
 // Each switches its setting, which is kept and marked in the menu, and shows the change: on show at once, in
@@ -16,7 +18,7 @@ void ShowThumbnail();
 // Whether entries have rows whose names begin with ".".
 void ToggleHiddenEntries();
 
-// Changes the view style as its chooser says; with ChangeAllTabs that of this kind of place in all tabs.
-void ChangeViewStyleOfTabs();
+// Changes the view style; with ChangeAllTabs that of this kind of place in all tabs.
+void ChangeViewStyleOfTabs(std::int32_t style);
 
 } // namespace solvane

@@ -66,6 +66,7 @@ std::uint16_t ReloadPrefs = 0;
 std::uint16_t GoFullScreen = 0;
 std::uint16_t ClearPreviewWhenUniconfy = 0;
 std::int32_t JumpToARexxCmd = NoJump;
+Text<1024> JumpPath;
 std::uint16_t ClipExists = 0;
 std::uint32_t JumpToCount = 0;
 std::uint16_t SameJumpTo = 0;

@@ -13,7 +13,19 @@
 namespace solvane {
 
 inline constexpr std::uint32_t MaximumInstances = 50;
-inline constexpr std::int32_t NoJump = 999; // JumpToARexxCmd: nothing is waiting
+
+// JumpToARexxCmd: the command that the loop is to finish, by the number that it has for scripts.
+enum ARexxJump : std::int32_t {
+    JumpActivate = 1,
+    JumpIconify = 5,
+    JumpUniconify = 6,
+    JumpParent = 9,
+    JumpCloseTab = 68, // the window goes with its last tab
+    JumpChangePath = 84,
+    JumpLoadPrefs = 97,
+    JumpToNewScreen = 107,
+    NoJump = 999, // nothing is waiting
+};
 
 // An ARexx script that the user can pick.
 struct ARexxNode : ListNode {
@@ -91,10 +103,16 @@ extern std::uint16_t AtPreferences; // the Preferences editor is the cause of th
 extern std::uint16_t ReloadPrefs;   // the record is being loaded anew: the window does not stand for it
 extern std::uint16_t GoFullScreen;  // the window fills the screen and does not stand for its settings
 extern std::uint16_t ClearPreviewWhenUniconfy;
-extern std::int32_t JumpToARexxCmd; // a command that a handler left for the loop
+extern std::int32_t JumpToARexxCmd; // an ARexxJump: what a handler left for the loop
+extern Text<1024> JumpPath;         // where JumpChangePath is to lead
 extern std::uint16_t ClipExists;    // entries have been cut or copied; written by fileops/Clipboard
 extern std::uint32_t JumpToCount;   // type-ahead: ticks since the last key
 extern std::uint16_t SameJumpTo;
 extern std::uint16_t AnimPlaying, SoundPlaying;
+
+// Whether one of these keys, values of qualifier, was held at the last event.
+[[nodiscard]] inline bool IsHeld(unsigned keys) {
+    return (Qualifier & keys) != 0;
+}
 
 } // namespace solvane

@@ -240,7 +240,7 @@ bool SavePrefs(int writeFile) {
 }
 
 void CollectPrefs() {
-    if (!MainWindow || !MainWindow->IsOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
+    if (!IsWindowOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
         return;
     }
     CollectPaneWeights();

@@ -11,7 +11,6 @@
 //   solvane_window memory DRAWER    all rows shown as thumbnails of the largest size
 // All tell the most memory that the process had. Of a busy machine, look at the processor times.
 #include "automation/ContentEvents.h"
-#include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
 #include "automation/TypeAhead.h"
 #include "content/BuildLists.h"
@@ -27,6 +26,7 @@
 #include "platform/intuition/Native.h"
 #include "platform/intuition/WishedImages.h"
 #include "sak/Memory.h"
+#include "tests/automation/PressKey.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -146,8 +146,7 @@ Stopwatch ChangeTo(std::int32_t style) {
     }
     bool painted = false;
     const Stopwatch watch;
-    ChooserSelected = style;
-    ChangeViewStyle();
+    ChangeViewStyle(style);
     Watch->Painted = [&painted](const QRegion&) { painted = true; };
     while (!painted) {
         Pump();
@@ -200,7 +199,7 @@ struct Scrolling {
 };
 
 void PressPageDown() {
-    static_cast<void>(HandleKey(intuition::rawkey::PageDown, 0));
+    static_cast<void>(PressKey(intuition::rawkey::PageDown, 0));
 }
 
 void TurnWheel() {
@@ -293,7 +292,7 @@ void ClickOn(int row, Qt::KeyboardModifiers held) {
         QCoreApplication::sendEvent(View->viewport(), &event);
     }
     while (MainWindow->NextEvent()) {
-        HandleContentListBrowser("");
+        HandleContentListBrowser();
     }
 }
 
@@ -312,7 +311,7 @@ void MeasureSelection() {
             Pattern(pattern, false);
         });
     }
-    MeasureDeed("key down", Rounds, [](int) { static_cast<void>(HandleKey(intuition::rawkey::Down, 0)); });
+    MeasureDeed("key down", Rounds, [](int) { static_cast<void>(PressKey(intuition::rawkey::Down, 0)); });
     MeasureDeed("type ahead, last row", Rounds, [](int) {
         SameJumpTo = 0;
         FindFirstNodeByLetter(lblist2.back().Record->EntryName);

@@ -37,6 +37,7 @@ namespace qualifier {
 inline constexpr std::uint16_t LeftShift = 1, RightShift = 2, CapsLock = 4, Control = 8;
 inline constexpr std::uint16_t LeftAlt = 0x10, RightAlt = 0x20;
 inline constexpr std::uint16_t LeftAmiga = 0x40, RightAmiga = 0x80; // the host's Super keys
+inline constexpr std::uint16_t AnyShift = LeftShift | RightShift, AnyAlt = LeftAlt | RightAlt;
 } // namespace qualifier
 
 // Keys by name; letters and digits have the codes of their place on a US keyboard. A letter that the user's

@@ -74,7 +74,8 @@ TEST_F(ARexxWindow, TellsWhatIsShownAndLeavesPlacesToTheLoop) {
     EXPECT_EQ(JumpToARexxCmd, NoJump);
     EXPECT_THAT(Answer("CHANGEPATH PATH=" + Path("c")), Pair(0, ""));
     EXPECT_EQ(std::exchange(JumpToARexxCmd, NoJump), 84);
-    EXPECT_EQ(CurrentPath.View(), Path("c"));
+    EXPECT_EQ(JumpPath.View(), Path("c"));
+    EXPECT_THAT(Answer("GETCURRENTPATH"), Pair(0, Volume)) << "until the place is on show";
 }
 
 TEST_F(ARexxWindow, TakesNoNumberThatIsOutOfRange) {

@@ -15,6 +15,7 @@
 #include "platform/dos/System.h"
 #include "platform/intuition/Events.h"
 #include "platform/intuition/FormRequesters.h"
+#include "tests/automation/PressKey.h"
 #include "tests/locations/OpenWindow.h"
 
 #include <gmock/gmock.h>
@@ -63,7 +64,7 @@ protected:
         }
     }
     static std::string Press(std::uint16_t code, unsigned held = 0) {
-        EXPECT_EQ(HandleKey(code, static_cast<std::uint16_t>(held)), Closing::Tab) << code;
+        EXPECT_EQ(PressKey(code, held), Closing::Tab) << code;
         return Selected();
     }
     // Six rows: drawers first.
@@ -204,21 +205,21 @@ TEST_F(ContentInteraction, FurtherMouseButtonsDoWhatThePreferencesSay) {
     Prefs.FifthButtonAction = 2;
     Code = intuition::mousebutton::FourthUp;
     Qualifier = qualifier::Control; // not meant
-    EXPECT_EQ(HandleMouseButton(), Closing::Tab);
+    HandleMouseButton();
     EXPECT_EQ(PathUndoBuffer.View(), Path("d2"));
     Code = intuition::mousebutton::FifthUp;
-    EXPECT_EQ(HandleMouseButton(), Closing::Tab);
+    HandleMouseButton();
     EXPECT_EQ(PathUndoBuffer.View(), Volume);
 }
 
 TEST_F(ContentInteraction, EscapeAndQuitKeysCloseTheWindow) {
     ShowSome();
-    EXPECT_EQ(HandleKey(rawkey::Escape, 0), Closing::Tab);
+    EXPECT_EQ(PressKey(rawkey::Escape, 0), Closing::Tab);
     Prefs.EscapeToQuit = 1;
-    EXPECT_EQ(HandleKey(rawkey::Escape, 0), Closing::WithWindow);
-    EXPECT_EQ(HandleKey(16, 0), Closing::Tab);
+    EXPECT_EQ(PressKey(rawkey::Escape, 0), Closing::WithWindow);
+    EXPECT_EQ(PressKey(16, 0), Closing::Tab);
     EXPECT_EQ(done, 0);
-    EXPECT_EQ(HandleKey(16, qualifier::LeftAlt), Closing::Tab) << "what closes the window only";
+    EXPECT_EQ(PressKey(16, qualifier::LeftAlt), Closing::Tab) << "what closes the window only";
     EXPECT_EQ(std::exchange(done, std::uint16_t{0}), 1);
 }
 
@@ -323,10 +324,7 @@ TEST_F(ContentInteraction, PersistentClickThatDeselectsShowsTheDrawer) {
     ShowSome();
     Prefs.PersistentSelect = 1;
     Select({2});
-    Objects.ContentList->SetCurrent(3); // the row that was clicked
-    ForceRelEvent = 1;
-    HandleContentListBrowser("");
-    EXPECT_EQ(ForceRelEvent, NoForcedEvent);
+    RowClicked(3);
     EXPECT_EQ(Details1Buffer.View(), Volume);
     EXPECT_EQ(StatusBarBuffer1.View(), "1/6 Selected | 5 B / 20 B");
 }

@@ -54,7 +54,7 @@ protected:
     static void Finish(const QString& name, Qt::Key key = Qt::Key_Return) {
         Editor()->setText(name);
         QTest::keyClick(Editor(), key);
-        HandleContentListBrowser("");
+        HandleContentListBrowser();
     }
 };
 
@@ -129,7 +129,7 @@ TEST_F(InlineRenameTest, TitleOfTheIconColumnGoesRoundTheOrdersOfDrawers) {
     const QPoint icon(titles->sectionViewportPosition(0) + titles->sectionSize(0) / 2, titles->height() / 2);
     for (const std::int32_t order : {1, 2, 0}) {
         QTest::mouseClick(titles->viewport(), Qt::LeftButton, Qt::NoModifier, icon);
-        HandleContentListBrowser("");
+        HandleContentListBrowser();
         EXPECT_EQ(Prefs.DrawersOrder, order);
     }
 }

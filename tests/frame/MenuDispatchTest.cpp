@@ -1,6 +1,5 @@
 #include "frame/MenuDispatch.h"
 
-#include "automation/RawKey.h"
 #include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
@@ -9,6 +8,7 @@
 #include "interface/Processes.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
+#include "tests/automation/PressKey.h"
 #include "tests/locations/OpenWindow.h"
 #include "tests/platform/intuition/Stage.h"
 
@@ -107,7 +107,7 @@ TEST_F(MenuKeysTest, AKeyPicksItsItemWhereTheItemCouldBePicked) {
         for (const auto& [key, held, item, whenSelected] : keys) {
             while (MainWindow->NextEvent()) {
             }
-            static_cast<void>(HandleKey(key, held));
+            static_cast<void>(PressKey(key, held));
             const auto event = MainWindow->NextEvent();
             const bool expected = selected ? whenSelected : item == MenuToggleMetadata;
             ASSERT_EQ(event.has_value(), expected) << key << selected;
@@ -132,7 +132,7 @@ TEST_F(HiddenEntriesTest, KeyAndMenuAreOneRoad) {
     File("d/seen");
     ASSERT_TRUE(Scan("d"));
     LBLocation = LocationKind::Drawer;
-    static_cast<void>(HandleKey(keyH, intuition::qualifier::Control));
+    static_cast<void>(PressKey(keyH, intuition::qualifier::Control));
     EXPECT_TRUE(MenuStripObj->LookOf(MenuShowHidden)->Checked);
     EXPECT_THAT(Rows(), ElementsAre(".hidden", "seen"));
     HandleMenuPick(MenuShowHidden);

@@ -46,6 +46,7 @@ protected:
         FreeMainMenuStrip();
         FreeContextMenus();
         ScrNotPort.reset();
+        CommodityInForce = StartIconified = 0;
         CommandLineTabsList.reset();
         StartupTabsList.reset();
         intuition::CloseDisplay();
@@ -131,6 +132,19 @@ TEST_F(WindowSequenceTest, AStartPlaceThatIsGoneLeadsToTheComputer) {
     ASSERT_EQ(RunSequence(), Station::WaitLoop);
     EXPECT_THAT(Requests, ElementsAre("Drawer does not exist."));
     EXPECT_EQ(LBLocation, LocationKind::Computer);
+}
+
+TEST_F(WindowSequenceTest, ABackgroundProgramThatStartsAsAnIconOpensItsWindowWhenItIsCalled) {
+    File("a/one");
+    ShowAtStart("a");
+    CommodityInForce = StartIconified = 1;
+    ASSERT_EQ(RunSequence(), Station::WaitLoop);
+    EXPECT_FALSE(IsWindowOpen());
+    ASSERT_EQ(ShowProgram(), Station::EntryB);
+    ASSERT_EQ(RunEntryB(), Station::EntryC);
+    ASSERT_EQ(RunEntryC(), Station::WaitLoop);
+    EXPECT_TRUE(IsWindowOpen());
+    EXPECT_THAT(Rows(), ElementsAre("one"));
 }
 
 struct QuitCase {

@@ -315,8 +315,7 @@ TEST_F(DevicesTest, MultiAssignLetsTheUserChoose) {
     EXPECT_EQ(asked.Title, "Select multi-assign path for " + name);
     EXPECT_THAT(asked.Choices, ElementsAre(Path("one"), Path("two")));
     EXPECT_EQ(LBLocation, LocationKind::Assigns) << "nothing was chosen";
-    CurrentPath = name;
-    HandlePathGadget();
+    HandlePathGadget(name);
     EXPECT_EQ(CurrentPath.View(), "Assigns") << "nor for a typed one";
     intuition::SetFormHandler([](const intuition::FormSpec&) {
         return intuition::FormAnswer{.Gadget = 1, .Texts = {}, .Choice = 1};

@@ -27,10 +27,7 @@ protected:
     }
     ~LayoutTest() override { FreePrefsLists(); }
 
-    static void Choose(std::int32_t layout) {
-        ChooserSelected = layout;
-        ChangeLayoutOrToolbars();
-    }
+    static void Choose(std::int32_t layout) { ChangeLayoutOrToolbars(layout); }
     // What is there, a letter each: bookmarks, toolbar, user buttons, Navigation, Preview, Details, Status
     // bar; the Thumbnail pane as the second one of the Details pane.
     static std::string Shown() {
@@ -91,7 +88,6 @@ TEST_F(LayoutTest, EachChoiceSwitchesItsOwnAndKeepsRowsSelectionAndWeights) {
         {LayoutThumbnail, "btuPS", "xxx--x-xx"},
         {LayoutDetails, "btuPDTS", "xxx--xxxx"},
         {LayoutStatusBar, "btuPDT", "xxx--xxx-"},
-        {NoLayoutChange, "btuPDT", "xxx--xxx-"},
         {LayoutStatusBar, "btuPDTS", "xxx--xxxx"},
         {LayoutPreviewHorizontal, "btuPDTS", "xxx-x-xxx"},
         {LayoutPreviewHorizontal, "btuDTS", "xxx---xxx"},

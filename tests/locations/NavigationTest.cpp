@@ -23,10 +23,7 @@ protected:
         SortMasterAssignsList();
     }
 
-    void Type(std::string_view path) {
-        CurrentPath = path;
-        HandlePathGadget();
-    }
+    static void Type(std::string_view path) { HandlePathGadget(path); }
     [[nodiscard]] std::string DeviceRoot() const {
         const DevicesNode* node = FindMasterDevicesNode(Volume);
         return std::string(node != nullptr ? node->DeviceName.View() : "none:");
@@ -78,8 +75,7 @@ TEST_F(NavigationTest, PathThatLeadsNowhereComesBack) {
 TEST_F(NavigationTest, UnknownDeviceLeavesThePathOnShow) {
     File("d/file");
     PopulateContent2("d", Path("d"));
-    CurrentPath = "NoSuchVolume:";
-    EXPECT_FALSE(ScanDrawerOther());
+    EXPECT_FALSE(ScanDrawerOther("NoSuchVolume:"));
     EXPECT_THAT(Requests, ElementsAre("Could not find device in list."));
     EXPECT_EQ(CurrentPath.View(), Path("d"));
     EXPECT_EQ(PathUndoBuffer.View(), Path("d"));

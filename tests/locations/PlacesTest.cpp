@@ -203,8 +203,7 @@ TEST_F(PlacesTest, PaneComesAndGoesWithRowsAndSelectionInPlace) {
     Objects.ContentList->Select(1, true);
     const std::int32_t width = GetNavigationWidth();
     for (const bool isThere : {false, true}) {
-        ChooserSelected = LayoutNavigation;
-        ChangeLayout();
+        ChangeLayout(LayoutNavigation);
         EXPECT_EQ(Objects.Navigation != nullptr, isThere);
         EXPECT_TRUE(Objects.ContentList->IsSelected(1));
         EXPECT_EQ(GetNavigationWidth(), width);

@@ -339,8 +339,7 @@ TEST_F(TabsTest, AViewStyleIsThatOfAllTabsWhenThePreferencesSaySo) {
     ThreeTabs();
     for (const bool all : {false, true}) {
         Prefs.ChangeAllTabs = all ? 1 : 0;
-        ChooserSelected = all ? ViewList : ViewTiles;
-        ChangeViewStyleOfTabs();
+        ChangeViewStyleOfTabs(all ? ViewList : ViewTiles);
         SwitchToTabNumber(1);
         EXPECT_EQ(Prefs.ContentViewStyle == ViewList, all);
         EXPECT_THAT(Rows(), ElementsAre("in a"));

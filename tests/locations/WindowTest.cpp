@@ -145,8 +145,7 @@ TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {
     Objects.ContentList->Select(RowOf("300"), true);
     for (const std::int32_t style : {ViewTiles, ViewContent, ViewThumbnail, ViewThumbnailDetails,
                                      ViewFilmstrip, ViewList, ViewDetails}) {
-        ChooserSelected = style;
-        ChangeViewStyle();
+        ChangeViewStyle(style);
         EXPECT_EQ(Prefs.ContentViewStyle, style);
         PopViewStyleChooser();
         for (std::size_t at = 0; at < Objects.ViewStyleChooser->Choices().size(); ++at) {
@@ -156,8 +155,7 @@ TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {
         EXPECT_EQ(Objects.ContentList->Top(), 120U) << style;
         EXPECT_THAT(SelectedNames(), ElementsAre("300")) << style;
     }
-    ChooserSelected = ViewIcons;
-    ChangeViewStyle();
+    ChangeViewStyle(ViewIcons);
     EXPECT_EQ(Prefs.ContentViewStyle, ViewDetails) << "the icon view is not on offer";
 }
 
