@@ -43,11 +43,9 @@ std::optional<std::string> RequestFile(Window* parent, const FileRequestSpec& sp
     if (!DisplayIsOpen())
         return std::nullopt;
     const BlockWhileAsking blocked(parent);
-    QFileDialog dialog(blocked.ParentOfDialog(), TitleText(spec.Title));
+    QFileDialog dialog(blocked.ParentOfDialog(), TitleText(spec.Title), DialogStart(spec.Drawer));
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setWindowModality(blocked.ParentOfDialog() == nullptr ? Qt::ApplicationModal : Qt::WindowModal);
-    if (const auto drawer = HostFile(spec.Drawer))
-        dialog.setDirectory(QFile::decodeName(QByteArray::fromStdString(*drawer)));
     if (!WaitForChoice(dialog) || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     return dos::FromHostPath(QFile::encodeName(dialog.selectedFiles().constFirst()).toStdString());

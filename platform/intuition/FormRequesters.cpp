@@ -1,8 +1,8 @@
 #include "platform/intuition/FormRequesters.h"
 
 #include "platform/dos/HostPaths.h"
-#include "platform/dos/Volumes.h"
 #include "platform/intuition/Application.h"
+#include "platform/intuition/HostFile.h"
 #include "platform/intuition/Images.h"
 #include "platform/intuition/KeyNames.h"
 #include "platform/intuition/Native.h"
@@ -30,23 +30,9 @@ constexpr int PictureSide = 48;
 
 FormHandler Handler; // empty: the user is asked
 
-// The dialog of the toolkit looks at disks while the window waits: one that may never answer is no place to
-// begin at.
-bool MayHang(const std::string& hostPath) {
-    const std::vector<dos::VolumeInfo> volumes = dos::Volumes();
-    return std::any_of(volumes.begin(), volumes.end(), [&hostPath](const dos::VolumeInfo& volume) {
-        const std::string& root = volume.HostRoot;
-        return volume.MayHang && !root.empty() && hostPath.starts_with(root) &&
-               (hostPath.size() == root.size() || root.back() == '/' || hostPath[root.size()] == '/');
-    });
-}
-
 // Opens the choice of a drawer over the dialog; it goes by itself. The field takes what is chosen.
 void ChooseDrawer(QWidget& dialog, StringGadget& field, const QString& title) {
-    std::string start = dos::HostPath(field.Text()).value_or(std::string());
-    if (MayHang(start))
-        start.clear();
-    auto chooser = std::make_unique<QFileDialog>(&dialog, title, QString::fromStdString(start));
+    auto chooser = std::make_unique<QFileDialog>(&dialog, title, DialogStart(field.Text()));
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setFileMode(QFileDialog::Directory);
     chooser->setOption(QFileDialog::ShowDirsOnly);

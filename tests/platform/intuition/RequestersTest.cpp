@@ -1,13 +1,18 @@
 #include "platform/intuition/Requesters.h"
 
+#include "platform/dos/HostCalls.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/MountInfo.h"
+#include "platform/dos/VolumeTable.h"
 #include "platform/intuition/FileRequester.h"
+#include "platform/intuition/HostFile.h"
 #include "platform/intuition/Label.h"
 #include "tests/platform/intuition/Stage.h"
 #include "tests/support/TempTree.h"
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QTimer>
@@ -68,6 +73,27 @@ TEST_F(RequestersTest, AFileIsChosenOrNot) {
     };
     EXPECT_EQ(WhileUp(choose, ask), dos::FromHostPath(tree.Path("a & b.rexx")));
     EXPECT_EQ(WhileUp([](QDialog& dialog) { dialog.close(); }, ask), std::nullopt);
+}
+
+std::string MountList; // host path of a text that stands for the host's list of mounts
+
+TEST_F(RequestersTest, AChoiceBeginsAtHomeWhereItsDrawerCannotBeShown) {
+    const TempTree tree{"disk/drawer/", "disks/", "caf\xE9/"};
+    MountList = tree.Path("mountinfo");
+    tree.Write("mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n2 1 0:9 / " + tree.Path("disk") +
+                                " rw - fuse.sshfs machine: rw\n");
+    dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
+        const bool isList = std::string_view(name) == "/proc/self/mountinfo";
+        return dos::RealHost().Openat(drawer, isList ? MountList.c_str() : name, flags, mode);
+    };
+    dos::ForgetMounts();
+    EXPECT_TRUE(dos::AddVolume({.Device = "NET9", .Volume = "Share", .HostRoot = tree.Path("disk")}));
+    EXPECT_EQ(DialogStart(tree.Path("disks")).toStdString(), tree.Path("disks"));
+    for (const char* lost : {"disk", "disk/drawer", "caf\xE9"})
+        EXPECT_EQ(DialogStart(tree.Path(lost)), QDir::homePath()) << lost;
+    EXPECT_EQ(DialogStart("nowhere:"), QDir::homePath());
+    dos::Host() = dos::RealHost();
+    dos::ResetVolumeTable();
 }
 
 TEST_F(RequestersTest, KeysPressItsButtons) {
