@@ -2,6 +2,7 @@
 #include "platform/intuition/HotKey.h"
 
 #include "platform/intuition/Events.h"
+#include "platform/intuition/KeyNames.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
@@ -40,21 +41,18 @@ xcb_window_t RootOf(xcb_connection_t* connection) {
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
-// The key that has the symbol without qualifiers; 0 for none.
-xcb_keycode_t CodeOf(xcb_connection_t* connection, std::uint32_t symbol) {
+// The key of a combination; 0 for none.
+xcb_keycode_t CodeOf(xcb_connection_t* connection, const KeyCombination& keys) {
     const xcb_setup_t* setup = xcb_get_setup(connection);
     const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
     const Owned<xcb_get_keyboard_mapping_reply_t> map(xcb_get_keyboard_mapping_reply(
         connection, xcb_get_keyboard_mapping(connection, setup->min_keycode, count), nullptr));
     if (!map || map->keysyms_per_keycode == 0)
         return 0;
-    const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(map.get());
-    const int length = xcb_get_keyboard_mapping_keysyms_length(map.get());
-    for (int at = 0; at < length; at += map->keysyms_per_keycode) {
-        if (symbols[at] == symbol)
-            return static_cast<xcb_keycode_t>(setup->min_keycode + at / map->keysyms_per_keycode);
-    }
-    return 0;
+    const auto length = static_cast<std::size_t>(xcb_get_keyboard_mapping_keysyms_length(map.get()));
+    const auto key =
+        FindKey({xcb_get_keyboard_mapping_keysyms(map.get()), length}, map->keysyms_per_keycode, keys);
+    return key ? static_cast<xcb_keycode_t>(setup->min_keycode + *key) : xcb_keycode_t{0};
 }
 
 // The qualifiers as the server has them; sides are one to it.
@@ -75,17 +73,18 @@ std::uint16_t ModifiersOf(std::uint16_t bits) {
     return modifiers;
 }
 
-// One grabbed combination, in each state of the locks that does not matter.
+// One grabbed combination, in each state of the qualifiers that do not matter.
 class Grab : public QAbstractNativeEventFilter {
 public:
     Grab(xcb_connection_t* connection, xcb_keycode_t code, const KeyCombination& keys, exec::Task* task,
          exec::SignalMask signals)
         : Server(connection), Code(code), Task(task), Signals(signals) {
-        const std::uint16_t wanted = ModifiersOf(keys.Qualifiers);
-        for (const std::uint16_t lock : {std::uint16_t{0}, std::uint16_t{XCB_MOD_MASK_LOCK}}) {
-            if (lock != 0 && (!keys.IgnoresCapsLock || (wanted & lock) != 0))
-                continue;
-            States.push_back(static_cast<std::uint16_t>(wanted | lock));
+        const unsigned wanted = ModifiersOf(keys.Qualifiers);
+        const unsigned ignored = ModifiersOf(keys.Ignored) & ~wanted;
+        for (unsigned held = ignored;; held = (held - 1) & ignored) { // each part of a set of bits
+            States.push_back(static_cast<std::uint16_t>(wanted | held));
+            if (held == 0)
+                break;
         }
     }
     ~Grab() override {
@@ -164,7 +163,7 @@ bool DisplayHasHotKeys() {
 bool SetHotKey(const KeyCombination& keys, exec::Task* task, exec::SignalMask signals) {
     ClearHotKey();
     xcb_connection_t* connection = Connection();
-    const xcb_keycode_t code = connection != nullptr ? CodeOf(connection, keys.Symbol) : xcb_keycode_t{0};
+    const xcb_keycode_t code = connection != nullptr ? CodeOf(connection, keys) : xcb_keycode_t{0};
     if (code == 0)
         return false;
     auto grab = std::make_unique<Grab>(connection, code, keys, task, signals);

@@ -12,10 +12,11 @@ namespace intuition {
 
 // A key with the qualifiers that must be held, as commodities write it: "-capslock lcommand e", "ctrl alt
 // f1", "rawkey lshift help". Words are told apart by blanks, case aside. "-" before a qualifier: held or not.
+// The key is one that types the character in any of the user's layouts, with Shift where that is a qualifier.
 struct KeyCombination {
     std::uint32_t Symbol = 0;     // of the key, as display servers number symbols
     std::uint16_t Qualifiers = 0; // that must be held, of the left or right side; bits of namespace qualifier
-    bool IgnoresCapsLock = false;
+    std::uint16_t Ignored = 0;    // qualifiers that may be held or not
 };
 
 // Nothing for a text that names no key, or more than one, or a word that is none of these.

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <vector>
+#include <xkbcommon/xkbcommon.h>
 
 namespace intuition {
 
@@ -53,8 +54,15 @@ constexpr std::array NamedQualifiers = {
     NamedQualifier{"ramiga", bits::RightAmiga},
 };
 
-constexpr std::uint32_t LatinSymbols = 0x100;        // below it a character is its symbol
-constexpr std::uint32_t UnicodeSymbols = 0x01000000; // else this and the character
+constexpr unsigned ShiftBits = bits::LeftShift | bits::RightShift;
+
+// A keyboard may name a character by its own symbol or by its number; here both are one.
+std::uint32_t Plain(std::uint32_t symbol) {
+    constexpr std::uint32_t firstByNumber = 0x01000100, lastByNumber = 0x0110FFFF;
+    return symbol >= firstByNumber && symbol <= lastByNumber
+               ? xkb_utf32_to_keysym(xkb_keysym_to_utf32(symbol))
+               : symbol;
+}
 
 std::vector<std::string_view> WordsOf(std::string_view text) {
     std::vector<std::string_view> words;
@@ -70,23 +78,20 @@ std::vector<std::string_view> WordsOf(std::string_view text) {
 }
 
 bool IsName(std::string_view word, std::string_view name) {
-    return word.size() == name.size() && utility::Strnicmp(word, name, name.size()) == 0;
+    return utility::Stricmp(word, name) == 0;
 }
 
 // Takes a qualifier's word into the combination; false when it is none.
 bool TakeQualifier(std::string_view word, KeyCombination& keys) {
-    const bool isFree = word.starts_with('-');
-    const std::string_view name = isFree ? word.substr(1) : word;
+    const bool isIgnored = word.starts_with('-');
+    const std::string_view name = isIgnored ? word.substr(1) : word;
     const auto* found = std::ranges::find_if(
         NamedQualifiers, [name](const NamedQualifier& each) { return IsName(name, each.Name); });
     if (found == NamedQualifiers.end()) {
         return false;
     }
-    if (!isFree) {
-        keys.Qualifiers = static_cast<std::uint16_t>(keys.Qualifiers | found->Bits);
-    } else if (found->Bits == bits::CapsLock) {
-        keys.IgnoresCapsLock = true;
-    }
+    std::uint16_t& taken = isIgnored ? keys.Ignored : keys.Qualifiers;
+    taken = static_cast<std::uint16_t>(taken | found->Bits);
     return true;
 }
 
@@ -116,7 +121,23 @@ std::uint32_t SymbolOfKeyName(std::string_view name) {
     if (character <= Qt::Key_Space || !text.front().isPrint()) {
         return 0;
     }
-    return character < LatinSymbols ? character : UnicodeSymbols | character;
+    return xkb_utf32_to_keysym(character);
+}
+
+std::optional<std::size_t> FindKey(std::span<const std::uint32_t> table, std::size_t symbolsOfKey,
+                                   const KeyCombination& keys) {
+    const bool isShifted = (keys.Qualifiers & ShiftBits) != 0;
+    for (const std::size_t column : {0, 2, 1, 3}) {
+        if (column >= symbolsOfKey || (column % 2 == 1 && !isShifted)) {
+            continue;
+        }
+        for (std::size_t at = column; at < table.size(); at += symbolsOfKey) {
+            if (Plain(table[at]) == keys.Symbol) {
+                return at / symbolsOfKey;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<KeyCombination> ParseKeyCombination(std::string_view text) {
