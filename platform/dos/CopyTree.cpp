@@ -506,7 +506,7 @@ std::string TreeCopier::NameThere(const Node& node, int to, const std::string& n
     if (look(name) || errno != ENOENT)
         return name;
     // One that was given without an escape is meant too, unless the source has it for itself.
-    const std::string own = OwnNameOf(rule, name);
+    std::string own = OwnNameOf(rule, name);
     if (own != name && !node.IsInOrder && !IsEscape(own) && !isSidecar(own) && look(own))
         return own;
     if (node.ToOn->Info.Names != NameRule::Fold)

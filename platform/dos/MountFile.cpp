@@ -3,13 +3,18 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/HostFd.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/LinkText.h"
+#include "platform/dos/MountInfo.h"
 #include "platform/dos/VolumeTable.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <set>
+#include <sys/stat.h>
 #include <type_traits>
 
 #define TOML_EXCEPTIONS 0
@@ -256,13 +261,34 @@ std::string FreeDevice() {
     return {};
 }
 
+// The root of a disk, or where one may be mounted later.
+bool IsPlaceOfDisk(const std::string& root) {
+    const std::vector<VolumeInfo> volumes = Volumes();
+    if (std::ranges::any_of(volumes, [&](const VolumeInfo& volume) {
+            return volume.HostRoot == root && !volume.MountSource.empty();
+        }))
+        return true;
+    struct statx about {};
+    const bool isForDisks =
+        std::ranges::any_of(std::array<std::string_view, 3>{"/media", "/run/media", "/mnt"},
+                            [&](auto place) { return LiesUnder(root, place); });
+    const MountRows rows = Mounts();
+    const MountRow* mount = MountOf(*rows, root);
+    return isForDisks && mount && !mount->Slow &&
+           Host().Statx(AT_FDCWD, root.c_str(), AT_NO_AUTOMOUNT, STATX_TYPE, &about) != 0 && errno == ENOENT;
+}
+
 void Mount(MountFileVolume row) {
     const auto complain = [line = row.Line](const std::string& text) {
         AddSetUpProblem(ProblemAt(line, text));
     };
     VolumeInfo& volume = row.Info;
-    if (volume.Device.empty())
+    if (volume.Device.empty()) {
+        volume.HostRoot = CleanHostPath(volume.HostRoot);
+        if (IsPlaceOfDisk(volume.HostRoot))
+            return DeclareDisk(std::move(volume));
         volume.Device = FreeDevice();
+    }
     for (const std::string* name : {&volume.Volume, &volume.Device})
         if (IsKnownDevice(*name))
             return complain("there is already a volume or assign " + Quote(*name));

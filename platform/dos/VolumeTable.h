@@ -41,6 +41,10 @@ void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFi
 // The label of a volume; its own name where it has none.
 [[nodiscard]] std::string LabelOf(const std::string& ownName);
 
+// Gives the disk that is mounted at the declared root, now or later, the declared name if that is free, and
+// its rules.
+void DeclareDisk(VolumeInfo declared);
+
 // Gives the paths of all assigns that begin with the name of a volume its new name.
 void RenameInAssigns(std::string_view volume, std::string_view name);
 

@@ -41,9 +41,10 @@ struct MountedDisk {
 };
 
 struct Table {
-    std::vector<VolumeRef> Fixed;   // made at set-up or by AddVolume, in that order
-    std::vector<MountedDisk> Disks; // mounted by the host, made from SeenMounts
-    std::vector<PastDisk> Past;     // the last of them at the end
+    std::vector<VolumeRef> Fixed;     // made at set-up or by AddVolume, in that order
+    std::vector<MountedDisk> Disks;   // mounted by the host, made from SeenMounts
+    std::vector<PastDisk> Past;       // the last of them at the end
+    std::vector<VolumeInfo> Declared; // of disks, mounted or not: name, root and rules
     MountRows SeenMounts;
     std::vector<VolumeLabel> Labels;
     std::string MountFile; // host path; keeps the labels
@@ -195,9 +196,22 @@ void RefreshFixed(TableState& state, const std::vector<MountRow>& rows) {
     }
 }
 
+// What the user has declared of a disk counts.
+void Obey(const TableState& state, VolumeInfo& info) {
+    for (const VolumeInfo& declared : state.Declared) {
+        if (declared.HostRoot != info.HostRoot)
+            continue;
+        info.Names = declared.Names;
+        info.Metadata = declared.Metadata;
+        if (!IsTaken(state, declared.Volume))
+            info.Volume = LabelIn(state, declared.Volume);
+    }
+}
+
 void AddDisk(TableState& state, VolumeInfo info, const std::vector<MountRow>& rows) {
     std::string label = info.Volume;
     GiveNames(state, info);
+    Obey(state, info);
     const std::string root = info.HostRoot;
     state.Disks.push_back(
         {std::make_shared<const Volume>(Volume{std::move(info), root, SlowMountOf(rows, root)}),
@@ -322,6 +336,9 @@ void PutName(TableState& state, const Renaming& renaming, std::string_view name)
     for (MountedDisk& disk : state.Disks)
         if (disk.Ref == renaming.Before)
             disk.Ref = now;
+    for (VolumeInfo& declared : state.Declared)
+        if (SameName(declared.Volume, renaming.Before->Info.Volume))
+            declared.Volume = name;
 }
 
 } // namespace
@@ -443,6 +460,14 @@ bool AddVolume(VolumeInfo info) {
     state.Fixed.push_back(std::make_shared<const Volume>(Volume{std::move(info), real, slow}));
     state.SeenMounts.reset();
     return true;
+}
+
+void DeclareDisk(VolumeInfo declared) {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    state.Declared.push_back(std::move(declared));
+    state.Disks.clear(); // to be made anew
+    state.SeenMounts.reset();
 }
 
 VolumeRef PresentRecord(const VolumeRef& volume) {

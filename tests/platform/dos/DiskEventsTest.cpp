@@ -128,6 +128,22 @@ TEST_F(DiskEventsTest, DiskThatComesOrGoesSendsASignal) {
     EXPECT_EQ(Find("Amiga:file"), "error 218");
 }
 
+TEST_F(DiskEventsTest, WhatIsDeclaredOfADiskCountsWheneverItIsMounted) {
+    Tree.Write("mounts.toml", "[[volume]]\nname = \"AMIGA\"\npath = \"" + Tree.Path("Amiga") +
+                                  "/\"\nnames = \"fold\"\n[[volume]]\nname = \"Stick\"\n"
+                                  "path = \"/media/not there\"\n");
+    Mount(Disk);
+    ASSERT_EQ(LastVolume(), "Amiga");
+    dos::ReadMountFile(Tree.Path("mounts.toml"), "");
+    EXPECT_EQ(dos::SetUpProblem(), "");
+    EXPECT_EQ(Find("Amiga:FILE"), "AMIGA:file");
+    Mount("");
+    EXPECT_EQ(Find("Amiga:FILE"), "error 218");
+    Mount(Disk);
+    EXPECT_EQ(Find("Amiga:FILE"), "AMIGA:file");
+    EXPECT_EQ(dos::Volumes().size(), 2u);
+}
+
 TEST_F(DiskEventsTest, RelabelledDiskIsToldAndKeepsItsNameWhenItComesBack) {
     dos::SetVolumeLabels({}, Tree.Path("mounts.toml"));
     Mount(Disk);
