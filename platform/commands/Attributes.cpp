@@ -27,7 +27,7 @@ struct Flags {
 
 // Nothing with IoErr for another letter, and for signs against switches.
 std::optional<Flags> ReadFlags(std::string_view text, bool isAdd, bool isSub) {
-    constexpr std::string_view Letters = "hsparwed";
+    constexpr std::string_view allLetters = "hsparwed";
     Flags flags;
     const bool hasSign = text.starts_with('+') || text.starts_with('-');
     isAdd = isAdd || text.starts_with('+');
@@ -35,7 +35,7 @@ std::optional<Flags> ReadFlags(std::string_view text, bool isAdd, bool isSub) {
     if (hasSign)
         text.remove_prefix(1);
     for (const char letter : utility::Fold(text)) {
-        const std::size_t bit = Letters.find(letter);
+        const std::size_t bit = allLetters.find(letter);
         if (bit == std::string_view::npos || (isAdd && isSub)) {
             dos::SetIoErr(dos::ErrorBadTemplate);
             return {};

@@ -20,12 +20,12 @@ namespace commands {
 namespace {
 
 std::string LostText(unsigned lost) {
-    constexpr std::pair<unsigned, std::string_view> Rows[] = {
+    constexpr std::pair<unsigned, std::string_view> rows[] = {
         {dos::LostProtection, "protection"}, {dos::LostComment, "filenote"},   {dos::LostDate, "date"},
         {dos::LostAttributes, "attributes"}, {dos::LostAccess, "access list"},
     };
     std::string text;
-    for (const auto& [bit, name] : Rows)
+    for (const auto& [bit, name] : rows)
         if ((lost & bit) != 0)
             text += (text.empty() ? "" : ", ") + std::string(name);
     return text;

@@ -119,17 +119,17 @@ bool Change(const dos::ArgResults& arguments, const std::string& name,
 
 // A size with three digits and a letter, "1.5G".
 std::string SizeText(std::uint64_t blocks, std::uint64_t bytesPerBlock) {
-    constexpr std::string_view Letters = "KMGTPE";
+    constexpr std::string_view allLetters = "KMGTPE";
     const long double bytes = static_cast<long double>(blocks) * static_cast<long double>(bytesPerBlock);
     long double value = bytes / 1024;
     std::size_t letter = 0;
-    for (; value >= 1000 && letter + 1 < Letters.size(); ++letter)
+    for (; value >= 1000 && letter + 1 < allLetters.size(); ++letter)
         value /= 1024;
     const auto tenths = static_cast<std::uint64_t>(value * 10);
     std::string text = std::to_string(tenths / 10);
     if (tenths < 1000 && letter > 0)
         text += "." + std::to_string(tenths % 10);
-    return text + Letters[letter];
+    return text + allLetters[letter];
 }
 
 std::string UsageText(const dos::InfoData& info) {

@@ -166,12 +166,12 @@ std::string TimeText(std::uint32_t date) {
 }
 
 std::string ProtectionText(std::uint32_t bits) {
-    constexpr std::string_view Letters = "hsparwed";
+    constexpr std::string_view allLetters = "hsparwed";
     const std::uint32_t shown =
         bits ^ (dos::ProtectRead | dos::ProtectWrite | dos::ProtectExecute | dos::ProtectDelete);
     std::string text;
-    for (std::size_t i = 0; i < Letters.size(); ++i)
-        text += (shown & (dos::ProtectHold >> i)) != 0 ? Letters[i] : '-';
+    for (std::size_t i = 0; i < allLetters.size(); ++i)
+        text += (shown & (dos::ProtectHold >> i)) != 0 ? allLetters[i] : '-';
     return text;
 }
 

@@ -21,10 +21,10 @@ constexpr std::size_t HexRow = 16;               // bytes in a row of Type HEX
 constexpr std::size_t NumberWidth = 5;
 
 std::string HexDigits(std::uint64_t value, std::size_t digits) {
-    constexpr std::string_view Digits = "0123456789ABCDEF";
+    constexpr std::string_view hexDigits = "0123456789ABCDEF";
     std::string text(digits, '0');
     for (std::size_t i = digits; i-- > 0; value >>= 4)
-        text[i] = Digits[value & 15];
+        text[i] = hexDigits[value & 15];
     return text;
 }
 
