@@ -1,12 +1,14 @@
 #include "automation/ARexxCommands.h"
 
 #include "automation/ARexxHandlers.h"
+#include "automation/Instances.h"
 #include "automation/SelectCommands.h"
 #include "locations/DiskOperations.h"
 #include "locations/KeptPlaces.h"
 #include "locations/OpenTabs.h"
 #include "locations/PlaceRouter.h"
 #include "locations/Tabs.h"
+#include "locations/ViewChange.h"
 #include "locations/VisitHistory.h"
 
 #include <array>
@@ -14,6 +16,16 @@
 namespace solvane {
 
 namespace {
+
+template <Arrangement How>
+void Arrange() {
+    ArrangeWindows(How);
+}
+
+template <int Parts, int Of>
+void Size() {
+    SizeToPartOfScreen({Parts, Of});
+}
 
 // The number 24 is not used.
 constexpr auto Table = std::to_array<rexx::Command>({
@@ -64,13 +76,13 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"OPENALLFAVORITESINTABS", 45, WhenOpen<OpenAllFavoritesInTabs>, "", 0},
     {"OPENALLFAVORITESINWINDOWS", 46, WhenOpen<OpenAllFavoritesInWindows>, "", 0},
     {"SELECTFAVORITE", 47, rexx_SelectFavorite, "NUM/N", 0},
-    {"SELECTFTPSITE", 48, rexx_Accept, "NUM/N", 0},
+    {"SELECTFTPSITE", 48, rexx_SelectFTPSite, "NUM/N", 0},
     {"VIEWSTYLE", 49, rexx_ViewStyle, "STYLE/N", 0},
     {"LAYOUT", 50, rexx_Layout, "LAYOUT/N", 0},
     {"DRAWERSORDER", 51, rexx_DrawersOrder, "ORDER/N", 0},
-    {"PROCESSINFOFILES", 52, rexx_Accept, "", 0},
-    {"SHOWACTUALICONS", 53, rexx_Accept, "", 0},
-    {"SHOWTHUMBNAIL", 54, rexx_Accept, "", 0},
+    {"PROCESSINFOFILES", 52, WhenOpen<ProcessInfoFiles>, "", 0},
+    {"SHOWACTUALICONS", 53, WhenOpen<ShowActualIcons>, "", 0},
+    {"SHOWTHUMBNAIL", 54, WhenOpen<ShowThumbnail>, "", 0},
     {"ADVANCEDSEARCH", 55, rexx_Accept, "", 0},
     {"SMARTRENAME", 56, rexx_Accept, "", 0},
     {"DUPLICATEFILEFINDER", 57, rexx_Accept, "", 0},
@@ -87,19 +99,19 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"CLOSETAB", 68, rexx_CloseTab, "NUM/N", 0},
     {"CLOSEALLBUTTHISTAB", 69, WhenOpen<CloseAllButThisTab>, "", 0},
     {"NEWWINDOW", 70, rexx_NewWindow, "PATH/M", 0},
-    {"CLONEWINDOW", 71, rexx_Accept, "PATH/M", 0},
-    {"OPENINNENWWINDOW", 72, rexx_OpenInNewWindow, "PATH/M", 0},
-    {"CLOSEALLBUTTHISWINDOW", 73, rexx_Accept, "", 0},
+    {"CLONEWINDOW", 71, WhenOpen<CloneWindow>, "PATH/M", 0},
+    {"OPENINNENWWINDOW", 72, WhenOpen<OpenMultipleNewSolvaneWindows>, "PATH/M", 0},
+    {"CLOSEALLBUTTHISWINDOW", 73, WhenOpen<CloseAllButThisWindow>, "", 0},
     {"OPENWORKBENCHWINDOW", 74, rexx_Accept, "PATH/M", 0},
-    {"CASCADE", 75, rexx_Accept, "", 0},
-    {"TILEVERTICALLY", 76, rexx_Accept, "", 0},
-    {"TILEHORIZONTALLY", 77, rexx_Accept, "", 0},
-    {"FOURCORNERS", 78, rexx_Accept, "", 0},
-    {"CENTERWINDOW", 79, rexx_Accept, "", 0},
-    {"34SCREENSIZE", 80, rexx_Accept, "", 0},
-    {"58SCREENSIZE", 81, rexx_Accept, "", 0},
-    {"12SCREENSIZE", 82, rexx_Accept, "", 0},
-    {"FULLSCREEN", 83, rexx_Accept, "", 0},
+    {"CASCADE", 75, WhenOpen<Arrange<Arrangement::Cascade>>, "", 0},
+    {"TILEVERTICALLY", 76, WhenOpen<Arrange<Arrangement::Vertical>>, "", 0},
+    {"TILEHORIZONTALLY", 77, WhenOpen<Arrange<Arrangement::Horizontal>>, "", 0},
+    {"FOURCORNERS", 78, WhenOpen<Arrange<Arrangement::FourCorners>>, "", 0},
+    {"CENTERWINDOW", 79, WhenOpen<CenterWindow>, "", 0},
+    {"34SCREENSIZE", 80, WhenOpen<Size<3, 4>>, "", 0},
+    {"58SCREENSIZE", 81, WhenOpen<Size<5, 8>>, "", 0},
+    {"12SCREENSIZE", 82, WhenOpen<Size<1, 2>>, "", 0},
+    {"FULLSCREEN", 83, WhenOpen<FullScreen>, "", 0},
     {"CHANGEPATH", 84, rexx_ChangePath, "PATH/K", 0},
     {"SEARCH", 85, rexx_Accept, "", 0},
     {"GETPUBSCREENNAME", 86, rexx_GetPubScreenName, "", 0},
@@ -126,7 +138,7 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"JUMPTOSCREEN", 107, rexx_JumpToScreen, "SCREEN/K", 0},
     {"QUITNOSAVE", 108, rexx_QuitNoSave, "", 0},
     {"QUIT", 109, rexx_Quit, "", 0},
-    {"QUITALL", 110, rexx_Accept, "", 0},
+    {"QUITALL", 110, rexx_QuitAll, "", 0},
     {"PASTESTATUS", 111, rexx_Accept, "CE/K/N", 0},
 });
 

@@ -23,7 +23,7 @@ void WhenOpen(rexx::CommandCall&) {
     }
 }
 
-// A command whose feature does not exist: it reports success.
+// A command whose feature is still to come: it reports success.
 inline void rexx_Accept(rexx::CommandCall&) {}
 
 // --- ARexxProgram: the program and its windows ---
@@ -39,6 +39,7 @@ void rexx_LoadPrefs(rexx::CommandCall& call);
 void rexx_SavePrefs(rexx::CommandCall& call);
 void rexx_QuitNoSave(rexx::CommandCall& call);
 void rexx_Quit(rexx::CommandCall& call);
+void rexx_QuitAll(rexx::CommandCall& call); // not in the background
 void rexx_NewWindow(rexx::CommandCall& call);
 void rexx_MoveWindow(rexx::CommandCall& call);
 void rexx_SizeWindow(rexx::CommandCall& call);
@@ -61,6 +62,7 @@ void rexx_AddBookmark(rexx::CommandCall& call);
 void rexx_SelectBookmark(rexx::CommandCall& call);
 void rexx_AddFavorite(rexx::CommandCall& call);
 void rexx_SelectFavorite(rexx::CommandCall& call);
+void rexx_SelectFTPSite(rexx::CommandCall& call);
 void rexx_GetVersion(rexx::CommandCall& call);
 
 // --- ARexxSelection: what is selected, and what is done to it ---
@@ -70,7 +72,6 @@ void rexx_SelectFile(rexx::CommandCall& call);
 void rexx_SelectByType(rexx::CommandCall& call);
 void rexx_Pattern(rexx::CommandCall& call); // acts only when CASE is given too
 void rexx_Rename(rexx::CommandCall& call);
-void rexx_OpenInNewWindow(rexx::CommandCall& call);
 
 // --- ARexxQueries: answers; all but the first two also without a window ---
 

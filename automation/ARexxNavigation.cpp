@@ -148,6 +148,13 @@ void rexx_SelectFavorite(rexx::CommandCall& call) {
     }
 }
 
+void rexx_SelectFTPSite(rexx::CommandCall& call) {
+    if (const auto number = CountOf(call, "NUM"); IsWindowOpen() && number) {
+        Qualifier = 0;
+        HandleFTPSites(*number);
+    }
+}
+
 void rexx_GetVersion(rexx::CommandCall& call) {
     const auto path = call.Arguments.Text("PATH");
     if (IsWindowOpen() && path && SAK_GetVersion(*path)) {

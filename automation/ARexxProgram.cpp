@@ -1,5 +1,6 @@
 // Commands about the program itself and its window.
 #include "automation/ARexxHandlers.h"
+#include "automation/Instances.h"
 #include "interface/MainLayout.h"
 #include "interface/Windows.h"
 #include "model/Prefs.h"
@@ -105,9 +106,16 @@ void rexx_Quit(rexx::CommandCall&) {
     }
 }
 
+void rexx_QuitAll(rexx::CommandCall&) {
+    if (IsWindowOpen() && HasFurtherWindows()) {
+        CloseAllButThisWindow();
+        done = 1;
+    }
+}
+
 void rexx_NewWindow(rexx::CommandCall& call) {
     const auto paths = call.Arguments.Multi("PATH");
-    if (IsWindowOpen() && CommodityInForce == 0 && !paths.empty()) {
+    if (IsWindowOpen() && !paths.empty()) {
         OpenNewSolvaneWindow(paths.front());
     }
 }

@@ -2,8 +2,6 @@
 #include "automation/ARexxHandlers.h"
 #include "automation/SelectCommands.h"
 #include "fileops/RenameFiles.h"
-#include "locations/OpenTabs.h"
-#include "model/Prefs.h"
 #include "model/Program.h"
 
 namespace solvane {
@@ -47,12 +45,6 @@ void rexx_Rename(rexx::CommandCall& call) {
     const auto newName = call.Arguments.Text("NEW");
     if (IsWindowOpen() && oldName && newName) {
         RenameFiles(*oldName, *newName);
-    }
-}
-
-void rexx_OpenInNewWindow(rexx::CommandCall&) {
-    if (IsWindowOpen() && CommodityInForce == 0) {
-        OpenMultipleNewSolvaneWindows();
     }
 }
 

@@ -20,6 +20,7 @@ using intuition::Box;
 
 constexpr std::string_view PortMark = "SOLVANE.";
 constexpr std::uint32_t FirstInstance = 1;
+constexpr int MostQuitRounds = 10;       // for instances that do not end
 constexpr std::uint32_t RoundTicks = 25; // fiftieths of a second
 constexpr int CascadeStep = 10;          // pixels
 
@@ -46,8 +47,8 @@ std::vector<Instance> OtherInstances() {
 }
 
 // One that has gone meanwhile is passed over.
-void Tell(const Instance& instance, std::string_view command) {
-    static_cast<void>(exec::PostCommand(instance.Port, command));
+void Tell(std::string_view port, std::string_view command) {
+    static_cast<void>(exec::PostCommand(port, command));
 }
 
 void PlaceOwnWindow(const Box& box) {
@@ -61,10 +62,10 @@ void PlaceWindow(const Instance& instance, const Box& box) {
         return;
     }
     const auto measure = [](int value) { return std::to_string(std::max(value, 0)); };
-    Tell(instance, "CHANGEWINDOW X=" + measure(box.Left) + " Y=" + measure(box.Top) +
-                       " W=" + measure(box.Width) + " H=" + measure(box.Height));
-    Tell(instance, "WINDOWTOFRONT");
-    Tell(instance, "ACTIVATEWINDOW");
+    Tell(instance.Port, "CHANGEWINDOW X=" + measure(box.Left) + " Y=" + measure(box.Top) +
+                            " W=" + measure(box.Width) + " H=" + measure(box.Height));
+    Tell(instance.Port, "WINDOWTOFRONT");
+    Tell(instance.Port, "ACTIVATEWINDOW");
 }
 
 void CascadeWindows() {
@@ -90,20 +91,23 @@ std::optional<std::uint32_t> InstanceOfPort(std::string_view port) {
     return number;
 }
 
-void CloseAllButThisWindow(int rounds) {
-    bool firstIsTold = false;
+std::vector<std::string> PortsToEnd(std::vector<std::string> ports, QuitRound round) {
+    std::erase_if(ports, [round](const std::string& port) {
+        const auto number = InstanceOfPort(port);
+        return !number || *number == PortNumber || (*number == FirstInstance && round == QuitRound::Later);
+    });
+    return ports;
+}
+
+void CloseAllButThisWindow() {
     BlockMainWindow(1);
-    while (rounds-- > 0) {
-        std::vector<Instance> others = OtherInstances();
-        if (firstIsTold) {
-            std::erase_if(others, [](const Instance& other) { return other.Number == FirstInstance; });
-        }
-        if (others.empty()) {
+    for (int round = 0; round < MostQuitRounds; ++round) {
+        const auto ports = PortsToEnd(exec::ListPorts(), round == 0 ? QuitRound::First : QuitRound::Later);
+        if (ports.empty()) {
             break;
         }
-        for (const Instance& other : others) {
-            Tell(other, "QUITNOSAVE");
-            firstIsTold = firstIsTold || other.Number == FirstInstance;
+        for (const std::string& port : ports) {
+            Tell(port, "QUITNOSAVE");
         }
         exec::Delay(RoundTicks);
     }
@@ -167,17 +171,16 @@ void SizeToPartOfScreen(ScreenPart part) {
 }
 
 void FullScreen() {
-    static intuition::Box before; // where the window was; the stored box may be older
     if (!IsWindowOpen()) {
         return;
     }
     if (GoFullScreen == 0) {
         CollectPrefs();
-        before = MainWindow->Geometry();
-        GoFullScreen = 1; // from here on the box is not collected
+        BoxBeforeFullScreen = MainWindow->Geometry(); // the stored one may be older
+        GoFullScreen = 1;                             // from here on the box is not collected
         MainWindow->SetGeometry(MainWindow->InsideOf(MainWindow->WorkArea()));
     } else {
-        MainWindow->SetGeometry(before);
+        MainWindow->SetGeometry(BoxBeforeFullScreen);
         GoFullScreen = 0;
     }
 }

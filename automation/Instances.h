@@ -8,7 +8,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace solvane {
 
@@ -19,14 +21,17 @@ struct ScreenPart {
     int Parts, Of;
 };
 
-inline constexpr int MostQuitRounds = 10; // of half a second, for instances that do not end
-
 // The number of the instance whose ARexx port that is; nothing when it is not one.
 [[nodiscard]] std::optional<std::uint32_t> InstanceOfPort(std::string_view port);
 
-// Ends all other instances; their preferences are not saved. Those that still run after that many rounds are
-// left to themselves. Instance 1 is told once and not waited for.
-void CloseAllButThisWindow(int rounds = MostQuitRounds);
+// Whom of these ports a round of ending tells: those of the other instances. Instance 1 is told once and not
+// waited for.
+enum class QuitRound : std::uint8_t { First, Later };
+[[nodiscard]] std::vector<std::string> PortsToEnd(std::vector<std::string> ports, QuitRound round);
+
+// Ends all other instances; their preferences are not saved. Those that still run after five seconds are left
+// to themselves.
+void CloseAllButThisWindow();
 
 // Which box the window of that place in the row, from 0, is given.
 [[nodiscard]] intuition::Box TileOf(Arrangement how, const intuition::Box& workArea, std::size_t place);
@@ -41,7 +46,7 @@ void ArrangeWindows(Arrangement how);
 // For this window; nothing while it is closed.
 void CenterWindow();
 void SizeToPartOfScreen(ScreenPart part);
-// Fills the screen, or goes back to the stored box, which stands still meanwhile.
+// Fills the screen, or goes back to the box that the window had. The stored box stands still meanwhile.
 void FullScreen();
 
 } // namespace solvane

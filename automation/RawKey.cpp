@@ -53,9 +53,7 @@ Closing NewTab() {
 }
 
 Closing NewWindow() {
-    if (CommodityInForce == 0) {
-        OpenNewSolvaneWindow("");
-    }
+    OpenNewSolvaneWindow("");
     return Closing::Tab;
 }
 

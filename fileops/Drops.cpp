@@ -2,7 +2,6 @@
 
 #include "interface/Iconify.h"
 #include "interface/Tell.h"
-#include "model/Content.h"
 #include "model/Program.h"
 #include "platform/intuition/AppIcon.h"
 #include "sak/Messages.h"
@@ -13,8 +12,7 @@ void AppMsgFunc(const std::vector<std::string>& objects) {
     if (objects.empty()) {
         return;
     }
-    // The store of cut and copied entries comes with pasting; until then there is none to open.
-    Tell(LBLocation == LocationKind::Drawer ? MSG_NO_CLIPBOARD : MSG_CAN_NOT_COPY_HERE);
+    Tell(AcceptDD() ? MSG_COMMAND_COMES_LATER : MSG_CAN_NOT_COPY_HERE);
 }
 
 bool AppIconMsg(exec::MsgPort& port) {
@@ -25,8 +23,6 @@ bool AppIconMsg(exec::MsgPort& port) {
                 done = 1;
             } else if (deed->Arguments.empty()) {
                 isOpened = true;
-            } else if (AcceptDD == 0) {
-                Tell(MSG_CAN_NOT_COPY_HERE);
             } else {
                 AppMsgFunc(deed->Arguments);
             }

@@ -8,8 +8,8 @@
 
 namespace solvane {
 
-// Brings objects that were dropped into the drawer on show, by way of the clipboard, whose content goes; the
-// user is told where that cannot be.
+// Objects that were dropped are for the drawer on show. The user is told that there is none, or that pasting
+// them comes later.
 void AppMsgFunc(const std::vector<std::string>& objects);
 
 // Serves all messages of an icon's port and replies them. True when the user wants the program itself: a

@@ -1,7 +1,5 @@
 #include "frame/EventDispatch.h"
 
-#include "automation/ARexxScripts.h"
-#include "automation/Commodity.h"
 #include "automation/ContentEvents.h"
 #include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
@@ -9,13 +7,13 @@
 #include "content/BuildLists.h"
 #include "content/Drawers.h"
 #include "fileops/Drops.h"
+#include "frame/ApplyPreferences.h"
 #include "frame/MenuDispatch.h"
 #include "frame/MenuRequests.h"
 #include "frame/Toolbars.h"
 #include "frame/WindowSequence.h"
 #include "interface/Choosers.h"
 #include "interface/Iconify.h"
-#include "interface/Locale.h"
 #include "interface/MainLayout.h"
 #include "interface/SpeedBars.h"
 #include "interface/Tell.h"
@@ -185,33 +183,10 @@ void Dispatch(const WindowEvent& event) {
     }
 }
 
-// Takes, renews or gives back the hot key as the preferences want it now. The first instance alone has one.
-void FollowCommodity(bool otherKey) {
-    const bool isWanted = Prefs.UseCommodity != 0 && HasCommodities() && PortNumber == 1;
-    if (isWanted == (CommodityInForce != 0) && !(isWanted && otherKey)) {
-        return;
-    }
-    ShutDownCommodity();
-    if (!isWanted || !SetUpCommodity()) {
-        ShutDownAppMenuItem();
-    } else if (AppMenuSignal == 0 && !SetUpAppMenuItem()) {
-        Tell(MSG_NO_APPMENU);
-    }
-}
-
 // Another process has written the preferences: the window is built anew after them.
 Station ReloadPreferences() {
     ReloadPrefs = 1;
-    const auto hotKey = Prefs.HotKey;
-    LoadPrefs();
-    FollowCommodity(!hotKey.SameBytes(Prefs.HotKey));
-    appShowInAmiDock = Prefs.ShowInAmiDock != 0 ? 1 : 0;
-    RenewDockEntry();
-    SetupLocale();
-    SetDateFormatInForce();
-    if (!DiscoverARexxScripts()) {
-        Tell(MSG_AREXX_SCAN_ERROR);
-    }
+    LoadAndApplyPreferences();
     CloseForRebuild();
     ReloadPrefs = 0;
     return Station::EntryA;

@@ -237,35 +237,18 @@ constexpr Command Commands[] = {
     {MenuRowInWindow, [] { GoToMenuRow(intuition::qualifier::LeftAlt); }},
 };
 
-template <class Node>
-Node* NodeAt(const std::unique_ptr<GenericList<Node>>& list, std::uint32_t index) {
-    if (!list) {
-        return nullptr;
-    }
-    for (Node& node : *list) {
-        if (index-- == 0) {
-            return &node;
-        }
-    }
-    return nullptr;
-}
-
 // Goes to a mounted device, in this tab whatever keys are held.
 void GoMenu(std::uint32_t index) {
-    if (const DevicesNode* device = NodeAt(NavDevicesList, index)) {
+    const DevicesNode* device = NavDevicesList ? SAK_GetGenericListNode(*NavDevicesList, index) : nullptr;
+    if (device != nullptr) {
         static_cast<void>(GoToPlace(Text<128>(device->Key).View()));
     }
 }
 
 void RunScript(std::uint32_t index) {
-    if (const ARexxNode* script = NodeAt(ARexxList, index)) {
+    const ARexxNode* script = ARexxList ? SAK_GetGenericListNode(*ARexxList, index) : nullptr;
+    if (script != nullptr) {
         ExecuteARexxScript(std::string(script->ScriptPath.View()));
-    }
-}
-
-void HandleFTPSites(std::uint32_t index) {
-    if (const FTPSitesNode* site = NodeAt(FTPSitesList, index)) {
-        HandleNavigationListBrowser(std::string(site->Key.View()));
     }
 }
 

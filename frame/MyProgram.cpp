@@ -1,25 +1,20 @@
 #include "frame/MyProgram.h"
 
 #include "automation/ARexx.h"
-#include "automation/ARexxScripts.h"
-#include "automation/Commodity.h"
 #include "content/ColumnInfo.h"
+#include "frame/ApplyPreferences.h"
 #include "frame/ArgumentParser.h"
 #include "frame/LanguageCheck.h"
 #include "frame/MainLoop.h"
 #include "frame/MyProgramSupport.h"
-#include "interface/Iconify.h"
-#include "interface/Locale.h"
 #include "interface/Tell.h"
 #include "locations/Assigns.h"
 #include "locations/Devices.h"
 #include "locations/DiskEvents.h"
-#include "media/Preview.h"
 #include "model/Prefs.h"
 #include "model/PrefsLists.h"
 #include "model/Program.h"
 #include "platform/dos/Files.h"
-#include "platform/exec/PublicPorts.h"
 #include "prefs/LoadSavePrefs.h"
 #include "prefs/PrefsLists.h"
 #include "sak/FilenameSupport.h"
@@ -35,8 +30,6 @@
 namespace solvane {
 
 namespace {
-
-constexpr int CommandTimeout = 2000; // milliseconds that instance 1 has to answer
 
 void DescribeMachine() {
     const application::Machine machine = application::DescribeMachine();
@@ -83,45 +76,15 @@ void TakeGivenGeometry() {
     take(Win_H, Prefs.WindowHeight);
 }
 
-void ApplyPreferences() {
-    SetUpPreviewFonts();
+// What the preferences say of a start alone.
+void ApplyStartPreferences() {
     if (SAK_PreferredLanguage.Empty()) {
         SAK_PreferredLanguage = Prefs.PreferredLanguage;
     }
-    SetupLocale();
-    if (!DiscoverARexxScripts()) {
-        Tell(MSG_AREXX_SCAN_ERROR);
-    }
-    if (Prefs.UseCommodity == 0) {
-        Prefs.IconifyAppDocky = 1;
-    }
-    SetDateFormatInForce();
     if (Prefs.StartIconified != 0) {
         StartIconified = 1;
     }
     TakeGivenGeometry();
-}
-
-// With the commodity option on there is one instance only: a second start wakes the first and ends.
-bool SetUpAsCommodity() {
-    if (Prefs.UseCommodity == 0 || !HasCommodities()) {
-        return true; // without a broker no hot key could ever bring a window up
-    }
-    if (PortNumber != 1) {
-        for (const std::string_view command : {"ACTIVATE", "WINDOWTOFRONT", "ACTIVATEWINDOW"}) {
-            static_cast<void>(exec::SendCommand("SOLVANE.1", command, CommandTimeout));
-        }
-        return false;
-    }
-    if (!SetUpCommodity()) {
-        TellTerminate(MSG_NO_COMMODITY);
-        return false;
-    }
-    if (!SetUpAppMenuItem()) {
-        TellTerminate(MSG_NO_APPMENU);
-        return false;
-    }
-    return true;
 }
 
 void NameTemporaryFiles() {
@@ -163,6 +126,7 @@ bool StartUp(const application::StartMessage& start) {
     if (!SetUpPreferences()) {
         return false;
     }
+    ApplyStartPreferences();
     ApplyPreferences();
     if (!SetUpAsCommodity()) {
         return false;

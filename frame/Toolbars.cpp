@@ -4,7 +4,6 @@
 #include "frame/MenuDispatch.h"
 #include "interface/Choosers.h"
 #include "interface/MenuIds.h"
-#include "model/Program.h"
 
 namespace solvane {
 
@@ -31,17 +30,8 @@ void HandleToolbars(std::uint32_t number) {
 void HandleScriptChooser(std::uint32_t position) {
     if (position < FirstScriptChoice) {
         ExecuteARexxScriptSelect();
-        return;
-    }
-    if (!ARexxList) {
-        return;
-    }
-    std::uint32_t at = FirstScriptChoice;
-    for (const ARexxNode& script : *ARexxList) {
-        if (at++ == position) {
-            ExecuteARexxScript(Text<1024>(script.ScriptPath).View());
-            return;
-        }
+    } else if (position - FirstScriptChoice < MostListItems) {
+        HandleMenuPick(static_cast<std::uint16_t>(MenuFirstScript + position - FirstScriptChoice));
     }
 }
 

@@ -30,7 +30,6 @@ exec::SignalMask AppMenuSignal = 0;
 exec::SignalMask AppLibSignal = 0;
 std::uint16_t appShowIcon = 0;
 std::uint16_t IconifiedAppDocky = 0;
-std::uint16_t AcceptDD = 0;
 
 namespace {
 
@@ -73,8 +72,7 @@ std::unique_ptr<intuition::AppIcon> ShowIcon(intuition::AppIconRank rank, std::s
 // The drawer on show names the icon and takes what is dropped on it.
 std::string LabelOfIcon() {
     const std::string_view path = CurrentPath.View();
-    AcceptDD = LBLocation == LocationKind::Drawer && path.find(':') != path.npos ? 1 : 0;
-    if (AcceptDD == 0) {
+    if (!AcceptDD()) {
         return std::string(AppIconName.View());
     }
     std::string_view drawer = path;
@@ -137,6 +135,10 @@ void TakeForms() {
 }
 
 } // namespace
+
+bool AcceptDD() {
+    return LBLocation == LocationKind::Drawer && CurrentPath.View().find(':') != std::string_view::npos;
+}
 
 bool RenewDockEntry() {
     const bool isWanted = appShowInAmiDock != 0 || IconifiedAppDocky != 0;

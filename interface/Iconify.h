@@ -17,9 +17,11 @@ extern exec::SignalMask AppMenuSignal;             // of AppMenuPort; 0 without
 extern exec::SignalMask AppLibSignal;              // of AppLibPort and of picked notices; 0 without
 extern std::uint16_t appShowIcon;                  // 1: the program is registered without a dock entry
 extern std::uint16_t IconifiedAppDocky;            // 1: the dock entry stands for the program
-extern std::uint16_t AcceptDD;                     // 1: a drop on the icon is for the drawer on show
 
 // --- Functions ---
+
+// Whether what is dropped on the window or on the icon is for a drawer on show.
+[[nodiscard]] bool AcceptDD();
 
 // Opens the ways for notices and, where the user wants it or the program lives on in it, puts its entry into
 // the dock, which is the desktop's tray. False when no signal is free.

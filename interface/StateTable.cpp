@@ -1,6 +1,7 @@
 #include "interface/StateTable.h"
 
 #include "interface/MainLayout.h"
+#include "interface/Windows.h"
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
@@ -220,7 +221,7 @@ std::optional<WindowState> PresentState() {
     state.ClipExists = ClipExists != 0;
     state.AtFTPMount = AtFTPMount != 0;
     state.IsLhAArchive = IsLhAArchive != 0;
-    state.OneInstance = CommodityInForce != 0;
+    state.OneInstance = !HasFurtherWindows();
     const DevicesNode* device = SelectedDevice();
     state.DeviceFormats = device != nullptr && device->WriteProtected == 0;
     state.DeviceAllows = state.DeviceFormats && device->Mounted != 0;

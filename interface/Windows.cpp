@@ -1,6 +1,7 @@
 #include "interface/Windows.h"
 
 #include "interface/Tell.h"
+#include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/dos/CommandLine.h"
 #include "platform/dos/System.h"
@@ -16,11 +17,18 @@ constexpr std::size_t LongestLine = 2047; // bytes
 
 } // namespace
 
+bool HasFurtherWindows() {
+    return CommodityInForce == 0;
+}
+
 bool OpenNewSolvaneWindow(std::string_view argument) {
     return StartInstance({std::string(argument)});
 }
 
 bool StartInstance(const std::vector<std::string>& arguments) {
+    if (!HasFurtherWindows()) {
+        return false;
+    }
     std::string line = "\"" + dos::EscapeArgument(ProgramComplete.View()) + "\"";
     for (const std::string& argument : arguments) {
         line += " \"" + dos::EscapeArgument(argument) + "\"";

@@ -311,6 +311,12 @@ void HandleBookmarks(std::uint32_t index) {
 void HandleFavorites(std::uint32_t index) {
     Handle<FavoritesNode>(index);
 }
+void HandleFTPSites(std::uint32_t index) {
+    const FTPSitesNode* site = FTPSitesList ? SAK_GetGenericListNode(*FTPSitesList, index) : nullptr;
+    if (site != nullptr) {
+        HandleNavigationListBrowser(std::string(site->Key.View())); // the list may be made anew
+    }
+}
 
 bool RenameBookmarks(BookmarksNode& node) {
     return Rename(node);

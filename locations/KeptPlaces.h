@@ -22,6 +22,7 @@ void AddCurrentLocationToFavorites(AskFirst ask);
 // Goes to the entry at that place of the list; nothing when there is none. Alt opens a window, Control a tab.
 void HandleBookmarks(std::uint32_t index);
 void HandleFavorites(std::uint32_t index);
+void HandleFTPSites(std::uint32_t index);
 
 // Lets the user edit an entry, and makes its key anew. True when it was confirmed. The rows of the Navigation
 // pane have the old key until they are built anew.

@@ -150,6 +150,9 @@ void OpenMultipleNewTabs() {
 
 void OpenMultipleNewSolvaneWindows() {
     Qualifier = 0;
+    if (!HasFurtherWindows()) {
+        return; // before anything is asked
+    }
     const std::vector<TabTarget> targets = SelectedTargets();
     static_cast<void>(std::ranges::all_of(targets, OpenInWindow)); // up to the first that fails
 }

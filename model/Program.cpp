@@ -64,6 +64,7 @@ std::uint16_t ScrNotChange = 0;
 std::uint16_t AtPreferences = 0;
 std::uint16_t ReloadPrefs = 0;
 std::uint16_t GoFullScreen = 0;
+intuition::Box BoxBeforeFullScreen;
 std::uint16_t ClearPreviewWhenUniconfy = 0;
 std::int32_t JumpToARexxCmd = NoJump;
 Text<1024> JumpPath;

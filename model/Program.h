@@ -4,6 +4,7 @@
 
 #include "model/Content.h"
 #include "model/Tabs.h"
+#include "platform/intuition/Gadget.h"
 #include "sak/GenericLists.h"
 #include "sak/Text.h"
 
@@ -102,6 +103,7 @@ extern std::uint16_t ScrNotChange;  // the window is being closed for a rebuild 
 extern std::uint16_t AtPreferences; // the Preferences editor is the cause of the rebuild
 extern std::uint16_t ReloadPrefs;   // the record is being loaded anew: the window does not stand for it
 extern std::uint16_t GoFullScreen;  // the window fills the screen and does not stand for its settings
+extern intuition::Box BoxBeforeFullScreen; // valid while GoFullScreen is set
 extern std::uint16_t ClearPreviewWhenUniconfy;
 extern std::int32_t JumpToARexxCmd; // an ARexxJump: what a handler left for the loop
 extern Text<1024> JumpPath;         // where JumpChangePath is to lead

@@ -110,6 +110,33 @@ TEST_F(ARexxWindow, LayoutSwitchesBarsAndPanes) {
     }
 }
 
+TEST_F(ARexxWindow, SwitchesAndPlacesAsTheMenusDo) {
+    ASSERT_TRUE(Scan());
+    ProgramPrefsFile = Path("prefs.xml");
+    const std::pair<const char*, std::int16_t PrefsRecord::*> switches[] = {
+        {"PROCESSINFOFILES", &PrefsRecord::ProcessInfoFiles},
+        {"SHOWACTUALICONS", &PrefsRecord::ShowActualIcons},
+        {"SHOWTHUMBNAIL", &PrefsRecord::ShowThumbnail}};
+    for (const auto& [command, setting] : switches) {
+        const std::int16_t before = Prefs.*setting;
+        EXPECT_THAT(Answer(command), Pair(0, ""));
+        EXPECT_NE(Prefs.*setting, before) << command;
+    }
+    ProgramPrefsFile.Clear();
+    EXPECT_THAT(Answer("12SCREENSIZE"), Pair(0, ""));
+    const int half = MainWindow->Geometry().Width;
+    EXPECT_THAT(Answer("34SCREENSIZE"), Pair(0, ""));
+    EXPECT_GT(MainWindow->Geometry().Width, half);
+    EXPECT_THAT(Answer("FULLSCREEN"), Pair(0, ""));
+    EXPECT_EQ(GoFullScreen, 1);
+    CommodityInForce = 1;
+    EXPECT_THAT(Answer("QUITALL"), Pair(0, ""));
+    EXPECT_EQ(done, 0) << "there are no others, and this one stays";
+    EXPECT_THAT(Answer("CLONEWINDOW"), Pair(0, ""));
+    EXPECT_TRUE(Requests.empty());
+    CommodityInForce = 0;
+}
+
 TEST_F(ARexxWindow, LayoutKeepsTheWeightsOfBothStylesOfThePreview) {
     Prefs.PreviewStyle = 1;
     Prefs.PreviewPane = 1;

@@ -6,7 +6,6 @@
 #include "automation/SelectCommands.h"
 #include "automation/TypeAhead.h"
 #include "content/SortLists.h"
-#include "fileops/RenameFiles.h"
 #include "interface/DetailsGadgets.h"
 #include "locations/EnterDrawer.h"
 #include "locations/TabRecords.h"
@@ -343,42 +342,6 @@ TEST_F(ContentInteraction, FileWithoutATypeIsTypedWhenItIsClicked) {
     Press(rawkey::End);
     EXPECT_NE(node.DatatypeName.View(), "File");
     EXPECT_EQ(Details2Buffer.View(), node.DatatypeName.View());
-}
-
-TEST_F(ContentInteraction, RenamedEntryTakesItsIconAlongAndNeverReplaces) {
-    ShowSome();
-    File("b.txt.info");
-    Prefs.ProcessInfoFiles = 1;
-    ASSERT_TRUE(Scan());
-    EXPECT_FALSE(RenameFiles("b.txt", ""));
-    EXPECT_FALSE(RenameFiles("gone", "x"));
-    EXPECT_TRUE(Requests.empty());
-    EXPECT_FALSE(RenameFiles("b.txt", "z"));
-    EXPECT_EQ(std::exchange(Requests, {}).size(), 1U);
-    for (const char* path : {"d1/b", "d1/", "RAM:b"}) {
-        EXPECT_FALSE(RenameFiles("b.txt", path)) << path;
-    }
-    EXPECT_EQ(std::exchange(Requests, {}).size(), 3U);
-    EXPECT_TRUE(RenameFiles("b.txt", "new"));
-    EXPECT_TRUE(std::filesystem::exists(Host("new.info")));
-    EXPECT_TRUE(std::filesystem::exists(Host("new")));
-    EXPECT_EQ(FindContentNode("new", AnyKind)->EntryPath.View(), Path("new"));
-    EXPECT_THAT(Rows(), ElementsAre("d1", "d2", "ab.txt", "Ac.txt", "new", "z")) << "sorted anew";
-}
-
-TEST_F(ContentInteraction, NameThatTwoDrawersOfAnAssignHaveIsNotRenamed) {
-    File("one/same", "1");
-    File("two/same", "2");
-    File("two/alone", "3");
-    const std::string assign = "Twins" + Volume.substr(0, Volume.size() - 1);
-    ASSERT_TRUE(dos::SetAssign(assign, dos::AssignKind::Directory, {Path("one"), Path("two")}));
-    CurrentPath = assign + ":";
-    ASSERT_TRUE(ScanDrawer());
-    EXPECT_FALSE(RenameFiles("same", "other"));
-    EXPECT_EQ(Requests.size(), 1U);
-    EXPECT_TRUE(std::filesystem::exists(Host("one/same")));
-    EXPECT_TRUE(RenameFiles("alone", "other"));
-    EXPECT_TRUE(std::filesystem::exists(Host("two/other")));
 }
 
 TEST_F(ContentInteraction, GuideIsOpenedOrItsFailureTold) {

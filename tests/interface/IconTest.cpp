@@ -107,7 +107,7 @@ TEST_F(IconTest, WhoStandsOnTheDesktopHearsOfIt) {
 TEST_F(IconTest, DropsAreForADrawerOnly) {
     LBLocation = LocationKind::Computer;
     ASSERT_TRUE(Iconify());
-    EXPECT_EQ(AcceptDD, 0);
+    EXPECT_FALSE(AcceptDD());
     EXPECT_FALSE(Send({Path("a file")}));
     EXPECT_THAT(Requests, ElementsAre(HasSubstr("Can not copy to current location.")));
 }
