@@ -91,9 +91,8 @@ DecodedPicture Refused(PictureFault fault) {
 DecodedPicture Finish(const QImage& image, const QSize& full, const PictureBox& box) {
     if (image.isNull()) {
         // Readers do not tell a broken picture from one that there is no memory for, so that is tried here.
-        const auto pixels = static_cast<std::size_t>(std::max(full.width(), 0)) *
-                            static_cast<std::size_t>(std::max(full.height(), 0));
-        std::vector<std::uint32_t>().reserve(std::min<std::size_t>(pixels, MostPixels));
+        if (!full.isEmpty() && QImage(full, QImage::Format_RGB32).isNull())
+            throw std::bad_alloc();
         return Refused(PictureFault::Broken);
     }
     const QSize size = full.isEmpty() ? image.size() : full;

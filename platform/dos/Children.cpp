@@ -10,7 +10,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <span>
-#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <thread>
@@ -237,7 +236,7 @@ bool Child::Drain(ChildOutput& output) {
 // back.
 void Child::GoBack(FileHandle& from, int pipe, std::size_t kept) {
     int inPipe = 0;
-    if (::ioctl(pipe, FIONREAD, &inPipe) != 0)
+    if (Host().BytesWaiting(pipe, &inPipe) != 0)
         inPipe = 0;
     const auto untaken = static_cast<std::int64_t>(kept) + inPipe;
     if (untaken != 0)

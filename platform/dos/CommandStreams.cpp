@@ -64,10 +64,7 @@ HostFd OpenObject(const FileLock& lock, int flags, Operation operation) {
     }
     const auto opened = OnHost<std::shared_ptr<HostFd>>(
         object, [object, flags, operation](WalkMode&) -> std::shared_ptr<HostFd> {
-            // The host's modes speak when the file is opened; a sidecar it does not know.
-            const std::string path = HostPathOf(object->Object.Get());
-            SidecarFile sidecar;
-            if ((flags & O_ACCMODE) != O_WRONLY && !path.empty() && !LetsRead(AT_FDCWD, path, sidecar))
+            if ((flags & O_ACCMODE) != O_WRONLY && !LetsRead(object->Object))
                 return nullptr;
             HostFd file(Host().Openat(AT_FDCWD, DescriptorPath(object->Object.Get()).c_str(),
                                       flags | O_CLOEXEC | O_NOCTTY, 0));

@@ -332,12 +332,14 @@ void TreeDeleter::RemoveDrawer(Node& node) {
         return Host().Unlinkat(parent.Open->Get(), node.Entry.Name.c_str(), AT_REMOVEDIR) == 0 ||
                errno == ENOENT;
     };
-    while (Tally.IsStopped || !isGone()) {
+    bool isKept = Tally.IsStopped;
+    while (!isKept && !isGone()) {
         const long error = ErrorFromErrno(errno == EEXIST ? ENOTEMPTY : errno, Operation::Delete);
-        if (Tally.IsStopped || !AskTrouble(PathOf(node, ""), true, TreeStep::Delete, error, isForced)) {
-            parent.IsKept = true;
-            return;
-        }
+        isKept = !AskTrouble(PathOf(node, ""), true, TreeStep::Delete, error, isForced) || Tally.IsStopped;
+    }
+    if (isKept) {
+        parent.IsKept = true;
+        return;
     }
     if (node.Entry.HasSidecar && IsAwaited() &&
         Host().Unlinkat(parent.Open->Get(), SidecarNameOf(node.Entry.Name).c_str(), 0) != 0 &&

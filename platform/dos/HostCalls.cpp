@@ -253,6 +253,7 @@ constexpr HostCalls RealCalls{
     .SetTimes = RealSetTimes,
     .Ftruncate = [](int descriptor, std::int64_t size) { return ::ftruncate(descriptor, size); },
     .Clone = [](int from, int to) { return ::ioctl(to, FICLONE, from); },
+    .BytesWaiting = [](int pipe, int* bytes) { return ::ioctl(pipe, FIONREAD, bytes); },
     .CopyRange = RealCopyRange,
     .Fstatvfs = [](int descriptor, struct statvfs* result) { return ::fstatvfs(descriptor, result); },
     .Fchown = [](int descriptor, unsigned owner,

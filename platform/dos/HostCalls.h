@@ -67,6 +67,7 @@ struct HostCalls {
     int (*Ftruncate)(int descriptor, std::int64_t size);
     // Makes an empty file share the contents of another, where the file system can.
     int (*Clone)(int from, int to);
+    int (*BytesWaiting)(int pipe, int* bytes);
     // Copies within the host; gives the bytes copied, which may be fewer.
     long (*CopyRange)(int from, std::int64_t fromOffset, int to, std::int64_t toOffset, std::size_t size);
     int (*Fstatvfs)(int descriptor, struct statvfs* result);

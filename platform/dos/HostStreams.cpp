@@ -257,19 +257,12 @@ std::int64_t HostStream::SetSize(std::int64_t offset, SeekFrom from) {
 
 using StreamRef = std::unique_ptr<Stream>;
 
-// The host's modes speak when the file is opened; a sidecar it does not know.
-bool IsReadable(const Spot& spot) {
-    const std::string path = HostPathOf(spot.Object.Get());
-    SidecarFile sidecar;
-    return path.empty() || LetsRead(AT_FDCWD, path, sidecar); // empty: removed, and its sidecar with it
-}
-
 StreamRef OpenExisting(Spot&& spot) {
     if (!IsFileMode(spot.Facts.Mode)) {
         SetIoErr(ErrorObjectWrongType);
         return nullptr;
     }
-    if (!IsReadable(spot))
+    if (!LetsRead(spot.Object))
         return nullptr;
     auto file = std::make_shared<OpenFile>();
     // By its descriptor it is the very object that was looked at, whatever has its name now.

@@ -82,6 +82,12 @@ bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar) {
     return false;
 }
 
+bool LetsRead(const HostFd& object) {
+    const std::string path = HostPathOf(object.Get());
+    SidecarFile sidecar;
+    return path.empty() || LetsRead(AT_FDCWD, path, sidecar); // empty: its sidecar was removed with it
+}
+
 bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old, const SidecarFacts& facts,
                   Flush flush) {
     const std::string name = SidecarNameOf(owner);

@@ -42,6 +42,8 @@ struct SidecarFile {
 // be read itself forbids nothing and counts as foreign. False with IoErr: 224, or the reason why the
 // disk does not tell.
 [[nodiscard]] bool LetsRead(int drawer, std::string_view owner, SidecarFile& sidecar);
+// The same for an object that is held; one that was removed is read on.
+[[nodiscard]] bool LetsRead(const HostFd& object);
 
 // Writes the sidecar anew, as a whole or not at all; false with errno. Facts need bits and date.
 [[nodiscard]] bool WriteSidecar(int drawer, std::string_view owner, const SidecarFile& old,
