@@ -132,7 +132,7 @@ TEST_F(ARexxWindow, SwitchesAndPlacesAsTheMenusDo) {
     CommodityInForce = 1;
     EXPECT_THAT(Answer("QUITALL"), Pair(0, ""));
     EXPECT_EQ(done, 0) << "there are no others, and this one stays";
-    EXPECT_THAT(Answer("CLONEWINDOW"), Pair(0, ""));
+    EXPECT_THAT(Answer("NEWWINDOW PATH=RAM:"), Pair(0, ""));
     EXPECT_TRUE(Requests.empty());
     CommodityInForce = 0;
 }
