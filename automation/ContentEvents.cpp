@@ -2,7 +2,6 @@
 
 #include "automation/OpenEntries.h"
 #include "content/ColumnInfo.h"
-#include "content/DrawerMonitor.h"
 #include "content/FileTypes.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
@@ -167,13 +166,11 @@ void Serve(const ListEvent& event) {
 void HandleContentListBrowser() {
     if (Objects.ContentList != nullptr) {
         Serve(Objects.ContentList->NextEvent());
-        ServeDelayedChange();
     }
 }
 
 void RowClicked(std::size_t row) {
     ServeClick(row);
-    ServeDelayedChange();
 }
 
 void StartInlineRename() {

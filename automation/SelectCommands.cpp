@@ -21,9 +21,9 @@
 
 namespace solvane {
 
-std::uint16_t PAT_CaseSensitive = 0;
-
 namespace {
+
+std::uint16_t PAT_CaseSensitive = 0; // whether the last pattern minded case; the requester begins with it
 
 constexpr std::uint32_t Groups = 9;
 

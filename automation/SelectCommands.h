@@ -6,12 +6,6 @@
 
 namespace solvane {
 
-// --- State ---
-
-extern std::uint16_t PAT_CaseSensitive; // whether the last pattern minded case; the requester begins with it
-
-// --- Functions ---
-
 // All rows, none, and those that were not selected before. Drives without a disk are left alone.
 void SelectAll();
 void SelectNone();

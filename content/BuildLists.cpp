@@ -4,6 +4,7 @@
 #include "content/ContentRows.h"
 #include "content/RowLabels.h"
 #include "content/Selection.h"
+#include "content/SortLists.h"
 #include "content/ViewStyles.h"
 #include "interface/Choosers.h"
 #include "interface/MainLayout.h"
@@ -71,22 +72,6 @@ int RowLines(std::int32_t style) {
     return style == ViewContent ? LinesOf(RowLabel::Content) : 1;
 }
 
-// The column by which the location is sorted; 0 for what stands in the user's own order.
-std::int32_t SortColumnOf(LocationKind location, std::int32_t style) {
-    switch (location) {
-    case LocationKind::Bookmarks:
-    case LocationKind::Favorites:
-    case LocationKind::FTPSites:
-        return 0;
-    case LocationKind::Computer:
-        return IsDetailsStyle(style) ? Prefs.ComputerDetailsCISortColumn : 1;
-    case LocationKind::Assigns:
-        return 1;
-    default:
-        return IsDetailsStyle(style) ? Prefs.ContentDetailsCISortColumn : 1;
-    }
-}
-
 void ShowRows() {
     if (!ColumnsAreInForce()) {
         SetColumnInfo();
@@ -107,7 +92,8 @@ void ShowRows() {
     Objects.ContentList->Attach(ActiveSet.RowSource.get());
     FitColumnInfo();
     Objects.ContentList->SetTop(LBTop);
-    SetSortColumnArrow(SortColumnOf(LBLocation, style));
+    const auto sort = SortOnShow();
+    SetSortColumnArrow(sort ? sort->Column : 0); // none for what stands in the user's own order
 }
 
 // The filmstrip has a list of its own beside the rows, and the icon view no rows.
@@ -181,8 +167,7 @@ void PopViewStyleChooser() {
 
 void SetViewStyle(KeepRows keep) {
     UpdateGadgets_ViewStyle(ViewStyleInForce());
-    MarkedViewStyle = ViewStyleInForce();
-    UpdateMenus_ViewStyle();
+    UpdateMenus_ViewStyle(ViewStyleInForce());
     if (keep == KeepRows::No) {
         FreeContentRows();
         BuildContentList();

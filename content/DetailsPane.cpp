@@ -9,6 +9,7 @@
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Prefs.h"
+#include "model/WorkingSet.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
@@ -77,8 +78,10 @@ void ShowPictureOfPlace() {
     }
 }
 
-// The volume on show whose figures are still to come; empty: none.
-Text<1024> AwaitedVolume;
+void ClearDetails() {
+    ActiveSet.AwaitedVolume.Clear();
+    ClearDetailsBuffers();
+}
 
 enum class Bytes { Told, None }; // whether the entries have sizes
 
@@ -91,8 +94,7 @@ void FillCounts(Bytes bytes) {
 }
 
 void FillPlace(Bytes bytes) {
-    AwaitedVolume.Clear();
-    ClearDetailsBuffers();
+    ClearDetails();
     const std::string_view path = PlaceWithoutSlash();
     Text<1024> drawer;
     Text<128> name;
@@ -107,14 +109,14 @@ void FillPlace(Bytes bytes) {
 }
 
 // What a volume has besides, from the record of its device: its disk may be one that does not answer. Nothing
-// where that is not known; should it come, AwaitedVolume is told.
+// where that is not known; should it come, DetailsPaneVolume tells it.
 void FillVolume() {
     const DevicesNode* device = DeviceOfPlace();
     if (device == nullptr || device->Usage != UsageState::Known) {
-        AwaitedVolume = CurrentPath;
+        ActiveSet.AwaitedVolume = CurrentPath;
         return;
     }
-    AwaitedVolume.Clear();
+    ActiveSet.AwaitedVolume.Clear();
     if (device->TotalBytes == 0) {
         return;
     }
@@ -143,8 +145,7 @@ void ShowPictureOf(const ContentNode& node) {
 }
 
 void FillEntry(const ContentNode& node) {
-    AwaitedVolume.Clear();
-    ClearDetailsBuffers();
+    ClearDetails();
     Details1Buffer = node.EntryName;
     Details2Buffer = node.DatatypeName;
     Details3Buffer = node.Dimensions;
@@ -162,8 +163,7 @@ void ShowPictureOfSelection() {
 }
 
 void FillSelection(Bytes bytes) {
-    AwaitedVolume.Clear();
-    ClearDetailsBuffers();
+    ClearDetails();
     Details1Buffer =
         FormatText("%s %s", SAK_LocalizeNumber(NumSelected), SAK_LocaleString(MSG_ITEMS_SELECTED));
     FillCounts(bytes);
@@ -203,7 +203,7 @@ DevicesNode* DeviceOfPlace() {
 }
 
 void DetailsPaneVolume() {
-    if (!AwaitedVolume.Empty() && AwaitedVolume == CurrentPath) {
+    if (!ActiveSet.AwaitedVolume.Empty() && ActiveSet.AwaitedVolume == CurrentPath) {
         FillVolume();
         SetDetailsGadBufferAll();
     }
@@ -246,19 +246,8 @@ void SetContentImage(std::string_view path) {
     }
 }
 
-void DetailsPicture() {
-    const ContentNode* entry = OnlySelectedEntry();
-    if (entry != nullptr) {
-        ShowPictureOf(*entry);
-    } else if (NumSelected > 1) {
-        ShowPictureOfSelection();
-    } else {
-        ShowPictureOfPlace();
-    }
-}
-
 void DetailsPaneSwitchedTabs() {
-    AwaitedVolume.Clear();
+    DetailsPaneVolume();
     ShowKeptDetails();
     SetStatusBar(Text<128>(StatusBarBuffer1), Text<128>(StatusBarBuffer2));
 }

@@ -34,10 +34,8 @@ void DetailsPaneBrowsers();
 // Shows the icon of the drawer or volume at path, else the one of its kind; the picture of assigns for one.
 void SetContentImage(std::string_view path);
 
-// Shows the picture of what is selected, or of the place, in a pane that has just come. Texts stay.
-void DetailsPicture();
-
-// Shows what the pane and the status bar told when the tab on show was left; no disk is asked.
+// Shows what the pane and the status bar told when the tab on show was left, with figures of its volume that
+// have come meanwhile; no disk is asked.
 void DetailsPaneSwitchedTabs();
 
 } // namespace solvane

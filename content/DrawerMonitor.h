@@ -8,7 +8,8 @@ namespace solvane {
 // While a name is edited in its row it waits for the end of that.
 void DrawerChanged();
 
-// Serves the change that has waited for a name to be edited. Called after each event of the Content list.
+// Serves the change that has waited for a name to be edited. Called in each round of the
+// loop: whatever has ended the editing.
 void ServeDelayedChange();
 
 } // namespace solvane

@@ -13,6 +13,7 @@
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "prefs/LoadSavePrefs.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <array>
@@ -58,19 +59,16 @@ DetailsColumn SortColumnInForce() {
     return details ? static_cast<DetailsColumn>(Prefs.ContentDetailsCISortColumn) : DetailsColumn::Name;
 }
 
-// The styles without columns sort by the name and leave the choice unkept.
-bool CanSortBy(std::int32_t column) {
-    const std::int32_t style = ViewStyleInForce();
-    const std::int32_t count =
-        IsDetailsStyle(style)
-            ? static_cast<std::int32_t>(InfoOf(ColumnSetOf(LBLocation, style)).Columns.size())
-            : DetailsColumnCount;
-    return column >= 1 && column < count;
-}
-
 std::int32_t ColumnInForce(const SortedLocation& location) {
     const bool isDetails = location.Column != nullptr && IsDetailsStyle(ViewStyleInForce());
     return isDetails ? Prefs.*location.Column : NameColumn;
+}
+
+// What has one key alone takes any column.
+bool CanSortBy(const SortedLocation& location, std::int32_t column) {
+    const auto columns = SortColumnsOnShow();
+    return column == SameColumn || location.Column == nullptr ||
+           std::ranges::find(columns, column, &SortColumn::Number) != columns.end();
 }
 
 // Takes the choice over into the preferences. True when the direction was turned round.
@@ -119,7 +117,7 @@ void SortDOSList() {
 
 void SortBy(std::int32_t column) {
     const SortedLocation* location = SortedLocationOnShow();
-    if (location == nullptr || (column != SameColumn && !CanSortBy(column))) {
+    if (location == nullptr || !CanSortBy(*location, column)) {
         return;
     }
     BlockMainWindow(1);
@@ -148,6 +146,27 @@ std::optional<SortInForce> SortOnShow() {
         return std::nullopt;
     }
     return SortInForce{ColumnInForce(*location), Prefs.*location->Direction};
+}
+
+std::vector<SortColumn> SortColumnsOnShow() {
+    const SortedLocation* location = SortedLocationOnShow();
+    if (location == nullptr) {
+        return {};
+    }
+    const std::int32_t style = ViewStyleInForce();
+    if (location->Column == nullptr || !IsDetailsStyle(style)) {
+        return {{NameColumn, MSG_NAME}};
+    }
+    const ColumnSet set = ColumnSetOf(LBLocation, style);
+    const auto columns = InfoOf(set).Columns;
+    std::vector<SortColumn> found;
+    for (const DetailsColumn shown : ShownColumns(set)) {
+        const auto number = static_cast<std::size_t>(shown);
+        if (number < columns.size() && columns[number].Title != 0) {
+            found.push_back({static_cast<std::int32_t>(shown), columns[number].Title});
+        }
+    }
+    return found;
 }
 
 void DrawersOrder() {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace solvane {
 
@@ -26,8 +27,8 @@ void SortDOSList();
 
 // The user's choice of a column. The one that is the sort column already, and SameColumn, turn the direction
 // round; a Details view is sorted by the new one. The rows are rebuilt with selection and place kept, and the
-// preferences follow. Nothing where the location has no sorting of its own, and for a column that there is
-// not.
+// preferences follow. Nothing where the location has no sorting of its own, and for a column that is not
+// there.
 void SortBy(std::int32_t column);
 
 // Sorts what is on show as it is sorted already, after what a sort goes by has changed; selection and place
@@ -40,6 +41,13 @@ struct SortInForce {
     std::int32_t Direction = 0;
 };
 [[nodiscard]] std::optional<SortInForce> SortOnShow();
+
+// The columns on show by which it can be sorted; where the style has none, the name.
+struct SortColumn {
+    std::int32_t Number = 0;
+    std::int32_t Title = 0; // number of the text
+};
+[[nodiscard]] std::vector<SortColumn> SortColumnsOnShow();
 
 // Saves the preferences and applies Prefs.DrawersOrder to a drawer on show.
 void DrawersOrder();

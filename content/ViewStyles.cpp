@@ -36,27 +36,31 @@ void CheckLocations() {
     }
 }
 
-std::int32_t& StylePreferenceOf(LocationKind location) {
+std::int32_t PrefsRecord::*StyleSettingOf(LocationKind location) {
     switch (location) {
     case LocationKind::Bookmarks:
-        return Prefs.BookmarksViewStyle;
+        return &PrefsRecord::BookmarksViewStyle;
     case LocationKind::Favorites:
-        return Prefs.FavoritesViewStyle;
+        return &PrefsRecord::FavoritesViewStyle;
     case LocationKind::Workbench:
-        return Prefs.WorkbenchViewStyle;
+        return &PrefsRecord::WorkbenchViewStyle;
     case LocationKind::Computer:
-        return Prefs.ComputerViewStyle;
+        return &PrefsRecord::ComputerViewStyle;
     case LocationKind::Assigns:
-        return Prefs.AssignsViewStyle;
+        return &PrefsRecord::AssignsViewStyle;
     case LocationKind::FTPSites:
     case LocationKind::OS4Depot:
     case LocationKind::Aminet:
-        return Prefs.FTPSitesViewStyle;
+        return &PrefsRecord::FTPSitesViewStyle;
     case LocationKind::Archive:
-        return Prefs.ArchiveViewStyle;
+        return &PrefsRecord::ArchiveViewStyle;
     default:
-        return Prefs.ContentViewStyle;
+        return &PrefsRecord::ContentViewStyle;
     }
+}
+
+std::int32_t& StylePreferenceOf(LocationKind location) {
+    return Prefs.*StyleSettingOf(location);
 }
 
 std::int32_t ViewStyleInForce() {

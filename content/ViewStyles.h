@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/Content.h"
+#include "model/Prefs.h"
 
 #include <cstdint>
 
@@ -28,6 +29,7 @@ extern std::int32_t LocationsViewStyle;
 void CheckLocations();
 
 // The preference that holds the style of that location; the one of drawers where a location has none.
+[[nodiscard]] std::int32_t PrefsRecord::*StyleSettingOf(LocationKind location);
 [[nodiscard]] std::int32_t& StylePreferenceOf(LocationKind location);
 
 // The style of what is on show. A bound style leaves the preference alone.

@@ -193,7 +193,6 @@ Station ReloadPreferences() {
 }
 
 void NoteEvent(const WindowEvent& event) {
-    Result = (static_cast<std::uint32_t>(event.Class) << 16U) | event.Id;
     Code = event.Code;
     Qualifier = event.Qualifier;
     KeyText = event.Text;

@@ -222,6 +222,7 @@ Station RunRound() {
         AtPreferences = 0;
     }
     BlockMainWindow(-1);
+    ServeDelayedChange();
     SignalsMask = MainWindow ? MainWindow->Mask() : 0;
     if (exec::CheckSignal(exec::BreakControlC) != 0) {
         return Station::End; // nobody is there to be asked

@@ -1,43 +1,28 @@
 #include "frame/MenuRequests.h"
 
-#include "content/ColumnInfo.h"
-#include "content/ColumnSets.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
-#include "content/ViewStyles.h"
 #include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
 #include "model/Content.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 
+#include <algorithm>
+
 namespace solvane {
 
 namespace {
 
-// The columns that are on show; a style without columns of its own sorts by name.
 SortChoices PresentChoices() {
-    const auto sort = SortOnShow();
-    if (!sort) {
-        return {};
-    }
     SortChoices choices;
-    choices.Column = static_cast<std::size_t>(sort->Column);
-    choices.Columns.resize(2);
-    choices.Columns[1] = SAK_LocaleString(MSG_NAME);
-    const std::int32_t style = ViewStyleInForce();
-    if (!IsDetailsStyle(style) || LBLocation == LocationKind::Assigns) {
-        return choices;
+    for (const SortColumn& column : SortColumnsOnShow()) {
+        const auto number = static_cast<std::size_t>(column.Number);
+        choices.Columns.resize(std::max(choices.Columns.size(), number + 1));
+        choices.Columns[number] = SAK_LocaleString(static_cast<MessageNumber>(column.Title));
     }
-    const ColumnSet set = ColumnSetOf(LBLocation, style);
-    const auto& columns = InfoOf(set).Columns;
-    choices.Columns.assign(columns.size(), {});
-    for (const DetailsColumn shown : ShownColumns(set)) {
-        const auto number = static_cast<std::size_t>(shown);
-        if (number < columns.size() && columns[number].Title != 0) {
-            choices.Columns[number] = SAK_LocaleString(static_cast<MessageNumber>(columns[number].Title));
-        }
-    }
+    const auto sort = SortOnShow();
+    choices.Column = sort ? static_cast<std::size_t>(sort->Column) : 0;
     return choices;
 }
 

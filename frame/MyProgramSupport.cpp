@@ -167,7 +167,7 @@ void FreeWindowLists() {
     DetachAllLists();
     if (MainWindow) {
         FreeNavigationList();
-        FreeAllTabs(1);
+        FreeAllTabs();
     }
     DisposeHiddenChoosers();
     FreeChooserLists();

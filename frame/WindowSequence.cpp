@@ -208,7 +208,7 @@ void CloseMainWindow() {
     SetPreviewPaneNone();
     SAK_StopNotify();
     FreeNavigationList();
-    FreeAllTabs(1);
+    FreeAllTabs();
     CloseWindowObject();
     WindowClosed = 1;
     if (ScrNotChange != 0) {
@@ -230,7 +230,7 @@ void CloseForRebuild() {
     ScrNotChange = 1;
     CollectPrefs();
     GetOpenTabs();
-    FreeAllTabs(0);
+    FreeAllTabs();
     CloseMainWindowUpdate();
     ReleaseActiveScreen();
     DisposeBitMapImages();

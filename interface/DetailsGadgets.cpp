@@ -176,9 +176,6 @@ bool ShowsThumbnail() {
 }
 
 void SetThumbnailImage(std::vector<intuition::ImageStep> steps, std::string_view usual) {
-    if (!ShowsThumbnail()) {
-        return;
-    }
     const intuition::HeldImage own(usual.empty() ? intuition::ImageId::None : intuition::ObtainImage(usual));
     ActiveSet.DetailsPictureSteps = std::move(steps);
     ActiveSet.DetailsPictureWish = 0;

@@ -42,13 +42,12 @@ void ShowKeptDetails();
 // How full the place on show is, in per cent; -1 for a place of which that cannot be said.
 void SetFuelGaugeImage(int percent);
 
-// Whether there is room for the picture; otherwise none need be loaded.
+// Whether the preferences want room for the picture.
 [[nodiscard]] bool ShowsThumbnail();
 
 // Shows a picture beside the texts: that of the first step that gives one, as soon as it is loaded, and
 // meanwhile, or when none gives one, the program's own at usual; none where that is empty. A wish before it
-// is dropped, and one of a tab that is left waits for the tab's return. Nothing while the preferences want no
-// such picture.
+// is dropped; one of a tab that is left waits for the tab's return, and one without a pane for the pane.
 void SetThumbnailImage(std::vector<intuition::ImageStep> steps, std::string_view usual);
 
 } // namespace solvane

@@ -17,7 +17,6 @@ namespace solvane {
 
 std::unique_ptr<intuition::Menu> MenuStripObj;
 std::uint16_t EntireMenuStripDone = 0;
-std::int32_t MarkedViewStyle = 0;
 
 namespace {
 
@@ -84,7 +83,6 @@ void UpdateEntireMenuStrip() {
     FillInTabItems();
     UpdateMenus_ViewMisc();
     UpdateMenus_Layout();
-    UpdateMenus_ViewStyle();
     UpdateMenus_History();
     EntireMenuStripDone = 1;
 }
@@ -112,9 +110,9 @@ void UpdateMenus_Layout() {
     Mark(MenuLayoutStatusBar, Prefs.StatusBar != 0);
 }
 
-void UpdateMenus_ViewStyle() {
-    for (std::int32_t style = 0; style <= ViewFilmstrip; ++style) {
-        Mark(static_cast<MenuId>(MenuStyleList + style), style == MarkedViewStyle);
+void UpdateMenus_ViewStyle(std::int32_t style) {
+    for (std::int32_t each = 0; each <= ViewFilmstrip; ++each) {
+        Mark(static_cast<MenuId>(MenuStyleList + each), each == style);
     }
 }
 

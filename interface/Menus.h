@@ -15,8 +15,6 @@ namespace solvane {
 extern std::unique_ptr<intuition::Menu> MenuStripObj; // null before CreateMainMenuStrip
 extern std::uint16_t EntireMenuStripDone;             // the lists have been filled in
 
-extern std::int32_t MarkedViewStyle; // the style on show; written by SetViewStyle
-
 // --- Functions ---
 
 // Makes the strip anew, with texts and pictures as the preferences and the language are now.
@@ -25,13 +23,13 @@ void FreeMainMenuStrip();
 // Shows it in the open window.
 void AttachMenuStrip();
 
-// Fills all lists and sets all marks.
+// Fills all lists and sets all marks but that of the view style, which comes with the window.
 void UpdateEntireMenuStrip();
 
 // The marks; nothing without a strip.
 void UpdateMenus_ViewMisc();
 void UpdateMenus_Layout();
-void UpdateMenus_ViewStyle();
+void UpdateMenus_ViewStyle(std::int32_t style);
 // Whether there is a way back and forth.
 void UpdateMenus_History();
 

@@ -2,6 +2,7 @@
 
 #include "content/DeviceKinds.h"
 #include "locations/IdentifyDevice.h"
+#include "locations/NavigationList.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "platform/dos/VolumeQuestions.h"
@@ -15,7 +16,6 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -113,36 +113,13 @@ bool TakeAnswer(DevicesNode& device, std::optional<dos::InfoData> info) {
     return SetDeviceUsage(device, info);
 }
 
-// An answer with the volume that it is about, which may have left the device since it was asked.
-struct UsageAnswer {
-    std::string Device;
-    Text<128> Volume;
-    std::optional<dos::InfoData> Info;
-};
-
-// The volumes of questions that have no answer yet, by device.
-std::map<std::string, Text<128>> Asked;
-bool TypesChanged = false; // since DeviceTypesChanged was asked last
-
-std::vector<UsageAnswer> WithVolumes(std::vector<dos::VolumeAnswer> answers) {
-    std::vector<UsageAnswer> told;
-    for (dos::VolumeAnswer& answer : answers) {
-        auto asked = Asked.extract(answer.Device);
-        told.push_back(
-            {std::move(answer.Device), asked ? asked.mapped() : Text<128>(), std::move(answer.Info)});
-    }
-    return told;
-}
-
-// A device whose last question hangs is not asked again: its volume of then stays noted.
-std::vector<UsageAnswer> Ask(const std::vector<const DevicesNode*>& devices,
-                             std::chrono::milliseconds limit) {
-    std::vector<std::string> names;
+std::vector<dos::VolumeAnswer> Ask(const std::vector<const DevicesNode*>& devices,
+                                   std::chrono::milliseconds limit) {
+    std::vector<dos::VolumeQuestion> questions;
     for (const DevicesNode* device : devices) {
-        names.push_back(WithoutColon(device->DeviceName));
-        Asked.try_emplace(names.back(), device->VolumeName);
+        questions.push_back({WithoutColon(device->DeviceName), std::string(device->VolumeName.View())});
     }
-    return WithVolumes(TheQuestions().Ask(names, limit));
+    return TheQuestions().Ask(questions, limit);
 }
 
 template <class Visit>
@@ -165,22 +142,24 @@ void ForDevice(const Text<128>& name, Visit visit) {
     }
 }
 
-void GiveTypeToPane(const DevicesNode& known) {
-    if (!NavDevicesList) {
-        return;
-    }
-    for (DevicesNode& device : *NavDevicesList) {
-        if (device.DeviceName == known.DeviceName && device.Type != known.Type) {
-            device.Type = known.Type;
-            TypesChanged = true;
+PaneRows GiveTypeToPane(const DevicesNode& known) {
+    PaneRows rows = PaneRows::Same;
+    if (NavDevicesList) {
+        for (DevicesNode& device : *NavDevicesList) {
+            if (device.DeviceName == known.DeviceName && device.Type != known.Type) {
+                device.Type = known.Type;
+                rows = PaneRows::Changed;
+            }
         }
     }
+    return rows;
 }
 
 // What is told of a volume that has left concerns nobody; the one that is there now is asked about.
-void GiveToLists(const std::vector<UsageAnswer>& answers) {
+PaneRows GiveToLists(const std::vector<dos::VolumeAnswer>& answers) {
+    PaneRows rows = PaneRows::Same;
     std::vector<const DevicesNode*> again;
-    for (const UsageAnswer& answer : answers) {
+    for (const dos::VolumeAnswer& answer : answers) {
         const Text<128> name(answer.Device + ":");
         ForDevice(name, [&answer](DevicesNode& device) {
             if (device.VolumeName == answer.Volume) {
@@ -189,14 +168,15 @@ void GiveToLists(const std::vector<UsageAnswer>& answers) {
         });
         const DevicesNode* known = FindMasterDevicesNode(name);
         if (known != nullptr && known->VolumeName == answer.Volume) {
-            GiveTypeToPane(*known);
+            rows = std::max(rows, GiveTypeToPane(*known));
         } else if (known != nullptr && known->Mounted != 0) {
             again.push_back(known);
         }
     }
     if (!again.empty()) {
-        GiveToLists(Ask(again, std::chrono::milliseconds(0)));
+        rows = std::max(rows, GiveToLists(Ask(again, std::chrono::milliseconds(0))));
     }
+    return rows;
 }
 
 } // namespace
@@ -227,19 +207,21 @@ bool GetDeviceUsage(DevicesNode& device) {
     }
     const std::string name = WithoutColon(device.DeviceName);
     bool isKnown = SetDeviceUsage(device, std::nullopt);
-    const std::vector<UsageAnswer> answers = Ask({&device}, AtOnce);
-    for (const UsageAnswer& answer : answers) {
+    const std::vector<dos::VolumeAnswer> answers = Ask({&device}, AtOnce);
+    for (const dos::VolumeAnswer& answer : answers) {
         if (answer.Device == name && answer.Volume == device.VolumeName) {
             isKnown = TakeAnswer(device, answer.Info);
         }
     }
-    GiveToLists(answers);
+    if (GiveToLists(answers) == PaneRows::Changed) {
+        BuildNavigationList();
+    }
     return isKnown;
 }
 
-void GetAllDeviceUsage() {
+PaneRows GetAllDeviceUsage() {
     if (!MasterDevicesList) {
-        return;
+        return PaneRows::Same;
     }
     std::vector<const DevicesNode*> mounted;
     for (DevicesNode& device : *MasterDevicesList) {
@@ -250,24 +232,21 @@ void GetAllDeviceUsage() {
             SetDeviceUsage(device, std::nullopt); // until it answers
         }
     }
-    GiveToLists(Ask(mounted, AtOnce));
+    return GiveToLists(Ask(mounted, AtOnce));
 }
 
 bool TakeDeviceUsage() {
-    const std::vector<UsageAnswer> answers =
-        Questions ? WithVolumes(Questions->Take()) : std::vector<UsageAnswer>();
-    GiveToLists(answers);
+    const std::vector<dos::VolumeAnswer> answers =
+        Questions ? Questions->Take() : std::vector<dos::VolumeAnswer>();
+    if (GiveToLists(answers) == PaneRows::Changed) {
+        BuildNavigationList();
+    }
     return !answers.empty();
-}
-
-bool DeviceTypesChanged() {
-    return std::exchange(TypesChanged, false);
 }
 
 void ListenToDeviceUsage(int signal) {
     if (signal < 0) {
         Questions.reset();
-        Asked.clear();
         DeviceUsageSignal = 0;
         return;
     }

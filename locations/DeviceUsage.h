@@ -31,8 +31,11 @@ extern exec::SignalMask DeviceUsageSignal; // tells of late answers; written by 
 // Asks for the usage of one device. False when nothing is mounted, when the device is of an unknown kind, or
 // when its file system has not answered yet, which is shown as unknown; a late answer goes to the lists.
 bool GetDeviceUsage(DevicesNode& device);
-// The same for all mounted devices of the master list, at once.
-void GetAllDeviceUsage();
+// The same for all mounted devices of the master list, at once. Changed: a device of NavDevicesList has
+// turned out to be of another kind, and the Navigation pane is to be built anew; the other calls do that
+// themselves.
+enum class PaneRows : std::uint8_t { Same, Changed };
+PaneRows GetAllDeviceUsage();
 // Fills the usage fields from an answer; nothing stands for a file system that does not answer. Result as of
 // GetDeviceUsage.
 bool SetDeviceUsage(DevicesNode& device, const std::optional<dos::InfoData>& info);
@@ -40,8 +43,6 @@ bool SetDeviceUsage(DevicesNode& device, const std::optional<dos::InfoData>& inf
 // Answers that came late go to the lists of devices and the devices in ContentList. True when there were any.
 // What concerns a volume that has left its device meanwhile is dropped.
 [[nodiscard]] bool TakeDeviceUsage();
-// True when an answer has told since the last call that a device of NavDevicesList is of another kind.
-[[nodiscard]] bool DeviceTypesChanged();
 
 // Makes late answers set that signal of the calling task; -1 ends it, and forgets what is still asked.
 void ListenToDeviceUsage(int signal);

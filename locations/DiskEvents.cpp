@@ -22,9 +22,6 @@
 namespace solvane {
 
 exec::SignalMask DiskEventSignal = 0;
-Text<128> DeviceRoot;
-Text<128> RemovedDevice;
-std::uint16_t FoundRoot = 0;
 
 namespace {
 
@@ -53,16 +50,16 @@ bool HasLeft(const DevicesNode& before) {
 }
 
 // By the name of its volume or of its device.
-bool LiesOnRemoved(const Text<1024>& path) {
+bool LiesOn(const RemovedVolume& removed, const Text<1024>& path) {
     Text<1024> root;
-    return SAK_GetDeviceRoot(path, root) && (root == DeviceRoot || root == RemovedDevice);
+    return SAK_GetDeviceRoot(path, root) && (root == removed.Volume || root == removed.Device);
 }
 
-std::vector<std::uint32_t> RestingTabsOnRemoved() {
+std::vector<std::uint32_t> RestingTabsOn(const RemovedVolume& removed) {
     std::vector<std::uint32_t> found;
     for (const TabsNode& tab : *TabsList) {
         const bool isResting = &tab != ActiveTab && tab.TabUserData != ExtraTab;
-        if (isResting && tab.Location == LocationKind::Drawer && LiesOnRemoved(tab.Path)) {
+        if (isResting && tab.Location == LocationKind::Drawer && LiesOn(removed, tab.Path)) {
             found.push_back(tab.TabUserData);
         }
     }
@@ -70,26 +67,24 @@ std::vector<std::uint32_t> RestingTabsOnRemoved() {
 }
 
 // Closes the tabs of a volume that has gone; the last tab stays, at the list of devices.
-void CloseAllOnRemoved() {
+void CloseAllOn(const RemovedVolume& removed) {
     if (TabsList) {
-        for (const std::uint32_t tab : RestingTabsOnRemoved()) {
+        for (const std::uint32_t tab : RestingTabsOn(removed)) {
             static_cast<void>(CloseTabOf(tab));
         }
     }
-    if (LBLocation != LocationKind::Drawer || !LiesOnRemoved(CurrentPath)) {
+    if (LBLocation != LocationKind::Drawer || !LiesOn(removed, CurrentPath)) {
         return;
     }
     if (currTab == nullptr || CloseTab() == Closing::WithWindow) {
-        ShowComputer();
+        ShowComputer(Arrival::New);
     }
 }
 
 // More than one disk may have left in a burst.
 void CloseTabsOfLostVolumes() {
-    FigureOutDiskRemoved_2();
-    while (FoundRoot != 0) {
-        CloseAllOnRemoved();
-        FigureOutDiskRemoved_2();
+    for (const RemovedVolume& removed : FigureOutDiskRemoved_2()) {
+        CloseAllOn(removed);
     }
 }
 
@@ -111,7 +106,7 @@ void ShowDevicesAnew() {
     SetRescanAllTabsComputer(WhichTabs::Others);
     SetRescanAllTabsByLocation(LocationKind::Workbench, WhichTabs::Others);
     if (LBLocation == LocationKind::Computer) {
-        ShowComputer();
+        ShowComputer(Arrival::New);
     } else if (LBLocation == LocationKind::Workbench) {
         ReloadLocation();
     }
@@ -181,22 +176,16 @@ void FigureOutDiskRemoved_1() {
     }
 }
 
-void FigureOutDiskRemoved_2() {
-    FoundRoot = 0;
-    DeviceRoot.Clear();
-    RemovedDevice.Clear();
-    if (!RemovedDevicesList || !MasterDevicesList) {
-        return;
-    }
-    for (DevicesNode& before : *RemovedDevicesList) {
-        if (HasLeft(before)) {
-            DeviceRoot = before.VolumeName;
-            RemovedDevice = before.DeviceName;
-            FoundRoot = 1;
-            SAK_DeleteGenericListNode(*RemovedDevicesList, &before); // the next call finds the next one
-            return;
+std::vector<RemovedVolume> FigureOutDiskRemoved_2() {
+    std::vector<RemovedVolume> found;
+    if (RemovedDevicesList && MasterDevicesList) {
+        for (const DevicesNode& before : *RemovedDevicesList) {
+            if (HasLeft(before)) {
+                found.push_back({before.VolumeName, before.DeviceName});
+            }
         }
     }
+    return found;
 }
 
 } // namespace solvane

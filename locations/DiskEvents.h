@@ -5,18 +5,13 @@
 #include "platform/exec/Tasks.h"
 #include "sak/Text.h"
 
-#include <cstdint>
+#include <vector>
 
 namespace solvane {
 
 // --- State ---
 
 extern exec::SignalMask DiskEventSignal; // one for each burst of changes; written by StartDiskEvents
-
-// The volume that FigureOutDiskRemoved_2 has found, and the device that it was in; valid when FoundRoot is 1.
-extern Text<128> DeviceRoot;
-extern Text<128> RemovedDevice;
-extern std::uint16_t FoundRoot;
 
 // --- Functions ---
 
@@ -33,9 +28,12 @@ void DisksChanged();
 void VolumeWasRenamed(const DevicesNode& device);
 
 // Adds the devices that RemovedDevicesList does not know yet to it, which has had those of the last disk
-// event since then; and then, with the lists read anew, finds the first volume of it that has left: its
-// device has gone, or has another volume in it.
+// event since then; and then, with the lists read anew, finds the volumes of it that have left: their devices
+// have gone, or have other volumes in them.
+struct RemovedVolume {
+    Text<128> Volume, Device;
+};
 void FigureOutDiskRemoved_1();
-void FigureOutDiskRemoved_2();
+[[nodiscard]] std::vector<RemovedVolume> FigureOutDiskRemoved_2();
 
 } // namespace solvane

@@ -122,7 +122,7 @@ void RelabelDisk() {
     }
     BuildNavigationList();
     if (LBLocation == LocationKind::Computer) {
-        ShowComputer();
+        ShowComputer(Arrival::New);
     }
 }
 

@@ -74,12 +74,16 @@ void StartHistory(std::string_view name, std::string_view path, LocationKind loc
 }
 
 void BeforeSwitchHistory() {
-    if (DoReload != 0) {
-        return; // the entry is that of the list to come, and has its position already
-    }
     if (CurrentHistory != nullptr && !lblist2.empty()) {
         NoteTopRow();
         CurrentHistory->LBTop = LBTop;
+    }
+}
+
+void LeaveShownPlace(Arrival arrival) {
+    if (arrival == Arrival::New) {
+        BeforeSwitchHistory();
+        LBTop = 0;
     }
 }
 

@@ -5,6 +5,7 @@
 #include "model/History.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace solvane {
@@ -13,8 +14,15 @@ namespace solvane {
 void StartHistory();
 void StartHistory(std::string_view name, std::string_view path, LocationKind location);
 
+// How a place comes on show. Again: as it was left, by the history or by its tab; its entry is the current
+// one and LBTop says where its list begins.
+enum class Arrival : std::uint8_t { New, Again };
+
 // Notes the first visible row in the current entry. Before every navigation, and before a tab is left.
 void BeforeSwitchHistory();
+// The same for a list that takes the place of the one on show, which is Again not to be noted: New has it
+// begin at its top.
+void LeaveShownPlace(Arrival arrival);
 // Has the next list shown from the row that the current entry has noted.
 void AfterSwitchHistory();
 

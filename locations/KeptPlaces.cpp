@@ -146,7 +146,7 @@ bool AddNode(GenericList<Node>& list, const KeptPlace& place) {
 
 template <class Node>
 void AddCurrentLocation(AskFirst ask) {
-    if (!CanBeKept(LBLocation) || !KindOf<Node>::List()) {
+    if (!CanBeKept(LBLocation)) {
         Tell(KindOf<Node>::Refusal);
         return;
     }
@@ -168,8 +168,7 @@ void AddCurrentLocation(AskFirst ask) {
 
 template <class Node>
 void Handle(std::uint32_t index) {
-    const auto& list = KindOf<Node>::List();
-    const Node* node = list ? SAK_GetGenericListNode(*list, index) : nullptr;
+    const Node* node = SAK_GetGenericListNode(*KindOf<Node>::List(), index);
     if (node == nullptr) {
         return;
     }
@@ -239,10 +238,8 @@ bool RenameVolumeInSettings(const RenamedVolume& volume) {
 template <class Node>
 std::vector<KeptPlace> AllPlaces() {
     std::vector<KeptPlace> places;
-    if (KindOf<Node>::List()) {
-        for (const Node& node : *KindOf<Node>::List()) {
-            places.push_back(PlaceOf(node));
-        }
+    for (const Node& node : *KindOf<Node>::List()) {
+        places.push_back(PlaceOf(node));
     }
     return places;
 }
@@ -266,9 +263,6 @@ void OpenAllInWindows() {
 
 template <class Node>
 bool CopyFromMaster() {
-    if (!KindOf<Node>::List() || !ContentList) {
-        return true;
-    }
     for (const Node& kept : *KindOf<Node>::List()) {
         ContentNode* node = AddPlace(kept.Name, kept.Path, kept.Key);
         if (node == nullptr) {
@@ -282,9 +276,6 @@ bool CopyFromMaster() {
 
 template <class Node>
 void CopyToMaster() {
-    if (!KindOf<Node>::List() || !ContentList) {
-        return;
-    }
     auto list = SAK_CreateGenericList<Node>();
     for (const ContentNode& node : *ContentList) {
         if (!list || !AddNode(*list, {node.LeadsTo, node.EntryName, node.EntryPath})) {

@@ -1,7 +1,5 @@
 #include "locations/LayoutChange.h"
 
-#include "content/DetailsPane.h"
-#include "content/Selection.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/Menus.h"
@@ -40,8 +38,6 @@ void SwitchPreviewPane(std::int32_t style) {
 void SwitchDetails(std::int16_t& setting) {
     Flip(setting);
     ArrangePanes();
-    SelectContentListItems();
-    DetailsPicture();
 }
 
 void SwitchStatusBar() {

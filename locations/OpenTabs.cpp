@@ -109,8 +109,7 @@ std::vector<TabTarget> SelectedTargets() {
             targets.push_back(TargetOf(*row.Record));
         }
     }
-    if (LBLocation == LocationKind::FTPSites && FoundFTPMount == 0 && !targets.empty()) {
-        GoToPlace(targets.front().Word);
+    if (LBLocation == LocationKind::FTPSites && !targets.empty() && !CanReachSites()) {
         targets.clear();
     }
     return targets;

@@ -60,14 +60,11 @@ void BuildPlaces() {
 }
 
 // Leaves what is on show for a place that is no drawer.
-void GoTo(LocationKind location, MessageNumber name, std::string_view word) {
+void GoTo(LocationKind location, MessageNumber name, std::string_view word, Arrival arrival) {
     SetPreviewPaneNone();
-    BeforeSwitchHistory();
+    LeaveShownPlace(arrival);
     FreeContentList(1);
     AddShownPlace(SAK_LocaleString(name), word, location);
-    if (DoReload == 0) {
-        LBTop = 0;
-    }
     LBLocation = location;
     SetCurrentPath(SAK_LocaleString(name));
 }
@@ -161,18 +158,19 @@ void OpenRoot(std::string_view path) {
 
 } // namespace
 
-void CopyFromMasterDevicesList() {
+PaneRows CopyFromMasterDevicesList() {
     if (!MasterDevicesList || !ContentList) {
-        return;
+        return PaneRows::Same;
     }
-    GetAllDeviceUsage();
+    const PaneRows rows = GetAllDeviceUsage();
     for (const DevicesNode& device : *MasterDevicesList) {
         ContentNode* entry = AppendEntry(device.Label, device.VolumeName, device.Key);
         if (entry == nullptr) {
-            return;
+            break;
         }
         entry->PlaceFacts->Of = device;
     }
+    return rows;
 }
 
 void CopyFromMasterAssignsList() {
@@ -203,13 +201,13 @@ void BuildAssignsList() {
     BuildPlaces();
 }
 
-void ShowComputer() {
+void ShowComputer(Arrival arrival) {
     BlockMainWindow(1);
-    GoTo(LocationKind::Computer, MSG_COMPUTER, "Computer");
-    CopyFromMasterDevicesList();
+    GoTo(LocationKind::Computer, MSG_COMPUTER, "Computer", arrival);
+    const PaneRows rows = CopyFromMasterDevicesList();
     SortDevicesList(Prefs.ComputerSortDirection);
     BuildComputerList();
-    if (DeviceTypesChanged()) {
+    if (rows == PaneRows::Changed) {
         BuildNavigationList();
     }
     DetailsPane4();
@@ -218,9 +216,9 @@ void ShowComputer() {
     BlockMainWindow(0);
 }
 
-void ShowAssigns() {
+void ShowAssigns(Arrival arrival) {
     BlockMainWindow(1);
-    GoTo(LocationKind::Assigns, MSG_ASSIGNS, "Assigns");
+    GoTo(LocationKind::Assigns, MSG_ASSIGNS, "Assigns", arrival);
     UpdateAssignsList();
     SortAssignsList(Prefs.AssignsSortDirection);
     BuildAssignsList();
@@ -255,9 +253,6 @@ void DetailsPane4() {
 void DeviceUsageCame() {
     if (!TakeDeviceUsage()) {
         return;
-    }
-    if (DeviceTypesChanged()) {
-        BuildNavigationList();
     }
     SetRescanAllTabsComputer(WhichTabs::Others);
     SetRescanAllTabsByLocation(LocationKind::Workbench, WhichTabs::Others);

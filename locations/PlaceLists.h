@@ -2,13 +2,15 @@
 // opened, and kept up to date.
 #pragma once
 
+#include "locations/DeviceUsage.h"
+#include "locations/History.h"
 #include "model/ContentNode.h"
 
 namespace solvane {
 
 // Appends an entry for each device, or assign, of the master list to ContentList, with a copy of its record.
-// Of the devices the usage is asked first.
-void CopyFromMasterDevicesList();
+// Of the devices the usage is asked first; the result says what that means for the Navigation pane.
+PaneRows CopyFromMasterDevicesList();
 void CopyFromMasterAssignsList();
 
 // Reads the assigns anew and makes the entries of ContentList from them.
@@ -20,8 +22,8 @@ void BuildComputerList();
 void BuildAssignsList();
 
 // Goes to the list of devices, or of assigns: history, path, entries, details, rows, status bar.
-void ShowComputer();
-void ShowAssigns();
+void ShowComputer(Arrival arrival);
+void ShowAssigns(Arrival arrival);
 
 // Opens the root of the device or assign that an entry of these lists stands for; of a multi-assign the
 // drawer that the user chooses.

@@ -106,8 +106,8 @@ bool GoToSite(std::string_view name, Keys keys) {
     if (site == nullptr) {
         return Refuse(MSG_NO_FTP_SITE_IN_LIST);
     }
-    if (FoundFTPMount == 0) {
-        return Refuse(MSG_COMES_LATER); // before a tab or window is opened for nothing
+    if (!CanReachSites()) { // before a tab or window is opened for nothing
+        return false;
     }
     const Text<128> called = site->Name;
     const Text<1024> path = MountPathOf(*site);
@@ -131,7 +131,7 @@ bool TakeMark(std::string_view text, std::string_view mark, std::string_view& re
     return true;
 }
 
-bool Route(std::string_view text, Keys keys) {
+bool Route(std::string_view text, Keys keys, Arrival arrival = Arrival::New) {
     std::string_view rest;
     if (TakeMark(text, FavoriteMark, rest)) {
         return GoToFavorite(rest, keys);
@@ -151,7 +151,7 @@ bool Route(std::string_view text, Keys keys) {
         return false;
     }
     if (!IsElsewhere(keys, place->Word)) {
-        ShowVirtualPlace(*place);
+        ShowVirtualPlace(*place, arrival);
     }
     return true;
 }
@@ -217,6 +217,10 @@ std::string_view WordOfKeptPlace(LocationKind location, std::string_view name, s
 
 } // namespace
 
+bool CanReachSites() {
+    return FoundFTPMount != 0 || Refuse(MSG_COMES_LATER);
+}
+
 bool OpenedElsewhere(std::string_view argument) {
     if (IsHeld(intuition::qualifier::AnyAlt)) {
         OpenNewSolvaneWindow(argument);
@@ -236,8 +240,8 @@ void HandleNavigationListBrowser(std::string_view text) {
     }
 }
 
-bool GoToPlace(std::string_view text) {
-    return Route(text, Keys::Ignored);
+bool GoToPlace(std::string_view text, Arrival arrival) {
+    return Route(text, Keys::Ignored, arrival);
 }
 
 bool GoToKeptPlace(LocationKind location, std::string_view name, std::string_view path) {
@@ -263,16 +267,12 @@ void ReloadLocation() {
     }
     BlockMainWindow(1);
     NoteTopRow();
-    const std::uint32_t top = LBTop;
     const KeptSelection selection = NoteSelection();
     if (LBLocation == LocationKind::Computer) {
         UpdateDevicesList();
         BuildNavigationList();
     }
-    GoToPlace(word);
-    if (Objects.ContentList != nullptr) {
-        Objects.ContentList->SetTop(top);
-    }
+    GoToPlace(word, Arrival::Again);
     if (!selection.Entries.empty()) {
         RestoreSelection(selection);
         SelectContentListItems();

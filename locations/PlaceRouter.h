@@ -2,6 +2,7 @@
 // bookmark stands for.
 #pragma once
 
+#include "locations/History.h"
 #include "model/LocationKind.h"
 
 #include <string>
@@ -22,14 +23,18 @@ namespace solvane {
 // window is opened there instead, with Control a new tab. What cannot be found is told, and everything stays.
 void HandleNavigationListBrowser(std::string_view text);
 
-// The same in this tab, whatever keys are held. False when it could not be done, after a requester.
-bool GoToPlace(std::string_view text);
+// The same in this tab, whatever keys are held. False when it could not be done, after a requester. Again
+// counts for words alone.
+bool GoToPlace(std::string_view text, Arrival arrival = Arrival::New);
 
 // Goes to what a bookmark or favorite stands for, in this tab. False as above.
 bool GoToKeptPlace(LocationKind location, std::string_view name, std::string_view path);
 // The argument with which a new window opens there.
 [[nodiscard]] std::string ArgumentOfKeptPlace(LocationKind location, std::string_view name,
                                               std::string_view path);
+
+// False, after a requester, while nothing is there that mounts sites.
+[[nodiscard]] bool CanReachSites();
 
 // What the keys held at the last event want. True when a new window was opened with that argument, and
 // nothing is left to be done; else a new tab may have been opened.

@@ -6,20 +6,13 @@
 
 namespace solvane {
 
-namespace {
-
-bool IsOn(const Text<1024>& path, std::string_view volume) {
-    Text<1024> root;
-    return SAK_GetDeviceRoot(path, root) && root == volume;
-}
-
-} // namespace
-
 bool RenamedVolume::PutIn(Text<1024>& path) const {
-    if (!IsOn(path, Before)) {
+    Text<1024> root;
+    if (!SAK_GetDeviceRoot(path, root) || root != Before) {
         return false;
     }
-    const std::string renamed = std::string(Now).append(path.View().substr(Before.size()));
+    // A root that differs from the name in case may differ in length.
+    const std::string renamed = std::string(Now).append(path.View().substr(root.Size()));
     if (renamed.size() > Text<1024>::Limit) {
         return false;
     }
@@ -36,7 +29,8 @@ bool RenamedVolume::PutIn(Text<128>& name) const {
 }
 
 bool RenamedVolume::Has(const Text<1024>& path) const {
-    return IsOn(path, Now);
+    Text<1024> root;
+    return SAK_GetDeviceRoot(path, root) && root == Now;
 }
 
 } // namespace solvane

@@ -16,6 +16,8 @@
 #include "sak/Messages.h"
 #include "sak/Notify.h"
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <random>
 #include <string>
@@ -25,28 +27,46 @@ namespace solvane {
 
 namespace {
 
-// Calls function with each pair of fields of a setting that tabs have of their own.
+// A setting that tabs have of their own, and the one of Prefs that it stands in while its tab is active.
+template <class Value>
+struct TabSetting {
+    Value TabSettings::*Own;
+    Value PrefsRecord::*InForce;
+};
+using Direction = TabSetting<std::int16_t>;
+using Choice = TabSetting<std::int32_t>;
+constexpr std::array Directions = {
+    Direction{&TabSettings::WorkbenchSortDirection, &PrefsRecord::WorkbenchSortDirection},
+    Direction{&TabSettings::ComputerSortDirection, &PrefsRecord::ComputerSortDirection},
+    Direction{&TabSettings::AssignsSortDirection, &PrefsRecord::AssignsSortDirection},
+    Direction{&TabSettings::FTPSitesSortDirection, &PrefsRecord::FTPSitesSortDirection},
+    Direction{&TabSettings::SearchSortDirection, &PrefsRecord::SearchSortDirection},
+    Direction{&TabSettings::ArchiveSortDirection, &PrefsRecord::ArchiveSortDirection},
+    Direction{&TabSettings::ContentSortDirection, &PrefsRecord::ContentSortDirection},
+};
+constexpr std::array Choices = {
+    Choice{&TabSettings::ComputerDetailsCISortColumn, &PrefsRecord::ComputerDetailsCISortColumn},
+    Choice{&TabSettings::FTPSitesDetailsCISortColumn, &PrefsRecord::FTPSitesDetailsCISortColumn},
+    Choice{&TabSettings::ArchiveDetailsCISortColumn, &PrefsRecord::ArchiveDetailsCISortColumn},
+    Choice{&TabSettings::ContentDetailsCISortColumn, &PrefsRecord::ContentDetailsCISortColumn},
+    Choice{&TabSettings::BookmarksViewStyle, &PrefsRecord::BookmarksViewStyle},
+    Choice{&TabSettings::FavoritesViewStyle, &PrefsRecord::FavoritesViewStyle},
+    Choice{&TabSettings::WorkbenchViewStyle, &PrefsRecord::WorkbenchViewStyle},
+    Choice{&TabSettings::ComputerViewStyle, &PrefsRecord::ComputerViewStyle},
+    Choice{&TabSettings::AssignsViewStyle, &PrefsRecord::AssignsViewStyle},
+    Choice{&TabSettings::FTPSitesViewStyle, &PrefsRecord::FTPSitesViewStyle},
+    Choice{&TabSettings::ArchiveViewStyle, &PrefsRecord::ArchiveViewStyle},
+    Choice{&TabSettings::ContentViewStyle, &PrefsRecord::ContentViewStyle},
+};
+
 template <class Function>
 void ForEachSetting(TabSettings& tab, const Function& function) {
-    function(tab.WorkbenchSortDirection, Prefs.WorkbenchSortDirection);
-    function(tab.ComputerSortDirection, Prefs.ComputerSortDirection);
-    function(tab.AssignsSortDirection, Prefs.AssignsSortDirection);
-    function(tab.FTPSitesSortDirection, Prefs.FTPSitesSortDirection);
-    function(tab.SearchSortDirection, Prefs.SearchSortDirection);
-    function(tab.ArchiveSortDirection, Prefs.ArchiveSortDirection);
-    function(tab.ContentSortDirection, Prefs.ContentSortDirection);
-    function(tab.ComputerDetailsCISortColumn, Prefs.ComputerDetailsCISortColumn);
-    function(tab.FTPSitesDetailsCISortColumn, Prefs.FTPSitesDetailsCISortColumn);
-    function(tab.ArchiveDetailsCISortColumn, Prefs.ArchiveDetailsCISortColumn);
-    function(tab.ContentDetailsCISortColumn, Prefs.ContentDetailsCISortColumn);
-    function(tab.BookmarksViewStyle, Prefs.BookmarksViewStyle);
-    function(tab.FavoritesViewStyle, Prefs.FavoritesViewStyle);
-    function(tab.WorkbenchViewStyle, Prefs.WorkbenchViewStyle);
-    function(tab.ComputerViewStyle, Prefs.ComputerViewStyle);
-    function(tab.AssignsViewStyle, Prefs.AssignsViewStyle);
-    function(tab.FTPSitesViewStyle, Prefs.FTPSitesViewStyle);
-    function(tab.ArchiveViewStyle, Prefs.ArchiveViewStyle);
-    function(tab.ContentViewStyle, Prefs.ContentViewStyle);
+    for (const Direction& each : Directions) {
+        function(tab.*each.Own, Prefs.*each.InForce);
+    }
+    for (const Choice& each : Choices) {
+        function(tab.*each.Own, Prefs.*each.InForce);
+    }
 }
 
 void TakeSettings(TabSettings& tab) {
@@ -99,7 +119,7 @@ void PutName(const RenamedVolume& volume, HistoryNode& entry) {
 }
 
 void PutName(const RenamedVolume& volume, WorkingSet& set) {
-    for (Text<1024>* path : {&set.Path, &set.PathUndo, &set.PathRead}) {
+    for (Text<1024>* path : {&set.Path, &set.PathUndo, &set.PathRead, &set.AwaitedVolume}) {
         volume.PutIn(*path);
     }
     if (set.HistoryList) {
@@ -237,16 +257,13 @@ void AfterSwitchTabs(TabsNode& other, int setView) {
     }
 }
 
-void GiveSettingToTabs(const std::int32_t& setting) {
-    if (!TabsList) {
+void GiveSettingToTabs(std::int32_t PrefsRecord::*setting) {
+    const auto* found = std::ranges::find(Choices, setting, &Choice::InForce);
+    if (!TabsList || found == Choices.end()) {
         return;
     }
     for (TabsNode& node : *TabsList) {
-        ForEachSetting(node.Settings, [&setting](auto& own, const auto& common) {
-            if (static_cast<const void*>(&common) == &setting) {
-                own = common;
-            }
-        });
+        node.Settings.*found->Own = Prefs.*setting;
     }
 }
 
@@ -283,7 +300,7 @@ void DeleteTabsNode(std::uint32_t userData) {
     RemoveClickTab(userData);
 }
 
-void FreeAllTabs(int /*freeContent*/) {
+void FreeAllTabs() {
     DetachTabs();
     if (ActiveTab != nullptr) {
         DropActiveSet();

@@ -2,6 +2,7 @@
 // them. Which tab is shown is decided in Tabs.
 #pragma once
 
+#include "model/Prefs.h"
 #include "model/Tabs.h"
 
 #include <cstdint>
@@ -35,7 +36,7 @@ void BeforeSwitchTabs(int keepSelection);
 void AfterSwitchTabs(TabsNode& other, int setView);
 
 // Gives one setting of Prefs that tabs have of their own, as it is now, to all tabs.
-void GiveSettingToTabs(const std::int32_t& setting);
+void GiveSettingToTabs(std::int32_t PrefsRecord::*setting);
 
 // A volume has another name: paths, histories and labels of all tabs follow, and rows that name it are marked
 // as out of date.
@@ -45,6 +46,6 @@ void RenameVolumeInTabs(const RenamedVolume& volume);
 void DeleteTabsNode(std::uint32_t userData);
 
 // Frees all tabs and the bar.
-void FreeAllTabs(int freeContent);
+void FreeAllTabs();
 
 } // namespace solvane

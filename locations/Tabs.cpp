@@ -155,9 +155,7 @@ void ShowTabOfPlaces() {
     if (lblist2.empty() || marked) {
         SetCurrentPath(Text<1024>(CurrentPath));
         DetailsPaneSwitchedTabs(); // should the place not come
-        DoReload = 1;
-        GoToPlace(WordOfLocation(LBLocation));
-        DoReload = 0;
+        GoToPlace(WordOfLocation(LBLocation), Arrival::Again);
         return;
     }
     ShowKeptRows();
@@ -229,7 +227,7 @@ void ShowInstead(ClickTabNode* tab) {
 } // namespace
 
 bool SetUpTabs() {
-    FreeAllTabs(1);
+    FreeAllTabs();
     TabsList = SAK_CreateGenericList<TabsNode>();
     tabslist = SAK_CreateGenericList<ClickTabNode>();
     if (!TabsList || !tabslist) {

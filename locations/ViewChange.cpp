@@ -47,14 +47,14 @@ void ToggleHiddenEntries() {
 }
 
 void ChangeViewStyleOfTabs(std::int32_t style) {
-    const std::int32_t& stored = StylePreferenceOf(LBLocation);
-    const std::int32_t before = stored;
+    const auto setting = StyleSettingOf(LBLocation);
+    const std::int32_t before = Prefs.*setting;
     ChangeViewStyle(style);
-    if (stored == before || Prefs.ChangeAllTabs == 0) {
+    if (Prefs.*setting == before || Prefs.ChangeAllTabs == 0) {
         return;
     }
     SetRescanAllTabsByLocation(LBLocation, WhichTabs::Others);
-    GiveSettingToTabs(stored);
+    GiveSettingToTabs(setting);
 }
 
 } // namespace solvane

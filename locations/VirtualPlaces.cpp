@@ -67,9 +67,6 @@ const VirtualPlace* FirstList(auto fits) {
 }
 
 void TakeLocation(const VirtualPlace& place) {
-    if (DoReload == 0) {
-        LBTop = 0;
-    }
     LBLocation = place.Location;
     if (place.Location == LocationKind::OS4Depot) {
         WhichOS4Depot = place.Which;
@@ -123,13 +120,13 @@ bool IsPlaceWithoutList(std::string_view word) {
     return wanted == "OS4Depot" || wanted == "Aminet";
 }
 
-void ShowVirtualPlace(const VirtualPlace& place) {
+void ShowVirtualPlace(const VirtualPlace& place, Arrival arrival) {
     if (place.Show != nullptr) {
-        place.Show();
+        place.Show(arrival);
         return;
     }
     SetPreviewPaneNone();
-    BeforeSwitchHistory();
+    LeaveShownPlace(arrival);
     FreeContentList(1);
     AddShownPlace(SAK_LocaleString(place.Name), place.Word, place.Location);
     SAK_StopNotify();

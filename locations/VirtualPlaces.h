@@ -2,6 +2,7 @@
 // Assigns, sites. Shows one of them in this tab.
 #pragma once
 
+#include "locations/History.h"
 #include "model/LocationKind.h"
 
 #include <cstdint>
@@ -18,7 +19,7 @@ struct VirtualPlace {
     LocationKind Location;
     std::uint16_t Which; // of the two lists of an online place: 0 the recent one, 1 the full one
     bool (*Fill)();      // fills ContentList; false: there is no content yet. Null: Show does it all
-    void (*Show)() = nullptr;
+    void (*Show)(Arrival) = nullptr;
 };
 
 // By word or shown name, without regard to case. Null: no such list.
@@ -29,7 +30,7 @@ struct VirtualPlace {
 [[nodiscard]] bool IsPlaceWithoutList(std::string_view word);
 
 // Makes the list the location of this tab: history, path, rows, Details pane and status bar.
-void ShowVirtualPlace(const VirtualPlace& place);
+void ShowVirtualPlace(const VirtualPlace& place, Arrival arrival);
 
 // Fills ContentList with the mounted volumes and what lies on the user's desktop.
 bool UpdateWorkbenchList();

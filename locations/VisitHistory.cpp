@@ -54,40 +54,14 @@ void HandleHistory() {
     }
     Qualifier = 0;
     AfterSwitchHistory();
-    switch (CurrentHistory->Location) {
-    case LocationKind::Bookmarks:
-        GoToPlace("Bookmarks");
-        break;
-    case LocationKind::Favorites:
-        GoToPlace("Favorites");
-        break;
-    case LocationKind::Workbench:
-        GoToPlace("Workbench");
-        break;
-    case LocationKind::Computer:
-        GoToPlace("Computer");
-        break;
-    case LocationKind::Assigns:
-        GoToPlace("Assigns");
-        break;
-    case LocationKind::FTPSites:
-        GoToPlace("FTPSites");
-        break;
-    case LocationKind::OS4Depot:
-        GoToPlace(CurrentHistory->Name == SAK_LocaleString(MSG_OS4DEPOT_RECENT) ? "OS4DepotRecent"
-                                                                                : "OS4DepotFull");
-        break;
-    case LocationKind::Aminet:
-        GoToPlace(CurrentHistory->Name == SAK_LocaleString(MSG_AMINET_RECENT) ? "AminetRecent"
-                                                                              : "AminetFull");
-        break;
-    case LocationKind::SearchResults:
-    case LocationKind::DuplicateFiles:
-    case LocationKind::Archive: // cannot be opened yet
-        break;
-    default:
+    const LocationKind location = CurrentHistory->Location;
+    const std::string_view word = WordOfPlace(location, CurrentHistory->Name);
+    const bool isGone = location == LocationKind::SearchResults || location == LocationKind::DuplicateFiles ||
+                        location == LocationKind::Archive; // an archive cannot be opened yet
+    if (!word.empty()) {
+        GoToPlace(word, Arrival::Again);
+    } else if (!isGone) {
         ShowDrawerOf(*CurrentHistory);
-        break;
     }
     DoReload = 0;
     SetMenuState();

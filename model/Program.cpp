@@ -51,7 +51,6 @@ TemporaryNames Temporary;
 
 std::uint32_t Signals = 0;
 std::uint32_t SignalsMask = 0;
-std::uint32_t Result = 0;
 std::uint16_t Code = 0;
 std::uint16_t Qualifier = 0;
 Text<32> KeyText;

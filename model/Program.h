@@ -90,8 +90,7 @@ extern TemporaryNames Temporary;
 
 extern std::uint32_t Signals;     // what the last Wait returned
 extern std::uint32_t SignalsMask; // the window's signal, read anew each round
-extern std::uint32_t Result;      // last input event: class above, id below 16 bits
-extern std::uint16_t Code;        // its code
+extern std::uint16_t Code;        // of the last input event
 extern std::uint16_t Qualifier;   // keyboard qualifiers at its moment
 extern Text<32> KeyText;          // what a key types, UTF-8; empty for commands and for what is no key
 extern std::uint16_t done;        // leave the loop, through the quit confirmation; any routine may set it

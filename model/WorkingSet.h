@@ -54,6 +54,7 @@ struct TabValues {
     std::uint16_t IsLhAArchive = 0;
     Text<128> FTPMountSiteName;
     std::array<Text<128>, 8> Details; // Details1Buffer to Details8Buffer; the ninth is no tab's own
+    Text<1024> AwaitedVolume;         // whose figures are still to come into Details; empty: none
     std::int32_t GaugeLevel = -1;     // of the Details pane, in per cent; -1: none
     Text<128> StatusBar1, StatusBar2;
     std::int32_t HistorySelected = -1; // index of the current entry from the head; -1: not yet started

@@ -127,7 +127,7 @@ std::string AddDrawer(const std::string& name, const char* drawer) {
 }
 
 void TidyUp() {
-    FreeAllTabs(1);
+    FreeAllTabs();
     CloseWindowObject();
     SAK_ShutDownNotify();
     CommandLineTabsList.reset();

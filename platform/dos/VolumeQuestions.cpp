@@ -23,8 +23,8 @@ constexpr int MostWorkers = 32; // so many volumes may hang before others have t
 struct VolumeQuestions::Board {
     std::mutex Guard;
     std::condition_variable Answered;
-    std::deque<std::string> Waiting; // not taken by a thread yet
-    std::set<std::string> Open;      // waiting or under way
+    std::deque<VolumeQuestion> Waiting; // not taken by a thread yet
+    std::set<std::string> Open;         // devices of those waiting or under way
     std::vector<VolumeAnswer> Answers;
     int Workers = 0;
     bool IsAwaited = false; // the task stands in Ask
@@ -40,13 +40,13 @@ void VolumeQuestions::Board::Work() {
     SetRequesters(false);
     std::unique_lock hold(Guard);
     while (!Waiting.empty()) {
-        std::string device = std::move(Waiting.front());
+        VolumeQuestion question = std::move(Waiting.front());
         Waiting.pop_front();
         hold.unlock();
-        std::optional<InfoData> info = Info(device + ":");
+        std::optional<InfoData> info = Info(question.Device + ":");
         hold.lock();
-        Open.erase(device);
-        Answers.push_back({std::move(device), info});
+        Open.erase(question.Device);
+        Answers.push_back({std::move(question.Device), std::move(question.Volume), info});
         if (IsAwaited)
             Answered.notify_all();
         else if (Task)
@@ -80,20 +80,20 @@ void VolumeQuestions::SetListener(exec::Task* task, exec::SignalMask signals) {
     Shared->Signals = signals;
 }
 
-std::vector<VolumeAnswer> VolumeQuestions::Ask(const std::vector<std::string>& devices,
+std::vector<VolumeAnswer> VolumeQuestions::Ask(const std::vector<VolumeQuestion>& questions,
                                                std::chrono::milliseconds limit) {
     Board& board = *Shared;
     std::unique_lock hold(board.Guard);
     std::vector<std::string> asked;
-    for (const std::string& device : devices) {
-        if (!board.Open.insert(device).second)
+    for (const VolumeQuestion& question : questions) {
+        if (!board.Open.insert(question.Device).second)
             continue;
-        board.Waiting.push_back(device);
-        asked.push_back(device);
+        board.Waiting.push_back(question);
+        asked.push_back(question.Device);
         if (board.Workers < MostWorkers && !board.StartWorker(Shared) && board.Workers == 0) {
             board.Open.clear(); // no thread is to be had: nobody knows
-            for (std::string& lost : board.Waiting)
-                board.Answers.push_back({std::move(lost), std::nullopt});
+            for (VolumeQuestion& lost : board.Waiting)
+                board.Answers.push_back({std::move(lost.Device), std::move(lost.Volume), std::nullopt});
             board.Waiting.clear();
         }
     }

@@ -12,8 +12,13 @@
 
 namespace dos {
 
+struct VolumeQuestion {
+    std::string Device;
+    std::string Volume = {}; // what is in it now, as the asker calls it; comes back with the answer
+};
+
 struct VolumeAnswer {
-    std::string Device;           // as it was asked for
+    std::string Device, Volume;   // as they were asked for
     std::optional<InfoData> Info; // nothing: the volume does not answer, or is not there
 };
 
@@ -29,9 +34,9 @@ public:
     // told.
     void SetListener(exec::Task* task, exec::SignalMask signals);
 
-    // Asks all of them at once, waits for them at most so long, and gives the answers there are. A volume
+    // Asks all of them at once, waits for them at most so long, and gives the answers there are. A device
     // whose last question still hangs is not asked again, nor waited for.
-    [[nodiscard]] std::vector<VolumeAnswer> Ask(const std::vector<std::string>& devices,
+    [[nodiscard]] std::vector<VolumeAnswer> Ask(const std::vector<VolumeQuestion>& questions,
                                                 std::chrono::milliseconds limit);
     // The answers that have come since.
     [[nodiscard]] std::vector<VolumeAnswer> Take();

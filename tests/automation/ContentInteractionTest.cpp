@@ -240,7 +240,7 @@ TEST_F(ContentInteraction, OnlyBareArrowsTravelAndNotInTheFilmstrip) {
     EXPECT_EQ(PathUndoBuffer.View(), Volume);
     Press(rawkey::Right, qualifier::RightAmiga);
     EXPECT_EQ(PathUndoBuffer.View(), Volume);
-    FreeAllTabs(1);
+    FreeAllTabs();
     StartupTabsList.reset();
     CommandLineTabsList.reset();
 }

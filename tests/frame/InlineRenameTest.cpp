@@ -108,6 +108,7 @@ TEST_F(InlineRenameTest, ChangeOnDiskWaitsForTheName) {
         ASSERT_NE(Editor(), nullptr);
         EXPECT_THAT(Rows(), testing::Not(testing::Contains(came)));
         Finish(QStringLiteral("c.txt"), end);
+        ServeDelayedChange();
         EXPECT_THAT(Rows(), testing::Contains(came));
         EXPECT_THAT(Rows(), testing::Contains("c.txt"));
     }

@@ -41,7 +41,7 @@ protected:
         DefaultPubScreenID.Clear();
     }
     ~WindowSequenceTest() override {
-        FreeAllTabs(1);
+        FreeAllTabs();
         CloseWindowObject();
         FreeMainMenuStrip();
         FreeContextMenus();

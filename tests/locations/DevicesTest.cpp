@@ -275,7 +275,15 @@ TEST_F(DevicesTest, DeviceThatWentBetweenClickAndScanIsTold) {
     EXPECT_EQ(Requests.back(), "Could not find device in list.");
 }
 
-TEST_F(DevicesTest, RemovedVolumesAreFoundOneByOne) {
+TEST_F(DevicesTest, FreeSpaceOfAPathIsThatOfItsVolume) {
+    EXPECT_TRUE(GetDeviceFreeSpace(Volume));
+    EXPECT_GT(DevFreeBytes, 0U);
+    EXPECT_FALSE(GetDeviceFreeSpace("Nowhere:"));
+    EXPECT_EQ(DevFreeBytes, 0U);
+    EXPECT_TRUE(GetDeviceFreeSpace("RAM disk:")) << "the machine's memory, whether it is mounted or not";
+}
+
+TEST_F(DevicesTest, AllRemovedVolumesAreFound) {
     const auto set = [](std::unique_ptr<GenericList<DevicesNode>>& list,
                         std::initializer_list<std::pair<const char*, const char*>> devices) {
         list = SAK_CreateGenericList<DevicesNode>();
@@ -289,13 +297,10 @@ TEST_F(DevicesTest, RemovedVolumesAreFoundOneByOne) {
     set(MasterDevicesList, {{"CD0:", "Disc:"}, {"USB0:", "Stick:"}, {"DH0:", "Workbench:"}});
     FigureOutDiskRemoved_1();
     set(MasterDevicesList, {{"CD0:", "Other:"}, {"DH0:", "Workbench:"}});
-    for (const char* volume : {"Disc:", "Stick:"}) {
-        FigureOutDiskRemoved_2();
-        EXPECT_EQ(FoundRoot, 1);
-        EXPECT_EQ(DeviceRoot.View(), volume);
-    }
-    FigureOutDiskRemoved_2();
-    EXPECT_EQ(FoundRoot, 0);
+    const auto removed = FigureOutDiskRemoved_2();
+    ASSERT_EQ(removed.size(), 2U);
+    EXPECT_EQ(removed[0].Volume.View(), "Disc:");
+    EXPECT_EQ(removed[1].Device.View(), "USB0:");
 }
 
 TEST_F(DevicesTest, MultiAssignLetsTheUserChoose) {

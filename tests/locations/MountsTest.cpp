@@ -102,7 +102,7 @@ protected:
     }
     ~MountsTest() override {
         EndDiskEvents();
-        FreeAllTabs(1);
+        FreeAllTabs();
         SAK_ShutDownNotify();
         FreePrefsLists();
         CommandLineTabsList.reset();

@@ -284,6 +284,16 @@ TEST_F(PlacesTest, RenamedEntriesHaveNewKeys) {
     HandleFavorites(4);
     EXPECT_EQ(WhichAminet, 0) << "a new name does not lead elsewhere";
     EXPECT_FALSE(RenameFavorites(online)) << "given up";
+    AddCurrentLocationToBookmarks(AskFirst::No);
+    BookmarksNode& bookmark = *SAK_LastGenericListNode(*MasterBookmarksList);
+    Forms.clear();
+    Answer({FormAnswer{1, {"kept"}, 0}});
+    EXPECT_TRUE(RenameBookmarks(bookmark));
+    EXPECT_EQ(bookmark.Key.View(), "[Bkm]kept");
+    HandleNavigationListBrowser("Bookmarks");
+    FreeContentList(1);
+    CopyToMasterBookmarksList();
+    EXPECT_EQ(MasterBookmarksList->Core.Count(), 0U);
 }
 
 TEST_F(PlacesTest, ChangesMadeOnShowReplaceTheList) {

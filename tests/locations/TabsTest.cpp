@@ -1,6 +1,7 @@
 // Tabs and their histories in a window that no screen shows.
 #include "locations/Tabs.h"
 
+#include "content/DetailsPane.h"
 #include "content/Selection.h"
 #include "content/Status.h"
 #include "interface/DetailsGadgets.h"
@@ -46,7 +47,7 @@ protected:
         SetFirstTab();
     }
     ~TabsTest() override {
-        FreeAllTabs(1);
+        FreeAllTabs();
         SAK_ShutDownNotify();
         StartupTabsList.reset();
         CommandLineTabsList.reset();
@@ -289,6 +290,27 @@ TEST_F(TabsTest, TabsFollowAVolumeThatIsRenamed) {
     SwitchToTabNumber(3);
     GoBackInHistory();
     EXPECT_THAT(Rows(), ElementsAre("in c"));
+    CurrentPath = "STRA\u1E9EE:a";
+    RenameVolumeInTabs({"Stra\u00DFe:", "New:"});
+    EXPECT_EQ(CurrentPath.View(), "New:a") << "another case may have another length";
+}
+
+TEST_F(TabsTest, ATabTellsFiguresOfItsVolumeThatCameWhileItWasLeft) {
+    MasterDevicesList = SAK_CreateGenericList<DevicesNode>();
+    DevicesNode& device =
+        *SAK_AddGenericListNode(*MasterDevicesList, SAK_CreateGenericListNode<DevicesNode>());
+    device.VolumeName = Volume;
+    device.Usage = UsageState::Silent;
+    PopulateContent2(Volume, Volume);
+    OpenOn("start");
+    device.Usage = UsageState::Known;
+    device.TotalBytes = 100;
+    device.FreeText = "50 B";
+    DetailsPaneVolume();
+    EXPECT_EQ(Details2Buffer.View(), "Drawer");
+    SwitchToTabNumber(1);
+    EXPECT_THAT(std::string(Details2Buffer.View()), testing::EndsWith("50 B"));
+    MasterDevicesList.reset();
 }
 
 TEST_F(TabsTest, RestingListsOfKeptPlacesAreMarkedWhenOneChanges) {
@@ -362,7 +384,7 @@ TEST_F(TabsTest, AChangeIsNoticedWhileTheTabIsNotOnShow) {
 }
 
 TEST_F(TabsTest, StartUpTabsAreReadWhenTheyAreShown) {
-    FreeAllTabs(1);
+    FreeAllTabs();
     File("p/1");
     File("q/2");
     for (const char* place : {"p", "gone", "q"}) {
@@ -394,7 +416,7 @@ TEST_F(TabsTest, TabsOutliveTheirWindowWithHistoryAndSettings) {
     SwitchToTabNumber(2);
     GetOpenTabs();
     EXPECT_EQ(Offset, 2U);
-    FreeAllTabs(0);
+    FreeAllTabs();
     Prefs.ContentViewStyle = ViewDetails;
     ASSERT_TRUE(SetUpTabs());
     SetFirstTab();
@@ -441,6 +463,8 @@ TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
     AddHistoryNode("found", "Search results", LocationKind::SearchResults);
     HandleHistory();
     EXPECT_THAT(Rows(), ElementsAre("1")) << "results are not there any more: the list stays";
+    ClearHistory();
+    EXPECT_EQ(HistoryFirst(), nullptr);
 }
 
 TEST_F(TabsTest, TheWayBackToAListLeavesItsPositionAlone) {

@@ -6,6 +6,7 @@
 #include "content/ShownList.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MainLayout.h"
+#include "interface/Panes.h"
 #include "locations/DeviceUsage.h"
 #include "locations/Navigation.h"
 #include "model/Devices.h"
@@ -255,7 +256,12 @@ TEST_F(WindowTest, ThePictureOfThePaneComesAndGoesByThePreferences) {
     for (const auto switchedOff : {&PrefsRecord::ThumbnailPane, &PrefsRecord::DetailsPane}) {
         Prefs = PrefsRecord();
         Prefs.*switchedOff = 0;
+        ArrangePanes();
         EXPECT_FALSE(comes("d/p"));
+        Prefs = PrefsRecord();
+        ArrangePanes();
+        intuition::FinishWishedImages();
+        EXPECT_NE(ActiveSet.DetailsPicture.Get(), intuition::ImageId::None) << "comes with its pane";
     }
 }
 

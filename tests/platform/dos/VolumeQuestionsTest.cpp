@@ -40,23 +40,24 @@ TEST_F(VolumeQuestionsTest, VolumeThatHangsHoldsNobodyUpAndIsHeardOfLater) {
     const exec::SignalMask mask = exec::SignalMask{1} << signal;
     dos::VolumeQuestions questions;
     questions.SetListener(exec::FindTask(), mask);
-    auto answers = questions.Ask({"TD0", "DH2"}, 300ms);
+    auto answers = questions.Ask({{"TD0", "Test:"}, {"DH2"}}, 300ms);
     ASSERT_EQ(answers.size(), 1U);
     EXPECT_EQ(answers[0].Device, "DH2");
     EXPECT_GT(answers[0].Info.value_or(dos::InfoData()).Blocks, 0U);
-    EXPECT_TRUE(questions.Ask({"TD0"}, Patience).empty()) << "asked already, and not waited for";
+    EXPECT_TRUE(questions.Ask({{"TD0", "Other:"}}, Patience).empty()) << "asked already, and not waited for";
     Held = false;
     EXPECT_EQ(exec::Wait(mask), mask);
     answers = questions.Take();
     ASSERT_EQ(answers.size(), 1U);
     EXPECT_EQ(answers[0].Device, "TD0");
+    EXPECT_EQ(answers[0].Volume, "Test:") << "that of the question that was answered";
     EXPECT_TRUE(answers[0].Info.has_value());
     exec::FreeSignal(signal);
 }
 
 TEST_F(VolumeQuestionsTest, VolumeThatIsNotThereIsUnknown) {
     dos::VolumeQuestions questions;
-    const auto answers = questions.Ask({"Nowhere"}, Patience);
+    const auto answers = questions.Ask({{"Nowhere"}}, Patience);
     ASSERT_EQ(answers.size(), 1U);
     EXPECT_FALSE(answers[0].Info.has_value());
 }
