@@ -131,15 +131,15 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"SIZEWINDOW", 100, rexx_SizeWindow, "W/K/N,H/K/N", 0},
     {"CHANGEWINDOW", 101, rexx_ChangeWindow, "X/K/N,Y/K/N,W/K/N,H/K/N", 0},
     {"WINDOWTOFRONT", 102, rexx_WindowToFront, "", 0},
-    {"WINDOWTOBACK", 103, rexx_Accept, "", 0},
+    {"WINDOWTOBACK", 103, rexx_WindowToBack, "", 0},
     {"ACTIVATEWINDOW", 104, rexx_ActivateWindow, "", 0},
-    {"ZOOMWINDOW", 105, rexx_Accept, "", 0},
-    {"UNZOOMWINDOW", 106, rexx_Accept, "", 0},
+    {"ZOOMWINDOW", 105, rexx_ZoomWindow, "", 0},
+    {"UNZOOMWINDOW", 106, rexx_UnzoomWindow, "", 0},
     {"JUMPTOSCREEN", 107, rexx_JumpToScreen, "SCREEN/K", 0},
     {"QUITNOSAVE", 108, rexx_QuitNoSave, "", 0},
     {"QUIT", 109, rexx_Quit, "", 0},
     {"QUITALL", 110, rexx_QuitAll, "", 0},
-    {"PASTESTATUS", 111, rexx_Accept, "CE/K/N", 0},
+    {"PASTESTATUS", 111, rexx_PasteStatus, "CE/K/N", 0},
 });
 
 } // namespace

@@ -45,6 +45,10 @@ void rexx_MoveWindow(rexx::CommandCall& call);
 void rexx_SizeWindow(rexx::CommandCall& call);
 void rexx_ChangeWindow(rexx::CommandCall& call);
 void rexx_WindowToFront(rexx::CommandCall& call);
+void rexx_WindowToBack(rexx::CommandCall& call);
+void rexx_ZoomWindow(rexx::CommandCall& call);
+void rexx_UnzoomWindow(rexx::CommandCall& call);
+void rexx_PasteStatus(rexx::CommandCall& call);
 void rexx_ActivateWindow(rexx::CommandCall& call);
 void rexx_JumpToScreen(rexx::CommandCall& call);
 

@@ -2,6 +2,7 @@
 #include "automation/ARexxHandlers.h"
 #include "automation/Instances.h"
 #include "interface/MainLayout.h"
+#include "interface/MenuState.h"
 #include "interface/Windows.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
@@ -135,6 +136,34 @@ void rexx_ChangeWindow(rexx::CommandCall& call) {
 void rexx_WindowToFront(rexx::CommandCall&) {
     if (IsWindowOpen()) {
         MainWindow->ToFront();
+    }
+}
+
+void rexx_WindowToBack(rexx::CommandCall&) {
+    if (IsWindowOpen()) {
+        MainWindow->ToBack();
+    }
+}
+
+void rexx_ZoomWindow(rexx::CommandCall&) {
+    if (IsWindowOpen()) {
+        MainWindow->SetZoomed(true);
+    }
+}
+
+void rexx_UnzoomWindow(rexx::CommandCall&) {
+    if (IsWindowOpen()) {
+        MainWindow->SetZoomed(false);
+    }
+}
+
+// Another instance tells whether something has been cut or copied.
+void rexx_PasteStatus(rexx::CommandCall& call) {
+    const auto exists = CountOf(call, "CE");
+    if (IsWindowOpen() && exists) {
+        ClipExists = *exists != 0 ? 1 : 0;
+        SetMenuState();
+        SetToolbarState();
     }
 }
 

@@ -130,6 +130,15 @@ void Window::ToFront() {
     Host->raise();
 }
 
+void Window::ToBack() {
+    Host->lower();
+}
+
+void Window::SetZoomed(bool zoomed) {
+    if (zoomed != Host->isMaximized())
+        zoomed ? Host->showMaximized() : Host->showNormal();
+}
+
 void Window::Activate() {
     Host->activateWindow();
 }

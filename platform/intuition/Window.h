@@ -57,7 +57,9 @@ public:
 
     void SetTitle(std::string_view title); // data, one line
     void ToFront();
-    void Activate(); // asks for the keyboard; desktops may refuse
+    void ToBack();
+    void SetZoomed(bool zoomed); // as large as the desktop makes it, or as it was
+    void Activate();             // asks for the keyboard; desktops may refuse
     [[nodiscard]] bool IsActive() const;
     [[nodiscard]] Box Geometry() const; // position of the frame, size of its inside
     void SetGeometry(const Box& box);

@@ -123,6 +123,10 @@ TEST_F(ARexxWindow, SwitchesAndPlacesAsTheMenusDo) {
         EXPECT_NE(Prefs.*setting, before) << command;
     }
     ProgramPrefsFile.Clear();
+    for (const int exists : {1, 0}) {
+        EXPECT_THAT(Answer("PASTESTATUS CE=" + std::to_string(exists)), Pair(0, ""));
+        EXPECT_EQ(ClipExists, exists);
+    }
     EXPECT_THAT(Answer("12SCREENSIZE"), Pair(0, ""));
     const int half = MainWindow->Geometry().Width;
     EXPECT_THAT(Answer("34SCREENSIZE"), Pair(0, ""));
