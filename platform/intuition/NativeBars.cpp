@@ -8,6 +8,7 @@
 #include <cmath>
 #include <memory>
 #include <numeric>
+#include <utility>
 
 namespace intuition {
 
@@ -17,6 +18,7 @@ constexpr int MinimumBar = 5; // layout units that a pointer can hit
 constexpr int KeyStep = 16;   // of an arrow key, layout units
 constexpr int KeyWholeWay = 1 << 16;
 
+// As they lie: from the top down, and then from the left.
 QList<BarHandle*> UsableBars(const QWidget& window) {
     QList<BarHandle*> bars;
     for (QSplitterHandle* handle : window.findChildren<QSplitterHandle*>()) {
@@ -24,6 +26,11 @@ QList<BarHandle*> UsableBars(const QWidget& window) {
             bar != nullptr && bar->isVisible() && bar->isEnabled())
             bars.append(bar);
     }
+    const auto place = [&window](const BarHandle* bar) {
+        const QPoint corner = bar->mapTo(&window, QPoint());
+        return std::pair(corner.y(), corner.x());
+    };
+    std::ranges::sort(bars, {}, place);
     return bars;
 }
 

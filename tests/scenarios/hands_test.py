@@ -135,9 +135,9 @@ class Hands(Desktop):
     def edge(self, *keys):
         """The middle of the edge beside the Navigation pane, which shows itself when it has the keyboard."""
         top, bottom, left, right = self.difference(
-            lambda: self.keys("F8", "F8"), lambda: self.keys("Escape"),
+            lambda: self.keys("F8"), lambda: self.keys("Escape"),
             lambda top, bottom, left, right: bottom - top > 10 * (right - left))
-        self.keys("F8", "F8", *keys, "Escape")
+        self.keys("F8", *keys, "Escape")
         return (left + right) // 2, (top + bottom) // 2
 
     def test_the_tab_key_goes_through_the_window_row_by_row(self):

@@ -5,8 +5,11 @@
 #include "platform/intuition/Label.h"
 #include "tests/platform/intuition/Stage.h"
 
+#include <QDropEvent>
 #include <QImage>
+#include <QMimeData>
 #include <QTemporaryDir>
+#include <QUrl>
 #include <QWindow>
 
 #include <chrono>
@@ -235,6 +238,27 @@ TEST_F(WindowTest, TicksComeOnlyWhenAskedFor) {
     Stage.Frame.SetTicks(false);
     QTest::qWait(150);
     EXPECT_TRUE(EventsOf(Stage.Frame).empty());
+}
+
+TEST_F(WindowTest, WhatIsDroppedArrivesAsPathsInItsOrder) {
+    constexpr int files = 10000;
+    QMimeData data;
+    QList<QUrl> urls{QUrl::fromEncoded("https://example.org/remote"),
+                     QUrl::fromEncoded("file:///x/a%20b%FF")};
+    for (int file = 1; file < files; ++file)
+        urls.append(QUrl(QStringLiteral("file:///x/%1").arg(file)));
+    data.setUrls(urls);
+    const QPoint place(9, 9);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&Host(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&Host(), &drop);
+    const auto events = EventsOf(Stage.Frame);
+    ASSERT_EQ(events.size(), 1U);
+    ASSERT_EQ(events[0].Objects.size(), static_cast<std::size_t>(files)) << "without what is no file";
+    EXPECT_TRUE(events[0].Objects[0].ends_with("/a b\xFF"));
+    EXPECT_TRUE(events[0].Objects[files - 1].ends_with("/9999"));
 }
 
 TEST_F(WindowTest, PictureIsWrittenOrTheReasonIsTold) {
