@@ -67,7 +67,8 @@ int Complain(Context& context, std::string_view about) {
     if (error == dos::ErrorBreak) {
         Print(context, dos::Fault(error).append("\n"));
     } else {
-        ComplainWith(context, about, dos::Fault(error));
+        const bool isPathTooLong = error == dos::ErrorLineTooLong && !about.empty();
+        ComplainWith(context, about, isPathTooLong ? "path is too long" : dos::Fault(error));
     }
     dos::SetIoErr(error);
     return isEnd ? ReturnFail : ReturnError;

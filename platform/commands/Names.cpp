@@ -3,12 +3,15 @@
 #include "platform/commands/Runs.h"
 #include "platform/commands/Walk.h"
 #include "platform/dos/Changes.h"
+#include "platform/dos/CommandSearch.h"
 #include "platform/dos/DeviceProcs.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Files.h"
+#include "platform/dos/HostPaths.h"
 #include "platform/dos/Paths.h"
 
 #include <algorithm>
+#include <span>
 
 namespace commands {
 
@@ -37,15 +40,32 @@ int RenameOne(Context& context, const Found& object, const std::string& to, bool
     return ReturnOk;
 }
 
-// The drawers in which a command is looked for.
+// The drawers in which the Shell looks for a program.
 std::vector<dos::FileLock> CommandDrawers() {
-    std::vector<dos::FileLock> drawers{dos::Lock("")};
-    for (const std::string_view path : {"C:", "PROGDIR:Tools"}) {
+    std::vector<dos::FileLock> drawers;
+    for (const std::string& path : dos::ShellPath()) {
         bool isComplete = false; // a target that is missing holds no command
         for (dos::FileLock& lock : dos::LockAllTargets(path, &isComplete))
             drawers.push_back(std::move(lock));
     }
     return drawers;
+}
+
+// What the name may mean, in the order in which the Shell tries it.
+std::vector<std::string> PlacesOf(const std::string& name) {
+    if (name.find_first_of(":/") != std::string::npos)
+        return dos::Lock(name) && !IsDrawer(name) ? std::vector{name} : std::vector<std::string>();
+    std::vector<std::string> places;
+    if (const Command* own = FindCommand(name))
+        places.push_back("INTERNAL " + std::string(own->Name));
+    for (const dos::FileLock& drawer : CommandDrawers()) {
+        const auto path = dos::AddPart(dos::NameFromLock(drawer), name);
+        if (path && dos::Lock(*path) && !IsDrawer(*path))
+            places.push_back(*path);
+    }
+    if (const auto program = dos::FindHostProgram(name))
+        places.push_back(dos::FromHostPath(program->HostPath));
+    return places;
 }
 
 } // namespace
@@ -96,25 +116,11 @@ int RunMakeLink(Context& context, const dos::ArgResults& arguments) {
 
 int RunWhich(Context& context, const dos::ArgResults& arguments) {
     const std::string name = *arguments.Text("FILE");
-    const bool isPath = name.find_first_of(":/") != std::string::npos;
-    const bool isAll = arguments.Flag("ALL");
-    bool isFound = false;
-    for (const dos::FileLock& drawer :
-         isPath ? std::vector<dos::FileLock>{dos::Lock("")} : CommandDrawers()) {
-        const auto path = isPath ? std::optional(name) : dos::AddPart(dos::NameFromLock(drawer), name);
-        if (!path || !dos::Lock(*path) || IsDrawer(*path))
-            continue;
-        PrintLine(context, Shown(context, *path));
-        isFound = true;
-        if (!isAll)
-            return ReturnOk;
-    }
-    const Command* own = FindCommand(name);
-    if (own != nullptr && (isAll || !isFound)) {
-        PrintLine(context, "INTERNAL " + std::string(own->Name));
-        isFound = true;
-    }
-    if (isFound)
+    const std::vector<std::string> places = PlacesOf(name);
+    const std::size_t count = arguments.Flag("ALL") ? places.size() : std::min<std::size_t>(1, places.size());
+    for (const std::string& place : std::span(places).first(count))
+        PrintLine(context, Shown(context, place));
+    if (count > 0)
         return ReturnOk;
     PrintLine(context, Shown(context, name) + " not found");
     return ReturnWarn;
