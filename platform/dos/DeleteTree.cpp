@@ -5,6 +5,7 @@
 #include "platform/dos/HostWatch.h"
 #include "platform/dos/HostWriting.h"
 #include "platform/dos/Metadata.h"
+#include "platform/dos/MetadataWriting.h"
 #include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
 #include "platform/dos/SidecarFiles.h"
@@ -48,6 +49,16 @@ struct Problem {
     TreeEntry Entry;
     long Error;
 };
+
+// Of what has to be lent its owner's permission to read before the host tells an attribute.
+long ProtectionOfUnreadable(int drawer, const TreeEntry& entry) {
+    Spot spot;
+    StoredMetadata stored;
+    spot.Object = HostFd(Host().Openat(drawer, entry.Name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC, 0));
+    if (!spot.Object || !FactsOf(spot.Object.Get(), spot.Facts) || !ReadStored(spot, stored))
+        return ErrorFromErrno(errno, Operation::Delete);
+    return (stored.Bits & ProtectDelete) != 0 ? ErrorDeleteProtected : 0;
+}
 
 class TreeDeleter {
 public:
@@ -247,6 +258,8 @@ long TreeDeleter::ProtectionOf(const Node& node, int drawer, const TreeEntry& en
     std::array<char, 9> letters{};
     const long length =
         Host().Getxattr(drawer, entry.Name.c_str(), ProtectionAttribute, letters.data(), letters.size());
+    if (length < 0 && errno == EACCES)
+        return ProtectionOfUnreadable(drawer, entry);
     if (length < 0)
         return errno == ENODATA || errno == ENOTSUP || errno == ENOENT || errno == ERANGE
                    ? 0

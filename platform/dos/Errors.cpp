@@ -95,6 +95,7 @@ constexpr ErrnoRow ErrnoRows[] = {
     {ENOMEDIUM, ErrorNoDisk},
     {EMEDIUMTYPE, ErrorNotADosDisk},
     {EIO, ErrorNotADosDisk},
+    {EUCLEAN, ErrorDiskNotValidated}, // the file system must be checked first
     {ENODEV, ErrorDeviceNotMounted},
     {ENXIO, ErrorDeviceNotMounted},
     {ENOTCONN, ErrorDeviceNotMounted},

@@ -294,6 +294,31 @@ TEST_F(CopyTreeTest, DeletingRespectsProtectionAndFollowsNoLink) {
     EXPECT_TRUE(Tree.Exists("outside/file"));
 }
 
+// Whoever is not root meets this: the host tells no attribute of what its owner may not read.
+TEST_F(CopyTreeTest, WhatItsOwnerMayNotReadIsDeletedToo) {
+    for (const char* name : {"tree/unread", "tree/protected"}) {
+        Tree.Write(name, "x");
+        ::chmod(Tree.Path(name).c_str(), 0);
+    }
+    std::filesystem::create_directory(Tree.Path("tree/empty"));
+    ::chmod(Tree.Path("tree/empty").c_str(), 0);
+    ::setxattr(Tree.Path("tree/protected").c_str(), "user.amiga.protection", "----rwe-", 8, 0);
+    Calls().Getxattr = [](int drawer, const char* name, const char* attribute, void* buffer,
+                          std::size_t size) -> long {
+        struct stat about {};
+        if (::fstatat(drawer, name, &about, AT_SYMLINK_NOFOLLOW | AT_EMPTY_PATH) == 0 &&
+            (about.st_mode & S_IRUSR) == 0) {
+            errno = EACCES;
+            return -1;
+        }
+        return dos::RealHost().Getxattr(drawer, name, attribute, buffer, size);
+    };
+    EXPECT_FALSE(
+        dos::DeleteTree("Test:tree", dos::Protected::Respected, Answering(dos::TroubleAnswer::Skip)));
+    EXPECT_EQ(Troubles, (Errors{{"protected", 222}}));
+    EXPECT_FALSE(Tree.Exists("tree/unread") || Tree.Exists("tree/empty"));
+}
+
 TEST_F(CopyTreeTest, ACancelStopsBothThreadsAndLeavesWholeFiles) {
     for (int i = 0; i < 300; ++i)
         Tree.Write("from/" + std::to_string(i % 7) + "/" + std::to_string(i), std::string(5000, 'x'));

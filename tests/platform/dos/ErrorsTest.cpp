@@ -36,7 +36,7 @@ TEST(ErrorsTest, HostErrorsDependOnTheOperationWhereDosTellsThemApart) {
         {EPERM, Write, 223},  {EACCES, Read, 224},   {EACCES, Lookup, 224},
         {EINVAL, Seek, 219},  {EINVAL, Lookup, 210}, {ENOTEMPTY, Delete, 216},
         {EDQUOT, Write, 221}, {EROFS, Write, 214},   {EOPNOTSUPP, Write, 209},
-        {EXDEV, Rename, 215}, {99999, Read, 209},
+        {EXDEV, Rename, 215}, {EUCLEAN, Read, 213},  {99999, Read, 209},
     };
     for (const Row& row : rows)
         EXPECT_EQ(dos::ErrorFromErrno(row.Host, row.Operation), row.Code) << row.Host;
