@@ -14,8 +14,8 @@ PrefsArray ReadArray(const pugi::xml_node& node, int depth) {
     PrefsArray array;
     if (depth < DeepestArray) {
         for (const pugi::xml_node& element : node.children()) {
-            if (auto value = ReadValue(element, depth + 1)) {
-                array.push_back(*std::move(value));
+            if (element.type() == pugi::node_element) {
+                array.push_back(ReadValue(element, depth + 1).value_or(PrefsValue()));
             }
         }
     }
@@ -79,6 +79,8 @@ void WriteValue(pugi::xml_node& parent, const PrefsValue& value) {
         for (const PrefsValue& element : *array) {
             WriteValue(node, element);
         }
+    } else {
+        parent.append_child("data"); // of no kind that is read
     }
 }
 

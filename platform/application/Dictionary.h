@@ -22,7 +22,8 @@ struct PrefsValue;
 using PrefsArray = std::vector<PrefsValue>;
 
 struct PrefsValue {
-    std::variant<std::int64_t, bool, std::string, PrefsArray> Data;
+    // Nothing stands in an array for an element of an unknown kind, so that those after it keep their places.
+    std::variant<std::monostate, std::int64_t, bool, std::string, PrefsArray> Data;
 
     // The value in the wanted kind; a boolean and a number stand for each other. Nothing for another kind.
     [[nodiscard]] std::optional<std::int64_t> Number() const;
@@ -32,7 +33,8 @@ struct PrefsValue {
 
 class Dictionary {
 public:
-    // Reads a document. Nothing when it is no property list; a value of an unknown kind is left out.
+    // Reads a document. Nothing when it is no property list; a key with a value of an unknown kind is left
+    // out.
     [[nodiscard]] static std::optional<Dictionary> FromXml(std::string_view document);
     // Keys stand in the order in which they were set.
     [[nodiscard]] std::string ToXml() const;

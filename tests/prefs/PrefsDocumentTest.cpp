@@ -110,6 +110,8 @@ TEST_F(PrefsDocument, ListsLoadWithTheirRepairsAndSaveAgain) {
         {"StartupTabs", "<array><integer>13</integer>" + longPath + "</array>", ""},
         {"Bookmarks", "<array><string>x</string><integer>3</integer><string>DH0:</string></array>",
          "<array><integer>13</integer><string></string><string>DH0:</string></array>"},
+        {"Bookmarks", "<array><integer/><date>2001</date><string>DH0:</string></array>",
+         "<array><integer>13</integer><string></string><string>DH0:</string></array>"},
         {"Favorites", "<array><integer>4</integer><string>WORKBENCH</string><string>x</string></array>",
          "<array><integer>4</integer><string>WORKBENCH</string><string>Workbench</string></array>"},
         {"ToolbarList", "<integer>24</integer><string>x</string><integer>70000</integer><integer>0</integer>",
