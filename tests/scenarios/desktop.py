@@ -156,11 +156,11 @@ class Desktop(Scenario):
         self.wait_until(repeats, "a difference")
         return found[-1]
 
-    def keys_that_show(self, *names):
-        """Presses keys whose effect is seen before anything else is typed."""
-        before = self.shot()
-        self.keys(*names)
-        self.wait_until(lambda: self.shot().rows != before.rows, "something on the screen")
+    def changes(self, top, bottom, deed, *arguments):
+        """Does something that shows between two lines, and waits for that: what is typed next must find it there."""
+        before = self.shot().part(top, bottom)
+        deed(*arguments)
+        self.wait_until(lambda: self.shot().part(top, bottom) != before, "a change between %d and %d" % (top, bottom))
 
     def popup(self):
         """Left, top, width and height of the one menu that is open."""
