@@ -87,9 +87,10 @@ bool MakeDesktopIcon(const Row& row, const Places& places, int size) {
 
 // The icon types that default icons need, by the kind's word in the list.
 quint32 IconType(const QString& kind) {
-    static const QStringList kinds{QStringLiteral("disk"), QStringLiteral("drawer"), QStringLiteral("tool"),
-                                   QStringLiteral("project"), QStringLiteral("trashcan"),
-                                   QStringLiteral("device"), QStringLiteral("kick")};
+    static const QStringList kinds{QStringLiteral("disk"),     QStringLiteral("drawer"),
+                                   QStringLiteral("tool"),     QStringLiteral("project"),
+                                   QStringLiteral("trashcan"), QStringLiteral("device"),
+                                   QStringLiteral("kick")};
     return static_cast<quint32>(kinds.indexOf(kind) + 1);
 }
 
