@@ -7,9 +7,8 @@
 namespace datatypes {
 
 HostPlace PlaceOf(std::string hostPath) {
-    const dos::MountRows rows = dos::Mounts();
-    const dos::MountRow* row = dos::MountOf(*rows, hostPath);
-    return {std::move(hostPath), row != nullptr && row->Slow ? row->Point : std::string()};
+    std::string slowMount = dos::SlowMountOf(*dos::Mounts(), hostPath);
+    return {std::move(hostPath), std::move(slowMount)};
 }
 
 // A soft link on a disk that answers can lead to one that does not, so dos follows it.

@@ -5,6 +5,9 @@
 #include "platform/dos/Examine.h"
 #include "platform/dos/HostFd.h"
 #include "platform/dos/HostPaths.h"
+#include "platform/dos/Limits.h"
+#include "platform/dos/LinkText.h"
+#include "platform/dos/MountInfo.h"
 #include "platform/dos/Paths.h"
 #include "platform/utility/Text.h"
 
@@ -21,18 +24,32 @@ namespace {
 constexpr std::string_view UsualHostPath = "/usr/local/bin:/usr/bin:/bin";
 constexpr unsigned AnyExecute = 0111;
 
-// 0 for a program that can be run.
-long Judge(const std::string& hostPath) {
-    struct statx raw {};
-    if (Host().Statx(AT_FDCWD, hostPath.c_str(), AT_STATX_DONT_SYNC, STATX_TYPE | STATX_MODE, &raw) != 0)
-        return ErrorFromErrno(errno, Operation::Lookup);
-    if (!IsFileMode(raw.stx_mode))
-        return ErrorObjectWrongType;
-    return (raw.stx_mode & AnyExecute) != 0 ? 0 : ErrorNotExecutable;
-}
-
 std::string HostParent(const std::string& hostPath) {
     return hostPath.substr(0, hostPath.rfind('/'));
+}
+
+struct Judgement {
+    long Error = ErrorNoDisk;    // 0 for a program that can be run
+    bool IsAbsoluteLink = false; // the entry itself
+};
+
+Judgement JudgeNow(const std::string& hostPath) {
+    struct statx raw {};
+    if (Host().Statx(AT_FDCWD, hostPath.c_str(), AT_STATX_DONT_SYNC, STATX_TYPE | STATX_MODE, &raw) != 0)
+        return {ErrorFromErrno(errno, Operation::Lookup)};
+    if (!IsFileMode(raw.stx_mode))
+        return {ErrorObjectWrongType};
+    if ((raw.stx_mode & AnyExecute) == 0)
+        return {ErrorNotExecutable};
+    return {0, ReadLinkText(AT_FDCWD, hostPath.c_str()).starts_with('/')};
+}
+
+// Any drawer of the path can lie on a disk that does not answer, and links lead there from others. One that
+// did not answer is not waited for again.
+Judgement Judge(const std::string& hostPath) {
+    const std::string slowMount = SlowMountOf(*Mounts(), CleanHostPath(hostPath));
+    return AskWithLimit<Judgement>(slowMount.empty() ? HostParent(hostPath) : slowMount,
+                                   [hostPath](Progress&) { return JudgeNow(hostPath); });
 }
 
 std::string HostName(std::string_view hostPath) {
@@ -56,9 +73,8 @@ std::vector<std::string> OurDrawers() {
     return drawers;
 }
 
-bool IsOurs(const std::string& hostPath) {
-    if (ReadLinkText(AT_FDCWD, hostPath.c_str()).starts_with('/'))
-        return false;
+// Not what an absolute link leads to.
+bool LiesInOurDrawers(const std::string& hostPath) {
     const std::vector<std::string> drawers = OurDrawers();
     return std::find(drawers.begin(), drawers.end(), HostParent(hostPath)) != drawers.end();
 }
@@ -67,11 +83,13 @@ bool IsOurs(const std::string& hostPath) {
 class Search {
 public:
     bool Take(const std::string& hostPath) {
-        const long error = Judge(hostPath);
-        if (error == 0)
+        const auto [error, isAbsoluteLink] = Judge(hostPath);
+        if (error == 0) {
             Found = FoundProgram{hostPath, HostName(hostPath)};
-        else if (error != ErrorObjectNotFound && Reason == ErrorObjectNotFound)
+            IsAbsoluteLink = isAbsoluteLink;
+        } else if (error != ErrorObjectNotFound && Reason == ErrorObjectNotFound) {
             Reason = error;
+        }
         return error == 0;
     }
     bool TakeFrom(const FileLock& drawer, std::string_view name);
@@ -80,12 +98,18 @@ public:
             SetIoErr(Reason);
         return std::move(Found);
     }
-    [[nodiscard]] bool HasFound() const { return Found.has_value(); }
+    // For a search where programs of ours lie.
+    std::optional<FoundProgram> FinishOurs() {
+        if (Found)
+            Found->IsOurs = !IsAbsoluteLink && LiesInOurDrawers(Found->HostPath);
+        return Finish();
+    }
 
 private:
     bool TakeShown(const std::string& drawer, std::string_view name);
 
     std::optional<FoundProgram> Found;
+    bool IsAbsoluteLink = false;
     long Reason = ErrorObjectNotFound;
 };
 
@@ -111,7 +135,7 @@ bool Search::TakeFrom(const FileLock& drawer, std::string_view name) {
 std::optional<FoundProgram> FindByPath(std::string_view word) {
     Search search;
     const std::string asHostPath(word);
-    if (word.starts_with('/') && Judge(asHostPath) != ErrorObjectNotFound)
+    if (word.starts_with('/') && Judge(asHostPath).Error != ErrorObjectNotFound)
         static_cast<void>(search.Take(asHostPath));
     else if (const FileLock lock = Lock(word); lock) {
         if (const std::optional<std::string> hostPath = HostPath(word))
@@ -119,10 +143,7 @@ std::optional<FoundProgram> FindByPath(std::string_view word) {
     } else {
         return std::nullopt;
     }
-    std::optional<FoundProgram> found = search.Finish();
-    if (found)
-        found->IsOurs = IsOurs(found->HostPath);
-    return found;
+    return search.FinishOurs();
 }
 
 void SearchHostPath(Search& search, const std::string& name) {
@@ -160,11 +181,8 @@ std::optional<FoundProgram> FindProgram(std::string_view word) {
     for (const std::string& path : ShellPath()) {
         bool isComplete = false;
         for (const FileLock& drawer : LockAllTargets(path, &isComplete)) {
-            if (!search.TakeFrom(drawer, word))
-                continue;
-            std::optional<FoundProgram> found = search.Finish();
-            found->IsOurs = IsOurs(found->HostPath);
-            return found;
+            if (search.TakeFrom(drawer, word))
+                return search.FinishOurs();
         }
     }
     SearchHostPath(search, std::string(word));

@@ -18,7 +18,7 @@ struct FoundProgram {
 // are looked for in C:, PROGDIR:Tools and the Shell's path without regard to case, and then on the host's
 // path. Programs in those drawers and in PROGDIR: are ours, unless they are soft links to an absolute host
 // path. What is not executable is passed over. Nothing with IoErr: 205, 305 when all that was found is not
-// executable, 212 for a drawer.
+// executable, 212 for a drawer, 226 when a disk on the way does not answer.
 [[nodiscard]] std::optional<FoundProgram> FindProgram(std::string_view word);
 
 // The same on the host's path alone, or for an absolute host path.

@@ -39,9 +39,7 @@ std::optional<std::string> PathOfUrl(std::string_view text) {
 }
 
 bool IsOnSlowMount(std::string_view hostPath) {
-    const MountRows rows = Mounts();
-    const MountRow* row = MountOf(*rows, hostPath);
-    return row && row->Slow;
+    return !SlowMountOf(*Mounts(), hostPath).empty();
 }
 
 bool IsThere(const std::string& hostPath) {

@@ -198,6 +198,11 @@ const MountRow* MountOf(const std::vector<MountRow>& rows, std::string_view host
     return best;
 }
 
+std::string SlowMountOf(const std::vector<MountRow>& rows, std::string_view hostPath) {
+    const MountRow* row = MountOf(rows, hostPath);
+    return row && row->Slow ? row->Point : std::string();
+}
+
 bool HasVanished(int descriptor, const std::vector<MountRow>& rows) {
     const auto mount = MountOf(descriptor, "");
     if (rows.empty() || !mount || mount == MountOf(AT_FDCWD, "/"))

@@ -44,6 +44,8 @@ public:
 void ForgetMounts();
 // The mount in which a host path lies; null when the list knows none.
 [[nodiscard]] const MountRow* MountOf(const std::vector<MountRow>& rows, std::string_view hostPath);
+// Its mount point when that may never answer; empty for a disk that does.
+[[nodiscard]] std::string SlowMountOf(const std::vector<MountRow>& rows, std::string_view hostPath);
 
 // Is path the root or something below it?
 [[nodiscard]] bool LiesUnder(std::string_view hostPath, std::string_view root) noexcept;

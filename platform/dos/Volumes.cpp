@@ -78,11 +78,6 @@ std::string RealDrawer(const std::string& hostPath, const std::string& slowMount
                                      [ask](Progress&) { return ask(); });
 }
 
-std::string SlowMountOf(const std::vector<MountRow>& rows, std::string_view hostPath) {
-    const MountRow* row = MountOf(rows, hostPath);
-    return row && row->Slow ? row->Point : std::string();
-}
-
 VolumeRef HostRootVolume() {
     static const auto volume =
         std::make_shared<const Volume>(Volume{{.Device = "DH2", .Volume = "Host", .HostRoot = "/"}, "/", {}});

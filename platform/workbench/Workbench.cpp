@@ -3,6 +3,7 @@
 #include "platform/dos/CommandSearch.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
+#include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Locks.h"
 #include "platform/dos/Paths.h"
@@ -15,14 +16,20 @@
 #include <QMimeDatabase>
 #include <QString>
 
+#include <cstddef>
 #include <mutex>
 #include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
 namespace workbench {
 
 namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr std::size_t HeadSize = 16'384; // bytes looked at, as the host's own sniffing does
 
 struct ModuleState {
     std::mutex Guard;
@@ -130,6 +137,21 @@ bool OpenWithTool(const std::string& tool, const std::string& path, const dos::F
     return MayStart(toolPath) && StartLine(dos::QuoteArgument(toolPath) + " " + dos::QuoteArgument(path));
 }
 
+// By the name and the first bytes. They are read through dos, which waits for no disk that does not answer;
+// of what cannot be read the name alone tells.
+QMimeType TypeOf(const std::string& path, const std::string& hostPath) {
+    const QMimeDatabase database;
+    const QString name = QString::fromLocal8Bit(hostPath.substr(hostPath.rfind('/') + 1).c_str());
+    QByteArray head(HeadSize, '\0');
+    dos::FileHandle file = dos::OpenOld(path);
+    const std::int64_t size =
+        file ? dos::Read(file, std::as_writable_bytes(std::span(head.data(), HeadSize))) : -1;
+    if (size >= 0)
+        return database.mimeTypeForFileNameAndData(name, head.left(size));
+    const QList<QMimeType> types = database.mimeTypesForFileName(name);
+    return types.isEmpty() ? database.mimeTypeForName(u"application/octet-stream"_s) : types.constFirst();
+}
+
 bool OpenWithHost(const QMimeType& type, const std::string& hostPath) {
     const std::optional<DesktopEntry> entry = DefaultApplication(NamesOf(type));
     return entry ? dos::StartHostProgram(CommandFor(*entry, hostPath)) : Refuse(dos::ErrorObjectNotFound);
@@ -145,7 +167,7 @@ bool OpenFile(const std::string& path, const dos::FileLock& drawer) {
     if (object && !isTool && !object->DefaultTool.empty() &&
         (OpenWithTool(object->DefaultTool, path, drawer) || dos::IoErr() == dos::ErrorBreak))
         return dos::IoErr() != dos::ErrorBreak;
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(QString::fromLocal8Bit(hostPath->c_str()));
+    const QMimeType type = TypeOf(path, *hostPath);
     if (dos::FindProgram(path) && (isTool || IsProgram(type)))
         return StartProgram(path, drawer);
     return OpenWithHost(type, *hostPath);

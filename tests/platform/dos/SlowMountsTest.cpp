@@ -1,4 +1,5 @@
 #include "platform/dos/Changes.h"
+#include "platform/dos/CommandSearch.h"
 #include "platform/dos/CopyTree.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
@@ -6,6 +7,7 @@
 #include "platform/dos/Relay.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/dos/HostFaults.h"
+#include "tests/platform/utility/ScopedVariable.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -13,6 +15,7 @@
 #include <future>
 #include <mutex>
 #include <stdexcept>
+#include <sys/stat.h>
 
 namespace {
 
@@ -152,6 +155,39 @@ TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
     const std::string steps(static_cast<std::size_t>(std::ranges::count(Tree.Root(), '/')), '/');
     EXPECT_TRUE(dos::MakeLink(link, steps + "proc/version")) << dos::IoErr();
     EXPECT_EQ(Find(link), "Host:proc/version");
+}
+
+std::string DeadEntries; // host path, as it is said, under which nothing answers when it is looked at
+
+// A program is looked for on the host's path behind drawers and links that do not answer, and these are not
+// waited for again.
+TEST_F(SlowMountsTest, ProgramsAreFoundBehindDeadDrawersOfThePath) {
+    for (const char* name : {"dead/tool", "dead/other", "here/tool"}) {
+        Tree.Write(name, "");
+        ASSERT_EQ(::chmod(Tree.Path(name).c_str(), 0755), 0);
+    }
+    Tree.Link("link", DeadRoot);
+    const std::string here = Tree.Path("here");
+    for (const std::string& dead : {DeadRoot, Tree.Path("link")}) {
+        TheDoor = std::make_shared<Door>();
+        DeadEntries = dead + "/";
+        dos::Host().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* about) {
+            if (std::string_view(name).starts_with(DeadEntries))
+                std::shared_ptr(TheDoor)->Pass();
+            return dos::RealHost().Statx(drawer, name, flags, mask, about);
+        };
+        const ScopedVariable path("PATH", dead + ":" + here);
+        const auto found = dos::FindHostProgram("tool");
+        EXPECT_EQ(found ? found->HostPath : "none", here + "/tool");
+        for (const std::string& word : {DeadEntries + "other", std::string("other")}) {
+            EXPECT_FALSE(dos::FindProgram(word)) << word;
+            EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk) << word;
+        }
+        TheDoor->Open();
+        while (!dos::RunWithLimit(dead, [](dos::Progress&) {})) {
+        }
+        EXPECT_TRUE(dos::FindProgram("other"));
+    }
 }
 
 const char* HangingName = "";
