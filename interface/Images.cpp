@@ -26,8 +26,10 @@ constexpr std::array<std::string_view, DeviceImageCount> DeviceNames = {
     "pcfloppy", "macfloppy", "cloud",  "cloud", "cloud",  "cloud", "dvd",
     "bluray",   "network",   "usb",    "ftp",   "floppy", "cd",    "unknown"};
 
+constexpr int PlainToolSide = 16, LargeToolSide = 24; // the large ones stand in a drawer of their own
+
 std::string ListPath(std::string_view name) {
-    return "PROGDIR:Images/TBImages/list_" + std::string(name) + ".png";
+    return ToolImagePath("list_" + std::string(name), PlainToolSide);
 }
 
 std::string TilePath(std::string_view name, int size) {
@@ -69,6 +71,22 @@ void DisposeBitMapImages() {
     Release(ImgObjects.Lists);
     std::ranges::for_each(ImgObjects.Tiles, [](auto& sizes) { Release(sizes); });
     Release(ImgObjects.Devices);
+}
+
+int ToolImageSide(std::int32_t setting) {
+    return setting == 0 ? PlainToolSide : LargeToolSide;
+}
+
+std::string ToolImagePath(std::string_view name, int side, ToolImageForm form) {
+    if (name.empty()) {
+        return {};
+    }
+    constexpr std::string_view endings[] = {".png", "_s.png", "_g.png"}; // by form
+    const std::string_view drawer = side == PlainToolSide ? "" : "24/";
+    return std::string("PROGDIR:Images/TBImages/")
+        .append(drawer)
+        .append(name)
+        .append(endings[static_cast<std::size_t>(form)]);
 }
 
 std::string ListImagePath(ListImage image) {

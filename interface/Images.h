@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace solvane {
 
@@ -61,6 +62,14 @@ extern ImageObjects ImgObjects;
 [[nodiscard]] bool LoadBitMapImages();
 // Gives the uses back; copies live on.
 void DisposeBitMapImages();
+
+// The side of the pictures of menus and of the toolbar, in layout units, by the setting of either.
+[[nodiscard]] int ToolImageSide(std::int32_t setting);
+
+enum class ToolImageForm : std::uint8_t { Plain, Selected, Ghosted };
+// Where a picture of buttons and menu items lies; empty for one without a name.
+[[nodiscard]] std::string ToolImagePath(std::string_view name, int side,
+                                        ToolImageForm form = ToolImageForm::Plain);
 
 // Where they lie, for those that are looked up only when a row is shown.
 [[nodiscard]] std::string ListImagePath(ListImage image);

@@ -1,5 +1,6 @@
 #include "interface/MenuTable.h"
 
+#include "interface/Images.h"
 #include "model/Prefs.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -281,14 +282,6 @@ std::string KeyText(const ShownKey& key) {
     return {};
 }
 
-std::string ImageFile(std::string_view name) {
-    if (name.empty()) {
-        return {};
-    }
-    const std::string_view drawer = MenuImageSide() == 24 ? "24/" : "";
-    return std::string("PROGDIR:Images/TBImages/").append(drawer).append(name) + ".png";
-}
-
 MenuItem ItemOf(const StripRow& row) {
     if (row.Id == MenuNone) {
         return {};
@@ -296,7 +289,8 @@ MenuItem ItemOf(const StripRow& row) {
     return {.Id = row.Id,
             .Label = std::string(SAK_LocaleString(row.Text)),
             .Key = KeyText(row.Shown),
-            .Image = ImageFile(row.Image),
+            .Image = ToolImagePath(row.Image, MenuImageSide()),
+            .Ghosted = ToolImagePath(row.Image, MenuImageSide(), ToolImageForm::Ghosted),
             .Mark = row.Mark,
             .IsHead = row.Depth == 0 || std::ranges::find(HeadsOfLists, row.Id) != std::end(HeadsOfLists)};
 }
@@ -364,7 +358,7 @@ std::vector<MenuItem> TypeItems() {
 }
 
 int MenuImageSide() {
-    return Prefs.MenuImageSize == 0 ? 16 : 24;
+    return ToolImageSide(Prefs.MenuImageSize);
 }
 
 } // namespace solvane

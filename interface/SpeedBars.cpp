@@ -23,7 +23,6 @@ using intuition::SpeedBar;
 using intuition::SpeedButton;
 
 constexpr std::size_t MostButtons = 500; // of a bar
-constexpr std::string_view Pictures = "PROGDIR:Images/TBImages/";
 
 struct ButtonLook {
     MessageNumber Hint;
@@ -75,13 +74,15 @@ constexpr std::array Kinds = { // from the top
     BarKind{GadgetUserButtonsLeft, GadgetUserButtons, GadgetUserButtonsRight, MSG_MENU_USER_BUTTONS,
             &PrefsRecord::UserButtonsBar, &MainObjects::UserButtons, UpdateSpeedBar_UserButtons}};
 
-// The plain form lies under the name of the picture, the others beside it.
+intuition::ImageId Picture(std::string_view name, int side, ToolImageForm form) {
+    return intuition::ObtainImage(ToolImagePath(name, side, form));
+}
+
 SpeedButton WithPictures(SpeedButton button, std::string_view name) {
-    const std::string drawer = Prefs.ToolbarImageSize == 0 ? "" : "24/";
-    const std::string path = std::string(Pictures).append(drawer).append(name);
-    button.Image = intuition::ObtainImage(path + ".png");
-    button.Selected = intuition::ObtainImage(path + "_s.png");
-    button.Ghosted = intuition::ObtainImage(path + "_g.png");
+    const int side = ToolImageSide(Prefs.ToolbarImageSize);
+    button.Image = Picture(name, side, ToolImageForm::Plain);
+    button.Selected = Picture(name, side, ToolImageForm::Selected);
+    button.Ghosted = Picture(name, side, ToolImageForm::Ghosted);
     return button;
 }
 
@@ -140,7 +141,7 @@ intuition::ImageWish WishForPicture(std::string_view path) {
     if (!path.empty()) {
         wish.Steps.push_back({.Path = std::string(path)});
     }
-    wish.Width = wish.Height = Prefs.ToolbarImageSize == 0 ? 16 : 24;
+    wish.Width = wish.Height = ToolImageSide(Prefs.ToolbarImageSize);
     return wish;
 }
 
@@ -164,9 +165,9 @@ void FillBar(SpeedBar& bar, const List& list, Make make) {
 
 std::unique_ptr<intuition::Button> CreatePictureButton(std::uint16_t id, std::string_view picture,
                                                        std::string_view hint) {
-    const std::string path = std::string(Pictures).append(picture);
-    auto button = std::make_unique<intuition::Button>(id, intuition::ObtainImage(path + ".png"), hint);
-    button->SetGhostedImage(intuition::ObtainImage(path + "_g.png"));
+    const int side = ToolImageSide(0);
+    auto button = std::make_unique<intuition::Button>(id, Picture(picture, side, ToolImageForm::Plain), hint);
+    button->SetGhostedImage(Picture(picture, side, ToolImageForm::Ghosted));
     return button;
 }
 

@@ -228,7 +228,7 @@ void DisplayBeep() {
 
 bool PostFrom(const QWidget& origin, EventClass eventClass, std::uint16_t id, std::uint16_t code) {
     auto* window = dynamic_cast<NativeWindow*>(origin.window());
-    return window != nullptr && window->Post({eventClass, id, code});
+    return window != nullptr && window->Post({eventClass, id, code, CurrentQualifier()});
 }
 
 void PostMenuVerify(const QWidget& origin, std::uint16_t id, const QPoint& place) {
@@ -236,7 +236,7 @@ void PostMenuVerify(const QWidget& origin, std::uint16_t id, const QPoint& place
     if (window == nullptr)
         return;
     const QPoint inside = origin.mapTo(window, place);
-    WindowEvent event{.Class = EventClass::MenuVerify, .Id = id};
+    WindowEvent event{.Class = EventClass::MenuVerify, .Id = id, .Qualifier = CurrentQualifier()};
     event.Left = inside.x();
     event.Top = inside.y();
     window->Post(std::move(event));

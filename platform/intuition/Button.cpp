@@ -59,10 +59,7 @@ void Button::SetGhostedImage(ImageId image) {
 void Button::ShowImages() {
     auto& button = WidgetOf<QAbstractButton>(*this);
     const QPixmap picture = PixmapOf(Image.Get());
-    QIcon icon(picture);
-    if (const QPixmap ghosted = PixmapOf(Ghosted.Get()); !ghosted.isNull())
-        icon.addPixmap(ghosted, QIcon::Disabled);
-    button.setIcon(icon);
+    button.setIcon(IconOf(Image.Get(), Ghosted.Get()));
     if (!picture.isNull())
         button.setIconSize(picture.deviceIndependentSize().toSize());
     if (auto* flat = qobject_cast<QToolButton*>(&button); flat != nullptr && flat->text().isEmpty())

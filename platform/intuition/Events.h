@@ -15,7 +15,7 @@ enum class EventClass : std::uint16_t {
     MenuPick = 6, // Code: the item
     MenuVerify =
         7,       // a context menu is wanted. Id: the gadget under the pointer or with the keyboard; 0: none
-    RawKey = 11, // Code: the key; sent when it goes down and when it repeats
+    RawKey = 11, // Code: the key; sent when it goes down, and when it repeats unless it is a command
     ChangeWindow = 13,
     IntuiTicks = 14,   // ten a second while SetTicks is on
     MouseButtons = 16, // Code: middle, fourth and fifth button and the wheel with Control held
@@ -27,7 +27,7 @@ struct WindowEvent {
     EventClass Class;
     std::uint16_t Id = 0;
     std::uint16_t Code = 0;
-    std::uint16_t Qualifier = 0; // keys held at the moment of the event
+    std::uint16_t Qualifier = 0; // of user input: keys held at the moment
     std::string Text = {};       // RawKey: what the key types, UTF-8; empty for keys that type nothing
     std::vector<std::string> Objects = {}; // AppMessage: paths, volume paths where there is a volume
     int Left = 0, Top = 0;                 // MenuVerify: where in the window

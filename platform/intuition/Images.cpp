@@ -138,6 +138,13 @@ QPixmap PixmapOf(ImageId image) {
     return *cached.Picture;
 }
 
+QIcon IconOf(ImageId image, ImageId ghosted) {
+    QIcon icon(PixmapOf(image));
+    if (const QPixmap picture = PixmapOf(ghosted); !picture.isNull())
+        icon.addPixmap(picture, QIcon::Disabled);
+    return icon;
+}
+
 void ForgetImages() {
     ForgetWishedImages();
     Cache = {};

@@ -76,8 +76,9 @@ void ListView::PressForMenu(const QPoint& place) {
 
 // About the selection, or about the place when there is none.
 void ListView::AskForMenuByKey() {
-    const std::size_t row = Current();
-    RowOfMenu = Chosen.Count() == 0 ? NoRow : row;
+    const std::vector<std::size_t> selected = Chosen.Rows();
+    const std::size_t row = selected.empty() || Chosen.Has(Current()) ? Current() : selected.front();
+    RowOfMenu = selected.empty() ? NoRow : row;
     if (RowOfMenu == NoRow) {
         PostMenuVerify(*this, Id, viewport()->mapTo(this, QPoint(0, 0)));
         return;

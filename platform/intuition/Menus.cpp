@@ -107,21 +107,10 @@ QString MarkedKey(const KeyedText& keyed) {
     return marked;
 }
 
-std::string GhostedForm(const std::string& image) {
-    const std::size_t dot = image.rfind('.');
-    return dot == std::string::npos ? std::string() : image.substr(0, dot) + "_g" + image.substr(dot);
-}
-
-QPixmap ReadOnce(const std::string& file) {
-    const HeldImage image(ObtainImage(file));
-    return PixmapOf(image.Get());
-}
-
-QIcon IconOf(const std::string& image) {
-    QIcon icon(ReadOnce(image));
-    if (const QPixmap ghosted = ReadOnce(GhostedForm(image)); !ghosted.isNull())
-        icon.addPixmap(ghosted, QIcon::Disabled);
-    return icon;
+// The toolkit keeps the pictures, so that they are read once.
+QIcon IconOf(const MenuItem& item) {
+    const HeldImage image(ObtainImage(item.Image)), ghosted(ObtainImage(item.Ghosted));
+    return IconOf(image.Get(), ghosted.Get());
 }
 
 struct Node;
@@ -149,7 +138,7 @@ struct Node {
 void ShowPictures(const Level& level) {
     for (const auto& node : level.Items) {
         if (!node->Facts.Image.empty() && node->Action()->icon().isNull())
-            node->Action()->setIcon(IconOf(node->Facts.Image));
+            node->Action()->setIcon(IconOf(node->Facts));
     }
 }
 
@@ -276,6 +265,8 @@ void Menu::Native::Append(Level& level, const MenuItem& item) {
         node.Plain->setCheckable(item.Mark != MenuMark::None);
         if (item.Mark == MenuMark::Choice)
             AddToGroup(level, node);
+        node.Checked = item.Checked.value_or(false);
+        node.Plain->setChecked(node.Checked);
         QObject::connect(node.Plain.get(), &QAction::triggered, [this, &node] { Pick(node); });
     }
     level.Shown->addAction(node.Action());
@@ -314,8 +305,12 @@ void Menu::SetItems(std::uint16_t head, const std::vector<MenuItem>& items) {
     node->Below.Items.clear();
     node->Below.Groups.clear();
     Host->Fill(node->Below, items);
-    for (const MenuAttrs& state : states)
+    for (MenuAttrs& state : states) {
+        const Node* same = Host->Find(state.Id);
+        if (same != nullptr && same->Facts.Checked)
+            state.Checked.reset();
         SetAttrs(state);
+    }
 }
 
 void Menu::SetAttrs(const MenuAttrs& attrs) {

@@ -29,9 +29,11 @@ enum class MenuText : std::uint8_t { Own, Name };
 struct MenuItem {
     std::uint16_t Id = 0; // 0 is a line between items
     std::string Label = {};
-    std::string Key = {};   // told at the right; the program serves the key itself
-    std::string Image = {}; // file; empty: none. Beside it "name_g" is the ghosted form
+    std::string Key = {};     // told at the right; the program serves the key itself
+    std::string Image = {};   // file; empty: none
+    std::string Ghosted = {}; // of the image where the item cannot be picked; empty or missing: greyed
     MenuMark Mark = MenuMark::None;
+    std::optional<bool> Checked = {}; // nothing: as an item of that number was before
     MenuText Text = MenuText::Own;
     bool IsHead = false;              // opens a menu of its own, also without items
     std::vector<MenuItem> Items = {}; // of a head
@@ -58,7 +60,8 @@ public:
     Menu(const Menu&) = delete;
     Menu& operator=(const Menu&) = delete;
 
-    // Replaces all items of a head; those that were there before keep their state.
+    // Replaces all items of a head; those that were there before keep their state, apart from marks
+    // that the new ones bring.
     void SetItems(std::uint16_t head, const std::vector<MenuItem>& items);
 
     // Items of one number look alike; nothing where there is none.

@@ -6,6 +6,7 @@
 #include "platform/intuition/Gadget.h"
 #include "platform/intuition/Images.h"
 
+#include <QIcon>
 #include <QPixmap>
 #include <QRect>
 #include <QString>
@@ -58,6 +59,8 @@ enum class Lines { One, Many };
 
 // Nothing for None and for files that cannot be shown.
 [[nodiscard]] QPixmap PixmapOf(ImageId image);
+// A picture with the form that it has where it cannot be picked; without one the toolkit greys it.
+[[nodiscard]] QIcon IconOf(ImageId image, ImageId ghosted);
 // A picture that was made by the toolkit; one use, for ReleaseImage.
 [[nodiscard]] ImageId KeepPicture(QPixmap picture);
 // Takes the program's icons off the desktop; icons that are left show nothing from now on.

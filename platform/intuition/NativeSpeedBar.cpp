@@ -8,6 +8,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace intuition {
 
@@ -63,12 +64,9 @@ private:
 
 void Dress(SpeedRowButton& button, const SpeedButton& look, const QFontMetrics& font) {
     const QPixmap picture = PixmapOf(look.Image);
-    QIcon icon(picture);
-    if (const QPixmap ghosted = PixmapOf(look.Ghosted); !ghosted.isNull())
-        icon.addPixmap(ghosted, QIcon::Disabled);
     if (const QPixmap selected = PixmapOf(look.Selected); !selected.isNull())
         button.SelectedIcon = QIcon(selected);
-    button.setIcon(icon);
+    button.setIcon(IconOf(look.Image, look.Ghosted));
     if (!picture.isNull())
         button.setIconSize(picture.deviceIndependentSize().toSize());
     const QString text =
@@ -116,8 +114,22 @@ void SpeedRow::SetButtons(const std::vector<SpeedButton>& buttons) {
 
 void SpeedRow::SetButtonLook(int at, const SpeedButton& look) {
     Dress(static_cast<SpeedRowButton&>(*Items[static_cast<std::size_t>(at)].Widget), look, fontMetrics());
-    updateGeometry();
-    Arrange();
+    ArrangeLater();
+}
+
+// Once for all looks that change before the toolkit is back at its events: each arranging asks every button
+// for its size.
+void SpeedRow::ArrangeLater() {
+    if (std::exchange(WillArrange, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            WillArrange = false;
+            updateGeometry();
+            Arrange();
+        },
+        Qt::QueuedConnection);
 }
 
 void SpeedRow::SetButtonDisabled(std::uint16_t code, bool disabled) {

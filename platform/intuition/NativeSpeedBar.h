@@ -17,7 +17,7 @@ public:
     explicit SpeedRow(std::uint16_t id);
 
     void SetButtons(const std::vector<SpeedButton>& buttons);
-    // Image and text alone; name, hint and state stay.
+    // Image and text alone; name, hint and state stay. The places of the buttons follow a moment later.
     void SetButtonLook(int at, const SpeedButton& look);
     void SetButtonDisabled(std::uint16_t code, bool disabled);
     [[nodiscard]] bool IsButtonDisabled(std::uint16_t code) const;
@@ -51,6 +51,7 @@ private:
     [[nodiscard]] int WidthOf(int at) const;
     [[nodiscard]] int LastTop() const;
     void Arrange();
+    void ArrangeLater();
     void ChooseTabStop();
     [[nodiscard]] bool CanHaveFocus(int at) const;
 
@@ -58,6 +59,7 @@ private:
     std::vector<Item> Items;
     int First = 0, Shown = 0;
     int WheelRest = 0; // eighths of a degree that make no step yet
+    bool WillArrange = false;
     QPointer<QWidget> Left, Right, TabStop;
 };
 

@@ -177,8 +177,6 @@ bool NativeWindow::Post(WindowEvent event) {
         return true;
     if (Queue.size() >= MaximumQueued)
         return false;
-    if (event.Class != EventClass::MenuPick) // menus know whether Alt only served to reach them
-        event.Qualifier = CurrentQualifier();
     Queue.push_back(std::move(event));
     exec::Signal(Owner, Mask());
     return true;
@@ -298,17 +296,18 @@ void NativeWindow::keyPressEvent(QKeyEvent* event) {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
     const QString text = event->text(); // keys that edit have control characters here
     const bool types = (event->modifiers() & commands) == 0 && !text.isEmpty() && text.front().isPrint();
-    Post({EventClass::RawKey, 0, RawKeyOf(*event), 0, types ? text.toStdString() : std::string()});
+    Post({EventClass::RawKey, 0, RawKeyOf(*event), CurrentQualifier(),
+          types ? text.toStdString() : std::string()});
 }
 
 void NativeWindow::mousePressEvent(QMouseEvent* event) {
     if (const std::uint16_t code = ButtonCode(event->button(), true); code != 0)
-        Post({EventClass::MouseButtons, 0, code});
+        Post({EventClass::MouseButtons, 0, code, CurrentQualifier()});
 }
 
 void NativeWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (const std::uint16_t code = ButtonCode(event->button(), false); code != 0)
-        Post({EventClass::MouseButtons, 0, code});
+        Post({EventClass::MouseButtons, 0, code, CurrentQualifier()});
 }
 
 void NativeWindow::wheelEvent(QWheelEvent* event) {
@@ -319,9 +318,9 @@ void NativeWindow::wheelEvent(QWheelEvent* event) {
     constexpr int step = 120;
     WheelRest += event->angleDelta().y();
     for (; WheelRest >= step; WheelRest -= step)
-        Post({EventClass::MouseButtons, 0, mousebutton::WheelUp});
+        Post({EventClass::MouseButtons, 0, mousebutton::WheelUp, CurrentQualifier()});
     for (; WheelRest <= -step; WheelRest += step)
-        Post({EventClass::MouseButtons, 0, mousebutton::WheelDown});
+        Post({EventClass::MouseButtons, 0, mousebutton::WheelDown, CurrentQualifier()});
 }
 
 void NativeWindow::moveEvent(QMoveEvent* event) {
@@ -360,7 +359,9 @@ void NativeWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void NativeWindow::dropEvent(QDropEvent* event) {
     if (auto objects = DroppedObjects(*event); !objects.empty())
-        Post({.Class = EventClass::AppMessage, .Objects = std::move(objects)});
+        Post({.Class = EventClass::AppMessage,
+              .Qualifier = CurrentQualifier(),
+              .Objects = std::move(objects)});
 }
 
 } // namespace intuition

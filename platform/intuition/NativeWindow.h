@@ -24,6 +24,7 @@ public:
     [[nodiscard]] bool OpenQueue();
     void CloseQueue();
     [[nodiscard]] exec::SignalMask Mask() const;
+    // Queues the event as it is; false when it is dropped.
     bool Post(WindowEvent event);
     [[nodiscard]] std::optional<WindowEvent> Fetch();
 

@@ -26,10 +26,12 @@ struct BarNative : GadgetNative {
         const ImageId picture = Wished->Image(at, [&button] { return button.Wish; });
         RetainImage(picture);
         HeldImage held(picture);
-        SpeedButton look{.Text = button.Text, .Image = button.Image};
-        if (SizeOfImage(picture).Width > 0)
-            look = {.Image = picture};
-        static_cast<SpeedRow&>(*Widget).SetButtonLook(static_cast<int>(at), look);
+        const bool isThere = SizeOfImage(picture).Width > 0;
+        if (isThere || WishedInUse[at].Get() != ImageId::None) {
+            const SpeedButton look = isThere ? SpeedButton{.Image = picture}
+                                             : SpeedButton{.Text = button.Text, .Image = button.Image};
+            static_cast<SpeedRow&>(*Widget).SetButtonLook(static_cast<int>(at), look);
+        }
         WishedInUse[at] = std::move(held);
     }
     void ShowAllWished() {

@@ -134,6 +134,9 @@ TEST_F(ListBrowserTest, AMenuIsAboutWhatLiesUnderThePointerWhateverIsSelected) {
     EXPECT_EQ(pressRight(1), 1U);
     EXPECT_EQ(pressRight(3), NoRow);
     EXPECT_EQ(List().SelectedRows(), (RowNumbers{1}));
+    List().SetCurrent(0);
+    QTest::keyClick(&View(), Qt::Key_Menu);
+    EXPECT_EQ(List().MenuRow(), 1U) << "by key about the selection, wherever the mark is";
 }
 
 TEST_F(ListBrowserTest, EditedCellIsKeptByReturnAndGivenUpByEscape) {

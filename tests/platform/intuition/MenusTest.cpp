@@ -81,6 +81,13 @@ TEST_F(MenusTest, ReplacedItemsKeepTheirState) {
     EXPECT_TRUE(Strip.LookOf(2)->Disabled);
     EXPECT_FALSE(Strip.LookOf(8)->Disabled);
     EXPECT_FALSE(Strip.LookOf(3));
+    for (const bool isOn : {true, false}) {
+        Strip.SetItems(1, {{.Id = 2, .Label = "Leave", .Mark = MenuMark::Check, .Checked = isOn}});
+        EXPECT_EQ(Strip.LookOf(2)->Checked, isOn) << "its own mark goes before the former one";
+    }
+    Strip.SetAttrs({.Id = 2, .Checked = true});
+    Strip.SetItems(1, {{.Id = 2, .Label = "Leave", .Mark = MenuMark::Check}});
+    EXPECT_TRUE(Strip.LookOf(2)->Checked);
 }
 
 TEST_F(MenusTest, KeysOpenTheStripAndAskForAContextMenu) {
