@@ -7,7 +7,6 @@
 #include "content/Selection.h"
 #include "content/SortKeys.h"
 #include "content/ViewStyles.h"
-#include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
 #include "interface/Menus.h"
 #include "model/Content.h"
@@ -131,7 +130,6 @@ void SortBy(std::int32_t column) {
     SortAndRebuild(*location);
     BlockMainWindow(0);
     SavePrefs(0);
-    SetSortByDirection();
 }
 
 void SortAnew() {

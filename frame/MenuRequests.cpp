@@ -23,6 +23,7 @@ SortChoices PresentChoices() {
     }
     const auto sort = SortOnShow();
     choices.Column = sort ? static_cast<std::size_t>(sort->Column) : 0;
+    choices.IsDescending = sort && sort->Direction != 0;
     return choices;
 }
 

@@ -109,7 +109,6 @@ Station RunEntryA() {
         return Station::End;
     }
     UpdateEntireMenuStrip();
-    SetSortByDirection();
     return Station::EntryB;
 }
 

@@ -2,15 +2,16 @@
 
 #include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
+#include "interface/MenuState.h"
+#include "interface/MenuTable.h"
 #include "interface/StateTable.h"
-#include "model/Prefs.h"
 #include "model/Program.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,33 +24,12 @@ using intuition::ChoiceMark;
 using intuition::PopUpChoice;
 using Choices = std::vector<PopUpChoice>;
 
-// By value of the style; the icon view has no name of its own.
-constexpr std::array StyleNames = {MSG_STYLE_LIST,     MSG_STYLE_DETAILS,   MSG_STYLE_TILES,
-                                   MSG_STYLE_CONTENT,  MSG_STYLE_THUMBNAIL, MSG_STYLE_THUMBNAIL_DETAILS,
-                                   MSG_STYLE_FILMSTRIP};
+using Items = std::vector<intuition::MenuItem>;
 
-// By value of the kind of file.
-constexpr std::array TypeNames = {MSG_GROUP_SYSTEM,  MSG_GROUP_TEXT,       MSG_GROUP_DOCUMENT,
-                                  MSG_GROUP_SOUND,   MSG_GROUP_INSTRUMENT, MSG_GROUP_MUSIC,
-                                  MSG_GROUP_PICTURE, MSG_GROUP_ANIMATION,  MSG_GROUP_MOVIE};
-
-// By position in their chooser; those without an item are lines.
-struct ArchiveEntry {
-    MenuId Item = MenuNone;
-    MessageNumber Label = {};
-};
-constexpr std::array ArchiveEntries = {ArchiveEntry{MenuOpenArchive, MSG_MENU_OPEN_ARCHIVE},
-                                       ArchiveEntry{},
-                                       ArchiveEntry{MenuExtractToDefault, MSG_MENU_EXTRACT_DEFAULT},
-                                       ArchiveEntry{MenuExtractHere, MSG_MENU_EXTRACT_HERE},
-                                       ArchiveEntry{MenuExtractArchive, MSG_MENU_EXTRACT_ARCHIVE},
-                                       ArchiveEntry{},
-                                       ArchiveEntry{MenuAddToArchive, MSG_MENU_ADD_TO_ARCHIVE},
-                                       ArchiveEntry{MenuArchiveItem, MSG_MENU_ARCHIVE_ITEM},
-                                       ArchiveEntry{MenuArchiveSeparately, MSG_MENU_ARCHIVE_SEPARATELY},
-                                       ArchiveEntry{},
-                                       ArchiveEntry{MenuConvertArchive, MSG_MENU_CONVERT_ARCHIVE},
-                                       ArchiveEntry{MenuTestArchive, MSG_MENU_TEST_ARCHIVE}};
+// The items of a head of the menu strip, whose texts and order a chooser shares.
+Items ItemsUnder(MenuId head) {
+    return std::move(ItemsOfStrip({head}).front().Items);
+}
 
 PopUpChoice Entry(MessageNumber label) {
     return {.Label = std::string(SAK_LocaleString(label))};
@@ -57,10 +37,6 @@ PopUpChoice Entry(MessageNumber label) {
 
 PopUpChoice Line() {
     return {.Separator = true};
-}
-
-PopUpChoice Switch(MessageNumber label, bool on) {
-    return {.Label = std::string(SAK_LocaleString(label)), .Mark = on ? ChoiceMark::Check : ChoiceMark::None};
 }
 
 intuition::PopUpList* AddChooser(intuition::Layout& layout, GadgetId id, MessageNumber name) {
@@ -79,9 +55,12 @@ void PopUpUnderButton(intuition::PopUpList* chooser, MenuId item, Choices choice
     }
 }
 
-PopUpChoice Command(MessageNumber label, MenuId item) {
+PopUpChoice Command(const intuition::MenuItem& item) {
+    if (item.Id == MenuNone) {
+        return Line();
+    }
     const auto state = PresentState();
-    return {.Label = std::string(SAK_LocaleString(label)), .Disabled = state && !IsEnabled(item, *state)};
+    return {.Label = item.Label, .Disabled = state && !IsEnabled(static_cast<MenuId>(item.Id), *state)};
 }
 
 } // namespace
@@ -100,9 +79,11 @@ void PopUpViewStyles(std::size_t offered, std::int32_t style) {
         return;
     }
     Choices choices;
-    for (std::size_t at = 0; at < std::min(offered, StyleNames.size()); ++at) {
-        choices.push_back(Entry(StyleNames[at]));
-        choices.back().Mark = std::cmp_equal(at, style) ? ChoiceMark::Dot : ChoiceMark::None;
+    for (const intuition::MenuItem& item : ItemsUnder(MenuViewStyle)) { // by value of the style
+        if (choices.size() < offered) {
+            const bool isInForce = std::cmp_equal(choices.size(), style);
+            choices.push_back({.Label = item.Label, .Mark = isInForce ? ChoiceMark::Dot : ChoiceMark::None});
+        }
     }
     Objects.ViewStyleChooser->PopUp(*Objects.ViewStyle, std::move(choices));
 }
@@ -111,35 +92,31 @@ void PopUpLayout() {
     if (Objects.LayoutChooser == nullptr) {
         return;
     }
-    const bool preview = Prefs.PreviewPane != 0;
-    Objects.LayoutChooser->PopUp(*Objects.Layout,
-                                 {Switch(MSG_BOOKMARKS, Prefs.BookmarksBar != 0),
-                                  Switch(MSG_MENU_TOOLBAR, Prefs.Toolbar != 0),
-                                  Switch(MSG_MENU_USER_BUTTONS, Prefs.UserButtonsBar != 0),
-                                  Switch(MSG_MENU_NAVIGATION, Prefs.NavigationPane != 0),
-                                  Switch(MSG_MENU_PREVIEW_HORIZONTAL, preview && Prefs.PreviewStyle == 0),
-                                  Switch(MSG_MENU_PREVIEW_VERTICAL, preview && Prefs.PreviewStyle != 0),
-                                  Switch(MSG_MENU_DETAILS, Prefs.DetailsPane != 0),
-                                  Switch(MSG_MENU_THUMBNAIL, Prefs.ThumbnailPane != 0),
-                                  Switch(MSG_MENU_STATUS_BAR, Prefs.StatusBar != 0)});
+    Choices choices;
+    for (const LayoutSwitch& each : LayoutSwitches()) {
+        choices.push_back({.Label = ItemsOfStrip({each.Item}).front().Label,
+                           .Mark = each.IsOn ? ChoiceMark::Check : ChoiceMark::None});
+    }
+    Objects.LayoutChooser->PopUp(*Objects.Layout, std::move(choices));
 }
 
 void PopUpTypes() {
     Choices choices;
-    std::ranges::transform(TypeNames, std::back_inserter(choices), Entry);
+    for (const intuition::MenuItem& item : TypeItems()) {
+        choices.push_back({.Label = item.Label});
+    }
     PopUpUnderButton(Objects.TypeChooser, MenuSelectByType, std::move(choices));
 }
 
 void PopUpArchiveCommands() {
     Choices choices;
-    for (const ArchiveEntry& entry : ArchiveEntries) {
-        choices.push_back(entry.Item == MenuNone ? Line() : Command(entry.Label, entry.Item));
-    }
+    std::ranges::transform(ItemsUnder(MenuArchive), std::back_inserter(choices), Command);
     PopUpUnderButton(Objects.ArchiveChooser, MenuArchive, std::move(choices));
 }
 
 MenuId ArchiveItemAt(std::uint32_t position) {
-    return position < ArchiveEntries.size() ? ArchiveEntries[position].Item : MenuNone;
+    const Items items = ItemsUnder(MenuArchive);
+    return position < items.size() ? static_cast<MenuId>(items[position].Id) : MenuNone;
 }
 
 void PopUpScripts() {
@@ -154,9 +131,10 @@ void PopUpScripts() {
 }
 
 void UpdateGadgets_ViewStyle(std::int32_t style) {
-    if (Objects.ViewStyle != nullptr && style >= 0 && std::cmp_less(style, StyleNames.size())) {
+    const Items styles = ItemsUnder(MenuViewStyle);
+    if (Objects.ViewStyle != nullptr && style >= 0 && std::cmp_less(style, styles.size())) {
         Objects.ViewStyle->SetHint(FormatText("%s: %s", SAK_LocaleString(MSG_HINT_VIEW_STYLE),
-                                              SAK_LocaleString(StyleNames[static_cast<std::size_t>(style)])));
+                                              styles[static_cast<std::size_t>(style)].Label));
     }
 }
 

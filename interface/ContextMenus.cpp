@@ -6,9 +6,7 @@
 #include "interface/Menus.h"
 #include "interface/StateTable.h"
 #include "model/Content.h"
-#include "model/Prefs.h"
 #include "sak/Locale.h"
-#include "sak/Menus.h"
 #include "sak/Messages.h"
 
 #include <array>
@@ -39,19 +37,10 @@ Items Own(MenuId id, MessageNumber text) {
     return {ItemWithText(id, SAK_LocaleString(text))};
 }
 
-Items DirectionItems() {
-    Items items = Own(MenuAscending, MSG_MENU_ASCENDING) + Own(MenuDescending, MSG_MENU_DESCENDING);
-    for (MenuItem& item : items) {
-        item.Mark = MenuMark::Choice;
-    }
-    return items;
-}
-
-// The columns come when the menu pops up: they depend on what is on show.
+// What is under it comes when the menu pops up: it depends on what is on show.
 Items SortItems() {
     MenuItem head = ItemWithText(MenuSortBy, SAK_LocaleString(MSG_MENU_SORT_BY));
     head.IsHead = true;
-    head.Items = DirectionItems();
     return {head};
 }
 
@@ -204,17 +193,14 @@ intuition::Menu* MenuFor(const MenuRequest& request) {
     return nullptr;
 }
 
-void FillLists(intuition::Menu& menu) {
-    const std::pair<MenuId, Items> lists[] = {
-        {MenuTabs, TabItems()},
-        {MenuPasteToComputer, DeviceItems(MenuPasteToDevice)},
-        {MenuPasteToFavorites, PlaceMenuItems(FavoritesItems, MenuPasteToFavorite)},
-        {MenuPasteToBookmarks, PlaceMenuItems(BookmarksItems, MenuPasteToBookmark)},
-    };
-    for (const auto& [head, items] : lists) {
-        menu.SetItems(head, items);
-        menu.SetAttrs({.Id = head, .Disabled = items.empty()});
+// The two directions, the one in force marked.
+Items SetSortByDirection(bool isDescending) {
+    Items items = Own(MenuAscending, MSG_MENU_ASCENDING) + Own(MenuDescending, MSG_MENU_DESCENDING);
+    for (MenuItem& item : items) {
+        item.Mark = MenuMark::Choice;
+        item.Checked = (item.Id == MenuDescending) == isDescending;
     }
+    return items;
 }
 
 void FillSorting(intuition::Menu& menu, const SortChoices& sorting) {
@@ -223,16 +209,13 @@ void FillSorting(intuition::Menu& menu, const SortChoices& sorting) {
         if (!sorting.Columns[column].empty()) {
             items.push_back({.Id = static_cast<std::uint16_t>(MenuFirstSortColumn + column),
                              .Label = sorting.Columns[column],
-                             .Mark = MenuMark::Choice});
+                             .Mark = MenuMark::Choice,
+                             .Checked = column == sorting.Column});
         }
     }
-    SAK_SetMenuAttrs(&menu, {{.Id = MenuSortBy, .Disabled = items.empty()}});
+    menu.SetAttrs({.Id = MenuSortBy, .Disabled = items.empty()});
     items.push_back({});
-    menu.SetItems(MenuSortBy, std::move(items) + DirectionItems());
-    for (std::size_t column = 0; column < MostSortColumns; ++column) {
-        menu.SetAttrs({.Id = static_cast<std::uint16_t>(MenuFirstSortColumn + column),
-                       .Checked = column == sorting.Column});
-    }
+    menu.SetItems(MenuSortBy, std::move(items) + SetSortByDirection(sorting.IsDescending));
 }
 
 // Each item has the state and the mark of its twin in the strip.
@@ -250,32 +233,9 @@ void SetContextMenuState(intuition::Menu& menu) {
             menu.SetAttrs({.Id = id, .Checked = twin->Checked});
         }
     }
-    SAK_SetMenuAttrs(&menu, {{.Id = MenuSetBackground, .Disabled = NumSelected != 1}});
 }
 
 } // namespace
-
-void SetSortByDirection() {
-    struct Direction {
-        ContextMenus::Object ContextMenus::*Menu;
-        std::int16_t PrefsRecord::*Setting;
-    };
-    constexpr Direction Directions[] = {
-        {&ContextMenus::WorkbenchContextMenuObj, &PrefsRecord::WorkbenchSortDirection},
-        {&ContextMenus::ComputerContextMenuObj, &PrefsRecord::ComputerSortDirection},
-        {&ContextMenus::AssignsContextMenuObj, &PrefsRecord::AssignsSortDirection},
-        {&ContextMenus::SearchContextMenuObj, &PrefsRecord::SearchSortDirection},
-        {&ContextMenus::DuplicateContextMenuObj, &PrefsRecord::SearchSortDirection},
-        {&ContextMenus::ArchiveContextMenuObj, &PrefsRecord::ArchiveSortDirection},
-        {&ContextMenus::ContentContextMenuObj, &PrefsRecord::ContentSortDirection},
-    };
-    for (const Direction& direction : Directions) {
-        const bool descending = Prefs.*direction.Setting != 0;
-        SAK_SetMenuAttrs(
-            (ContextMenuObjects.*direction.Menu).get(),
-            {{.Id = MenuAscending, .Checked = !descending}, {.Id = MenuDescending, .Checked = descending}});
-    }
-}
 
 bool CreateContextMenus() {
     for (const Pair& pair : Pairs) {
@@ -297,9 +257,8 @@ void ContextMenuHandlerFunc(const MenuRequest& request, const SortChoices& sorti
         return;
     }
     SetContextMenuState(*MenuAddress);
-    FillLists(*MenuAddress);
+    FillHeadLists(*MenuAddress);
     FillSorting(*MenuAddress, sorting);
-    SetSortByDirection(); // each tab has its own
     MenuAddress->PopUp(*MainWindow, request.Left, request.Top);
 }
 

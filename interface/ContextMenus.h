@@ -34,6 +34,7 @@ struct ContextMenus {
 struct SortChoices {
     std::vector<std::string> Columns; // by the number of the column; an empty one is not offered
     std::size_t Column = 0;           // the present one
+    bool IsDescending = false;
 };
 
 // Where a context menu was asked for.
@@ -53,9 +54,6 @@ extern intuition::Menu* MenuAddress;    // which of them was popped up last; nul
 // Makes them anew, as CreateMainMenuStrip makes the strip.
 [[nodiscard]] bool CreateContextMenus();
 void FreeContextMenus();
-
-// Marks in each the direction in which its place is sorted.
-void SetSortByDirection();
 
 // Pops up the menu of what lies under the pointer, with the state of this moment.
 void ContextMenuHandlerFunc(const MenuRequest& request, const SortChoices& sorting);

@@ -6,6 +6,7 @@
 #include "model/Tabs.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -37,18 +38,45 @@ std::vector<MenuItem> ItemsOf(const std::unique_ptr<GenericList<Node>>& list, Me
     return items;
 }
 
+std::vector<MenuItem> UserButtonItems() {
+    return ItemsOf(UserButtonsList, MenuFirstUserButton,
+                   [](const UserButtonsNode& button) { return button.Name.View(); });
+}
+
+// The first ten tabs of the bar.
+std::vector<MenuItem> TabItems() {
+    std::vector<MenuItem> items = ItemsOf(
+        tabslist, MenuFirstTab, [](const ClickTabNode& tab) { return tab.Label.View(); }, MostTabItems + 1);
+    if (!items.empty()) {
+        items.resize(std::min(items.size() - 1, MostTabItems)); // the extra tab is the last one of the bar
+    }
+    return items;
+}
+
+struct HeadList {
+    MenuId Head;
+    std::vector<MenuItem> (*Items)();
+};
+constexpr std::array HeadLists = {
+    HeadList{MenuTabs, TabItems},
+    HeadList{MenuUser, UserButtonItems},
+    HeadList{MenuPasteToComputer, [] { return DeviceItems(MenuPasteToDevice); }},
+    HeadList{MenuPasteToFavorites, [] { return FavoriteItems(MenuPasteToFavorite); }},
+    HeadList{MenuPasteToBookmarks, [] { return BookmarkItems(MenuPasteToBookmark); }},
+};
+
 } // namespace
 
 std::vector<MenuItem> DeviceItems(MenuId first) {
     return ItemsOf(NavDevicesList, first, [](const DevicesNode& device) { return device.Label.View(); });
 }
 
-std::vector<MenuItem> PlaceMenuItems(const std::vector<PlaceItem>& places, MenuId first) {
-    std::vector<MenuItem> items;
-    for (const PlaceItem& place : places) {
-        items.push_back(NamedItem(first + items.size(), place.Label.View()));
-    }
-    return items;
+std::vector<MenuItem> BookmarkItems(MenuId first) {
+    return ItemsOf(MasterBookmarksList, first, [](const BookmarksNode& place) { return place.Name.View(); });
+}
+
+std::vector<MenuItem> FavoriteItems(MenuId first) {
+    return ItemsOf(MasterFavoritesList, first, [](const FavoritesNode& place) { return place.Name.View(); });
 }
 
 std::vector<MenuItem> ScriptItems() {
@@ -63,18 +91,20 @@ std::vector<MenuItem> SiteItems() {
     return ItemsOf(FTPSitesList, MenuFirstFTPSite, [](const FTPSitesNode& site) { return site.Name.View(); });
 }
 
-std::vector<MenuItem> UserButtonItems() {
-    return ItemsOf(UserButtonsList, MenuFirstUserButton,
-                   [](const UserButtonsNode& button) { return button.Name.View(); });
+void FillHeadList(intuition::Menu& menu, MenuId head) {
+    const auto found = std::ranges::find(HeadLists, head, &HeadList::Head);
+    if (found == HeadLists.end() || !menu.LookOf(head)) {
+        return;
+    }
+    const std::vector<MenuItem> items = found->Items();
+    menu.SetItems(head, items);
+    menu.SetAttrs({.Id = head, .Disabled = items.empty()});
 }
 
-std::vector<MenuItem> TabItems() {
-    std::vector<MenuItem> items = ItemsOf(
-        tabslist, MenuFirstTab, [](const ClickTabNode& tab) { return tab.Label.View(); }, MostTabItems + 1);
-    if (!items.empty()) {
-        items.resize(std::min(items.size() - 1, MostTabItems)); // the extra tab is the last one of the bar
+void FillHeadLists(intuition::Menu& menu) {
+    for (const HeadList& list : HeadLists) {
+        FillHeadList(menu, list.Head);
     }
-    return items;
 }
 
 } // namespace solvane

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "interface/MenuIds.h"
-#include "interface/PlaceItems.h"
 #include "platform/intuition/Menus.h"
 
 #include <vector>
@@ -12,12 +11,15 @@ namespace solvane {
 
 // Of at most MostListItems each, numbered from first on.
 [[nodiscard]] std::vector<intuition::MenuItem> DeviceItems(MenuId first); // the mounted ones
-[[nodiscard]] std::vector<intuition::MenuItem> PlaceMenuItems(const std::vector<PlaceItem>& places,
-                                                              MenuId first);
+[[nodiscard]] std::vector<intuition::MenuItem> BookmarkItems(MenuId first);
+[[nodiscard]] std::vector<intuition::MenuItem> FavoriteItems(MenuId first);
 [[nodiscard]] std::vector<intuition::MenuItem> ScriptItems();
 [[nodiscard]] std::vector<intuition::MenuItem> SiteItems(); // none where no site can be mounted
-[[nodiscard]] std::vector<intuition::MenuItem> UserButtonItems();
-// The first ten tabs of the bar.
-[[nodiscard]] std::vector<intuition::MenuItem> TabItems();
+
+// Puts the list in that stands alone under a head: tabs, user buttons, places to paste to. It cannot be
+// opened while that is empty.
+void FillHeadList(intuition::Menu& menu, MenuId head);
+// The same for all such heads that the menu has.
+void FillHeadLists(intuition::Menu& menu);
 
 } // namespace solvane

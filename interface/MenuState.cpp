@@ -9,8 +9,6 @@
 #include "model/Prefs.h"
 #include "sak/Menus.h"
 
-#include <cstdint>
-
 namespace solvane {
 
 namespace {
@@ -56,11 +54,22 @@ void SetHistoryGadgetsState() {
     if (Objects.Back == nullptr) {
         return;
     }
-    const auto entries =
-        HistoryList ? static_cast<std::int64_t>(SAK_GenericListCount(*HistoryList)) : std::int64_t{0};
-    Objects.Back->SetDisabled(HistorySelected < 0 || HistorySelected + 1 >= entries);
-    Objects.Forward->SetDisabled(HistorySelected <= 0);
-    Objects.History->SetDisabled(entries <= 1);
+    Objects.Back->SetDisabled(!CanGoBack());
+    Objects.Forward->SetDisabled(!CanGoForward());
+    Objects.History->SetDisabled(!HistoryList || SAK_GenericListCount(*HistoryList) <= 1);
+}
+
+std::array<LayoutSwitch, 9> LayoutSwitches() {
+    const bool preview = Prefs.PreviewPane != 0;
+    return {{{MenuLayoutBookmarks, Prefs.BookmarksBar != 0},
+             {MenuLayoutToolbar, Prefs.Toolbar != 0},
+             {MenuLayoutUserButtons, Prefs.UserButtonsBar != 0},
+             {MenuLayoutNavigation, Prefs.NavigationPane != 0},
+             {MenuLayoutPreviewHorizontal, preview && Prefs.PreviewStyle == 0},
+             {MenuLayoutPreviewVertical, preview && Prefs.PreviewStyle != 0},
+             {MenuLayoutDetails, Prefs.DetailsPane != 0},
+             {MenuLayoutThumbnail, Prefs.ThumbnailPane != 0},
+             {MenuLayoutStatusBar, Prefs.StatusBar != 0}}};
 }
 
 } // namespace solvane

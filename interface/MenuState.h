@@ -2,6 +2,10 @@
 // helpers beside the main process; what they find out is shown when their results are served.
 #pragma once
 
+#include "interface/MenuIds.h"
+
+#include <array>
+
 namespace solvane {
 
 // Let a helper judge the state of this moment and return at once. While no location is shown all stays as it
@@ -12,5 +16,12 @@ void SetToolbarState();
 void ShowHelperResults();
 
 void SetHistoryGadgetsState();
+
+// The bars and panes in the order in which menu and chooser offer them.
+struct LayoutSwitch {
+    MenuId Item;
+    bool IsOn;
+};
+[[nodiscard]] std::array<LayoutSwitch, 9> LayoutSwitches();
 
 } // namespace solvane

@@ -2,13 +2,12 @@
 
 #include "interface/MainLayout.h"
 #include "interface/MenuLists.h"
+#include "interface/MenuState.h"
 #include "interface/MenuTable.h"
-#include "interface/PlaceItems.h"
 #include "model/History.h"
 #include "model/Prefs.h"
 #include "sak/Menus.h"
 
-#include <array>
 #include <iterator>
 #include <utility>
 #include <vector>
@@ -42,11 +41,9 @@ void ShowList(MenuId head, const std::vector<MenuItem>& list) {
     MenuStripObj->SetItems(head, items);
 }
 
-// A head with nothing but a list. It cannot be opened while that is empty.
-void ShowPlainList(MenuId head, const std::vector<MenuItem>& list) {
+void ShowHeadList(MenuId head) {
     if (MenuStripObj) {
-        MenuStripObj->SetItems(head, list);
-        SAK_SetMenuAttrs(MenuStripObj.get(), {{.Id = head, .Disabled = list.empty()}});
+        FillHeadList(*MenuStripObj, head);
     }
 }
 
@@ -98,16 +95,9 @@ void UpdateMenus_ViewMisc() {
 }
 
 void UpdateMenus_Layout() {
-    const bool preview = Prefs.PreviewPane != 0;
-    Mark(MenuLayoutBookmarks, Prefs.BookmarksBar != 0);
-    Mark(MenuLayoutToolbar, Prefs.Toolbar != 0);
-    Mark(MenuLayoutUserButtons, Prefs.UserButtonsBar != 0);
-    Mark(MenuLayoutNavigation, Prefs.NavigationPane != 0);
-    Mark(MenuLayoutPreviewHorizontal, preview && Prefs.PreviewStyle == 0);
-    Mark(MenuLayoutPreviewVertical, preview && Prefs.PreviewStyle != 0);
-    Mark(MenuLayoutDetails, Prefs.DetailsPane != 0);
-    Mark(MenuLayoutThumbnail, Prefs.ThumbnailPane != 0);
-    Mark(MenuLayoutStatusBar, Prefs.StatusBar != 0);
+    for (const LayoutSwitch& each : LayoutSwitches()) {
+        Mark(each.Item, each.IsOn);
+    }
 }
 
 void UpdateMenus_ViewStyle(std::int32_t style) {
@@ -117,10 +107,8 @@ void UpdateMenus_ViewStyle(std::int32_t style) {
 }
 
 void UpdateMenus_History() {
-    const auto entries = HistoryList ? static_cast<std::int64_t>(SAK_GenericListCount(*HistoryList)) : 0;
-    SAK_SetMenuAttrs(MenuStripObj.get(),
-                     {{.Id = MenuBack, .Disabled = HistorySelected < 0 || HistorySelected + 1 >= entries},
-                      {.Id = MenuForward, .Disabled = HistorySelected <= 0}});
+    SAK_SetMenuAttrs(MenuStripObj.get(), {{.Id = MenuBack, .Disabled = !CanGoBack()},
+                                          {.Id = MenuForward, .Disabled = !CanGoForward()}});
 }
 
 void FillInARexxItems() {
@@ -128,26 +116,34 @@ void FillInARexxItems() {
 }
 
 void FillInUserButtonsItems() {
-    ShowPlainList(MenuUser, UserButtonItems());
+    ShowHeadList(MenuUser);
 }
 
 void FillInTabItems() {
-    ShowPlainList(MenuTabs, TabItems());
+    ShowHeadList(MenuTabs);
 }
 
 void FillInGoItemsComputer() {
     ShowList(MenuGoComputerHead, DeviceItems(MenuFirstDevice));
-    ShowPlainList(MenuPasteToComputer, DeviceItems(MenuPasteToDevice));
+    ShowHeadList(MenuPasteToComputer);
 }
 
-void ShowBookmarksItems() {
-    ShowList(MenuBookmarks, PlaceMenuItems(BookmarksItems, MenuFirstBookmark));
-    ShowPlainList(MenuPasteToBookmarks, PlaceMenuItems(BookmarksItems, MenuPasteToBookmark));
+void RemoveBookmarksItems() {
+    ShowList(MenuBookmarks, {});
 }
 
-void ShowFavoritesItems() {
-    ShowList(MenuFavorites, PlaceMenuItems(FavoritesItems, MenuFirstFavorite));
-    ShowPlainList(MenuPasteToFavorites, PlaceMenuItems(FavoritesItems, MenuPasteToFavorite));
+void FillInBookmarksItems() {
+    ShowList(MenuBookmarks, BookmarkItems(MenuFirstBookmark));
+    ShowHeadList(MenuPasteToBookmarks);
+}
+
+void RemoveFavoritesItems() {
+    ShowList(MenuFavorites, {});
+}
+
+void FillInFavoritesItems() {
+    ShowList(MenuFavorites, FavoriteItems(MenuFirstFavorite));
+    ShowHeadList(MenuPasteToFavorites);
 }
 
 // The sites stand between the fixed items.

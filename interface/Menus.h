@@ -39,7 +39,11 @@ void FillInFTPSitesItems();
 void FillInUserButtonsItems();
 void FillInTabItems();        // the tabs that entries can be pasted to
 void FillInGoItemsComputer(); // the mounted devices, to go to and to paste to
-void ShowBookmarksItems();    // as they stand in BookmarksItems, to go to and to paste to
-void ShowFavoritesItems();
+void FillInBookmarksItems();  // to go to and to paste to
+void FillInFavoritesItems();
+
+// Take these places out of the strip before their list changes.
+void RemoveBookmarksItems();
+void RemoveFavoritesItems();
 
 } // namespace solvane

@@ -49,6 +49,7 @@ constexpr StateSet Anywhere = Either(Bookmarks, Favorites, Workbench, Computer, 
 
 // What must hold besides.
 constexpr bool WindowState::*Nothing = nullptr;
+constexpr bool WindowState::*One = &WindowState::OneSelected;
 constexpr bool WindowState::*Entries = &WindowState::HasEntries;
 constexpr bool WindowState::*Clip = &WindowState::ClipExists;
 constexpr bool WindowState::*LhA = &WindowState::IsLhAArchive;
@@ -124,6 +125,7 @@ constexpr StateRow Rows[] = {
     {MenuCloneTab, Either(Bookmarks, Favorites, Workbench, Computer, Assigns, FTPSites, Drawer)},
     {MenuOpenInTab, Openable},
     {MenuOpenInWindow, Openable},
+    {MenuSetBackground, Picked(Drawer), One},
     {MenuWorkbenchWindow, Picked(Bookmarks, Favorites, Workbench, Computer, Assigns) | Either(Drawer)},
 };
 
@@ -132,7 +134,7 @@ constexpr StateRow RemoteRows[] = {
     {MenuNewDrawer, Either(Drawer)},   {MenuPattern, Either(Drawer)},   {MenuPaste, Either(Drawer)},
     {MenuCloneTab, Either(Drawer)},    {MenuCut, Picked(Drawer)},       {MenuCopy, Picked(Drawer)},
     {MenuDelete, Picked(Drawer)},      {MenuRename, Picked(Drawer)},    {MenuInformation, Picked(Drawer)},
-    {MenuSmartRename, Picked(Drawer)}, {MenuOpenInTab, Picked(Drawer)},
+    {MenuSmartRename, Picked(Drawer)}, {MenuOpenInTab, Picked(Drawer)}, {MenuSetBackground, Picked(Drawer)},
 };
 
 // Items that need a second instance.
@@ -217,6 +219,7 @@ std::optional<WindowState> PresentState() {
     WindowState state;
     state.Location = LBLocation;
     state.Selected = NumSelected > 0;
+    state.OneSelected = NumSelected == 1;
     state.HasEntries = TotalNodes > 0 && ActuallyZero == 0;
     state.ClipExists = ClipExists != 0;
     state.AtFTPMount = AtFTPMount != 0;

@@ -14,6 +14,7 @@ namespace solvane {
 struct WindowState {
     LocationKind Location = LocationKind::Drawer; // Bookmarks to Drawer
     bool Selected = false;                        // of the entries, at least one
+    bool OneSelected = false;                     // exactly one
     bool HasEntries = false;                      // there is something to select
     bool ClipExists = false;                      // something has been cut or copied
     bool AtFTPMount = false;                      // the drawer on show is on another machine

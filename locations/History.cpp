@@ -28,14 +28,12 @@ HistoryNode* GoTo(std::uint32_t index) {
     return entry;
 }
 
-// The neighbour of the current entry, without counting through the list.
+// The neighbour of the current entry, which has one there, without counting through the list.
 HistoryNode* Step(int by) {
     ListNode* next = by > 0 ? CurrentHistory->Links.Successor : CurrentHistory->Links.Predecessor;
-    if (next != nullptr) {
-        CurrentHistory = static_cast<HistoryNode*>(next);
-        HistorySelected += by;
-        SetHistoryGadgetsState();
-    }
+    CurrentHistory = static_cast<HistoryNode*>(next);
+    HistorySelected += by;
+    SetHistoryGadgetsState();
     return CurrentHistory;
 }
 
@@ -121,12 +119,12 @@ void AddShownPlace(std::string_view name, std::string_view path, LocationKind lo
 
 HistoryNode* HistoryBack() {
     BeforeSwitchHistory();
-    return CurrentHistory != nullptr && HistorySelected >= 0 ? Step(1) : CurrentHistory;
+    return CanGoBack() ? Step(1) : CurrentHistory;
 }
 
 HistoryNode* HistoryForward() {
     BeforeSwitchHistory();
-    return CurrentHistory != nullptr && HistorySelected > 0 ? Step(-1) : CurrentHistory;
+    return CanGoForward() ? Step(-1) : CurrentHistory;
 }
 
 HistoryNode* HistoryFirst() {

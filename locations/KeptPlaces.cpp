@@ -3,7 +3,7 @@
 #include "content/Drawers.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
-#include "interface/PlaceItems.h"
+#include "interface/Menus.h"
 #include "interface/SpeedBars.h"
 #include "interface/Tell.h"
 #include "interface/Windows.h"

@@ -24,4 +24,12 @@ extern std::unique_ptr<GenericList<HistoryNode>>& HistoryList; // newest first
 extern HistoryNode*& CurrentHistory;                           // null: none yet
 extern std::int32_t& HistorySelected; // index of the current entry from the head; -1: not yet started
 
+// Whether there is an older and a newer place than the current one.
+[[nodiscard]] inline bool CanGoBack() {
+    return HistorySelected >= 0 && CurrentHistory != nullptr && CurrentHistory->Links.Successor != nullptr;
+}
+[[nodiscard]] inline bool CanGoForward() {
+    return HistorySelected > 0 && CurrentHistory != nullptr && CurrentHistory->Links.Predecessor != nullptr;
+}
+
 } // namespace solvane

@@ -27,7 +27,8 @@ const std::map<int, std::string> OnAt = {
     {129, "5s"},
 };
 
-constexpr WindowState Everything{.HasEntries = true,
+constexpr WindowState Everything{.OneSelected = true,
+                                 .HasEntries = true,
                                  .ClipExists = true,
                                  .IsLhAArchive = true,
                                  .DeviceAllows = true,
@@ -72,6 +73,7 @@ TEST(StateTableTest, WhatAnItemNeedsBesidesItsLocation) {
         std::string Left;
     };
     const Row rows[] = {
+        {MenuSetBackground, &WindowState::OneSelected, ""},
         {MenuSelectByType, &WindowState::HasEntries, ""},
         {MenuPattern, &WindowState::HasEntries, ""},
         {MenuSelectAll, &WindowState::HasEntries, " 5 6 5s 6s"},

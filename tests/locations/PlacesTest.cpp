@@ -1,7 +1,7 @@
 #include "interface/MainLayout.h"
+#include "interface/Menus.h"
 #include "interface/NavigationPane.h"
 #include "interface/Panes.h"
-#include "interface/PlaceItems.h"
 #include "locations/Assigns.h"
 #include "locations/Devices.h"
 #include "locations/EditNode.h"
@@ -223,6 +223,7 @@ TEST_F(PlacesTest, SelectedRowIsFoundAgainAmongNewRows) {
 TEST_F(PlacesTest, PlaceOnShowIsKeptUnderTheNameThatTheUserGives) {
     File("d/file");
     ASSERT_TRUE(Scan("d"));
+    ASSERT_TRUE(CreateMainMenuStrip());
     Answer({FormAnswer{1, {"", Path("d")}, 0}, FormAnswer{1, {"My drawer", Path("d")}, 0}});
     AddCurrentLocationToFavorites(AskFirst::Yes);
     ASSERT_EQ(Forms.size(), 2U) << "an empty name is told, and asked for again";
@@ -230,11 +231,11 @@ TEST_F(PlacesTest, PlaceOnShowIsKeptUnderTheNameThatTheUserGives) {
     EXPECT_EQ(Forms[0].Fields[0].Text, "d");
     EXPECT_EQ(Forms[0].Fields[1].Text, Path("d"));
     EXPECT_EQ(PaneTexts()[4], "[Fav]" + Path("d"));
-    EXPECT_EQ(FavoritesItems.back().Id, FirstFavoriteItem + 3);
-    EXPECT_EQ(FavoritesItems.back().Label, "My drawer");
+    EXPECT_EQ(MenuStripObj->LookOf(MenuFirstFavorite + 3)->Label, "My drawer");
     intuition::SetFormHandler([](const FormSpec&) { return FormAnswer(); });
     AddCurrentLocationToBookmarks(AskFirst::Yes);
     EXPECT_EQ(MasterBookmarksList->Core.Count(), 0U) << "given up";
+    FreeMainMenuStrip();
 }
 
 TEST_F(PlacesTest, ListsOfPlacesAreKeptByTheirNames) {
