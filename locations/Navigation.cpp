@@ -10,6 +10,7 @@
 #include "model/Devices.h"
 #include "platform/dos/Locks.h"
 #include "sak/FilenameSupport.h"
+#include "sak/Locale.h"
 #include "sak/Messages.h"
 
 #include <string>
@@ -63,6 +64,8 @@ void GoToTyped(const Text<1024>& typed) {
         FindMasterAssignsNode(typed) != nullptr ? GoToTypedAssign(typed) : GoToTypedDrawer(typed);
     } else if (!word.empty()) {
         GoToPlace(word);
+    } else if (!typed.Empty()) {
+        SetStatusBar(SAK_LocaleString(MSG_DRAWER_MISSING), Text<128>(StatusBarBuffer2));
     }
 }
 

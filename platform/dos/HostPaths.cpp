@@ -7,6 +7,7 @@
 #include "platform/dos/MountInfo.h"
 #include "platform/dos/NameEscapes.h"
 #include "platform/dos/NameIndex.h"
+#include "platform/dos/UserHome.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
@@ -83,6 +84,11 @@ std::string VolumePathOf(const std::string& hostPath) {
 bool HasDevice(std::string_view text) {
     const std::size_t colon = text.find(':');
     return colon != std::string_view::npos && text.find('/') > colon;
+}
+
+// Does the text begin at the user's home, as a Shell would take it?
+bool IsAtHome(std::string_view text) {
+    return text == "~" || text.starts_with("~/");
 }
 
 } // namespace
@@ -167,9 +173,14 @@ std::string FromHostPath(std::string_view hostPathOrUrl, std::string_view hostCu
         return text;
     if (const std::optional<std::string> path = PathOfUrl(text))
         return VolumePathOf(*path);
-    if (!hostCurrentDirectory.starts_with('/'))
-        return text;
+    const bool isRelative = hostCurrentDirectory.starts_with('/');
     const std::string full = std::string(hostCurrentDirectory).append("/").append(text);
+    if (IsAtHome(text) && !(isRelative && IsThere(full))) {
+        const std::string home = HomeOfUser();
+        return home.empty() ? text : VolumePathOf(home + text.substr(1));
+    }
+    if (!isRelative)
+        return text;
     return HasDevice(text) && !IsThere(full) ? text : VolumePathOf(full);
 }
 

@@ -12,9 +12,10 @@ namespace dos {
 // has no host path.
 [[nodiscard]] std::optional<std::string> HostPath(std::string_view path);
 
-// The shortest volume path for a host path or file: URL. A path of a known device, volume or assign
-// comes back unchanged, and so does what cannot be understood. Relative host paths need the
-// drawer they start from. Never waits for a disk that does not answer.
+// The shortest volume path for a host path or file: URL; "~" and "~/..." are at the user's home. A path
+// of a known device, volume or assign comes back unchanged, and so does what cannot be understood.
+// Relative host paths need the drawer they start from, in which "~" may be a name as any other. Never waits
+// for a disk that does not answer.
 [[nodiscard]] std::string FromHostPath(std::string_view hostPathOrUrl,
                                        std::string_view hostCurrentDirectory = {});
 

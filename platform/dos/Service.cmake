@@ -7,7 +7,7 @@ solvane_module(dos SOURCES
     HostStreams.cpp HostTree.cpp HostWalk.cpp HostWriting.cpp Info.cpp Limits.cpp LinkText.cpp Listing.cpp
     Locks.cpp MediumInfo.cpp Metadata.cpp MetadataWriting.cpp MountFile.cpp MountInfo.cpp NameEscapes.cpp
     NameIndex.cpp Notify.cpp NotifyTarget.cpp ObjectCopier.cpp ProgramArguments.cpp Relay.cpp Sidecar.cpp SidecarFiles.cpp
-    System.cpp SystemSetUp.cpp TemporaryNames.cpp TreeDrawer.cpp TreeWork.cpp Variables.cpp VolumeQuestions.cpp
+    System.cpp SystemSetUp.cpp TemporaryNames.cpp TreeDrawer.cpp TreeWork.cpp UserHome.cpp Variables.cpp VolumeQuestions.cpp
     Volumes.cpp
     USES dos_base exec utility
     LIBRARIES Threads::Threads)

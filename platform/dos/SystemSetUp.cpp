@@ -2,13 +2,13 @@
 #include "platform/dos/HostFd.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/HostTree.h"
+#include "platform/dos/UserHome.h"
 #include "platform/dos/VolumeTable.h"
 #include "platform/dos/Volumes.h"
 #include "platform/exec/RuntimeDirectory.h"
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <linux/fs.h>
@@ -79,20 +79,11 @@ bool FailHost(const std::string& text, int hostError) {
     return Fail(text + ": " + std::strerror(hostError), ErrorFromErrno(hostError, Operation::Write));
 }
 
-// An absolute path from the environment; the rule for these variables is to pass over others.
-std::string FromEnvironment(const char* name, const std::string& otherwise) {
-    const char* value = std::getenv(name);
-    std::string path = value && *value == '/' ? value : otherwise;
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
-
 UserDrawers FindUserDrawers() {
     UserDrawers drawers;
-    drawers.Home = FromEnvironment("HOME", Host().HomeOfUser());
-    drawers.Data = FromEnvironment("XDG_DATA_HOME", drawers.Home + "/.local/share") + "/solvane";
-    drawers.Configuration = FromEnvironment("XDG_CONFIG_HOME", drawers.Home + "/.config");
+    drawers.Home = HomeOfUser();
+    drawers.Data = DrawerFromEnvironment("XDG_DATA_HOME", drawers.Home + "/.local/share") + "/solvane";
+    drawers.Configuration = DrawerFromEnvironment("XDG_CONFIG_HOME", drawers.Home + "/.config");
     return drawers;
 }
 

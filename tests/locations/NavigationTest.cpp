@@ -69,6 +69,10 @@ TEST_F(NavigationTest, PathThatLeadsNowhereComesBack) {
         EXPECT_EQ(CurrentPath.View(), Path("d")) << row.Typed;
         EXPECT_EQ(Requests.size(), row.Told ? 1U : 0U) << row.Typed;
         EXPECT_THAT(Rows(), ElementsAre("file")) << row.Typed;
+        const bool onlyNoted =
+            row.Typed == "no colon"; // the field has its path back: the status bar says why
+        EXPECT_EQ(StatusBarBuffer1 == "Drawer does not exist.", onlyNoted) << row.Typed;
+        SetStatusBar("", "");
     }
 }
 

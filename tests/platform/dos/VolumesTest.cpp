@@ -64,6 +64,12 @@ TEST_F(VolumesTest, FirstStartMakesTheWholeSystem) {
     for (const auto& [path, found] : cases)
         EXPECT_EQ(Find(path), found) << path;
     EXPECT_EQ(dos::FromHostPath(home + "/data/solvane/Workbench/C"), "Workbench:C");
+    for (const auto& [typed, path] :
+         {std::pair{"~", "Home:"}, {"~/", "Home:"}, {"~/a/../Music", "Home:Music"}, {"~root", "~root"}})
+        EXPECT_EQ(dos::FromHostPath(typed), path) << typed;
+    Tree.Drawer("here/~");
+    EXPECT_EQ(dos::FromHostPath("~", Tree.Path("here")), "Host:" + Tree.Path("here/~").substr(1));
+    EXPECT_EQ(dos::FromHostPath("~/x", home), "Home:x");
     EXPECT_EQ(dos::DevNameFromLock(dos::Lock("SYS:"), dos::DevName::DeviceOnly), "DH0");
     EXPECT_EQ(dos::Info("SYS:")->DosType, dos::Volumes().front().DosType);
     std::filesystem::create_directory(home + "/Documents");
