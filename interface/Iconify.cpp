@@ -38,17 +38,21 @@ constexpr std::int32_t NotGiven = -2;   // of Icon_X and Icon_Y
 
 std::unique_ptr<intuition::AppIcon> OnDesktop, InMenu, InDock;
 
-std::optional<icon::IconPicture> PictureOfProgram() {
+// Without one, the place where the icon stands draws its own.
+icon::IconPicture PictureOfProgram() {
     const auto object = SAK_GetProgramIcon(ProgramName.View(), ProgramDir.View());
     auto picture = object ? icon::DrawIcon(*object, IconSide, IconSide, icon::IconState::Normal)
                           : std::optional<icon::IconPicture>();
-    return picture ? picture
-                   : icon::DrawIcon(icon::GetDefaultIcon(icon::IconType::Tool), IconSide, IconSide,
-                                    icon::IconState::Normal);
+    if (!picture) {
+        picture = icon::DrawIcon(icon::GetDefaultIcon(icon::IconType::Tool), IconSide, IconSide,
+                                 icon::IconState::Normal);
+    }
+    return picture.value_or(icon::IconPicture());
 }
 
-std::unique_ptr<intuition::AppIcon> MakeIcon(intuition::AppIconRank rank, std::string_view label,
-                                             exec::MsgPort& port, bool needsTray, icon::IconPicture picture) {
+std::unique_ptr<intuition::AppIcon> ShowIcon(intuition::AppIconRank rank, std::string_view label,
+                                             exec::MsgPort& port, bool needsTray) {
+    icon::IconPicture picture = PictureOfProgram();
     return std::make_unique<intuition::AppIcon>(
         intuition::AppIconSpec{.Rank = rank,
                                .Label = std::string(label),
@@ -60,13 +64,6 @@ std::unique_ptr<intuition::AppIcon> MakeIcon(intuition::AppIconRank rank, std::s
                                .Top = Icon_Y == NotGiven ? Prefs.Icon_Y : Icon_Y,
                                .NeedsTray = needsTray},
         port);
-}
-
-// Null when the program has no picture at all.
-std::unique_ptr<intuition::AppIcon> ShowIcon(intuition::AppIconRank rank, std::string_view label,
-                                             exec::MsgPort& port, bool needsTray) {
-    auto picture = PictureOfProgram();
-    return picture ? MakeIcon(rank, label, port, needsTray, std::move(*picture)) : nullptr;
 }
 
 // The drawer on show names the icon and takes what is dropped on it.
@@ -85,17 +82,17 @@ std::string LabelOfIcon() {
 
 bool Iconify_AppIcon() {
     OnDesktop = ShowIcon(intuition::AppIconRank::Desktop, LabelOfIcon(), *AppIconPort, false);
-    return OnDesktop != nullptr;
+    return true;
 }
 
 // Shown beside an open window only where there is a tray for it.
-bool ShowMenuItem(bool needsTray) {
+void ShowMenuItem(bool needsTray) {
     InMenu = ShowIcon(intuition::AppIconRank::Menu, AppIconName.View(), *AppMenuPort, needsTray);
-    return InMenu != nullptr;
 }
 
 bool Iconify_AppMenu() {
-    if ((AppMenuSignal != 0 || SetUpAppMenuItem()) && ShowMenuItem(false)) {
+    if (AppMenuSignal != 0 || SetUpAppMenuItem()) {
+        ShowMenuItem(false);
         return true;
     }
     TellTerminate(MSG_NO_APPMENU);
@@ -129,8 +126,7 @@ void TakeForms() {
     }
     if (!isSomewhere) {
         // Without any, nobody could bring the window back.
-        OnDesktop = MakeIcon(intuition::AppIconRank::Desktop, LabelOfIcon(), *AppIconPort, false,
-                             PictureOfProgram().value_or(icon::IconPicture()));
+        Iconify_AppIcon();
     }
 }
 
@@ -194,7 +190,7 @@ void Uniconify() {
     if (CommodityInForce == 0) {
         ShutDownAppMenuItem();
     } else if (AppMenuPort) {
-        static_cast<void>(ShowMenuItem(true));
+        ShowMenuItem(true);
     }
     IconifiedAppDocky = 0;
     RenewDockEntry();
@@ -203,7 +199,11 @@ void Uniconify() {
 bool SetUpAppMenuItem() {
     AppMenuPort = std::make_unique<exec::MsgPort>();
     AppMenuSignal = AppMenuPort->Mask();
-    return AppMenuSignal != 0 && ShowMenuItem(true);
+    if (AppMenuSignal == 0) {
+        return false;
+    }
+    ShowMenuItem(true);
+    return true;
 }
 
 void ShutDownAppMenuItem() {
