@@ -117,22 +117,20 @@ void LoadSettings(const Dictionary& dictionary) {
     SoundVolume = Prefs.SoundVolume;
 }
 
-bool LoadLists(const Dictionary& dictionary) {
+// How many elements were passed over; nothing when a record could not be made, which is told.
+std::optional<std::size_t> LoadLists(const Dictionary& dictionary) {
+    std::size_t passed = 0;
     for (const PrefsList& list : PrefsLists()) {
-        if (!list.Load(dictionary.Array(list.Key))) {
+        const auto ofList = list.Load(dictionary.Array(list.Key));
+        if (!ofList) {
             Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
             SAK_IOErr = dos::ErrorNoFreeStore;
             TellLoadingFailed();
-            return false;
+            return std::nullopt;
         }
+        passed += *ofList;
     }
-    return true;
-}
-
-// Whether the list has fewer records than the document has elements for it.
-bool HasPassedElements(const Dictionary& dictionary, const PrefsList& list) {
-    const application::PrefsArray* stored = dictionary.Array(list.Key);
-    return stored != nullptr && list.Save().size() < stored->size();
+    return passed;
 }
 
 std::string MakeDocument() {
@@ -208,12 +206,11 @@ bool LoadPrefs() {
     const auto understood = Dictionary::FromXml(document);
     const Dictionary dictionary = understood.value_or(Dictionary());
     LoadSettings(dictionary);
-    if (!LoadLists(dictionary)) {
+    const auto passed = LoadLists(dictionary);
+    if (!passed) {
         return false;
     }
-    if (!understood || std::ranges::any_of(PrefsLists(), [&dictionary](const PrefsList& list) {
-            return HasPassedElements(dictionary, list);
-        })) {
+    if (!understood || *passed > 0) {
         KeepWhatWasNotTaken(document);
     }
     RinghioMessage("Solvane", SAK_LocaleString(MSG_PREFS_LOADED), "FRONT", RinghioImageBuffer.View(), "");

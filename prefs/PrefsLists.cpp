@@ -124,21 +124,27 @@ Outcome LoadElement(GenericList<Node>& list, const PrefsArray& values,
     return Outcome::Added;
 }
 
+using PassedOver = std::optional<std::size_t>; // elements; nothing: a record could not be made
+
 template <class Node>
-bool LoadElements(GenericList<Node>& list, const PrefsArray* from, std::span<const Position<Node>> positions,
-                  Finish<Node> finish) {
+PassedOver LoadElements(GenericList<Node>& list, const PrefsArray* from,
+                        std::span<const Position<Node>> positions, Finish<Node> finish) {
     SAK_ClearGenericList(list);
+    std::size_t passed = 0;
     if (from == nullptr) {
-        return true;
+        return passed;
     }
     for (const PrefsValue& element : *from) {
         const PrefsArray* values = element.Array();
-        if (values != nullptr && !values->empty() &&
-            LoadElement<Node>(list, *values, positions, finish) == Outcome::NoRecord) {
-            return false;
+        const Outcome outcome = values != nullptr && !values->empty()
+                                    ? LoadElement<Node>(list, *values, positions, finish)
+                                    : Outcome::Passed;
+        if (outcome == Outcome::NoRecord) {
+            return std::nullopt;
         }
+        passed += outcome == Outcome::Passed ? 1 : 0;
     }
-    return true;
+    return passed;
 }
 
 template <class Node>
@@ -268,7 +274,7 @@ bool AddColumn(GenericList<ColumnInfoNode>& columns, std::uint32_t number, std::
 template <auto& List, const auto& Positions, auto FinishNode>
 struct OfArrays {
     using Node = std::remove_cvref_t<decltype(*List->begin())>;
-    static bool Load(const PrefsArray* from) {
+    static PassedOver Load(const PrefsArray* from) {
         return LoadElements<Node>(*List, from, Positions, FinishNode);
     }
     static PrefsArray Save() { return SaveElements<Node>(*List, Positions); }
@@ -284,7 +290,7 @@ struct OfColumns {
         RepairColumn(node);
         return true;
     }
-    static bool Load(const PrefsArray* from) {
+    static PassedOver Load(const PrefsArray* from) {
         return LoadElements<ColumnInfoNode>(*List, from, ColumnPositions, Finish);
     }
     static PrefsArray Save() { return SaveElements<ColumnInfoNode>(*List, ColumnPositions); }
@@ -296,24 +302,20 @@ using OfArchiveColumns = OfColumns<ShowArchiveColumnsList, ArchiveColumns>;
 using OfDetailsColumns = OfColumns<ShowDetailsColumnsList, DetailsColumns>;
 
 // Documents of earlier versions lack the last column. A list without any gets all of them before it is shown.
-bool LoadComputerColumns(const PrefsArray* from) {
+PassedOver LoadComputerColumns(const PrefsArray* from) {
     constexpr std::uint32_t last = ComputerColumns - 1;
     constexpr std::int32_t width = 150;
-    if (!OfComputerColumns::Load(from)) {
-        return false;
-    }
-    return from == nullptr || from->empty() || HasColumn(*ShowComputerColumnsList, last) ||
-           AddColumn(*ShowComputerColumnsList, last, width);
+    const PassedOver passed = OfComputerColumns::Load(from);
+    const bool isWhole = from == nullptr || from->empty() || HasColumn(*ShowComputerColumnsList, last);
+    return passed && (isWhole || AddColumn(*ShowComputerColumnsList, last, width)) ? passed : std::nullopt;
 }
 
-bool LoadDetailsColumns(const PrefsArray* from) {
+PassedOver LoadDetailsColumns(const PrefsArray* from) {
     constexpr std::uint32_t last = DetailsColumns - 1;
     constexpr std::int32_t width = 100;
-    if (!OfDetailsColumns::Load(from)) {
-        return false;
-    }
-    return from == nullptr || from->size() != last || HasColumn(*ShowDetailsColumnsList, last) ||
-           AddColumn(*ShowDetailsColumnsList, last, width);
+    const PassedOver passed = OfDetailsColumns::Load(from);
+    const bool isWhole = from == nullptr || from->size() != last || HasColumn(*ShowDetailsColumnsList, last);
+    return passed && (isWhole || AddColumn(*ShowDetailsColumnsList, last, width)) ? passed : std::nullopt;
 }
 
 bool AddButton(std::uint16_t id) {
@@ -326,18 +328,21 @@ bool AddButton(std::uint16_t id) {
     return true;
 }
 
-bool LoadToolbar(const PrefsArray* from) {
+PassedOver LoadToolbar(const PrefsArray* from) {
     SAK_ClearGenericList(*ToolbarList);
+    std::size_t passed = 0;
     if (from == nullptr) {
-        return true;
+        return passed;
     }
     for (const PrefsValue& element : *from) {
         const auto id = element.Number();
-        if (id && std::in_range<std::uint16_t>(*id) && !AddButton(static_cast<std::uint16_t>(*id))) {
-            return false;
+        if (!id || !std::in_range<std::uint16_t>(*id)) {
+            ++passed;
+        } else if (!AddButton(static_cast<std::uint16_t>(*id))) {
+            return std::nullopt;
         }
     }
-    return true;
+    return passed;
 }
 
 PrefsArray SaveToolbar() {

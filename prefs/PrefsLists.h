@@ -4,6 +4,8 @@
 
 #include "platform/application/Dictionary.h"
 
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -12,9 +14,9 @@ namespace solvane {
 // One list. The lists must have been made.
 struct PrefsList {
     std::string_view Key;
-    // Empties the list and fills it from the array, null when the document has none. False when a record
-    // cannot be made; those before it stay.
-    bool (*Load)(const application::PrefsArray* from);
+    // Empties the list and fills it from the array, null when the document has none. How many elements were
+    // of no use and passed over; nothing when a record cannot be made, and those before it stay.
+    std::optional<std::size_t> (*Load)(const application::PrefsArray* from);
     application::PrefsArray (*Save)();
 };
 

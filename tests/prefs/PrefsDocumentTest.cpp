@@ -181,6 +181,11 @@ TEST_F(PrefsDocument, BrokenDocumentsGiveTheDefaultsAndAreKept) {
               std::string(1024, 'p') + "</string></array></array>");
     ASSERT_TRUE(Load(passed));
     EXPECT_EQ(Tree.Read(Document + ".broken4"), passed) << "its bookmark would be gone with the next save";
+    const std::string column = Plist("<key>ShowComputerColumns</key><array><array><integer>0</integer>"
+                                     "<integer>50</integer></array><array/></array>");
+    ASSERT_TRUE(Load(column));
+    EXPECT_EQ(Tree.Read(Document + ".broken5"), column)
+        << "a column that comes of itself makes up for nothing";
     EXPECT_THAT(Requests, IsEmpty());
 }
 
