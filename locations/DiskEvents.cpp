@@ -3,20 +3,27 @@
 #include "interface/MainLayout.h"
 #include "locations/DeviceUsage.h"
 #include "locations/Devices.h"
+#include "locations/EnterDrawer.h"
+#include "locations/KeptPlaces.h"
 #include "locations/NavigationList.h"
 #include "locations/NewNodes.h"
 #include "locations/PlaceLists.h"
 #include "locations/PlaceRouter.h"
+#include "locations/RenamedVolume.h"
 #include "locations/RescanTabs.h"
+#include "locations/TabRecords.h"
 #include "locations/Tabs.h"
 #include "model/Content.h"
 #include "model/Devices.h"
 #include "model/Tabs.h"
 #include "platform/dos/DiskEvents.h"
+#include "platform/dos/Volumes.h"
 #include "sak/FilenameSupport.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace solvane {
@@ -112,6 +119,35 @@ void ShowDevicesAnew() {
     }
 }
 
+// What names a volume here follows the name that another process has given it, which keeps it in the document
+// of the preferences. True when there was one.
+bool FollowNewNames() {
+    const std::vector<dos::VolumeRename> renames = dos::TakeNewNames();
+    for (const dos::VolumeRename& rename : renames) {
+        const std::string before = rename.Before + ":", now = rename.Now + ":";
+        const RenamedVolume volume{.Before = before, .Now = now};
+        VolumeWasRenamed(volume);
+        RenameVolumeInTabs(volume);
+        static_cast<void>(RenameVolumeInKeptPlaces(volume));
+    }
+    return !renames.empty();
+}
+
+// The place on show, where it may name a volume.
+void ShowNewNames() {
+    if (LBLocation == LocationKind::Drawer) {
+        SetCurrentPath(Text<1024>(CurrentPath));
+    }
+    const LocationKind naming[] = {LocationKind::Drawer, LocationKind::Bookmarks, LocationKind::Favorites,
+                                   LocationKind::Assigns};
+    if (std::ranges::find(naming, LBLocation) != std::end(naming)) {
+        ReloadLocation();
+        if (ActiveTab != nullptr) {
+            ActiveTab->RescanTab = 0;
+        }
+    }
+}
+
 } // namespace
 
 bool StartDiskEvents() {
@@ -142,18 +178,24 @@ void EndDiskEvents() {
 
 void DisksChanged() {
     BlockMainWindow(1);
+    const bool isRenamed = FollowNewNames();
     FigureOutDiskRemoved_1();
     UpdateDevicesList();
     CloseTabsOfLostVolumes();
     NoteDevicesAnew();
     ShowDevicesAnew();
+    if (isRenamed) {
+        ShowNewNames();
+    }
     BlockMainWindow(0);
 }
 
-void VolumeWasRenamed(const DevicesNode& device) {
-    if (RemovedDevicesList) {
-        for (DevicesNode& noted : *RemovedDevicesList) {
-            noted.VolumeName = noted.DeviceName == device.DeviceName ? device.VolumeName : noted.VolumeName;
+void VolumeWasRenamed(const RenamedVolume& volume) {
+    for (GenericList<DevicesNode>* list : {RemovedDevicesList.get(), MasterDevicesList.get()}) {
+        if (list != nullptr) {
+            for (DevicesNode& device : *list) {
+                volume.PutIn(device.VolumeName);
+            }
         }
     }
 }

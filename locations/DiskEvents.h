@@ -9,6 +9,8 @@
 
 namespace solvane {
 
+struct RenamedVolume;
+
 // --- State ---
 
 extern exec::SignalMask DiskEventSignal; // one for each burst of changes; written by StartDiskEvents
@@ -20,12 +22,12 @@ extern exec::SignalMask DiskEventSignal; // one for each burst of changes; writt
 [[nodiscard]] bool StartDiskEvents();
 void EndDiskEvents(); // harmless before StartDiskEvents
 
-// Serves one signal: reads the devices anew, shows them where they are on show, and leaves what was on a disk
-// that has gone.
+// Serves one signal: reads the devices anew, shows them where they are on show, follows volumes that another
+// process has relabelled, and leaves what was on a disk that has gone.
 void DisksChanged();
 
-// The volume in a device has another name, and has not left.
-void VolumeWasRenamed(const DevicesNode& device);
+// A volume has another name, and has not left.
+void VolumeWasRenamed(const RenamedVolume& volume);
 
 // Adds the devices that RemovedDevicesList does not know yet to it, which has had those of the last disk
 // event since then; and then, with the lists read anew, finds the volumes of it that have left: their devices

@@ -17,6 +17,7 @@
 #include "platform/dos/ReadArgs.h"
 #include "platform/dos/System.h"
 #include "platform/dos/Volumes.h"
+#include "prefs/LoadSavePrefs.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Format.h"
 #include "sak/Locale.h"
@@ -116,9 +117,12 @@ void RelabelDisk() {
     UpdateDevicesList();
     if (const DevicesNode* renamed = FindMasterDevicesNode(device)) {
         const Text<128> now = renamed->VolumeName;
-        VolumeWasRenamed(*renamed);
-        RenameVolumeInTabs({.Before = before, .Now = now});
-        RenameVolumeInKeptPlaces({.Before = before, .Now = now});
+        const RenamedVolume volume{.Before = before, .Now = now};
+        VolumeWasRenamed(volume);
+        RenameVolumeInTabs(volume);
+        if (RenameVolumeInKeptPlaces(volume)) {
+            SavePrefs(1); // the next start must not look for what is gone
+        }
     }
     BuildNavigationList();
     if (LBLocation == LocationKind::Computer) {

@@ -316,13 +316,11 @@ bool RenameFavorites(FavoritesNode& node) {
     return Rename(node);
 }
 
-void RenameVolumeInKeptPlaces(const RenamedVolume& volume) {
+bool RenameVolumeInKeptPlaces(const RenamedVolume& volume) {
     const bool changes[] = {RenameVolume<BookmarksNode>(volume), RenameVolume<FavoritesNode>(volume),
                             RenameVolumeInPaths(StartupTabsList.get(), volume),
                             RenameVolumeInPaths(LocationsList.get(), volume), RenameVolumeInSettings(volume)};
-    if (std::ranges::find(changes, true) != std::end(changes)) {
-        SavePrefs(1); // the next start must not look for what is gone
-    }
+    return std::ranges::find(changes, true) != std::end(changes);
 }
 
 void OpenAllBookmarksInTabs() {

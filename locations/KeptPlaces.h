@@ -30,8 +30,8 @@ void HandleFTPSites(std::uint32_t index);
 [[nodiscard]] bool RenameFavorites(FavoritesNode& node);
 
 // A volume has another name: bookmarks, favorites, start-up tabs and drawers of the preferences that lie on
-// it follow, and the document is written when there are any. Lists on show are for the caller to show anew.
-void RenameVolumeInKeptPlaces(const RenamedVolume& volume);
+// it follow. True when there are any: the document is for the caller to write, and so are lists on show.
+[[nodiscard]] bool RenameVolumeInKeptPlaces(const RenamedVolume& volume);
 
 void OpenAllBookmarksInTabs();
 void OpenAllBookmarksInWindows();

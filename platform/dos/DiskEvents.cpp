@@ -2,7 +2,9 @@
 
 #include "platform/dos/Errors.h"
 #include "platform/dos/HostFd.h"
+#include "platform/dos/HostPaths.h"
 #include "platform/dos/MountInfo.h"
+#include "platform/dos/VolumeTable.h"
 #include "platform/dos/Volumes.h"
 
 #include <algorithm>
@@ -153,12 +155,16 @@ bool DiskNotification::Start(exec::Task* task, int signal) {
         return false;
     }
     Running = std::move(watch);
+    // Without it names that other processes give are seen at the next start.
+    if (const std::string file = LabelFile(); !file.empty())
+        static_cast<void>(Names.Start(FromHostPath(file), task, signal));
     const std::lock_guard hold(Watches().Guard);
     Watches().All.push_back(Running.get());
     return true;
 }
 
 void DiskNotification::End() {
+    Names.End();
     if (!Running)
         return;
     {

@@ -38,6 +38,8 @@ struct VolumeLabel {
 // The labels for disks and for MakeVolumes from now on, and the host path of the mounts.toml that
 // keeps them.
 void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFile);
+// That host path; empty when nothing keeps them.
+[[nodiscard]] std::string LabelFile();
 // The label of a volume; its own name where it has none.
 [[nodiscard]] std::string LabelOf(const std::string& ownName);
 

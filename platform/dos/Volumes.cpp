@@ -135,8 +135,8 @@ void GiveDevice(const TableState& state, VolumeInfo& info) {
     }
 }
 
-const std::string& LabelIn(const TableState& state, const std::string& ownName) {
-    for (const VolumeLabel& label : state.Labels)
+const std::string& LabelIn(const std::vector<VolumeLabel>& labels, const std::string& ownName) {
+    for (const VolumeLabel& label : labels)
         if (SameName(label.Volume, ownName))
             return label.Name;
     return ownName;
@@ -164,7 +164,7 @@ void GiveNames(const TableState& state, VolumeInfo& info) {
         return;
     }
     GiveDevice(state, info);
-    info.Volume = LabelIn(state, info.Volume);
+    info.Volume = LabelIn(state.Labels, info.Volume);
     GiveVolume(state, info);
 }
 
@@ -199,7 +199,7 @@ void Obey(const TableState& state, VolumeInfo& info) {
         info.Names = declared.Names;
         info.Metadata = declared.Metadata;
         if (!IsTaken(state, declared.Volume))
-            info.Volume = LabelIn(state, declared.Volume);
+            info.Volume = LabelIn(state.Labels, declared.Volume);
     }
 }
 
@@ -269,8 +269,9 @@ bool Fail(long error) {
 // A volume that is to be called otherwise.
 struct Renaming {
     VolumeRef Before;
-    std::string Own; // what the disk or the system calls it
-    std::string MountFile;
+    std::string Own{}; // what the disk or the system calls it
+    std::string MountFile{};
+    std::string Now{}; // where the file wishes it
 };
 
 // The name by which a volume of the system is known to its label.
@@ -334,6 +335,41 @@ void PutName(TableState& state, const Renaming& renaming, std::string_view name)
     for (VolumeInfo& declared : state.Declared)
         if (SameName(declared.Volume, renaming.Before->Info.Volume))
             declared.Volume = name;
+}
+
+// What mounts.toml calls a volume that it declares; null when it does not tell which one it means.
+const std::string* DeclaredName(const TableState& state, const MountFile& file, const VolumeInfo& info) {
+    const auto isAt = [&info](const auto& each) { return each->Info.HostRoot == info.HostRoot; };
+    const bool isAlone = std::ranges::count_if(state.Fixed, isAt) <= 1;
+    for (const MountFileVolume& row : file.Volumes)
+        if (row.Info.HostRoot == info.HostRoot &&
+            (row.Info.Device.empty() ? isAlone : SameName(row.Info.Device, info.Device)))
+            return &row.Info.Volume;
+    return nullptr;
+}
+
+// The volumes that mounts.toml calls otherwise than it did.
+std::vector<Renaming> WishedNames(const TableState& state, const MountFile& file) {
+    std::vector<Renaming> wishes;
+    const auto wish = [&](const VolumeRef& volume, const std::string& own) {
+        const std::string& now = LabelIn(file.Labels, own);
+        if (now != LabelIn(state.Labels, own))
+            wishes.push_back({.Before = volume, .Own = own, .Now = now});
+    };
+    for (const VolumeRef& volume : state.Fixed) {
+        if (const std::string* declared = DeclaredName(state, file, volume->Info))
+            wishes.push_back({.Before = volume, .Now = *declared});
+        else
+            wish(volume, OwnNameIn(state, volume->Info.Volume));
+    }
+    for (const MountedDisk& disk : state.Disks) {
+        const auto isTwin = [&disk](const MountedDisk& each) { return SameName(each.Label, disk.Label); };
+        if (const std::string* declared = DeclaredName(state, file, disk.Ref->Info))
+            wishes.push_back({.Before = disk.Ref, .Now = LabelIn(file.Labels, *declared)});
+        else if (std::ranges::count_if(state.Disks, isTwin) == 1)
+            wish(disk.Ref, disk.Label);
+    }
+    return wishes;
 }
 
 } // namespace
@@ -485,7 +521,36 @@ void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFi
 std::string LabelOf(const std::string& ownName) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    return LabelIn(state, ownName);
+    return LabelIn(state.Labels, ownName);
+}
+
+std::string LabelFile() {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    return state.MountFile;
+}
+
+std::vector<VolumeRename> TakeNewNames() {
+    const auto text = ReadHostText(LabelFile(), LargestMountFile);
+    MountFile file = ParseMountFile(text.value_or(""), {});
+    std::vector<VolumeRename> taken;
+    if (!text || !file.Problems.empty())
+        return taken;
+    {
+        TableState& state = State();
+        const std::lock_guard hold(state.Guard);
+        for (const Renaming& wish : WishedNames(state, file)) {
+            const std::string& before = wish.Before->Info.Volume;
+            if (before == wish.Now || (!SameName(before, wish.Now) && IsTaken(state, wish.Now)))
+                continue;
+            PutName(state, wish, wish.Now);
+            taken.push_back({before, wish.Now});
+        }
+        state.Labels = std::move(file.Labels);
+    }
+    for (const VolumeRename& each : taken)
+        RenameInAssigns(each.Before, each.Now);
+    return taken;
 }
 
 bool Relabel(std::string_view volume, std::string_view name) {

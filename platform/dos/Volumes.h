@@ -89,6 +89,14 @@ enum class AssignEnd { Last, First };
 // is broken.
 [[nodiscard]] bool Relabel(std::string_view volume, std::string_view name);
 
+struct VolumeRename {
+    std::string Before, Now; // no colons
+};
+// Looks whether mounts.toml gives volumes other names than before, as when another process has called
+// Relabel: they and the assigns to them have those names from then on. A name that is taken is passed over,
+// and so is one label for several disks. Nothing when the file cannot be read or something in it is wrong.
+[[nodiscard]] std::vector<VolumeRename> TakeNewNames();
+
 // "DOS\07", "NTFS": three characters and an escape where the last byte is none.
 [[nodiscard]] std::string DosTypeText(std::uint32_t dosType);
 

@@ -282,6 +282,22 @@ TEST_F(MountsTest, WhatNamesAVolumeFollowsItsNewName) {
     EXPECT_THAT(Requests, IsEmpty());
 }
 
+TEST_F(MountsTest, NameThatAnotherWindowGaveIsFollowed) {
+    const RealDisk disk("/media/Ours");
+    disk.Write("d/file");
+    ServeUntil({"Ours:"});
+    OpenInTab("VD0:");
+    OpenInTab("Ours:d");
+    AddCurrentLocationToFavorites(AskFirst::No);
+    File("mounts.toml", "[[label]]\nvolume = \"Ours\"\nname = \"Theirs\"\n");
+    ServeUntil({"Theirs:"});
+    EXPECT_THAT(Labels(), ElementsAre("Computer", "VD0:", "d", "New tab")) << "the disk has not left";
+    EXPECT_EQ(CurrentPath.View(), "Theirs:d");
+    EXPECT_THAT(Rows(), ElementsAre("file"));
+    EXPECT_NE(FindMasterFavoritesNode("Theirs:d"), nullptr);
+    EXPECT_THAT(Requests, IsEmpty());
+}
+
 TEST_F(MountsTest, NamesThatAVolumeCannotHaveAreRefusedAndTold) {
     const RealDisk disk("/media/Disk"), other("/media/Other"), locked("/media/Locked");
     ASSERT_TRUE(locked.MakeReadOnly());

@@ -166,6 +166,33 @@ TEST_F(DiskEventsTest, RelabelledDiskIsToldAndKeepsItsNameWhenItComesBack) {
     EXPECT_EQ(dos::IoErr(), dos::ErrorDiskWriteProtected);
 }
 
+TEST_F(DiskEventsTest, NamesThatAnotherProcessGivesAreTakenWhenTheyAreAskedFor) {
+    const auto label = [](const std::string& volume, const std::string& name) {
+        return "[[label]]\nvolume = \"" + volume + "\"\nname = \"" + name + "\"\n";
+    };
+    Tree.Drawer("mine");
+    ASSERT_TRUE(dos::AddVolume({.Device = "DH5", .Volume = "Mine", .HostRoot = Tree.Path("mine")}));
+    dos::SetVolumeLabels({}, Tree.Path("mounts.toml"));
+    Mount(Disk + Row(3, "/dev/loop8", "Other") + Row(4, "/dev/loop7", "twin") +
+          Row(5, "/dev/loop6", "a/twin"));
+    ASSERT_TRUE(dos::SetAssign("Games", dos::AssignKind::Late, {"Amiga:"}));
+    ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
+    Tree.Write("mounts.toml", "[[volume]]\nname = \"Yours\"\npath = \"" + Tree.Path("mine") + "\"\n" +
+                                  label("Amiga", "New") + label("Other", "Host") + label("twin", "One"));
+    EXPECT_EQ(exec::Wait(Mask()), Mask());
+    EXPECT_EQ(Find("Amiga:file"), "Amiga:file") << "work under way goes on";
+    std::vector<std::string> taken;
+    for (const dos::VolumeRename& each : dos::TakeNewNames())
+        taken.push_back(each.Before + " " + each.Now);
+    EXPECT_EQ(taken, (std::vector<std::string>{"Mine Yours", "Amiga New"})) << "no name that is taken";
+    EXPECT_EQ(Find("Games:file"), "New:file");
+    EXPECT_EQ(Find("Yours:"), "Yours:");
+    EXPECT_TRUE(dos::TakeNewNames().empty());
+    Tree.Write("mounts.toml", "[[label]");
+    EXPECT_TRUE(dos::TakeNewNames().empty()) << "a broken file takes no name away";
+    EXPECT_EQ(Find("New:file"), "New:file");
+}
+
 TEST_F(DiskEventsTest, BurstIsOneSignalAndMountsOfTheSystemAreNone) {
     ASSERT_TRUE(Watch.Start(exec::FindTask(), Signal));
     Mount("9 1 0:9 / /proc rw - proc proc rw\n");
