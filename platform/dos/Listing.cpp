@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::size_t SlicesAhead = 128; // done before they are asked for, at most
 
+// In which older emulators keep what others keep in sidecars, one in each drawer. It travels with its drawer.
+constexpr std::string_view EmulatorTable = "_UAEFSDB.___";
+
 bool IsSidecarName(std::string_view name) {
     return name.size() > SidecarSuffix.size() && name.ends_with(SidecarSuffix);
 }
@@ -108,8 +111,11 @@ void Listing::GiveShownName(const Slice& slice, std::size_t entry, std::string& 
 // Told by its text: what is only called so is the user's own and must be seen.
 bool Listing::IsSidecar(int directory, const BareEntry& entry, const ObjectRecord& record) const {
     const std::string_view name = entry.View();
+    if (Rule == MetadataRule::Uaem && name == EmulatorTable)
+        return record.Type == TypeFile;
     SidecarFile sidecar;
-    return record.Type == TypeFile && IsSidecarName(name) && WithSidecar.contains(OwnerOfSidecar(name)) &&
+    return record.Type == TypeFile && !WithSidecar.empty() && IsSidecarName(name) &&
+           WithSidecar.contains(OwnerOfSidecar(name)) &&
            FindSidecar(directory, OwnerOfSidecar(name), sidecar) && sidecar.State == SidecarState::Ours;
 }
 
@@ -133,11 +139,9 @@ bool Listing::WorkOnNext(int directory, Progress* progress) {
     for (std::size_t i = 0; i < records.size(); ++i) {
         const BareEntry& entry = entries[slice->From + i];
         ExamineEntry(directory, entry.Name, entry.Type, {Kept, Rule}, records[i]);
-        if (!WithSidecar.empty()) {
-            records[i].IsSidecar = IsSidecar(directory, entry, records[i]);
-            if (WithSidecar.contains(entry.View()))
-                ApplySidecar(directory, entry.View(), records[i]);
-        }
+        records[i].IsSidecar = IsSidecar(directory, entry, records[i]);
+        if (!WithSidecar.empty() && WithSidecar.contains(entry.View()))
+            ApplySidecar(directory, entry.View(), records[i]);
         Beat(progress);
     }
     const std::lock_guard hold(Guard);

@@ -15,6 +15,7 @@ namespace {
 constexpr std::string_view Letters = "hsparwed"; // bits 7 to 0
 constexpr std::uint32_t InvertedBits = 15;       // set when not allowed
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view DateShape = "0000-00-00 00:00:00.00";
 constexpr std::size_t DateColumn = 9;
 constexpr std::size_t TimeEnd = 31;
 constexpr std::size_t CommentColumn = 32;
@@ -39,7 +40,7 @@ std::uint16_t Number(std::string_view digits) {
 
 // "2013-02-12 21:20:52.02"
 std::optional<std::uint32_t> ParseDate(std::string_view text) {
-    if (!HasShape(text, "0000-00-00 00:00:00.00"))
+    if (!HasShape(text, DateShape))
         return {};
     return CheckDate({.Second = Number(text.substr(17, 2)),
                       .Minute = Number(text.substr(14, 2)),
@@ -76,6 +77,40 @@ std::string ParseComment(std::string_view text) {
         }
     }
     return out;
+}
+
+bool IsInPlace(std::string_view letters) {
+    for (std::size_t i = 0; i < letters.size(); ++i)
+        if (letters[i] != '-' && letters[i] != Letters[i])
+            return false;
+    return true;
+}
+
+// Another character than its own in a column counts as an absent letter.
+std::uint32_t BitsOf(std::string_view letters) {
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < letters.size(); ++i)
+        if (letters[i] == Letters[i])
+            bits |= 1u << (Letters.size() - 1 - i);
+    return bits ^ InvertedBits;
+}
+
+bool HasDate(std::string_view line) {
+    return line.size() >= TimeEnd && line[DateColumn - 1] == ' ' &&
+           HasShape(line.substr(DateColumn, TimeEnd - DateColumn), DateShape);
+}
+
+// Somebody's own text must not be taken for a line of ours, and be hidden and replaced: without a date, each
+// letter must be in its place. One that was cut off within the letters has default bits.
+std::optional<std::uint32_t> ProtectionOf(std::string_view line, bool isAll) {
+    const std::string_view letters = line.substr(0, Letters.size());
+    if (HasDate(line))
+        return BitsOf(letters);
+    if (line.size() < Letters.size())
+        return isAll && IsInPlace(line) ? std::optional<std::uint32_t>(0) : std::nullopt;
+    // A ruler of dashes is none: behind the letters there is a blank or nothing.
+    const bool isApart = line.size() == Letters.size() || line[Letters.size()] == ' ';
+    return isApart ? ProtectionFromLetters(letters) : std::nullopt;
 }
 
 void AppendDigits(std::string& out, unsigned value, std::size_t digits) {
@@ -157,26 +192,19 @@ std::string FormatSidecar(const SidecarFacts& facts) {
 }
 
 std::optional<std::uint32_t> ProtectionFromLetters(std::string_view letters) noexcept {
-    if (letters.size() != Letters.size())
+    if (letters.size() != Letters.size() || !IsInPlace(letters))
         return {};
-    std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < Letters.size(); ++i) {
-        if (letters[i] != '-' && letters[i] != Letters[i])
-            return {};
-        if (letters[i] == Letters[i])
-            bits |= 1u << (Letters.size() - 1 - i);
-    }
-    return bits ^ InvertedBits;
+    return BitsOf(letters);
 }
 
 SidecarFacts ParseSidecar(std::string_view text) {
     if (text.starts_with(ByteOrderMark))
         text.remove_prefix(ByteOrderMark.size());
+    const std::string_view all = text;
     text = text.substr(0, text.find_first_of("\r\n"));
     SidecarFacts facts;
-    // A ruler of dashes is none: behind the letters there is a blank or nothing.
-    if (text.size() == Letters.size() || text.substr(0, DateColumn).ends_with(' '))
-        facts.Protection = ProtectionFromLetters(text.substr(0, Letters.size()));
+    facts.Protection =
+        ProtectionOf(text, all.find_first_not_of("\r\n", text.size()) == std::string_view::npos);
     if (!facts.Protection)
         return facts;
     if (text.size() >= TimeEnd)

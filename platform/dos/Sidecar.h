@@ -21,7 +21,9 @@ struct SidecarFacts {
     std::string Comment;                     // UTF-8
 };
 
-// What cannot be read of it is left out; a text that is no such line at all gives nothing.
+// What cannot be read of it is left out: beside a date any other character than a column's own counts as an
+// absent letter, and a line that ends within the letters, as an empty file does, has default bits. A text
+// that is no such line at all gives nothing.
 [[nodiscard]] SidecarFacts ParseSidecar(std::string_view text);
 
 // The line for a sidecar; bits and date must be there. A comment that is no UTF-8 counts as Latin-1;

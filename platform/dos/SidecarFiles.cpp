@@ -51,8 +51,6 @@ bool FindSidecar(int drawer, std::string_view owner, SidecarFile& sidecar) {
     if (!ReadToEnd(file.Get(), text, LargestSidecar))
         return false;
     SidecarFacts facts = ParseSidecar(text);
-    if (text.empty()) // cut off, with nothing to lose
-        facts.Protection = 0;
     if (!facts.Protection)
         return true;
     sidecar = {SidecarState::Ours, std::move(file), std::move(facts)};

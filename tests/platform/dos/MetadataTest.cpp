@@ -50,10 +50,16 @@ TEST(SidecarTest, LinesOfEmulatorsAreRead) {
         {"----rwed", 0, {}, ""},
         {"----rwed 2013-02-30 21:20:52.02 no such day", 0, {}, "no such day"},
         {"----rwed 2013-02-12", 0, {}, ""},
-        {"----rw", {}, {}, ""},
-        {"", {}, {}, ""},
+        {"----rw", 0, {}, ""},
+        {"-s--\n", 0, {}, ""},
+        {"", 0, {}, ""},
+        {"-\nmy own list", {}, {}, ""},
+        {"my own", {}, {}, ""},
         {"not a metadata line", {}, {}, ""},
-        {"rwed---- 2013-02-12 21:20:52.02 moved", {}, {}, ""},
+        {"somebody with a text", {}, {}, ""},
+        {"rwed---- 2013-02-12 21:20:52.02 moved", 0x0F, date, "moved"},
+        {"-S-?rwxd 2013-02-12 21:20:52.02 odd", 0x02, date, "odd"},
+        {"-S-?rwxd 2013-02-12 21:20:52 no hundredths", {}, {}, ""},
     };
     for (const SidecarCase& row : cases) {
         const dos::SidecarFacts facts = dos::ParseSidecar(row.Text);

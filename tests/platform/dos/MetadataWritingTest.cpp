@@ -1,14 +1,19 @@
 #include "platform/dos/Changes.h"
 #include "platform/dos/Copy.h"
+#include "platform/dos/CopyTree.h"
 #include "platform/dos/Dates.h"
 #include "platform/dos/Files.h"
 #include "platform/dos/HostFd.h"
+#include "platform/dos/NameEscapes.h"
 #include "platform/dos/Sidecar.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <span>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -130,6 +135,50 @@ TEST_F(MetadataWritingTest, LongerCommentOfAnotherWriterHindersNoOtherChange) {
     EXPECT_TRUE(dos::SetProtection("Test:file", 0x40));
     EXPECT_TRUE(dos::SetDate("Test:file", 238464000));
     EXPECT_EQ(Tree.Read("file.uaem"), "-s--rwed 1985-07-23 00:00:00.00 " + comment + "\n");
+}
+
+// Files as emulators and other tools left them: shown and hidden as there, and each sidecar is the same byte
+// for byte when it was copied and written anew.
+TEST_F(MetadataWritingTest, SamplesComeBackByteForByte) {
+    const auto read = [](const std::filesystem::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    std::map<std::string, std::string> sidecars; // by owner
+    for (const auto& entry : std::filesystem::directory_iterator(SOLVANE_TEST_DATA "/uaem")) {
+        const std::string name = entry.path().filename();
+        Tree.Write("amiga/" + name, read(entry.path()));
+        if (name.ends_with(".uaem") && name != "gen_orphan.uaem" && name != "gen_bad.uaem") {
+            const std::string owner = name.substr(0, name.size() - 5);
+            sidecars[owner] = read(entry.path());
+            Tree.Write("amiga/" + owner, "text");
+        }
+    }
+    Tree.Write("amiga/_UAEFSDB.___", "table");
+    EXPECT_EQ(NamesIn("Amiga:"),
+              (std::vector<std::string>{
+                  "README.md",       "dir1*",          "file1*",           "file2<",          "file3",
+                  "file4.",          "file6.t",        "gen_all",          "gen_archived",    "gen_bad",
+                  "gen_bad.uaem",    "gen_comment_90", "gen_long_comment", "gen_no_line_end", "gen_none",
+                  "gen_orphan.uaem", "gen_pure",       "gen_readonly",     "gen_script",      "gen_short"}));
+    EXPECT_EQ(dos::ExamineObject("Amiga:gen_short")->Protection & 0xFF, 0u);
+    EXPECT_EQ(dos::CopyTree("Amiga:", "Test:copy").FirstError, dos::ErrorReadProtected);
+    EXPECT_FALSE(Tree.Exists("copy/gen_none")); // the one that may not be read
+    ASSERT_TRUE(dos::SetProtection("Amiga:gen_none", 0) && dos::Copy("Amiga:gen_none", "Test:copy/gen_none"));
+    EXPECT_TRUE(dos::SetProtection("Amiga:gen_none", 0x0F) && dos::SetProtection("Test:copy/gen_none", 0x0F));
+    EXPECT_EQ(Tree.Read("copy/_UAEFSDB.___"), "table");
+    EXPECT_EQ(sidecars.size(), 16u);
+    sidecars["gen_no_line_end"] += '\n';
+    for (const auto& [owner, line] : sidecars) {
+        const std::string name = dos::UnescapedName(owner);
+        for (const char* drawer : {"Amiga:", "Test:copy/"}) {
+            const std::string path = drawer + name;
+            const bool takesDate = owner == "gen_short"; // which it has not
+            EXPECT_TRUE(takesDate || dos::SetProtection(path, dos::ExamineObject(path)->Protection)) << path;
+        }
+        EXPECT_EQ(Tree.Read("amiga/" + owner + ".uaem"), line);
+        EXPECT_TRUE(Tree.Read("copy/" + name + ".uaem") == line || owner == "gen_short") << owner;
+    }
 }
 
 TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
