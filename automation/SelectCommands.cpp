@@ -49,6 +49,12 @@ bool HasTypes() {
            LBLocation == LocationKind::Drawer;
 }
 
+// A drive without a medium is selected by itself alone.
+bool IsAmongAll(const ContentNode& node) {
+    const DevicesNode* device = LBLocation == LocationKind::Computer ? DeviceOf(node) : nullptr;
+    return device == nullptr || device->Mounted != 0;
+}
+
 // Puts rows and records in step after the selection has changed, and shows it.
 void TellChange() {
     SelectContentListItems();
@@ -108,7 +114,13 @@ void SelectAll() {
     }
     SetPreviewPaneNone();
     const BlockedWindow blocked;
-    Objects.ContentList->SelectAll();
+    if (LBLocation == LocationKind::Computer) {
+        ClearSelectedFiles();
+        FlagEntries(IsAmongAll);
+        HighlightContentListItems();
+    } else {
+        Objects.ContentList->SelectAll();
+    }
     TellChange();
 }
 
@@ -127,7 +139,7 @@ void ToggleSelection() {
     const BlockedWindow blocked;
     SelectContentListItems();
     for (const ListRow& row : lblist2) {
-        if (row.Record != nullptr) {
+        if (row.Record != nullptr && IsAmongAll(*row.Record)) {
             row.Record->Selected = row.Record->Selected == 0 ? 1 : 0;
         }
     }

@@ -158,9 +158,7 @@ intuition::CellLook ContentRows::Cell(std::size_t row, std::size_t column) const
 
 intuition::RowLook ContentRows::Row(std::size_t row) const {
     const ContentNode* node = lblist2[row].Record;
-    const DevicesNode* device = node != nullptr ? DeviceOf(*node) : nullptr;
-    const bool isEmptyDrive = device != nullptr && device->Mounted == 0;
-    return {.Background = Looks.Stripes[row % 2], .Disabled = node == nullptr || isEmptyDrive};
+    return {.Background = Looks.Stripes[row % 2], .Disabled = node == nullptr};
 }
 
 std::string_view ContentRows::Name(std::size_t row) const {

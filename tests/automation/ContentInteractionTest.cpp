@@ -7,7 +7,9 @@
 #include "automation/TypeAhead.h"
 #include "content/SortLists.h"
 #include "interface/DetailsGadgets.h"
+#include "locations/Devices.h"
 #include "locations/EnterDrawer.h"
+#include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
 #include "model/Program.h"
@@ -17,6 +19,7 @@
 #include "tests/automation/PressKey.h"
 #include "tests/locations/OpenWindow.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <utility>
 
@@ -352,6 +355,22 @@ TEST_F(ContentInteraction, GuideIsOpenedOrItsFailureTold) {
     dos::SetBuiltIn("WBRun", [](std::string_view) { return dos::BuiltInResult{.Code = 10}; });
     Press(rawkey::Help);
     EXPECT_EQ(Requests.size(), 1U);
+}
+
+TEST_F(ContentInteraction, EmptyDriveIsSelectedByItselfAlone) {
+    ASSERT_TRUE(GetDevices());
+    auto drive = SAK_CreateGenericListNode<DevicesNode>();
+    drive->DeviceName = drive->VolumeName = drive->Label = "DF9:";
+    SAK_AddGenericListNode(*MasterDevicesList, std::move(drive));
+    ASSERT_TRUE(GoToPlace("Computer"));
+    SelectAll();
+    EXPECT_EQ(Objects.ContentList->SelectedRows().size() + 1, lblist2.size());
+    EXPECT_THAT(Selected(), testing::Not(testing::HasSubstr("DF9:")));
+    ToggleSelection();
+    EXPECT_EQ(Selected(), "");
+    const auto names = Rows();
+    Select({static_cast<std::size_t>(std::ranges::find(names, "DF9:") - names.begin())});
+    EXPECT_EQ(Selected(), "DF9:");
 }
 
 } // namespace
