@@ -80,6 +80,23 @@ TEST_F(FindsTest, DeviceIsFoundByEitherNameInAnyCase) {
     EXPECT_EQ(FindMasterDevicesNode("DH2:"), nullptr);
 }
 
+TEST_F(FindsTest, MountsAndSharesAreKnownByTheirKind) {
+    AddDevice("DH0:", "Work:", 1);
+    AddDevice("SMB0:", "Share:", 1);
+    SAK_LastGenericListNode(*MasterDevicesList)->Type = DeviceNetworkShare;
+    AddDevice("FTP0:", "Site:", 1);
+    SAK_LastGenericListNode(*MasterDevicesList)->Type = DeviceFTPMount;
+    const struct {
+        const char* Name;
+        bool IsMount, IsShare;
+    } rows[] = {{"ftpmount:", true, true}, {"Site:", true, true},   {"FTP0:", true, true},
+                {"share:", false, true},   {"Work:", false, false}, {"Gone:", false, false}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(IsDeviceFTPMount(row.Name), row.IsMount) << row.Name;
+        EXPECT_EQ(IsDeviceNetworkShare(row.Name), row.IsShare) << row.Name;
+    }
+}
+
 TEST_F(FindsTest, DeviceNamesBecomeVolumeNames) {
     AddDevice("DH0:", "Workbench:", 1);
     AddDevice("DF0:", "DF0:", 0);
