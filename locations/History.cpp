@@ -132,12 +132,24 @@ HistoryNode* HistoryFirst() {
     return Entries() > 0 ? GoTo(Entries() - 1) : nullptr;
 }
 
+HistoryNode* HistoryLast() {
+    BeforeSwitchHistory();
+    return GoTo(0);
+}
+
 HistoryNode* ChooseHistory(std::size_t index) {
     if (index >= Entries() || static_cast<std::int64_t>(index) == HistorySelected) {
         return nullptr;
     }
     BeforeSwitchHistory();
     return GoTo(static_cast<std::uint32_t>(index));
+}
+
+void ReturnInHistory(std::int32_t index) {
+    if (const HistoryNode* entry = GoTo(static_cast<std::uint32_t>(std::max(index, 0)))) {
+        HistorySelected = index;
+        LBTop = entry->LBTop;
+    }
 }
 
 void SwitchHistory() {

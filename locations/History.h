@@ -32,13 +32,18 @@ void AddHistoryNode(std::string_view name, std::string_view path, LocationKind l
 // The same for a place that is on show already: BeforeSwitchHistory was called before it came.
 void AddShownPlace(std::string_view name, std::string_view path, LocationKind location);
 
-// One entry back, forth, to the oldest: the entry that is current then, null only without any.
+// One entry back, forth, to the oldest, to the newest: the entry that is current then, null only without any.
 // At the end nothing changes.
 HistoryNode* HistoryBack();
 HistoryNode* HistoryForward();
 HistoryNode* HistoryFirst();
+HistoryNode* HistoryLast();
 // The entry of that index, counted from the newest. Null when there is none or it is the current one.
 HistoryNode* ChooseHistory(std::size_t index);
+
+// Takes back a step that has led to nothing: the entry of that index, which HistorySelected had before, is
+// current again, with its first visible row.
+void ReturnInHistory(std::int32_t index);
 
 // Brings the history gadgets in line with the history of the tab on show.
 void SwitchHistory();

@@ -36,21 +36,34 @@ ShownHistory HistoryOnShow() {
     return {HistoryList.get(), SAK_FirstGenericListNode(*HistoryList), SAK_GenericListCount(*HistoryList)};
 }
 
-void ShowDrawerOf(const HistoryNode& entry) {
+bool ShowDrawerOf(const HistoryNode& entry) {
     const Text<1024> before = PathUndoBuffer;
     SetCurrentPath(Text<1024>(entry.Path));
     if (!ScanDrawer()) {
         SetCurrentPath(before); // the list of that place is still on show
-        return;
+        return false;
     }
     DetailsPane2();
+    return true;
+}
+
+// Takes a step in the history and shows where it has led. When that cannot be shown the step is taken back:
+// the place before it is still on show.
+template <class Step>
+void GoInHistory(const Step& step) {
+    const HistoryNode* const before = CurrentHistory;
+    const std::int32_t selected = HistorySelected;
+    const HistoryNode* const reached = step();
+    if (reached != nullptr && reached != before && !HandleHistory()) {
+        ReturnInHistory(selected);
+    }
 }
 
 } // namespace
 
-void HandleHistory() {
+bool HandleHistory() {
     if (CurrentHistory == nullptr) {
-        return;
+        return true;
     }
     Qualifier = 0;
     AfterSwitchHistory();
@@ -58,28 +71,24 @@ void HandleHistory() {
     const std::string_view word = WordOfPlace(location, CurrentHistory->Name);
     const bool isGone = location == LocationKind::SearchResults || location == LocationKind::DuplicateFiles ||
                         location == LocationKind::Archive; // an archive cannot be opened yet
+    bool isShown = true;
     if (!word.empty()) {
-        GoToPlace(word, Arrival::Again);
+        isShown = GoToPlace(word, Arrival::Again);
     } else if (!isGone) {
-        ShowDrawerOf(*CurrentHistory);
+        isShown = ShowDrawerOf(*CurrentHistory);
     }
     DoReload = 0;
     SetMenuState();
     SetToolbarState();
+    return isShown;
 }
 
 void GoBackInHistory() {
-    const HistoryNode* before = CurrentHistory;
-    if (HistoryBack() != before) {
-        HandleHistory();
-    }
+    GoInHistory(HistoryBack);
 }
 
 void GoForwardInHistory() {
-    const HistoryNode* before = CurrentHistory;
-    if (HistoryForward() != before) {
-        HandleHistory();
-    }
+    GoInHistory(HistoryForward);
 }
 
 void PopHistoryChooser() {
@@ -98,9 +107,8 @@ void PopHistoryChooser() {
 }
 
 void HandleHistoryChooser() {
-    if (Objects.HistoryChooser != nullptr && PoppedUp == HistoryOnShow() &&
-        ChooseHistory(Objects.HistoryChooser->Picked()) != nullptr) {
-        HandleHistory();
+    if (Objects.HistoryChooser != nullptr && PoppedUp == HistoryOnShow()) {
+        GoInHistory([] { return ChooseHistory(Objects.HistoryChooser->Picked()); });
     }
 }
 

@@ -3,10 +3,11 @@
 
 namespace solvane {
 
-// Shows the current entry. Search results and duplicates are not there any more: the list then stays.
-void HandleHistory();
+// Shows the current entry. Search results and duplicates are not there any more: the list then stays. False,
+// after a requester, when the place cannot be shown; what was on show still is.
+bool HandleHistory();
 
-// What keys, buttons and menu items do.
+// What keys, buttons and menu items do. An entry that cannot be shown does not become the current one.
 void GoBackInHistory();
 void GoForwardInHistory();
 
