@@ -78,12 +78,9 @@ void rexx_OpenNewTab(rexx::CommandCall& call) {
     if (!path) {
         return;
     }
-    OpenNewTab(1);
-    if (std::find(WordsOfPlaces.begin(), WordsOfPlaces.end(), *path) != WordsOfPlaces.end()) {
-        GoToPlace(*path);
-    } else {
-        PopulateContent2(NameOfPath(*path), *path);
-    }
+    const bool isWord = std::find(WordsOfPlaces.begin(), WordsOfPlaces.end(), *path) != WordsOfPlaces.end();
+    OpenNewTabFor(
+        [&path, isWord] { return isWord ? GoToPlace(*path) : PopulateContent2(NameOfPath(*path), *path); });
 }
 
 void rexx_CloseTab(rexx::CommandCall&) {

@@ -173,23 +173,25 @@ void RowClicked(std::size_t row) {
     ServeClick(row);
 }
 
-void StartInlineRename() {
+bool StartInlineRename() {
     const std::int32_t style = ViewStyleInForce();
     const bool hasNames =
         style == ViewList || style == ViewDetails || style == ViewThumbnailDetails || style == ViewIcons;
     SelectContentListItems();
     if (Prefs.EnableInlineRename == 0 || LBLocation != LocationKind::Drawer || NumSelected != 1 ||
         !hasNames || Objects.ContentList == nullptr) {
-        return;
+        return false;
     }
     const std::size_t row = Objects.ContentList->SelectedRows().front();
     const auto& columns = ColumnsInForce();
     const auto name = std::ranges::find(columns, DetailsColumn::Name);
     const ContentNode* node = RecordOf(row);
-    if (name != columns.end() && node != nullptr) {
+    const bool canEdit = name != columns.end() && node != nullptr;
+    if (canEdit) {
         Objects.ContentList->EditCell(row, static_cast<std::size_t>(name - columns.begin()), node->EntryName,
                                       Text<128>::Limit);
     }
+    return canEdit;
 }
 
 } // namespace solvane

@@ -12,7 +12,7 @@ void HandleContentListBrowser();
 // The row behaves as if the user had clicked it; the list browser has the selection already.
 void RowClicked(std::size_t row);
 
-// Lets the user edit the name of the one selected entry in its row, where that can be done.
-void StartInlineRename();
+// Lets the user edit the name of the one selected entry in its row, where that can be done; false elsewhere.
+bool StartInlineRename();
 
 } // namespace solvane

@@ -45,6 +45,13 @@ void Waits() {
     SetStatusBar(SAK_LocaleString(MSG_COMMAND_COMES_LATER), Text<128>(StatusBarBuffer2));
 }
 
+// Several entries at once, and sites, are still to come.
+void RenameSelection() {
+    if (!RenameSelectedPlaces() && !StartInlineRename()) {
+        Waits();
+    }
+}
+
 void Quit() {
     ScrNotChange = CommodityInForce != 0 ? 1 : ScrNotChange; // the images go, too
     LeaveWindow();
@@ -135,7 +142,7 @@ constexpr Command Commands[] = {
     {MenuExecuteCommand, Waits},
     {MenuDelete, Waits},
     {MenuNewDrawer, Waits},
-    {MenuRename, StartInlineRename}, // several at once are still to come
+    {MenuRename, RenameSelection},
     {MenuProtect, Waits},
     {MenuFilenote, Waits},
     {MenuOpenArchive, Waits},

@@ -33,14 +33,10 @@ StartPlace ChosenStart() {
     return {static_cast<LocationKind>(Prefs.DefaultOpenAt), Prefs.DefaultOpenAtName, Prefs.DefaultOpenAtPath};
 }
 
-void RouteStartPath(const TabsNode& tab) {
+bool RouteStartPath(const TabsNode& tab) {
     const std::string_view path = tab.Path.Empty() ? "Computer" : tab.Path.View();
     const std::string_view word = NavigationWordOf(path);
-    if (!word.empty()) {
-        GoToPlace(word);
-        return;
-    }
-    PopulateContent2(NameOfPath(path).View(), path);
+    return word.empty() ? PopulateContent2(NameOfPath(path).View(), path) : GoToPlace(word);
 }
 
 void ShowStartPlace() {
@@ -68,11 +64,13 @@ void GoToStartLocation() {
 void ShowCommandLineTabs() {
     std::uint32_t pf = 0;
     for (const TabsNode& tab : *CommandLineTabsList) {
+        const auto route = [&tab] { return RouteStartPath(tab); };
         if (++pf > 1) {
-            OpenNewTab(1);
+            OpenNewTabFor(route);
             TabClosed = 0;
+        } else if (!route() && lblist2.empty()) {
+            GoToStartLocation(); // the given place is gone
         }
-        RouteStartPath(tab);
     }
     SAK_ClearGenericList(*CommandLineTabsList);
     SetMenuState();

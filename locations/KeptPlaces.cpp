@@ -1,6 +1,7 @@
 #include "locations/KeptPlaces.h"
 
 #include "content/Drawers.h"
+#include "content/Selection.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuState.h"
 #include "interface/Menus.h"
@@ -173,9 +174,8 @@ void Handle(std::uint32_t index) {
         return;
     }
     const KeptPlace place = PlaceOf(*node);
-    if (!OpenedElsewhere(ArgumentOfKeptPlace(place.Location, place.Name, place.Path))) {
-        GoToKeptPlace(place.Location, place.Name, place.Path);
-    }
+    GoWhereWanted(ArgumentOfKeptPlace(place.Location, place.Name, place.Path),
+                  [&place] { return GoToKeptPlace(place.Location, place.Name, place.Path); });
 }
 
 template <class Node>
@@ -247,8 +247,7 @@ std::vector<KeptPlace> AllPlaces() {
 template <class Node>
 void OpenAllInTabs() {
     for (const KeptPlace& place : AllPlaces<Node>()) {
-        OpenNewTab(1);
-        GoToKeptPlace(place.Location, place.Name, place.Path);
+        OpenNewTabFor([&place] { return GoToKeptPlace(place.Location, place.Name, place.Path); });
     }
 }
 
@@ -287,6 +286,43 @@ void CopyToMaster() {
     }
 }
 
+// What the dialogs leave is the list on show again; the master list follows it.
+template <class Node>
+void KeepListOnShow() {
+    KindOf<Node>::RemoveItems();
+    CopyToMaster<Node>();
+    KindOf<Node>::ShowChange();
+    SavePrefs(0);
+    ReloadLocation();
+}
+
+// Each selected entry has a dialog of its own; one that is given up leaves its entry as it is.
+template <class Node>
+void RenameSelected() {
+    if (!ContentList) {
+        return;
+    }
+    SetPreviewPaneNone();
+    SelectContentListItems();
+    BlockMainWindow(1);
+    bool isChanged = false;
+    for (ContentNode& entry : *ContentList) {
+        Node kept;
+        kept.Location = entry.LeadsTo;
+        kept.Name = entry.EntryName;
+        kept.Path = entry.EntryPath;
+        if (entry.Selected != 0 && Rename(kept)) {
+            entry.EntryName = kept.Name;
+            entry.EntryPath = kept.Path;
+            isChanged = true;
+        }
+    }
+    BlockMainWindow(0);
+    if (isChanged) {
+        KeepListOnShow<Node>();
+    }
+}
+
 } // namespace
 
 void AddCurrentLocationToBookmarks(AskFirst ask) {
@@ -314,6 +350,17 @@ bool RenameBookmarks(BookmarksNode& node) {
 }
 bool RenameFavorites(FavoritesNode& node) {
     return Rename(node);
+}
+
+bool RenameSelectedPlaces() {
+    if (LBLocation == LocationKind::Bookmarks) {
+        RenameSelected<BookmarksNode>();
+    } else if (LBLocation == LocationKind::Favorites) {
+        RenameSelected<FavoritesNode>();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 bool RenameVolumeInKeptPlaces(const RenamedVolume& volume) {

@@ -29,6 +29,10 @@ void HandleFTPSites(std::uint32_t index);
 [[nodiscard]] bool RenameBookmarks(BookmarksNode& node);
 [[nodiscard]] bool RenameFavorites(FavoritesNode& node);
 
+// Lets the user edit each selected entry of the list of bookmarks or favorites on show, and keeps and shows
+// what was changed. False, and nothing, at any other place.
+[[nodiscard]] bool RenameSelectedPlaces();
+
 // A volume has another name: bookmarks, favorites, start-up tabs and drawers of the preferences that lie on
 // it follow. True when there are any: the document is for the caller to write, and so are lists on show.
 [[nodiscard]] bool RenameVolumeInKeptPlaces(const RenamedVolume& volume);

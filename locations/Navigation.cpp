@@ -111,8 +111,9 @@ void OpenKeptPlace(const ContentNode& entry) {
     const Text<1024> key = entry.EntryDisplayName;
     if (LBLocation == LocationKind::FTPSites) {
         HandleNavigationListBrowser(key);
-    } else if (!OpenedElsewhere(ArgumentOfKeptPlace(location, name, path))) {
-        GoToKeptPlace(location, name, path);
+    } else {
+        GoWhereWanted(ArgumentOfKeptPlace(location, name, path),
+                      [&] { return GoToKeptPlace(location, name, path); });
     }
 }
 
@@ -135,10 +136,7 @@ void OpenEntry(const ContentNode& entry) {
     }
     const Text<128> name = entry.EntryName; // the record goes when the new drawer is read
     const Text<1024> path = IsLinkKind(entry.ObjectKind) ? PlainPath(entry.EntryPath) : entry.EntryPath;
-    if (OpenedElsewhere(path)) {
-        return;
-    }
-    PopulateContent2(name, path);
+    GoWhereWanted(path, [&name, &path] { return PopulateContent2(name, path); });
     SetMenuState();
     SetToolbarState();
 }

@@ -85,12 +85,10 @@ void OpenInTab(const TabTarget& target) {
     if (target.Word.Empty() && path.Empty()) {
         return;
     }
-    OpenNewTab(1);
-    if (!target.Word.Empty()) {
-        GoToPlace(target.Word);
-    } else {
-        GoToKeptPlace(target.LeadsTo, target.Name, path);
-    }
+    OpenNewTabFor([&target, &path] {
+        return target.Word.Empty() ? GoToKeptPlace(target.LeadsTo, target.Name, path)
+                                   : GoToPlace(target.Word);
+    });
 }
 
 // False when it cannot be started, which has been told.
@@ -124,12 +122,8 @@ void CloneTab() {
     }
     const std::string_view word = WordOfLocation(LBLocation);
     const Text<1024> path = CurrentPath;
-    OpenNewTab(1);
-    if (!word.empty()) {
-        GoToPlace(word);
-    } else {
-        PopulateContent2(NameOfPath(path), path);
-    }
+    OpenNewTabFor(
+        [word, &path] { return word.empty() ? PopulateContent2(NameOfPath(path), path) : GoToPlace(word); });
     SetPreviewPaneNone();
     SetMenuState();
     SetToolbarState();

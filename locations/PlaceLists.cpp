@@ -148,10 +148,7 @@ void FillPlace() {
 // Where the keys want it: in a new window, or in this or a new tab.
 void OpenRoot(std::string_view path) {
     const Text<1024> root = path; // the entry goes when the drawer is read
-    if (OpenedElsewhere(root)) {
-        return;
-    }
-    PopulateContent2(root, root);
+    GoWhereWanted(root, [&root] { return PopulateContent2(root, root); });
     SetMenuState();
     SetToolbarState();
 }

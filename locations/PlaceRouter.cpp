@@ -46,8 +46,8 @@ bool Refuse(MessageNumber text) {
     return false;
 }
 
-bool IsElsewhere(Keys keys, std::string_view argument) {
-    return keys == Keys::Count && OpenedElsewhere(argument);
+bool Go(Keys keys, std::string_view argument, const std::function<bool()>& arrive) {
+    return keys == Keys::Count ? GoWhereWanted(argument, arrive) : arrive();
 }
 
 bool GoToDrawer(std::string_view name, std::string_view path) {
@@ -65,15 +65,8 @@ Text<128> RootOf(const DevicesNode& device) {
     return first == &device ? device.VolumeName : device.DeviceName;
 }
 
-bool GoToDevice(std::string_view name, Keys keys) {
-    const DevicesNode* device = FindMasterDevicesNode(name);
-    if (device == nullptr) {
-        return Refuse(MSG_NO_DEVICE_IN_LIST);
-    }
-    if (IsElsewhere(keys, RootOf(*device))) {
-        return true;
-    }
-    device = FindMasterDevicesNode(name); // a new tab may have had the list read anew
+bool ShowDevice(std::string_view name) {
+    const DevicesNode* device = FindMasterDevicesNode(name); // a new tab may have had the list read anew
     if (device == nullptr) {
         return Refuse(MSG_NO_DEVICE_IN_LIST);
     }
@@ -89,6 +82,12 @@ bool GoToDevice(std::string_view name, Keys keys) {
     return true;
 }
 
+bool GoToDevice(std::string_view name, Keys keys) {
+    const DevicesNode* device = FindMasterDevicesNode(name);
+    return device != nullptr ? Go(keys, RootOf(*device), [name] { return ShowDevice(name); })
+                             : Refuse(MSG_NO_DEVICE_IN_LIST);
+}
+
 bool GoToFavorite(std::string_view path, Keys keys) {
     const FavoritesNode* found = FindMasterFavoritesNode(path);
     if (found == nullptr) {
@@ -97,8 +96,8 @@ bool GoToFavorite(std::string_view path, Keys keys) {
     const LocationKind location = found->Location;
     const Text<128> name = found->Name;
     const Text<1024> target = found->Path;
-    return IsElsewhere(keys, ArgumentOfKeptPlace(location, name, target)) ||
-           GoToKeptPlace(location, name, target);
+    return Go(keys, ArgumentOfKeptPlace(location, name, target),
+              [&] { return GoToKeptPlace(location, name, target); });
 }
 
 bool GoToSite(std::string_view name, Keys keys) {
@@ -111,15 +110,14 @@ bool GoToSite(std::string_view name, Keys keys) {
     }
     const Text<128> called = site->Name;
     const Text<1024> path = MountPathOf(*site);
-    if (IsElsewhere(keys, path)) {
+    return Go(keys, path, [&called, &path] {
+        FTPMountSiteName = called;
+        if (!GoToDrawer(called, path)) {
+            return false;
+        }
+        RefreshBytes();
         return true;
-    }
-    FTPMountSiteName = called;
-    if (!GoToDrawer(called, path)) {
-        return false;
-    }
-    RefreshBytes();
-    return true;
+    });
 }
 
 // What stands behind the mark at the head of a text; false without it.
@@ -150,10 +148,10 @@ bool Route(std::string_view text, Keys keys, Arrival arrival = Arrival::New) {
         Tell(FormatText("%s\n\n%s", SAK_LocaleString(MSG_UNKNOWN_PLACE), text));
         return false;
     }
-    if (!IsElsewhere(keys, place->Word)) {
+    return Go(keys, place->Word, [place, arrival] {
         ShowVirtualPlace(*place, arrival);
-    }
-    return true;
+        return true;
+    });
 }
 
 // A section that was closed or opened stays so.
@@ -221,15 +219,12 @@ bool CanReachSites() {
     return FoundFTPMount != 0 || Refuse(MSG_COMES_LATER);
 }
 
-bool OpenedElsewhere(std::string_view argument) {
+bool GoWhereWanted(std::string_view argument, const std::function<bool()>& arrive) {
     if (IsHeld(intuition::qualifier::AnyAlt)) {
         OpenNewSolvaneWindow(argument);
         return true;
     }
-    if (IsHeld(intuition::qualifier::Control)) {
-        OpenNewTab(1);
-    }
-    return false;
+    return IsHeld(intuition::qualifier::Control) ? OpenNewTabFor(arrive) : arrive();
 }
 
 void HandleNavigationListBrowser(std::string_view text) {

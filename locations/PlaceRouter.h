@@ -5,6 +5,7 @@
 #include "locations/History.h"
 #include "model/LocationKind.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -36,9 +37,9 @@ bool GoToKeptPlace(LocationKind location, std::string_view name, std::string_vie
 // False, after a requester, while nothing is there that mounts sites.
 [[nodiscard]] bool CanReachSites();
 
-// What the keys held at the last event want. True when a new window was opened with that argument, and
-// nothing is left to be done; else a new tab may have been opened.
-bool OpenedElsewhere(std::string_view argument);
+// Goes to a place where the keys held at the last event want it: in a new window, opened with that argument,
+// or by arrive in a new or in this tab. False when arrive could not show it; a new tab is then closed again.
+bool GoWhereWanted(std::string_view argument, const std::function<bool()>& arrive);
 
 // Reads the place on show anew, whatever it is; the scroll position stays.
 void ReloadLocation();

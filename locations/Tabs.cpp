@@ -82,7 +82,7 @@ bool AddTabsOfStart() {
         SAK_ClearGenericList(*CommandLineTabsList);
         return done;
     }
-    if (AtPreferences != 0 || SAK_GenericListCount(*StartupTabsList) == 0) {
+    if (AtPreferences != 0 || PathSpecified != 0 || SAK_GenericListCount(*StartupTabsList) == 0) {
         return AddPlainTab();
     }
     for (const TabsNode& place : *StartupTabsList) {
@@ -280,6 +280,21 @@ void OpenNewTab(int noRebuild) {
     if (ClickTabNode* extra = FindClickTab(ExtraTab)) {
         SwitchTabs(extra, noRebuild);
     }
+}
+
+bool OpenNewTabFor(const std::function<bool()>& arrive) {
+    const std::uint32_t before = currTab != nullptr ? currTab->TabUserData : ExtraTab;
+    OpenNewTab(1);
+    const std::uint32_t opened = currTab != nullptr ? currTab->TabUserData : ExtraTab;
+    if (arrive()) {
+        return true;
+    }
+    ClickTabNode* back = opened != before && before != ExtraTab ? FindClickTab(before) : nullptr;
+    if (back != nullptr) {
+        SwitchTabs(back, 0);
+        static_cast<void>(CloseTabOf(opened));
+    }
+    return false;
 }
 
 void SwitchToTabNumber(std::uint32_t number) {

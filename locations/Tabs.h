@@ -5,11 +5,12 @@
 #include "model/Tabs.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace solvane {
 
 // Makes the tabs of a new window: those of a window that is being rebuilt, else the start-up tabs, else one;
-// the extra tab last. False after a message.
+// one for a window that was opened with a path. The extra tab comes last. False after a message.
 [[nodiscard]] bool SetUpTabs();
 
 // Makes the first tab the active one, without showing its place.
@@ -22,6 +23,10 @@ void SwitchTabs(ClickTabNode* tab, int noRebuild);
 
 // Makes the extra tab a new one and shows it: with noRebuild 0 on the default place, else blank.
 void OpenNewTab(int noRebuild);
+
+// Opens a new tab for a place to be shown in by arrive, which tells whether that could be done. If not, the
+// tab is closed again and the one before is shown; the result is then false.
+bool OpenNewTabFor(const std::function<bool()>& arrive);
 
 // From 1 on; a number that no real tab has is the first.
 void SwitchToTabNumber(std::uint32_t number);

@@ -72,8 +72,14 @@ TEST_F(WindowSequenceTest, TheWindowOpensOnTheGivenPath) {
     File("a/one");
     File("a/two");
     ShowAtStart("a");
+    for (const char* path : {"gone", "b"}) { // the start-up tabs are for a window without a path
+        auto tab = SAK_CreateGenericListNode<TabsNode>();
+        tab->Path = Path(path);
+        SAK_AddGenericListNode(*StartupTabsList, std::move(tab));
+    }
     ASSERT_EQ(RunSequence(), Station::WaitLoop);
     EXPECT_TRUE(MainWindow->IsOpen());
+    EXPECT_EQ(TabsOpen, 2U);
     EXPECT_THAT(Rows(), ElementsAre("one", "two"));
     EXPECT_EQ(Objects.Path->Text(), Path("a"));
     EXPECT_EQ(SAK_GenericListCount(*CommandLineTabsList), 0U);

@@ -297,6 +297,31 @@ TEST_F(PlacesTest, RenamedEntriesHaveNewKeys) {
     EXPECT_EQ(MasterBookmarksList->Core.Count(), 0U);
 }
 
+TEST_F(PlacesTest, SelectedEntriesAreRenamedInTheirListPaneAndMenu) {
+    AddFavorite("mine", Path("d"));
+    EXPECT_FALSE(RenameSelectedPlaces()) << "no list of kept places is on show";
+    HandleNavigationListBrowser("Favorites");
+    Objects.ContentList->SelectAll();
+    Answer({FormAnswer(), FormAnswer{1, {"tools", Path("e")}, 0}});
+    EXPECT_TRUE(RenameSelectedPlaces());
+    EXPECT_EQ(Forms.size(), 4U) << "one given up is no end";
+    EXPECT_THAT(Rows(), ElementsAre("Workbench", "tools", "System", "mine"));
+    EXPECT_THAT(PaneTexts(), IsSupersetOf({"[Fav]" + Path("e"), std::string("[Fav]SYS:System")}));
+    EXPECT_EQ(SAK_GetGenericListNode(*MasterFavoritesList, 1)->Name.View(), "tools");
+    EXPECT_NE(FindMasterFavoritesNode(Path("e")), nullptr);
+    HandleNavigationListBrowser("Computer");
+    AddCurrentLocationToBookmarks(AskFirst::No);
+    HandleNavigationListBrowser("Bookmarks");
+    Objects.ContentList->Select(0, true);
+    Forms.clear();
+    Answer({FormAnswer{1, {"disks"}, 0}});
+    EXPECT_TRUE(RenameSelectedPlaces());
+    EXPECT_THAT(Rows(), ElementsAre("disks"));
+    EXPECT_EQ(SAK_FirstGenericListNode(*MasterBookmarksList)->Key.View(), "[Bkm]disks");
+    HandleBookmarks(0);
+    EXPECT_EQ(LBLocation, LocationKind::Computer);
+}
+
 TEST_F(PlacesTest, ChangesMadeOnShowReplaceTheList) {
     AddFavorite("mine", Path("d"));
     HandleNavigationListBrowser("Favorites");

@@ -10,6 +10,7 @@
 #include "locations/KeptPlaces.h"
 #include "locations/Navigation.h"
 #include "locations/OpenTabs.h"
+#include "locations/PlaceRouter.h"
 #include "locations/RenamedVolume.h"
 #include "locations/RescanTabs.h"
 #include "locations/TabRecords.h"
@@ -18,6 +19,7 @@
 #include "model/Program.h"
 #include "platform/dos/Volumes.h"
 #include "platform/exec/Tasks.h"
+#include "platform/intuition/Events.h"
 #include "platform/intuition/FormRequesters.h"
 #include "prefs/PrefsLists.h"
 #include "sak/Notify.h"
@@ -455,6 +457,10 @@ TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
     HistoryFirst();
     EXPECT_EQ(HistoryBack(), CurrentHistory);
     EXPECT_THAT(Places(), ElementsAre("b", "a", "*start"));
+    HistoryLast();
+    EXPECT_EQ(HistoryForward(), CurrentHistory);
+    EXPECT_THAT(Places(), ElementsAre("*b", "a", "start"));
+    HistoryFirst();
     ASSERT_NE(ChooseHistory(0), nullptr);
     EXPECT_EQ(ChooseHistory(0), nullptr);
     EXPECT_EQ(ChooseHistory(9), nullptr);
@@ -465,6 +471,42 @@ TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
     EXPECT_THAT(Rows(), ElementsAre("1")) << "results are not there any more: the list stays";
     ClearHistory();
     EXPECT_EQ(HistoryFirst(), nullptr);
+    EXPECT_EQ(HistoryLast(), nullptr);
+}
+
+TEST_F(TabsTest, TabOpenedForAPlaceThatIsGoneIsClosedAgain) {
+    ThreeTabs();
+    SwitchToTabNumber(2);
+    Objects.ContentList->Select(0, true);
+    Qualifier = intuition::qualifier::Control;
+    EXPECT_FALSE(GoWhereWanted(Path("gone"), [this] { return PopulateContent2("gone", Path("gone")); }));
+    EXPECT_THAT(Requests, ElementsAre(testing::HasSubstr("does not exist")));
+    EXPECT_THAT(Labels(), ElementsAre("a", "*b", "c", "New tab"));
+    EXPECT_EQ(CurrentPath.View(), Path("b"));
+    EXPECT_THAT(Rows(), ElementsAre("in b"));
+    EXPECT_THAT(Objects.ContentList->SelectedRows(), ElementsAre(0U));
+    Qualifier = intuition::qualifier::Control;
+    EXPECT_TRUE(GoWhereWanted(Path("a"), [this] { return PopulateContent2("a", Path("a")); }));
+    EXPECT_THAT(Labels(), ElementsAre("a", "b", "c", "*a", "New tab"));
+}
+
+TEST_F(TabsTest, StepToAPlaceThatIsGoneIsTakenBack) {
+    for (const char* name : {"a/1", "b/1", "c/1"}) {
+        File(name);
+    }
+    Go("a");
+    Go("b");
+    std::filesystem::remove_all(Host("a"));
+    GoBackInHistory();
+    EXPECT_THAT(Requests, ElementsAre(testing::HasSubstr("does not exist")));
+    EXPECT_EQ(CurrentPath.View(), Path("b"));
+    EXPECT_THAT(Places(), ElementsAre("*b", "a", "start"));
+    EXPECT_EQ(HistorySelected, 0);
+    Go("c");
+    EXPECT_THAT(Places(), ElementsAre("*c", "b", "a", "start"));
+    HistoryFirst(); // as if "start" were on show
+    GoForwardInHistory();
+    EXPECT_THAT(Places(), ElementsAre("c", "b", "a", "*start"));
 }
 
 TEST_F(TabsTest, TheWayBackToAListLeavesItsPositionAlone) {
