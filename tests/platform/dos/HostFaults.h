@@ -45,10 +45,25 @@ void MakeFaulty() {
     ((host.*Members = Faulty<Members, std::remove_reference_t<decltype(host.*Members)>>::Call), ...);
 }
 
+inline std::size_t Shortened(std::size_t size) {
+    return std::min(size, size / 3 + 1);
+}
+
 inline long FaultyWrite(int file, const void* bytes, std::size_t size) {
     if (Kind == Fault::ShortWrite)
-        return dos::RealHost().Write(file, bytes, std::min<std::size_t>(size, 1));
+        return dos::RealHost().Write(file, bytes, Shortened(size));
     return IsToFail() ? -1 : dos::RealHost().Write(file, bytes, size);
+}
+
+inline bool CopiesRanges = true; // the host; otherwise block by block
+
+inline long FaultyCopyRange(int from, std::int64_t fromAt, int to, std::int64_t toAt, std::size_t size) {
+    if (!CopiesRanges) {
+        errno = ENOSYS;
+        return -1;
+    }
+    const std::size_t wanted = Kind == Fault::ShortWrite ? Shortened(size) : size;
+    return IsToFail() ? -1 : dos::RealHost().CopyRange(from, fromAt, to, toAt, wanted);
 }
 
 // The disk of a test need not really be waited for.
@@ -80,15 +95,16 @@ inline void BeginFaults(int number) {
     using Calls = dos::HostCalls;
     FailingCall = number;
     CallsSeen = 0;
-    MakeFaulty<&Calls::Openat2, &Calls::Flistxattr, &Calls::Fgetxattr, &Calls::SetTimes, &Calls::CopyRange,
-               &Calls::Duplicate, &Calls::Statx, &Calls::Getdents, &Calls::Readlinkat, &Calls::Getxattr,
-               &Calls::Listxattr, &Calls::Fsetxattr, &Calls::Fchown, &Calls::Read, &Calls::Lseek,
-               &Calls::Fchmod, &Calls::ChangeMode, &Calls::SetAttribute, &Calls::RemoveAttribute,
-               &Calls::SetTime, &Calls::Ftruncate, &Calls::Clone, &Calls::Mkdirat, &Calls::Symlinkat,
-               &Calls::LinkObject, &Calls::Unlinkat>();
+    MakeFaulty<&Calls::Openat2, &Calls::Flistxattr, &Calls::Fgetxattr, &Calls::SetTimes, &Calls::Duplicate,
+               &Calls::Statx, &Calls::Getdents, &Calls::Readlinkat, &Calls::Getxattr, &Calls::Listxattr,
+               &Calls::Fsetxattr, &Calls::Fchown, &Calls::Read, &Calls::Lseek, &Calls::Fchmod,
+               &Calls::ChangeMode, &Calls::SetAttribute, &Calls::RemoveAttribute, &Calls::SetTime,
+               &Calls::Ftruncate, &Calls::Clone, &Calls::Mkdirat, &Calls::Symlinkat, &Calls::LinkObject,
+               &Calls::Unlinkat>();
     dos::Host().Renameat2 = FaultyRename;
     dos::Host().Openat = FaultyOpenat;
     dos::Host().Write = FaultyWrite;
+    dos::Host().CopyRange = FaultyCopyRange;
     dos::Host().Fsync = FaultyFsync;
 }
 
