@@ -24,17 +24,16 @@ namespace solvane {
 
 namespace {
 
+// Adds the scripts of a drawer. What prevents that is told.
 bool AddScripts(std::string_view drawer) {
     dos::DirContext context = dos::ObtainDirContext(drawer);
-    if (!context) {
-        return false;
-    }
-    while (const dos::ExamineData* object = dos::ExamineDir(context)) {
+    while (const dos::ExamineData* object = context ? dos::ExamineDir(context) : nullptr) {
         if (object->Type != dos::TypeFile || SAK_IsInfoFile(object->Name)) {
             continue;
         }
         NodePointer<ARexxNode> node = SAK_CreateGenericListNode<ARexxNode>();
         if (!node) {
+            Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
             return false;
         }
         node->ScriptName = object->Name;
@@ -42,7 +41,11 @@ bool AddScripts(std::string_view drawer) {
             SAK_AddGenericListNode(*ARexxList, std::move(node));
         }
     }
-    return dos::IoErr() == dos::ErrorNoMoreEntries;
+    if (context && dos::IoErr() == dos::ErrorNoMoreEntries) {
+        return true;
+    }
+    Tell(MSG_AREXX_SCAN_ERROR);
+    return false;
 }
 
 } // namespace

@@ -7,9 +7,9 @@
 namespace solvane {
 
 // Lists the plain files of "ARexx" in the program's drawer, and those of "REXX:" where the preferences want
-// them, into ARexxList, sorted by name. False when a drawer cannot be read; what was found stays as it was
-// read.
-[[nodiscard]] bool DiscoverARexxScripts();
+// them, into ARexxList, sorted by name. False when a drawer cannot be read or memory is short, which is told;
+// what was found stays as it was read.
+bool DiscoverARexxScripts();
 
 // Puts ARexxList in order by the names of the scripts.
 void SortARexxList();

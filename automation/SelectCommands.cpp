@@ -18,6 +18,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace solvane {
 
@@ -40,13 +41,14 @@ bool IsListOfPlaces() {
 }
 
 bool HasNames() {
-    return LBLocation == LocationKind::OS4Depot || LBLocation == LocationKind::Aminet ||
-           LBLocation == LocationKind::Archive || LBLocation == LocationKind::Drawer;
+    return LBLocation == LocationKind::Workbench || LBLocation == LocationKind::OS4Depot ||
+           LBLocation == LocationKind::Aminet || LBLocation == LocationKind::Archive ||
+           LBLocation == LocationKind::Drawer;
 }
 
 bool HasTypes() {
-    return LBLocation == LocationKind::SearchResults || LBLocation == LocationKind::DuplicateFiles ||
-           LBLocation == LocationKind::Drawer;
+    return LBLocation == LocationKind::Workbench || LBLocation == LocationKind::SearchResults ||
+           LBLocation == LocationKind::DuplicateFiles || LBLocation == LocationKind::Drawer;
 }
 
 // A drive without a medium is selected by itself alone.
@@ -64,13 +66,18 @@ void TellChange() {
     TellContentSelection();
 }
 
+// The record of a row that has a type and a name of its own; null for the volumes of the Workbench.
+ContentNode* EntryOf(const ListRow& row) {
+    return row.Record != nullptr && DeviceOf(std::as_const(*row.Record)) == nullptr ? row.Record : nullptr;
+}
+
 // Flags what the predicate picks among the entries with a row. False when there is none.
 template <class Predicate>
 bool FlagEntries(Predicate picks) {
     bool found = false;
     for (const ListRow& row : lblist2) {
-        if (row.Record != nullptr && picks(*row.Record)) {
-            row.Record->Selected = 1;
+        if (ContentNode* entry = EntryOf(row); entry != nullptr && picks(*entry)) {
+            entry->Selected = 1;
             found = true;
         }
     }
@@ -206,15 +213,16 @@ void SelectEntry(std::string_view name, EntrySort sort) {
     SelectContentListItems();
     ContentNode* found = nullptr;
     for (const ListRow& row : lblist2) {
-        if (row.Record == nullptr || IsDrawerKind(row.Record->ObjectKind) != (sort == EntrySort::Drawer)) {
+        ContentNode* entry = EntryOf(row);
+        if (entry == nullptr || IsDrawerKind(entry->ObjectKind) != (sort == EntrySort::Drawer)) {
             continue;
         }
-        if (row.Record->EntryName.SameBytes(name)) {
-            found = row.Record;
+        if (entry->EntryName.SameBytes(name)) {
+            found = entry;
             break;
         }
-        if (found == nullptr && row.Record->EntryName == name) {
-            found = row.Record;
+        if (found == nullptr && entry->EntryName == name) {
+            found = entry;
         }
     }
     if (found != nullptr) {

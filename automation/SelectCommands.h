@@ -11,13 +11,13 @@ void SelectAll();
 void SelectNone();
 void ToggleSelection();
 
-// Selects the entries of a datatype group below 9, icons aside; nothing where entries have no types. With a
-// Shift key held at the last event the selection before stays.
+// Selects the entries of a datatype group below 9, icons aside; nothing where entries have no types, as the
+// volumes of the Workbench. With a Shift key held at the last event the selection before stays.
 void SelectByType(std::uint32_t group);
 
 // Adds the entries whose names match the AmigaDOS pattern, in which "*" is "#?", to the selection; an empty
-// text asks the user for it. A bad pattern is told. Acts where entries have names of their own: drawers,
-// archives, what is online.
+// text asks the user for it. A bad pattern is told. Acts where entries have names of their own: drawers, the
+// Workbench but for its volumes, archives, what is online.
 void Pattern(std::string_view text, bool caseSensitive);
 
 // Adds one entry to the selection, a drawer (or link to one) or a file, at the same places. The exact name is

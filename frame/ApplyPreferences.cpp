@@ -39,9 +39,7 @@ void FollowCommodity(bool otherKey) {
 void ApplyPreferences() {
     SetUpPreviewFonts();
     SetupLocale();
-    if (!DiscoverARexxScripts()) {
-        Tell(MSG_AREXX_SCAN_ERROR);
-    }
+    DiscoverARexxScripts();
     if (Prefs.UseCommodity == 0) {
         Prefs.IconifyAppDocky = 1;
     }

@@ -12,6 +12,7 @@
 #include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
+#include "model/Devices.h"
 #include "model/Program.h"
 #include "platform/dos/System.h"
 #include "platform/intuition/Events.h"
@@ -320,6 +321,23 @@ TEST_F(ContentInteraction, TypesAreSelectedAloneOrWithShiftBesideWhatWas) {
     SelectByType(GroupMovie);
     EXPECT_EQ(Selected(), "");
     EXPECT_EQ(Details1Buffer.View(), Volume);
+}
+
+TEST_F(ContentInteraction, OnTheWorkbenchTypesAndNamesSelectAllButVolumes) {
+    ShowSome();
+    LBLocation = LocationKind::Workbench;
+    for (const char* name : {"ab.txt", "Ac.txt"}) {
+        FindContentNode(name, AnyKind)->DatatypeGroupValue = GroupText;
+    }
+    FindContentNode("Ac.txt", AnyKind)->PlaceFacts =
+        std::make_unique<PlaceRecord>(PlaceRecord{DevicesNode()});
+    Qualifier = 0;
+    SelectByType(GroupText);
+    EXPECT_EQ(Selected(), "ab.txt");
+    Pattern("#?.txt", false);
+    SelectEntry("Ac.txt", EntrySort::File);
+    SelectEntry("z", EntrySort::File);
+    EXPECT_EQ(Selected(), "ab.txt b.txt z");
 }
 
 TEST_F(ContentInteraction, PersistentClickThatDeselectsShowsTheDrawer) {
