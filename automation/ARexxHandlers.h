@@ -31,8 +31,6 @@ inline void rexx_Accept(rexx::CommandCall&) {}
 void rexx_Version(rexx::CommandCall& call); // also without a window
 void rexx_Activate(rexx::CommandCall& call);
 void rexx_Deactivate(rexx::CommandCall& call);
-void rexx_LockGUI(rexx::CommandCall& call);
-void rexx_UnlockGUI(rexx::CommandCall& call);
 void rexx_Iconify(rexx::CommandCall& call);
 void rexx_Uniconify(rexx::CommandCall& call);
 void rexx_LoadPrefs(rexx::CommandCall& call);

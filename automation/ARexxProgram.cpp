@@ -58,18 +58,6 @@ void rexx_Deactivate(rexx::CommandCall&) {
     }
 }
 
-void rexx_LockGUI(rexx::CommandCall&) {
-    if (IsWindowOpen()) {
-        BlockMainWindow(1);
-    }
-}
-
-void rexx_UnlockGUI(rexx::CommandCall&) {
-    if (IsWindowOpen()) {
-        BlockMainWindow(0);
-    }
-}
-
 void rexx_Iconify(rexx::CommandCall&) {
     if (IsWindowOpen()) {
         JumpToARexxCmd = JumpIconify;

@@ -108,17 +108,6 @@ void ServeColumns() {
 
 // --- Inline rename ---
 
-// Whether an object of the entry's kind has that name already. What is no plain name is refused by the
-// renaming itself: it would name something in another drawer.
-bool IsTaken(const ContentNode& node, const Text<128>& name) {
-    Text<1024> path;
-    if (name.View().find_first_of(":/") != std::string_view::npos ||
-        !SAK_JoinFilename(path, CurrentPath, name)) {
-        return false;
-    }
-    return IsDrawerKind(node.ObjectKind) ? SAK_DrawerExists(path) : SAK_FileExists(path);
-}
-
 // Gives the entry the name that was typed into its row. The row shows the record's name again whatever comes
 // of it.
 void FinishInlineRename(std::size_t row) {
@@ -130,7 +119,7 @@ void FinishInlineRename(std::size_t row) {
     if (name.Empty() || name == node->EntryName) {
         return; // the same but for case: nothing happens, which is intended
     }
-    if (IsTaken(*node, name)) {
+    if (NameIsTaken(node->ObjectKind, name)) {
         Tell(IsDrawerKind(node->ObjectKind) ? MSG_DRAWER_EXISTS : MSG_FILE_EXISTS, RequesterImage::Warning);
     } else if (RenameFiles(Text<128>(node->EntryName), name, ShowAnew::No)) {
         Details1Buffer = name;

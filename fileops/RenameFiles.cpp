@@ -2,17 +2,21 @@
 
 #include "content/BuildLists.h"
 #include "content/DetailsPane.h"
+#include "content/Selection.h"
 #include "content/SortLists.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/Ringhio.h"
+#include "interface/Tell.h"
 #include "locations/RescanTabs.h"
+#include "media/Preview.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
 #include "model/Tabs.h"
 #include "platform/dos/Changes.h"
 #include "platform/dos/Errors.h"
+#include "platform/intuition/FormRequesters.h"
 #include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -21,6 +25,7 @@
 #include "sak/Requesters.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 namespace solvane {
@@ -78,6 +83,32 @@ void RenameIcon(std::string_view oldName, std::string_view newName) {
     }
 }
 
+// Asks until the name is one that the entry could have; nothing when the user wants none. The same name in
+// another case is always one.
+std::optional<Text<128>> RenameFilesReq(EntryKind kind, const Text<128>& oldName) {
+    intuition::FormSpec form{.Title = std::string(RequesterTitle.View()),
+                             .Fields = {{.Label = std::string(SAK_LocaleString(MSG_NEW_NAME)),
+                                         .Text = std::string(oldName.View()),
+                                         .MaximumBytes = Text<128>::Limit,
+                                         .Forbidden = ":/"}},
+                             .Gadgets = {std::string(SAK_LocaleString(MSG_OK_GAD)),
+                                         std::string(SAK_LocaleString(MSG_SKIP_GAD)),
+                                         std::string(SAK_LocaleString(MSG_CANCEL_GAD))}};
+    for (;;) {
+        const intuition::FormAnswer answer = intuition::AskForm(MainWindow.get(), form);
+        if (answer.Gadget != 1 || answer.Texts.empty()) {
+            return std::nullopt;
+        }
+        const Text<128> name = answer.Texts.front();
+        const bool isTaken = !(name == oldName) && NameIsTaken(kind, name);
+        if (!name.Empty() && !isTaken) {
+            return name;
+        }
+        Tell(isTaken ? MSG_FILE_EXISTS : MSG_VALUE_EMPTY);
+        form.Fields.front().Text = answer.Texts.front();
+    }
+}
+
 void ShowRenamed() {
     RinghioMessage(RequesterTitle, FormatMessage(MSG_ITEMS_RENAMED, SAK_LocalizeNumber(1)), "FRONT",
                    RinghioImageBuffer, {});
@@ -119,6 +150,29 @@ bool RenameFiles(std::string_view oldName, std::string_view newName, ShowAnew sh
         ShowRenamed();
     }
     return true;
+}
+
+void RenameSelectedEntry() {
+    SelectContentListItems();
+    const ContentNode* node = LBLocation == LocationKind::Drawer ? OnlySelectedEntry() : nullptr;
+    if (node == nullptr) {
+        return;
+    }
+    const Text<128> oldName = node->EntryName;
+    const auto newName = RenameFilesReq(node->ObjectKind, oldName);
+    if (newName && !newName->SameBytes(oldName.View())) {
+        SetPreviewPaneNone(); // it lets go of the file
+        RenameFiles(oldName, *newName);
+    }
+}
+
+bool NameIsTaken(EntryKind kind, const Text<128>& name) {
+    Text<1024> path;
+    if (name.View().find_first_of(":/") != std::string_view::npos ||
+        !SAK_JoinFilename(path, CurrentPath, name)) {
+        return false;
+    }
+    return IsDrawerKind(kind) ? SAK_DrawerExists(path) : SAK_FileExists(path);
 }
 
 } // namespace solvane

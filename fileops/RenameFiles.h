@@ -1,6 +1,8 @@
-// Giving entries of the Content pane other names. Only a named entry can be renamed yet; asking for the names
-// of the selected ones comes with the other operations on single entries.
+// Giving entries of the Content pane other names, one at a time; several selected ones come with the other
+// operations on entries.
 #pragma once
+
+#include "model/ContentNode.h"
 
 #include <string_view>
 
@@ -14,5 +16,13 @@ enum class ShowAnew { Yes, No };
 // not be renamed, when newName is no plain name, and when two entries are called oldName, as in a
 // multi-assign.
 bool RenameFiles(std::string_view oldName, std::string_view newName, ShowAnew show = ShowAnew::Yes);
+
+// Asks for a new name of the entry that is selected alone in the drawer on show, until there is one that no
+// other object has or the user gives up, and renames it so. Nothing elsewhere.
+void RenameSelectedEntry();
+
+// Whether another object of that kind, a drawer or a file, has the name in the drawer on show. What is no
+// plain name counts as free: the renaming itself refuses it.
+[[nodiscard]] bool NameIsTaken(EntryKind kind, const Text<128>& name);
 
 } // namespace solvane

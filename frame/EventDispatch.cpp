@@ -15,6 +15,7 @@
 #include "interface/Choosers.h"
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
+#include "interface/MenuIds.h"
 #include "interface/SpeedBars.h"
 #include "interface/Tell.h"
 #include "locations/EnterDrawer.h"
@@ -131,6 +132,10 @@ void ServeGadget(const WindowEvent& event) {
         HandlePathGadget(Objects.Path->Text());
         ActivateContentList();
         break;
+    case GadgetSearch:
+    case GadgetAdvancedSearch:
+        HandleMenuPick(MenuAdvancedSearch); // both searches are still to come
+        break;
     case GadgetViewStyle:
         PopViewStyleChooser();
         break;
@@ -151,7 +156,9 @@ void ServeGadget(const WindowEvent& event) {
 void Dispatch(const WindowEvent& event) {
     switch (event.Class) {
     case EventClass::CloseWindow:
-        LeaveWindow();
+        if (!UnlockMainWindow()) { // a script may have died over its lock
+            LeaveWindow();
+        }
         break;
     case EventClass::GadgetUp:
         ServeGadget(event);

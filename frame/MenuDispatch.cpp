@@ -6,6 +6,7 @@
 #include "automation/OpenEntries.h"
 #include "automation/SelectCommands.h"
 #include "content/SortLists.h"
+#include "fileops/RenameFiles.h"
 #include "frame/WindowSequence.h"
 #include "interface/Iconify.h"
 #include "interface/MainLayout.h"
@@ -47,7 +48,12 @@ void Waits() {
 
 // Several entries at once, and sites, are still to come.
 void RenameSelection() {
-    if (!RenameSelectedPlaces() && !StartInlineRename()) {
+    if (RenameSelectedPlaces() || StartInlineRename()) {
+        return;
+    }
+    if (LBLocation == LocationKind::Drawer && NumSelected == 1) {
+        RenameSelectedEntry();
+    } else {
         Waits();
     }
 }

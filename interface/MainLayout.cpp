@@ -32,6 +32,9 @@ constexpr std::size_t LongestPath = 4096; // what is too long is told, not cut
 constexpr std::size_t LongestSearch = 127;
 constexpr int SearchWidth = 120; // layout units
 
+bool IsLocked = false;         // the window carries a block for it
+Text<128> StatusBeforeTheLock; // what stood at the left of the status bar
+
 template <class Kind>
 Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int weight = 0) {
     Kind* made = gadget.get();
@@ -148,6 +151,7 @@ void CloseWindowObject() {
     NullAllGadgets();
     MainWindow->Close();
     MainWindow.reset();
+    IsLocked = false; // it went with its window
     GoFullScreen = 0; // the next one opens at its stored box
 }
 
@@ -185,6 +189,31 @@ void ShowCurrentPath() {
 
 void BlockMainWindow(int count) {
     SAK_BlockWindow(MainWindow.get(), count);
+    if (count < 0 && IsLocked) {
+        SAK_BlockWindow(MainWindow.get(), 1);
+    }
+}
+
+void LockMainWindow() {
+    if (IsLocked || !IsWindowOpen()) {
+        return;
+    }
+    IsLocked = true;
+    BlockMainWindow(1);
+    StatusBeforeTheLock = StatusBarBuffer1;
+    SetStatusBar(SAK_LocaleString(MSG_WINDOW_LOCKED), Text<128>(StatusBarBuffer2));
+}
+
+bool UnlockMainWindow() {
+    if (!IsLocked) {
+        return false;
+    }
+    IsLocked = false;
+    BlockMainWindow(0);
+    if (StatusBarBuffer1 == SAK_LocaleString(MSG_WINDOW_LOCKED)) { // else it tells of something newer
+        SetStatusBar(Text<128>(StatusBeforeTheLock), Text<128>(StatusBarBuffer2));
+    }
+    return true;
 }
 
 void KeepWindowAlive() {

@@ -120,6 +120,13 @@ void ShowCurrentPath();
 // Blocks (count 1), frees (0) or wholly frees (-1) the main window; nothing while it is closed. Blocks nest.
 void BlockMainWindow(int count);
 
+// Blocks the open window until UnlockMainWindow, until it is closed or rebuilt: that it is wholly freed does
+// not end it. The status bar says so, since the one who asked for it may be gone: the window's close gadget,
+// which works in a blocked window too, is to end it.
+void LockMainWindow();
+// False when the window was not locked.
+bool UnlockMainWindow();
+
 // Lets the window repaint during a long operation; cheap enough to be called per entry.
 void KeepWindowAlive();
 

@@ -106,7 +106,7 @@ extern intuition::Box BoxBeforeFullScreen; // valid while GoFullScreen is set
 extern std::uint16_t ClearPreviewWhenUniconfy;
 extern std::int32_t JumpToARexxCmd; // an ARexxJump: what a handler left for the loop
 extern Text<1024> JumpPath;         // where JumpChangePath is to lead
-extern std::uint16_t ClipExists;    // entries have been cut or copied; written by fileops/Clipboard
+extern std::uint16_t ClipExists;    // entries have been cut or copied; written by what another instance tells
 extern std::uint32_t JumpToCount;   // type-ahead: ticks since the last key
 extern std::uint16_t SameJumpTo;
 extern std::uint16_t AnimPlaying, SoundPlaying;

@@ -123,6 +123,10 @@ TEST_F(ARexxWindow, SwitchesAndPlacesAsTheMenusDo) {
         EXPECT_NE(Prefs.*setting, before) << command;
     }
     ProgramPrefsFile.Clear();
+    for (const char* command : {"LOCKGUI", "UNLOCKGUI"}) {
+        EXPECT_THAT(Answer(command), Pair(0, ""));
+        EXPECT_EQ(MainWindow->IsBlocked(), *command == 'L');
+    }
     for (const int exists : {1, 0}) {
         EXPECT_THAT(Answer("PASTESTATUS CE=" + std::to_string(exists)), Pair(0, ""));
         EXPECT_EQ(ClipExists, exists);
@@ -189,7 +193,13 @@ TEST_F(ScriptsTest, AreListedWithoutTheirIconsAndStartedWithThePathAsDataAndOurP
     ARexxList = SAK_CreateGenericList<ARexxNode>();
     Prefs.IncludeREXX = 0;
     ProgramDir = "Test:";
+    std::vector<std::string> told;
+    intuition::SetRequestHandler([&told](const intuition::EasyRequestSpec& spec) {
+        told.push_back(spec.Text);
+        return 0;
+    });
     EXPECT_FALSE(DiscoverARexxScripts()) << "there is no such drawer";
+    EXPECT_THAT(std::exchange(told, {}), testing::ElementsAre("Error scanning for ARexx scripts."));
     for (const char* name :
          {"ARexx/b.rexx", "ARexx/A \"x* > y.rexx", "ARexx/b.rexx.info", "ARexx/drawer/c.rexx"})
         Tree.Write(name, "/* */");
@@ -212,11 +222,6 @@ TEST_F(ScriptsTest, AreListedWithoutTheirIconsAndStartedWithThePathAsDataAndOurP
         errno = EAGAIN;
         return -1;
     };
-    std::vector<std::string> told;
-    intuition::SetRequestHandler([&told](const intuition::EasyRequestSpec& spec) {
-        told.push_back(spec.Text);
-        return 0;
-    });
     ARexxPortBuffer = "SOLVANE.7";
     intuition::SetFileRequestHandler(
         [](const intuition::FileRequestSpec&) { return std::optional<std::string>(); });

@@ -2,9 +2,12 @@
 // automation/ContentEvents and content/DrawerMonitor.
 #include "automation/ContentEvents.h"
 #include "content/DrawerMonitor.h"
+#include "frame/MenuDispatch.h"
 #include "interface/DetailsGadgets.h"
+#include "interface/MenuIds.h"
 #include "locations/EnterDrawer.h"
 #include "model/Program.h"
+#include "platform/intuition/FormRequesters.h"
 #include "tests/locations/OpenWindow.h"
 
 #include <QApplication>
@@ -97,6 +100,45 @@ TEST_F(InlineRenameTest, StartsForOneEntryWhereNamesStandAndOnlyIfWanted) {
     EXPECT_EQ(Editor(), nullptr);
     Prefs.EnableInlineRename = 0;
     EXPECT_FALSE(Start(0));
+}
+
+TEST_F(InlineRenameTest, WhereItCannotStartTheMenuAsksUntilTheNameIsGood) {
+    std::vector<std::string> typed, shown;
+    intuition::SetFormHandler([&](const intuition::FormSpec& form) {
+        shown.push_back(form.Fields.at(0).Text);
+        EXPECT_EQ(form.Fields[0].Forbidden, ":/");
+        if (typed.empty()) {
+            return intuition::FormAnswer{.Gadget = 2};
+        }
+        const std::string text = typed.front();
+        typed.erase(typed.begin());
+        return intuition::FormAnswer{.Gadget = 1, .Texts = {text}};
+    });
+    const auto rename = [](std::initializer_list<std::size_t> rows) {
+        Objects.ContentList->ClearSelection();
+        Objects.ContentList->SelectRows(rows);
+        HandleMenuPick(MenuRename);
+        EXPECT_EQ(Editor(), nullptr);
+    };
+    Prefs.ContentViewStyle = ViewTiles;
+    typed = {"b.txt", "", "A.txt"};
+    rename({2});
+    EXPECT_THAT(shown, ElementsAre("a.txt", "b.txt", ""));
+    EXPECT_THAT(std::exchange(Requests, {}), ElementsAre("File already exists.", "Value can not be empty."));
+    EXPECT_THAT(Rows(), ElementsAre("d", "e", "A.txt", "b.txt"));
+    Prefs.ContentViewStyle = ViewList;
+    Prefs.EnableInlineRename = 0;
+    rename({3});
+    EXPECT_THAT(Rows(), ElementsAre("d", "e", "A.txt", "b.txt")) << "passed over";
+    typed = {"f"};
+    rename({0});
+    EXPECT_TRUE(std::filesystem::exists(Host("f")));
+    const std::size_t asked = shown.size();
+    StatusBarBuffer1.Clear();
+    rename({0, 1});
+    EXPECT_EQ(shown.size(), asked);
+    EXPECT_EQ(StatusBarBuffer1.View(), "This command comes with a later version.");
+    intuition::SetFormHandler({});
 }
 
 TEST_F(InlineRenameTest, ChangeOnDiskWaitsForTheName) {

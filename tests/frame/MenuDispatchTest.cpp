@@ -1,5 +1,6 @@
 #include "frame/MenuDispatch.h"
 
+#include "frame/EventDispatch.h"
 #include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
@@ -7,9 +8,15 @@
 #include "interface/Menus.h"
 #include "model/Prefs.h"
 #include "model/Program.h"
+#include "platform/intuition/Native.h"
+#include "platform/intuition/NativeWindow.h"
 #include "tests/automation/PressKey.h"
 #include "tests/locations/OpenWindow.h"
 #include "tests/platform/intuition/Stage.h"
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <set>
@@ -99,6 +106,46 @@ TEST_F(MenuDispatchTest, AnItemThatHasNoFeatureYetSaysSo) {
 }
 
 using MenuKeysTest = OpenWindow;
+
+TEST_F(MenuKeysTest, ReturnInTheSearchFieldAndTheButtonBesideItSayThatTheyComeLater) {
+    auto& field = intuition::WidgetOf<QLineEdit>(*Objects.Search);
+    QAbstractButton* button = nullptr;
+    for (auto* found : MainWindow->Native().findChildren<QAbstractButton*>()) {
+        button = found->toolTip() == QLatin1String("Advanced search") ? found : button;
+    }
+    ASSERT_NE(button, nullptr);
+    for (const bool typed : {true, false}) {
+        StatusBarBuffer1.Clear();
+        typed ? QTest::keyClick(&field, Qt::Key_Return) : QTest::mouseClick(button, Qt::LeftButton);
+        EXPECT_EQ(ServeWindowEvents(), Station::WaitLoop);
+        EXPECT_EQ(StatusBarBuffer1.View(), "This command comes with a later version.") << typed;
+    }
+}
+
+TEST_F(MenuKeysTest, ALockOutlivesTheRoundAndTheCloseGadgetEndsIt) {
+    StatusBarBuffer1 = "left";
+    for (const bool byScript : {true, false}) {
+        LockMainWindow();
+        LockMainWindow();
+        BlockMainWindow(1);
+        BlockMainWindow(-1);
+        EXPECT_TRUE(MainWindow->IsBlocked());
+        EXPECT_NE(StatusBarBuffer1.View(), "left");
+        if (byScript) {
+            EXPECT_TRUE(UnlockMainWindow());
+        } else {
+            MainWindow->Native().close();
+            EXPECT_EQ(ServeWindowEvents(), Station::WaitLoop);
+        }
+        EXPECT_FALSE(MainWindow->IsBlocked());
+        EXPECT_EQ(StatusBarBuffer1.View(), "left");
+        EXPECT_EQ(done, 0);
+    }
+    EXPECT_FALSE(UnlockMainWindow());
+    MainWindow->Native().close();
+    EXPECT_EQ(ServeWindowEvents(), Station::WaitLoop);
+    EXPECT_EQ(std::exchange(done, std::uint16_t{0}), 1);
+}
 
 TEST_F(MenuKeysTest, AKeyPicksItsItemWhereTheItemCouldBePicked) {
     File("d/file");
