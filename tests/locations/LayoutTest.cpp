@@ -5,6 +5,7 @@
 #include "interface/NavigationPane.h"
 #include "interface/Panes.h"
 #include "interface/SpeedBars.h"
+#include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
 #include "locations/NavigationList.h"
 #include "model/PrefsLists.h"
@@ -104,6 +105,46 @@ TEST_F(LayoutTest, EachChoiceSwitchesItsOwnAndKeepsRowsSelectionAndWeights) {
     }
     EXPECT_EQ(Objects.ContentList->Top(), 50U);
     EXPECT_FALSE(MainWindow->IsBlocked());
+}
+
+TEST_F(LayoutTest, OnASmallScreenWithEverythingOnEachGadgetIsInReachAndTheListHasRoom) {
+    constexpr int width = 632, height = 420; // of 640 x 480, without what desktops and menus take
+    for (int at = 100; at < 200; ++at) {
+        File(std::to_string(at));
+    }
+    ASSERT_TRUE(Scan());
+    LBLocation = LocationKind::Drawer;
+    AddCurrentLocationToBookmarks(AskFirst::No);
+    for (const std::int32_t choice : {LayoutBookmarks, LayoutUserButtons}) {
+        Choose(choice);
+    }
+    for (const std::int32_t preview : {LayoutPreviewHorizontal, LayoutPreviewVertical}) {
+        Choose(preview);
+        ASSERT_EQ(Shown(), "btuNPDTS");
+        MainWindow->SetGeometry({0, 0, width, height});
+        static_cast<void>(exec::CheckSignal(0)); // the panes follow
+        EXPECT_EQ(MainWindow->Geometry().Width, width);
+        EXPECT_EQ(MainWindow->Geometry().Height, height);
+        const std::initializer_list<const intuition::Gadget*> gadgets = {
+            Objects.Bookmarks, Objects.Toolbar,    Objects.UserButtons, Objects.Tabs,    Objects.Back,
+            Objects.Forward,   Objects.History,    Objects.Parent,      Objects.Reload,  Objects.Path,
+            Objects.Search,    Objects.ViewStyle,  Objects.Layout,      Objects.Preview, Objects.Details,
+            Objects.StatusBar, Objects.Navigation, Objects.ContentList};
+        int number = 0;
+        for (const intuition::Gadget* gadget : gadgets) {
+            const intuition::Box box = gadget->Geometry();
+            EXPECT_GE(box.Width, 16) << number;
+            EXPECT_GE(box.Height, 16) << number;
+            EXPECT_LE(box.Left + box.Width, width) << number;
+            EXPECT_LE(box.Top + box.Height, height) << number++;
+        }
+        EXPECT_GE(Objects.ContentList->VisibleRows(), 2U) << preview;
+        for (std::size_t top = Objects.Toolbar->Total(); top != Objects.Toolbar->Top();) {
+            top = Objects.Toolbar->Top();
+            ScrollSpeedBar_Toolbar(3);
+        }
+        EXPECT_EQ(Objects.Toolbar->Top() + Objects.Toolbar->Visible(), Objects.Toolbar->Total());
+    }
 }
 
 TEST_F(LayoutTest, TheNavigationPaneComesBackWithoutARowOfAnEarlierPlace) {

@@ -63,6 +63,17 @@ class Hands(Desktop):
         self.keys("BackSpace")
         self.arrives("Home:")
 
+    def test_nothing_is_done_by_hand_while_a_script_has_locked_the_window(self):
+        self.click(*self.at(1))
+        self.selects("alpha")
+        self.port("LOCKGUI")
+        self.port("RELOAD")
+        self.click(*self.at(3))
+        self.keys("End")
+        self.port("UNLOCKGUI")
+        self.click(*self.at(4), "ctrl")
+        self.selects("alpha", "delta")
+
     def test_a_name_is_edited_in_its_row_and_one_that_exists_is_refused(self):
         self.rename(1, "alpha", "aleph")
         self.wait_until(lambda: (self.home / "aleph").exists() and not (self.home / "alpha").exists(), "the new name")
