@@ -18,7 +18,6 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 
 namespace solvane {
 
@@ -66,9 +65,9 @@ void TellChange() {
     TellContentSelection();
 }
 
-// The record of a row that has a type and a name of its own; null for the volumes of the Workbench.
-ContentNode* EntryOf(const ListRow& row) {
-    return row.Record != nullptr && DeviceOf(std::as_const(*row.Record)) == nullptr ? row.Record : nullptr;
+// The volumes of the Workbench have neither a type nor a name of their own.
+bool IsVolume(const ContentNode& node) {
+    return DeviceOf(node) != nullptr;
 }
 
 // Flags what the predicate picks among the entries with a row. False when there is none.
@@ -76,8 +75,8 @@ template <class Predicate>
 bool FlagEntries(Predicate picks) {
     bool found = false;
     for (const ListRow& row : lblist2) {
-        if (ContentNode* entry = EntryOf(row); entry != nullptr && picks(*entry)) {
-            entry->Selected = 1;
+        if (row.Record != nullptr && picks(*row.Record)) {
+            row.Record->Selected = 1;
             found = true;
         }
     }
@@ -167,7 +166,7 @@ void SelectByType(std::uint32_t group) {
         ClearSelectedFiles();
     }
     const bool found = FlagEntries([group](const ContentNode& node) {
-        return node.DatatypeGroupValue == group && !SAK_IsInfoFile(node.EntryName);
+        return node.DatatypeGroupValue == group && !IsVolume(node) && !SAK_IsInfoFile(node.EntryName);
     });
     if (found) {
         ShowGrownSelection();
@@ -199,8 +198,9 @@ void Pattern(std::string_view text, bool caseSensitive) {
         TellBadPattern();
         return;
     }
-    if (FlagEntries(
-            [&pattern](const ContentNode& node) { return pattern->Matches(node.EntryName.View()); })) {
+    if (FlagEntries([&pattern](const ContentNode& node) {
+            return !IsVolume(node) && pattern->Matches(node.EntryName.View());
+        })) {
         ShowGrownSelection();
     }
 }
@@ -213,8 +213,9 @@ void SelectEntry(std::string_view name, EntrySort sort) {
     SelectContentListItems();
     ContentNode* found = nullptr;
     for (const ListRow& row : lblist2) {
-        ContentNode* entry = EntryOf(row);
-        if (entry == nullptr || IsDrawerKind(entry->ObjectKind) != (sort == EntrySort::Drawer)) {
+        ContentNode* entry = row.Record;
+        if (entry == nullptr || IsVolume(*entry) ||
+            IsDrawerKind(entry->ObjectKind) != (sort == EntrySort::Drawer)) {
             continue;
         }
         if (entry->EntryName.SameBytes(name)) {

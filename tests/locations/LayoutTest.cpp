@@ -126,17 +126,18 @@ TEST_F(LayoutTest, OnASmallScreenWithEverythingOnEachGadgetIsInReachAndTheListHa
         EXPECT_EQ(MainWindow->Geometry().Width, width);
         EXPECT_EQ(MainWindow->Geometry().Height, height);
         const std::initializer_list<const intuition::Gadget*> gadgets = {
-            Objects.Bookmarks, Objects.Toolbar,    Objects.UserButtons, Objects.Tabs,    Objects.Back,
-            Objects.Forward,   Objects.History,    Objects.Parent,      Objects.Reload,  Objects.Path,
-            Objects.Search,    Objects.ViewStyle,  Objects.Layout,      Objects.Preview, Objects.Details,
-            Objects.StatusBar, Objects.Navigation, Objects.ContentList};
+            Objects.Bookmarks,  Objects.Toolbar,    Objects.UserButtons, Objects.Back,    Objects.Forward,
+            Objects.History,    Objects.Parent,     Objects.Reload,      Objects.Path,    Objects.Search,
+            Objects.ViewStyle,  Objects.Layout,     Objects.Preview,     Objects.Details, Objects.StatusBar,
+            Objects.Navigation, Objects.ContentList};
         int number = 0;
         for (const intuition::Gadget* gadget : gadgets) {
             const intuition::Box box = gadget->Geometry();
             EXPECT_GE(box.Width, 16) << number;
             EXPECT_GE(box.Height, 16) << number;
             EXPECT_LE(box.Left + box.Width, width) << number;
-            EXPECT_LE(box.Top + box.Height, height) << number++;
+            EXPECT_LE(box.Top + box.Height, height) << number;
+            ++number;
         }
         EXPECT_GE(Objects.ContentList->VisibleRows(), 2U) << preview;
         for (std::size_t top = Objects.Toolbar->Total(); top != Objects.Toolbar->Top();) {
