@@ -35,6 +35,13 @@ void PrintStartFailure(const application::StartMessage& start, std::string_view 
     }
 }
 
+std::string ReasonForNoDisplay() {
+    const intuition::DisplayFailure& failure = intuition::WhyNoDisplay();
+    return failure.Problem == intuition::DisplayProblem::Silent
+               ? FormatMessage(MSG_DISPLAY_SILENT, failure.Display)
+               : std::string(SAK_LocaleString(MSG_NO_DISPLAY_NAMED));
+}
+
 // Asks in the user's language whether a program may be started.
 workbench::LaunchAnswer AskToStart(const std::string& path) {
     const int answer =
@@ -49,9 +56,10 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
         PrintStartFailure(start, std::string(SAK_LocaleString(MSG_NO_DOS)) + dos::SetUpProblem() + "\n");
         return false;
     }
+    SetupLocale();
     if (!intuition::OpenDisplay(argc, argv)) {
-        PrintStartFailure(start, std::string(SAK_LocaleString(MSG_NO_INTUITION)) +
-                                     intuition::DisplayProblem() + "\n");
+        PrintStartFailure(start,
+                          std::string(SAK_LocaleString(MSG_NO_INTUITION)) + ReasonForNoDisplay() + "\n");
         return false;
     }
     // A mistake in mounts.toml, say: the rest works.
@@ -126,7 +134,6 @@ int EntryPoint(int argc, char** argv) {
     if (OpenPlatform(argc, argv, places, start)) {
         AnswerRequestersOfSnapshot();
         const MissingVolumeRequests missingVolumes;
-        SetupLocale();
         if (OpenLibrariesClasses()) {
             RunInstance(start);
         }

@@ -1,6 +1,8 @@
 #include "interface/Locale.h"
 
 #include "model/Program.h"
+#include "platform/dos/System.h"
+#include "platform/intuition/Application.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Numbers.h"
@@ -19,6 +21,15 @@ void TakeUnits() {
     SizeUnits.TB = SAK_LocaleString(MSG_UNIT_TB);
 }
 
+// What speaks beside the texts of our own: the toolkit, and the program behind "CON:" windows.
+void TellOthers() {
+    intuition::SetLanguage(SAK_TextLanguage.View());
+    dos::SetConsoleTexts({.Language = std::string(SAK_TextLanguage.View()),
+                          .Input = std::string(SAK_LocaleString(MSG_CONSOLE_INPUT)),
+                          .Output = std::string(SAK_LocaleString(MSG_CONSOLE_OUTPUT)),
+                          .Ended = std::string(SAK_LocaleString(MSG_CONSOLE_ENDED))});
+}
+
 } // namespace
 
 void SetupLocale() {
@@ -28,6 +39,7 @@ void SetupLocale() {
         SAK_LocaleOpen("solvane.catalog", SAK_PreferredLanguage.View(), "english", CatalogVersion));
     SAK_LanguageCheck();
     TakeUnits();
+    TellOthers();
 }
 
 } // namespace solvane

@@ -4,7 +4,8 @@
 namespace solvane {
 
 // Opens the catalog of SAK_PreferredLanguage, or of the user's own language, in place of one that is open,
-// and takes the texts over that others keep. Needs the file system; shows nothing.
+// takes the texts over that others keep, and has the toolkit and console windows speak it. Needs the file
+// system, no display; shows nothing.
 void SetupLocale();
 
 } // namespace solvane

@@ -15,6 +15,7 @@ namespace solvane {
 
 std::uint16_t SAK_English = 1;
 Text<50> SAK_LanguageName;
+Text<50> SAK_TextLanguage = "english";
 
 namespace {
 
@@ -49,6 +50,7 @@ bool SAK_LocaleOpen(std::string_view catalogName, std::string_view wantedLanguag
     if (opened.Texts) {
         State.Catalog = Keep(std::move(opened.Texts));
     }
+    SAK_TextLanguage = opened.Language;
     State.IsLocaleOpen = true;
     return opened.Outcome != locale::CatalogOutcome::TooOld;
 }
@@ -56,6 +58,7 @@ bool SAK_LocaleOpen(std::string_view catalogName, std::string_view wantedLanguag
 void SAK_LocaleClose() {
     State.IsLocaleOpen = false;
     State.Catalog = nullptr;
+    SAK_TextLanguage = "english";
 }
 
 bool SAK_LocaleIsOpen() {

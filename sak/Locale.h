@@ -30,6 +30,10 @@ extern std::uint16_t SAK_English;
 // The locale's language without its extension ("german"). Written by SAK_LanguageCheck.
 extern Text<50> SAK_LanguageName;
 
+// The language that texts are in, by its English name ("german"). Written by SAK_LocaleOpen and
+// SAK_LocaleClose.
+extern Text<50> SAK_TextLanguage;
+
 // --- Functions, of the main task unless they say otherwise ---
 
 // Opens the locale and the catalog of a language, the user's own when the language is empty. The built-in

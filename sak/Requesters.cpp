@@ -3,6 +3,8 @@
 #include "platform/dos/Errors.h"
 #include "platform/intuition/Window.h"
 #include "platform/utility/Text.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 
 #include <algorithm>
 #include <string>
@@ -30,8 +32,9 @@ std::vector<std::string> SplitGadgets(std::string_view gadgets) {
 
 bool AskForVolume(std::string_view volume) {
     const WithoutRequesters quiet; // drawing the question may meet the same path
-    const std::string text = "Please insert volume " + std::string(volume) + " in any drive";
-    return SAK_EasyRequest(nullptr, RequesterTitle, RequesterImage::Question, text, "_Retry|_Cancel") == 1;
+    const std::string text = FormatMessage(MSG_INSERT_VOLUME, volume);
+    return SAK_EasyRequest(nullptr, RequesterTitle, RequesterImage::Question, text,
+                           SAK_LocaleString(MSG_RETRY_CANCEL_GAD)) == 1;
 }
 
 } // namespace

@@ -14,7 +14,7 @@ namespace console {
 namespace {
 
 constexpr int CodeFail = 20;
-constexpr int LeastArguments = 7;
+constexpr int LeastArguments = 11;
 
 int NumberOf(const char* text, bool& isGiven) {
     bool isNumber = false;
@@ -38,6 +38,9 @@ WindowOptions ReadOptions(char** argv) {
     options.Wait = words.contains(QStringLiteral("WAIT"));
     options.Inactive = words.contains(QStringLiteral("INACTIVE"));
     options.NoClose = words.contains(QStringLiteral("NOCLOSE"));
+    options.InputName = QString::fromUtf8(argv[8]);
+    options.OutputName = QString::fromUtf8(argv[9]);
+    options.Ended = QString::fromUtf8(argv[10]);
     return options;
 }
 
@@ -49,8 +52,9 @@ int RunConsole(int argc, char** argv) {
         std::fputs("conwindow: is started for \"CON:\" only\n", stderr);
         return CodeFail;
     }
+    intuition::SetLanguage(argv[7]);
     if (!intuition::OpenDisplay(argc, argv)) {
-        std::fprintf(stderr, "conwindow: %s\n", intuition::DisplayProblem().c_str());
+        std::fputs("conwindow: no display answers\n", stderr);
         return CodeFail;
     }
     ::fcntl(STDIN_FILENO, F_SETFL, ::fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK);

@@ -40,7 +40,6 @@ QString TextOf(char32_t character) {
 
 InputLine::InputLine(std::function<void(const std::string&)> send) : Send(std::move(send)) {
     setMaxLength(LongestLine);
-    setAccessibleName(QStringLiteral("Input"));
 }
 
 void InputLine::SendLine() {
@@ -90,6 +89,7 @@ ConsoleWindow::ConsoleWindow(int terminal, const WindowOptions& options, std::fu
     Layout.addWidget(&View);
     Layout.addWidget(&Input);
     Input.setFont(View.font());
+    Input.setAccessibleName(Options.InputName);
     Input.setFocus();
     resize((Options.Place.isEmpty() ? UsualSize : Options.Place.size()).expandedTo(LeastSize));
     if (Options.HasPosition)
@@ -109,7 +109,7 @@ void ConsoleWindow::SetUpView() {
     View.setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     View.setLineWrapMode(QPlainTextEdit::WidgetWidth);
     View.setWordWrapMode(QTextOption::WrapAnywhere);
-    View.setAccessibleName(QStringLiteral("Output"));
+    View.setAccessibleName(Options.OutputName);
 }
 
 void ConsoleWindow::ShowWhenDue() {
@@ -138,7 +138,7 @@ void ConsoleWindow::End() {
     if (!Options.Wait || !isVisible())
         return std::exchange(Closed, [] {})();
     Input.setEnabled(false);
-    setWindowTitle(Options.Title + QStringLiteral(" (ended)"));
+    setWindowTitle(Options.Title + u' ' + Options.Ended);
     setWindowFlag(Qt::WindowCloseButtonHint, true);
     show();
 }

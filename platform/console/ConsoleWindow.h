@@ -20,6 +20,8 @@ struct WindowOptions {
     QRect Place; // width and height 0: as the window likes
     bool HasPosition = false;
     QString Title;
+    QString InputName, OutputName; // for screen readers
+    QString Ended;                 // behind the title when nobody writes any more
     bool Auto = false, Wait = false, Inactive = false, NoClose = false;
 };
 

@@ -4,6 +4,7 @@
 #include "platform/dos/CommandSearch.h"
 #include "platform/dos/Errors.h"
 #include "platform/dos/Handler.h"
+#include "platform/dos/System.h"
 #include "platform/exec/Tasks.h"
 #include "platform/utility/Text.h"
 
@@ -11,10 +12,12 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <mutex>
 #include <poll.h>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace dos {
 
@@ -24,6 +27,16 @@ constexpr std::string_view WindowProgram = "PROGDIR:Tools/conwindow";
 // "Cursor on": it changes nothing, and its coming opens the window of an AUTO console.
 constexpr std::string_view OpenSequence = "\x1B[1 p";
 constexpr char ReadySign = 'R';
+
+struct {
+    std::mutex Lock;
+    ConsoleTexts Texts;
+} Said;
+
+ConsoleTexts TextsToSay() {
+    const std::lock_guard lock(Said.Lock);
+    return Said.Texts;
+}
 
 bool Fail(long error) {
     SetIoErr(error);
@@ -97,8 +110,18 @@ bool StartWindow(const ConsoleSpec& spec, HostFd master) {
     const HostFd sign(ends[0]);
     ChildOrder order;
     order.Path = program->HostPath;
-    order.Words = {program->Name, spec.Left,  spec.Top,          spec.Width,
-                   spec.Height,   spec.Title, Join(spec.Options)};
+    ConsoleTexts texts = TextsToSay();
+    order.Words = {program->Name,
+                   spec.Left,
+                   spec.Top,
+                   spec.Width,
+                   spec.Height,
+                   spec.Title,
+                   Join(spec.Options),
+                   std::move(texts.Language),
+                   std::move(texts.Input),
+                   std::move(texts.Output),
+                   std::move(texts.Ended)};
     order.Environment = ChildEnvironment();
     order.Input = std::move(master);
     order.Output = HostFd(ends[1]);
@@ -137,6 +160,11 @@ struct ConsolePlace final : LockBody {
 };
 
 } // namespace
+
+void SetConsoleTexts(ConsoleTexts texts) {
+    const std::lock_guard lock(Said.Lock);
+    Said.Texts = std::move(texts);
+}
 
 bool AwaitDescriptor(int descriptor, Readiness readiness) {
     const short events = readiness == Readiness::Read ? POLLIN : POLLOUT;

@@ -33,6 +33,15 @@ struct SystemStream {
     bool Append = false;          // the file called Name is added to
 };
 
+// What the program behind "CON:" windows says; English before it is told.
+struct ConsoleTexts {
+    std::string Language = "english";               // of the menus of its fields, by its English name
+    std::string Input = "Input", Output = "Output"; // names of its parts, for screen readers
+    std::string Ended = "(ended)";                  // behind the title when nobody uses the console any more
+};
+// For the windows that open from now on. Any task.
+void SetConsoleTexts(ConsoleTexts texts);
+
 struct SystemOptions {
     SystemStream Input{};
     SystemStream Output{};

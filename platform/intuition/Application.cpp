@@ -1,6 +1,7 @@
 #include "platform/intuition/Application.h"
 
 #include "platform/exec/Tasks.h"
+#include "platform/intuition/Language.h"
 #include "platform/intuition/Native.h"
 #include "platform/intuition/NativeWindow.h"
 
@@ -12,10 +13,12 @@
 #include <clocale>
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 #include <xcb/xcb.h>
 
 namespace intuition {
@@ -34,6 +37,7 @@ struct DisplayState {
     char* Arguments[2] = {nullptr, nullptr}; // the toolkit keeps pointing here
     InputFilter Filter;
     std::unique_ptr<QApplication> Application;
+    std::unique_ptr<QTranslator> Texts; // null: English
 };
 
 // A process that ends with an open display leaves it to the host: by then parts of the toolkit are gone.
@@ -46,7 +50,14 @@ struct DisplayHolder {
 };
 
 DisplayHolder Display;
-std::string Problem;
+DisplayFailure Failure;
+std::string Language; // of the toolkit's texts
+
+void TakeTexts() {
+    Display.Open->Texts = ToolkitTexts(Language);
+    if (Display.Open->Texts)
+        QCoreApplication::installTranslator(Display.Open->Texts.get());
+}
 
 // The program's window that a receiver lies in: the host's window object first sees input, then widgets do.
 const NativeWindow* WindowOf(const QObject* receiver) {
@@ -168,9 +179,8 @@ bool SomeDisplayAnswers() {
     const std::string x = qEnvironmentVariable("DISPLAY").toStdString();
     if (Answers(wayland, x, platform))
         return true;
-    Problem = wayland.empty() && x.empty()
-                  ? "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set."
-                  : "The display " + (x.empty() ? wayland : x) + " does not answer.";
+    Failure = wayland.empty() && x.empty() ? DisplayFailure{DisplayProblem::NotNamed}
+                                           : DisplayFailure{DisplayProblem::Silent, x.empty() ? wayland : x};
     return false;
 }
 
@@ -186,7 +196,7 @@ bool OpenDisplay(int argc, char** argv) {
         return true;
     if (!SomeDisplayAnswers())
         return false;
-    Problem.clear();
+    Failure = {};
     auto display = std::make_unique<DisplayState>();
     display->ProgramName = argc > 0 && argv[0] != nullptr ? argv[0] : "solvane";
     display->Arguments[0] = display->ProgramName.data();
@@ -197,6 +207,7 @@ bool OpenDisplay(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     display->Application->installEventFilter(&display->Filter);
     Display.Open = std::move(display);
+    TakeTexts();
     InstallPump();
     return true;
 }
@@ -214,8 +225,13 @@ bool DisplayIsOpen() {
     return Display.Open != nullptr;
 }
 
-const std::string& DisplayProblem() {
-    return Problem;
+const DisplayFailure& WhyNoDisplay() {
+    return Failure;
+}
+
+void SetLanguage(std::string_view language) {
+    if (std::exchange(Language, std::string(language)) != language && Display.Open)
+        TakeTexts();
 }
 
 void DisplayBeep() {

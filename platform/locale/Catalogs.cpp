@@ -60,6 +60,16 @@ void AddName(std::vector<std::string>& names, std::string_view name) {
         names.emplace_back(name);
 }
 
+// The English name of a language, in small letters; the name itself where the language is not known.
+std::string EnglishName(std::string_view language) {
+    const std::string_view name = WithoutSuffix(language);
+    for (const auto& row : LanguageNames)
+        for (const std::string_view other : row)
+            if (!other.empty() && utility::Stricmp(name, other) == 0)
+                return std::string(row.front());
+    return utility::Fold(name);
+}
+
 // What the drawer of a language may be called: as it was given, in small letters, then its other
 // names.
 std::vector<std::string> DrawerNames(std::string_view language) {
@@ -102,7 +112,8 @@ void TryFile(const std::string& path, std::uint32_t minimumVersion, OpenedCatalo
         result.Outcome = CatalogOutcome::TooOld;
         reason = 0;
     } else {
-        result = {std::make_unique<const Catalog>(*std::move(file)), CatalogOutcome::Opened};
+        result.Texts = std::make_unique<const Catalog>(*std::move(file));
+        result.Outcome = CatalogOutcome::Opened;
         reason = 0;
     }
 }
@@ -122,8 +133,10 @@ OpenedCatalog OpenFor(const CatalogWish& wish, const std::vector<std::string>& l
             for (const std::string& drawer : DrawerNames(language)) {
                 const std::string path = std::string(place) + drawer + '/' + wish.Name;
                 TryFile(path, wish.MinimumVersion, result, reason);
-                if (result.Texts != nullptr)
+                if (result.Texts != nullptr) {
+                    result.Language = EnglishName(language);
                     return result;
+                }
             }
     }
     return result;
@@ -144,6 +157,8 @@ OpenedCatalog OpenCatalog(const CatalogWish& wish) {
         languages = PreferredLanguages();
     long reason = 0;
     OpenedCatalog result = OpenFor(wish, languages, reason);
+    if (result.Texts == nullptr)
+        result.Language = wish.BuiltInLanguage;
     dos::SetIoErr(reason);
     return result;
 }

@@ -46,6 +46,8 @@ private:
 struct OpenedCatalog {
     std::unique_ptr<const Catalog> Texts; // null unless opened
     CatalogOutcome Outcome = CatalogOutcome::NotFound;
+    std::string Language = {}; // what the texts are in, by its English name where it is known; the built-in
+                               // one unless opened
 };
 
 // Looks language by language in "PROGDIR:Catalogs/<language>/" and "LOCALE:Catalogs/<language>/".

@@ -79,15 +79,16 @@ TEST_F(SakLocale, OnlyAnOldCatalogIsAFailure) {
         std::string_view Language;
         std::uint32_t Version;
         bool Result;
-        std::string_view Text;
+        std::string_view Text, TextLanguage;
     };
-    const Row rows[] = {{"", 2, true, "Datei"},        {"", 3, false, "File"},
-                        {"dutch", 2, true, "Bestand"}, {"english", 2, true, "File"},
-                        {"klingon", 2, true, "File"},  {"greek", 2, true, "File"}};
+    const Row rows[] = {{"", 2, true, "Datei", "german"},        {"", 3, false, "File", "english"},
+                        {"dutch", 2, true, "Bestand", "dutch"},  {"english", 2, true, "File", "english"},
+                        {"klingon", 2, true, "File", "english"}, {"greek", 2, true, "File", "english"}};
     for (const Row& row : rows) {
         SAK_LocaleClose();
         EXPECT_EQ(Open(row.Language, row.Version), row.Result) << row.Language;
         EXPECT_EQ(SAK_LocaleString(MSG_FILE), row.Text) << row.Language;
+        EXPECT_EQ(SAK_TextLanguage, row.TextLanguage) << row.Language;
     }
 }
 

@@ -4,17 +4,23 @@
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/MountInfo.h"
 #include "platform/dos/VolumeTable.h"
+#include "platform/intuition/Application.h"
 #include "platform/intuition/FileRequester.h"
 #include "platform/intuition/HostFile.h"
 #include "platform/intuition/Label.h"
 #include "tests/platform/intuition/Stage.h"
 #include "tests/support/TempTree.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QRegularExpression>
 #include <QTimer>
 
 namespace intuition {
@@ -73,6 +79,45 @@ TEST_F(RequestersTest, AFileIsChosenOrNot) {
     };
     EXPECT_EQ(WhileUp(choose, ask), dos::FromHostPath(tree.Path("a & b.rexx")));
     EXPECT_EQ(WhileUp([](QDialog& dialog) { dialog.close(); }, ask), std::nullopt);
+}
+
+// All that the choice of a file, its list's header and a field's menu say.
+QStringList TextsOfTheToolkit() {
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    QStringList texts;
+    for (const QLabel* label : dialog.findChildren<QLabel*>())
+        texts += label->text();
+    for (const QAbstractButton* button : dialog.findChildren<QAbstractButton*>())
+        texts += {button->text(), button->toolTip()};
+    for (const QHeaderView* header : dialog.findChildren<QHeaderView*>())
+        for (int column = 0; header->model() != nullptr && column < header->count(); ++column)
+            texts += header->model()->headerData(column, Qt::Horizontal).toString();
+    QLineEdit field;
+    const std::unique_ptr<QMenu> menu(field.createStandardContextMenu());
+    for (const QAction* action : menu->actions())
+        texts += action->text().section(u'\t', 0, 0);
+    return texts;
+}
+
+TEST_F(RequestersTest, TheToolkitSpeaksTheLanguageOfTheProgram) {
+    const QStringList english = TextsOfTheToolkit();
+    ASSERT_TRUE(english.contains(QStringLiteral("Cu&t")));
+    for (const char* language : {"german", "spanish", "italian", "dutch", "greek"}) {
+        SetLanguage(language);
+        const QStringList texts = TextsOfTheToolkit();
+        EXPECT_FALSE(texts.contains(QStringLiteral("Cu&t"))) << language;
+        EXPECT_FALSE(texts.contains(QStringLiteral("Files of type:"))) << language;
+        if (std::string_view(language) != "greek")
+            continue;
+        for (const QString& text : texts)
+            EXPECT_FALSE(text.contains(QRegularExpression(QStringLiteral("^[^α-ω]*[A-Za-z]"))))
+                << text.toStdString();
+    }
+    for (const char* language : {"klingon", "english"}) {
+        SetLanguage(language);
+        EXPECT_EQ(TextsOfTheToolkit(), english) << language;
+    }
 }
 
 std::string MountList; // host path of a text that stands for the host's list of mounts

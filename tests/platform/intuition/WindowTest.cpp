@@ -273,10 +273,11 @@ TEST_F(WindowTest, PictureIsWrittenOrTheReasonIsTold) {
 TEST(OpenDisplayTest, DisplayThatDoesNotAnswerIsRefusedWithAReason) {
     qunsetenv("QT_QPA_PLATFORM");
     qunsetenv("WAYLAND_DISPLAY");
-    for (const char* name : {"", ":987654", "nonsense"}) {
-        qputenv("DISPLAY", name);
+    for (const std::string name : {"", ":987654", "nonsense"}) {
+        qputenv("DISPLAY", name.c_str());
         EXPECT_FALSE(OpenDisplay(0, nullptr)) << name;
-        EXPECT_FALSE(DisplayProblem().empty());
+        EXPECT_EQ(WhyNoDisplay().Problem, name.empty() ? DisplayProblem::NotNamed : DisplayProblem::Silent);
+        EXPECT_EQ(WhyNoDisplay().Display, name);
         EXPECT_FALSE(DisplayIsOpen());
     }
 }

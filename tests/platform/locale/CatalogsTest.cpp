@@ -180,12 +180,14 @@ protected:
         file.Texts = {{1, path}, {2, ""}};
         Tree.Write(path, locale::WriteCatalog(file).value());
     }
+    std::string Language; // of what was opened last
     // The text 1, or why there is none: outcome and IoErr.
-    static std::string Open(std::vector<std::string> languages, std::uint32_t minimum = 0,
-                            const std::string& builtIn = "english") {
+    std::string Open(std::vector<std::string> languages, std::uint32_t minimum = 0,
+                     const std::string& builtIn = "english") {
         const locale::OpenedCatalog opened =
             locale::OpenCatalog({"x.catalog", std::move(languages), builtIn, minimum});
         EXPECT_EQ(opened.Texts != nullptr, opened.Outcome == CatalogOutcome::Opened);
+        Language = opened.Language;
         if (opened.Texts != nullptr)
             return std::string(locale::GetCatalogStr(opened.Texts.get(), 1, "none"));
         constexpr std::string_view names[] = {"opened", "not needed", "not found", "too old", "no catalog"};
@@ -219,6 +221,11 @@ TEST_F(CatalogsTest, TheFirstThatFitsIsOpened) {
     for (const Row& row : rows)
         EXPECT_EQ(Open(row.Languages), row.Expected) << row.Languages.front();
     EXPECT_EQ(Open({"german"}, 0, "deutsch"), "not needed 0");
+    for (const auto& [wanted, language] :
+         {std::pair("Deutsch.language", "german"), {"FRANCAIS", "french"}, {"greek", "english"}}) {
+        static_cast<void>(Open({wanted}));
+        EXPECT_EQ(Language, language) << wanted;
+    }
 }
 
 TEST_F(CatalogsTest, OldAndBrokenOnesArePassedOver) {
