@@ -140,8 +140,9 @@ void ShowPictureOfRoot(std::string_view root) {
 }
 
 void ShowPictureOf(const ContentNode& node) {
-    SetThumbnailImage(IconSteps(node), IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png"
-                                                                     : "PROGDIR:Images/Img_Project.png");
+    SetThumbnailImage(DetailsPictureSteps(node), IsDrawerKind(node.ObjectKind)
+                                                     ? "PROGDIR:Images/Img_Drawer.png"
+                                                     : "PROGDIR:Images/Img_Project.png");
 }
 
 void FillEntry(const ContentNode& node) {

@@ -133,6 +133,7 @@ std::string_view LargePictureOf(LocationKind location) {
     case LocationKind::FTPSites:
         return "PROGDIR:Images/Img_FTPSites.png";
     case LocationKind::OS4Depot:
+        return "PROGDIR:Images/Img_OS4Depot.png";
     case LocationKind::Aminet:
         return "PROGDIR:Images/Img_Aminet.png";
     default:
@@ -185,12 +186,13 @@ intuition::ImageId PlacePicture(const ContentNode& node) {
     return ListImageObject(node.PlaceFacts ? ListImage::Assign : ListImageOf(node.LeadsTo, node.EntryPath));
 }
 
-std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node) {
+std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node, std::int32_t style) {
     if (const DevicesNode* device = DeviceOf(node)) {
         return DeviceImageSteps(*device);
     }
     if (node.PlaceFacts) {
-        return {{.Path = "PROGDIR:Images/Img_Assigns.png"}};
+        return {{.Path = style == ViewTiles ? TileImagePath(TileImage::Assign, Prefs.TilesIconSize)
+                                            : "PROGDIR:Images/Img_Assigns.png"}};
     }
     const bool isDrawer = node.LeadsTo == LocationKind::Drawer;
     std::vector<intuition::ImageStep> steps;

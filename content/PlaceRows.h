@@ -29,10 +29,10 @@ struct PlaceTexts {
 // What a cell of a place shows in that view style.
 [[nodiscard]] PlaceTexts PlaceCellTexts(const ContentNode& node, DetailsColumn column, std::int32_t style);
 
-// The small picture of a place, which is shared and not to be released; and where a large one may
-// come from.
+// The small picture of a place, which is shared and not to be released; and where the one of that view style
+// may come from.
 [[nodiscard]] intuition::ImageId PlacePicture(const ContentNode& node);
-[[nodiscard]] std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node);
+[[nodiscard]] std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node, std::int32_t style);
 
 // The small picture of what a bookmark or favorite leads to.
 [[nodiscard]] ListImage ListImageOf(LocationKind location, std::string_view path);

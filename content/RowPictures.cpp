@@ -21,6 +21,7 @@ constexpr IconBox SmallIcon{20, 18};
 constexpr int SmallPicture = 16, ContentPicture = 32;
 
 constexpr std::string_view IconSuffix = ".info", GameSuffix = ".slave";
+constexpr std::string_view FileIcon = "ENVARC:Sys/def_file.info", DrawerIcon = "ENVARC:Sys/def_drawer.info";
 
 bool EndsWith(std::string_view name, std::string_view suffix) {
     return name.size() >= suffix.size() && Text<128>(name.substr(name.size() - suffix.size())) == suffix;
@@ -76,26 +77,19 @@ int TileSideOf(std::int32_t style) {
     return fitting != TileImageSizes.end() ? *fitting : TileImageSizes.back();
 }
 
+// A picture's thumbnail is that of its file.
+bool IsPicture(const ContentNode& node) {
+    return node.DatatypeGroupValue == GroupPicture && !IsDrawerKind(node.ObjectKind) &&
+           !SAK_IsInfoFile(node.EntryName);
+}
+
+intuition::ImageStep ThumbnailStep(const ContentNode& node) {
+    return {.Path = std::string(node.EntryPath.View()), .From = intuition::ImageStep::Source::Thumbnail};
+}
+
 bool IsGame(const ContentNode& node) {
     return AtWHDLoadGamesRootDrawer != 0 && !IsDrawerKind(node.ObjectKind) &&
            EndsWith(node.EntryName, GameSuffix);
-}
-
-// The picture that a file is itself or brings along; empty for most.
-std::vector<intuition::ImageStep> OwnPictureSteps(const ContentNode& node, std::int32_t style) {
-    using Source = intuition::ImageStep::Source;
-    if (IsGame(node)) {
-        const std::string path = OwnPath(node);
-        return {{.Path = path.substr(0, path.size() - std::min(path.size(), GameSuffix.size())) +
-                         std::string(IconSuffix)}};
-    }
-    if (!ShowsThumbnails(style) || IsDrawerKind(node.ObjectKind) || SAK_IsInfoFile(node.EntryName)) {
-        return {};
-    }
-    if (node.DatatypeGroupValue == GroupPicture) {
-        return {{.Path = std::string(node.EntryPath.View()), .From = Source::Thumbnail}};
-    }
-    return {};
 }
 
 // The entry's icon, then the one of its type.
@@ -112,10 +106,35 @@ std::vector<intuition::ImageStep> OwnIconSteps(const ContentNode& node) {
 
 } // namespace
 
+std::vector<intuition::ImageStep> OwnPictureSteps(const ContentNode& node, std::int32_t style) {
+    if (IsGame(node)) {
+        const std::string path = OwnPath(node);
+        return {{.Path = path.substr(0, path.size() - std::min(path.size(), GameSuffix.size())) +
+                         std::string(IconSuffix)}};
+    }
+    if (!ShowsThumbnails(style) || IsDrawerKind(node.ObjectKind) || SAK_IsInfoFile(node.EntryName)) {
+        return {};
+    }
+    if (IsPicture(node)) {
+        return {ThumbnailStep(node)};
+    }
+    if (node.DatatypeGroupValue == GroupSound) {
+        return {{.Path = std::string(FileIcon)}};
+    }
+    return {};
+}
+
 std::vector<intuition::ImageStep> IconSteps(const ContentNode& node) {
     std::vector<intuition::ImageStep> steps = OwnIconSteps(node);
-    const bool drawer = IsDrawerKind(node.ObjectKind);
-    steps.push_back({.Path = drawer ? "ENVARC:Sys/def_drawer.info" : "ENVARC:Sys/def_file.info"});
+    steps.push_back({.Path = std::string(IsDrawerKind(node.ObjectKind) ? DrawerIcon : FileIcon)});
+    return steps;
+}
+
+std::vector<intuition::ImageStep> DetailsPictureSteps(const ContentNode& node) {
+    std::vector<intuition::ImageStep> steps = IconSteps(node);
+    if (Prefs.ShowThumbnail != 0 && AtFTPMount == 0 && IsPicture(node)) {
+        steps.insert(steps.begin(), ThumbnailStep(node));
+    }
     return steps;
 }
 
@@ -165,7 +184,7 @@ intuition::ImageWish RowPictures::WishOf(const ContentNode& node) const {
     wish.Width = box.Width;
     wish.Height = box.Height;
     if (IsPlace(node)) {
-        wish.Steps = PlaceImageSteps(node);
+        wish.Steps = PlaceImageSteps(node, Style);
         return wish;
     }
     wish.Steps = OwnPictureSteps(node, Style);

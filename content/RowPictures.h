@@ -18,8 +18,16 @@ namespace solvane {
 [[nodiscard]] IconBox BoxOf(std::int32_t style);
 [[nodiscard]] int PictureHeight(std::int32_t style);
 
+// What stands for a file by what it is, whether icons are looked at or not; nothing for most. A sound has the
+// picture of any file.
+[[nodiscard]] std::vector<intuition::ImageStep> OwnPictureSteps(const ContentNode& node, std::int32_t style);
+
 // Where the icon of an entry may come from: its own, the one of its type, the one of its kind.
 [[nodiscard]] std::vector<intuition::ImageStep> IconSteps(const ContentNode& node);
+
+// The same for the picture beside the texts of the Details pane: a picture file is shown itself where
+// Prefs.ShowThumbnail says so.
+[[nodiscard]] std::vector<intuition::ImageStep> DetailsPictureSteps(const ContentNode& node);
 
 // The pictures of the rows in one style. Icons and thumbnails are looked up when a row is first drawn, and
 // never on the drawing task.

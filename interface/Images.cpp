@@ -14,8 +14,8 @@ constexpr std::array<std::string_view, 14> ListNames = {
     "assign", "home",       "desktop", "computer", "bookmark",   "favorite", "ftpsite"};
 static_assert(ListNames.size() == std::tuple_size_v<decltype(ImageObjects::Lists)>);
 
-constexpr std::array<std::string_view, 6> TileNames = {"drawer",   "drawericon", "file",
-                                                       "fileicon", "drawerlink", "filelink"};
+constexpr std::array<std::string_view, 7> TileNames = {"drawer",     "drawericon", "file",  "fileicon",
+                                                       "drawerlink", "filelink",   "assign"};
 static_assert(TileNames.size() == std::tuple_size_v<decltype(ImageObjects::Tiles)>);
 constexpr int PlainTileSize = 32; // stands under the plain name, other sizes in drawers of their own
 constexpr int UsualTileSize = 64;

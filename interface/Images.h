@@ -40,7 +40,8 @@ enum class TileImage : std::uint8_t {
     FileWithIcon,
     DrawerLink,
     FileLink,
-    Last = FileLink
+    Assign,
+    Last = Assign
 };
 inline constexpr std::array<int, 4> TileImageSizes{256, 128, 64, 32}; // layout units
 

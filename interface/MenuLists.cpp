@@ -1,5 +1,7 @@
 #include "interface/MenuLists.h"
 
+#include "interface/Images.h"
+#include "interface/MenuTable.h"
 #include "model/Devices.h"
 #include "model/PrefsLists.h"
 #include "model/Program.h"
@@ -80,8 +82,12 @@ std::vector<MenuItem> FavoriteItems(MenuId first) {
 }
 
 std::vector<MenuItem> ScriptItems() {
-    return ItemsOf(ARexxList, MenuFirstScript,
-                   [](const ARexxNode& script) { return script.ScriptName.View(); });
+    std::vector<MenuItem> items =
+        ItemsOf(ARexxList, MenuFirstScript, [](const ARexxNode& script) { return script.ScriptName.View(); });
+    for (MenuItem& item : items) {
+        item.Image = ToolImagePath("arexx", MenuImageSide());
+    }
+    return items;
 }
 
 std::vector<MenuItem> SiteItems() {

@@ -1,7 +1,9 @@
 #include "content/BuildLists.h"
 #include "content/ColumnInfo.h"
 #include "content/ContentRows.h"
+#include "content/PlaceRows.h"
 #include "content/RowLabels.h"
+#include "content/RowPictures.h"
 #include "content/Status.h"
 #include "content/ViewStyles.h"
 #include "interface/MainLayout.h"
@@ -165,6 +167,51 @@ TEST_F(RowsTest, FilmstripMayShowDrawersAndPicturesOnly) {
     EXPECT_EQ(FilmstripImageOf(*FilmstripList[1].Record), Path("picture"));
     ASSERT_TRUE(Scan("drawer"));
     EXPECT_TRUE(Rows().empty()) << "the strip needs no empty row";
+}
+
+TEST_F(RowsTest, PicturesAndSoundsShowWhatTheyAreAndNotTheirIcons) {
+    using Source = intuition::ImageStep::Source;
+    ContentNode node;
+    node.ObjectKind = EntryKind::File;
+    node.EntryName = "entry";
+    node.EntryPath = "Test:entry";
+    const auto first = [](const std::vector<intuition::ImageStep>& steps) {
+        return steps.empty() ? "" : steps[0].Path + (steps[0].From == Source::Thumbnail ? "!" : "");
+    };
+    const struct {
+        std::int32_t Group, Style;
+        std::string Own, InDetails;
+    } rows[] = {
+        {GroupPicture, ViewThumbnail, "Test:entry!", "Test:entry!"},
+        {GroupPicture, ViewTiles, "", "Test:entry!"},
+        {GroupSound, ViewThumbnailDetails, "ENVARC:Sys/def_file.info", "Test:entry.info"},
+        {GroupSound, ViewContent, "", "Test:entry.info"},
+        {GroupText, ViewThumbnail, "", "Test:entry.info"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.Group * 10 + row.Style);
+        node.DatatypeGroupValue = static_cast<decltype(node.DatatypeGroupValue)>(row.Group);
+        Prefs.ShowThumbnail = 1;
+        EXPECT_EQ(first(OwnPictureSteps(node, row.Style)), row.Own);
+        EXPECT_EQ(first(DetailsPictureSteps(node)), row.InDetails);
+        Prefs.ShowThumbnail = 0;
+        EXPECT_EQ(first(DetailsPictureSteps(node)), "Test:entry.info");
+    }
+}
+
+TEST_F(RowsTest, TilesOfPlacesHaveTheirPictures) {
+    ContentNode place;
+    place.LeadsTo = LocationKind::OS4Depot;
+    EXPECT_EQ(PlaceImageSteps(place, ViewTiles).back().Path, "PROGDIR:Images/Img_OS4Depot.png");
+    place.PlaceFacts = std::make_unique<PlaceRecord>(PlaceRecord{AssignsNode()});
+    const std::pair<std::int32_t, std::string_view> sizes[] = {
+        {256, "256/"}, {128, "128/"}, {64, "64/"}, {32, ""}, {99, "64/"}};
+    for (const auto& [side, drawer] : sizes) {
+        Prefs.TilesIconSize = side;
+        EXPECT_EQ(PlaceImageSteps(place, ViewTiles).back().Path,
+                  "PROGDIR:Images/Tiles/" + std::string(drawer) + "assign.png");
+    }
+    EXPECT_EQ(PlaceImageSteps(place, ViewContent).back().Path, "PROGDIR:Images/Img_Assigns.png");
 }
 
 TEST_F(RowsTest, UnknownSizesOfPicturesAreCorrected) {
