@@ -27,10 +27,13 @@
 #include <QLineEdit>
 #include <QTimer>
 
+#include <cerrno>
+#include <chrono>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <sched.h>
 #include <sys/mount.h>
+#include <thread>
 
 namespace solvane {
 namespace {
@@ -58,7 +61,16 @@ public:
         std::ofstream(Point + "/" + name) << std::string(bytes, 'x');
     }
     // As the host's user does it, who is refused while anything holds the disk.
-    [[nodiscard]] bool Unmount() const { return ::umount2(Point.c_str(), 0) == 0; }
+    // A question about the disk that is under way on another thread may hold it for a moment.
+    [[nodiscard]] bool Unmount() const {
+        constexpr int mostTries = 300;
+        for (int tries = 0; ::umount2(Point.c_str(), 0) != 0; ++tries) {
+            if (errno != EBUSY || tries == mostTries)
+                return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return true;
+    }
     [[nodiscard]] bool MakeReadOnly() const {
         return ::mount("", Point.c_str(), "", MS_REMOUNT | MS_RDONLY, nullptr) == 0;
     }
