@@ -47,7 +47,7 @@ std::vector<Instance> OtherInstances() {
 }
 
 // One that has gone meanwhile is passed over.
-void Tell(std::string_view port, std::string_view command) {
+void Send(std::string_view port, std::string_view command) {
     static_cast<void>(exec::PostCommand(port, command));
 }
 
@@ -62,10 +62,10 @@ void PlaceWindow(const Instance& instance, const Box& box) {
         return;
     }
     const auto measure = [](int value) { return std::to_string(std::max(value, 0)); };
-    Tell(instance.Port, "CHANGEWINDOW X=" + measure(box.Left) + " Y=" + measure(box.Top) +
+    Send(instance.Port, "CHANGEWINDOW X=" + measure(box.Left) + " Y=" + measure(box.Top) +
                             " W=" + measure(box.Width) + " H=" + measure(box.Height));
-    Tell(instance.Port, "WINDOWTOFRONT");
-    Tell(instance.Port, "ACTIVATEWINDOW");
+    Send(instance.Port, "WINDOWTOFRONT");
+    Send(instance.Port, "ACTIVATEWINDOW");
 }
 
 void CascadeWindows() {
@@ -107,7 +107,7 @@ void CloseAllButThisWindow() {
             break;
         }
         for (const std::string& port : ports) {
-            Tell(port, "QUITNOSAVE");
+            Send(port, "QUITNOSAVE");
         }
         exec::Delay(RoundTicks);
     }

@@ -20,18 +20,21 @@ void Flip(std::int16_t PrefsRecord::*setting) {
     UpdateMenus_ViewMisc();
 }
 
-} // namespace
-
-void ProcessInfoFiles() {
-    Flip(&PrefsRecord::ProcessInfoFiles);
+// Of a setting that decides which rows there are, or how they look, everywhere.
+void FlipRows(std::int16_t PrefsRecord::*setting) {
+    Flip(setting);
     SetRescanAllTabs(WhichTabs::Others);
     ReloadLocation();
 }
 
+} // namespace
+
+void ProcessInfoFiles() {
+    FlipRows(&PrefsRecord::ProcessInfoFiles);
+}
+
 void ShowActualIcons() {
-    Flip(&PrefsRecord::ShowActualIcons);
-    SetRescanAllTabs(WhichTabs::Others);
-    ReloadLocation();
+    FlipRows(&PrefsRecord::ShowActualIcons);
 }
 
 void ShowThumbnail() {
