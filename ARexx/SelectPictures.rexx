@@ -1,8 +1,5 @@
 /* Selects the pictures among the shown entries and nothing else.
-   $VER: SelectPictures.rexx 1.0 (21.11.2026) */
-options results
+   $VER: SelectPictures.rexx 1.1 (22.11.2026) */
 
-PicturePattern = "#?.(jpg|jpeg|png|gif|iff|ilbm)"
-"SELECTNONE"
-"PATTERN PATTERN" PicturePattern
+"SELECTBYTYPE 6"
 exit rc

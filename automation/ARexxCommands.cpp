@@ -33,7 +33,7 @@ constexpr auto Table = std::to_array<rexx::Command>({
     {"ACTIVATE", 1, rexx_Activate, "", 0},
     {"DEACTIVATE", 2, rexx_Deactivate, "", 0},
     {"LOCKGUI", 3, WhenOpen<LockMainWindow>, "", 0},
-    {"UNLOCKGUI", 4, WhenOpen<UnlockMainWindow>, "", 0},
+    {"UNLOCKGUI", 4, rexx_UnlockGui, "", 0},
     {"ICONIFY", 5, rexx_Iconify, "", 0},
     {"UNICONIFY", 6, rexx_Uniconify, "", 0},
     {"BACK", 7, WhenOpen<GoBackInHistory>, "", 0},

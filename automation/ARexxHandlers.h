@@ -35,6 +35,7 @@ void rexx_Iconify(rexx::CommandCall& call);
 void rexx_Uniconify(rexx::CommandCall& call);
 void rexx_LoadPrefs(rexx::CommandCall& call);
 void rexx_SavePrefs(rexx::CommandCall& call);
+void rexx_UnlockGui(rexx::CommandCall& call);
 void rexx_QuitNoSave(rexx::CommandCall& call);
 void rexx_Quit(rexx::CommandCall& call);
 void rexx_QuitAll(rexx::CommandCall& call); // not in the background

@@ -153,7 +153,7 @@ void rexx_SelectFTPSite(rexx::CommandCall& call) {
 }
 
 void rexx_GetVersion(rexx::CommandCall& call) {
-    const auto path = call.Arguments.Text("PATH");
+    const auto path = PathOf(call);
     if (IsWindowOpen() && path && SAK_GetVersion(*path)) {
         call.Result = SAK_GetVersionFull.View();
     }

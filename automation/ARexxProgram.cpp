@@ -58,6 +58,11 @@ void rexx_Deactivate(rexx::CommandCall&) {
     }
 }
 
+// The lock goes with a window into its icon, and may be ended there.
+void rexx_UnlockGui(rexx::CommandCall&) {
+    static_cast<void>(UnlockMainWindow());
+}
+
 void rexx_Iconify(rexx::CommandCall&) {
     if (IsWindowOpen()) {
         JumpToARexxCmd = JumpIconify;
@@ -96,7 +101,7 @@ void rexx_Quit(rexx::CommandCall&) {
 }
 
 void rexx_QuitAll(rexx::CommandCall&) {
-    if (IsWindowOpen() && HasFurtherWindows()) {
+    if (IsWindowOpen() && CanHaveFurtherWindows()) {
         CloseAllButThisWindow();
         done = 1;
     }

@@ -53,14 +53,10 @@ bool AddScripts(std::string_view drawer) {
 bool DiscoverARexxScripts() {
     SAK_ClearGenericList(*ARexxList);
     Text<1024> drawer;
-    if (!SAK_JoinFilename(drawer, ProgramDir.View(), "ARexx") || !AddScripts(drawer.View())) {
-        return false;
-    }
-    if (Prefs.IncludeREXX != 0 && !AddScripts("REXX:")) {
-        return false;
-    }
+    const bool hasOwn = SAK_JoinFilename(drawer, ProgramDir.View(), "ARexx") && AddScripts(drawer.View());
+    const bool hasOfSystem = Prefs.IncludeREXX == 0 || AddScripts("REXX:");
     SortARexxList();
-    return true;
+    return hasOwn && hasOfSystem;
 }
 
 void SortARexxList() {
@@ -74,6 +70,13 @@ void ExecuteARexxScript(std::string_view path) {
     const std::string line = FormatText("rx \"%s\"", dos::EscapeArgument(path));
     if (!rexx::StartScript(line, ARexxPortBuffer.View())) {
         TellDosError(path);
+    }
+}
+
+void ExecuteListedScript(std::uint32_t index) {
+    const ARexxNode* script = ARexxList ? SAK_GetGenericListNode(*ARexxList, index) : nullptr;
+    if (script != nullptr) {
+        ExecuteARexxScript(std::string(script->ScriptPath.View()));
     }
 }
 

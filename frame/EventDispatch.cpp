@@ -67,6 +67,9 @@ bool ServeBars(const WindowEvent& event) {
     case GadgetUserButtonsRight:
         ScrollSpeedBar_UserButtons(event.Id == GadgetUserButtonsLeft ? -step : step);
         return true;
+    case GadgetUserButtons:
+        HandleMenuPick(MenuFirstUserButton); // all of them are still to come
+        return true;
     default:
         return false;
     }

@@ -258,13 +258,6 @@ void GoMenu(std::uint32_t index) {
     }
 }
 
-void RunScript(std::uint32_t index) {
-    const ARexxNode* script = ARexxList ? SAK_GetGenericListNode(*ARexxList, index) : nullptr;
-    if (script != nullptr) {
-        ExecuteARexxScript(std::string(script->ScriptPath.View()));
-    }
-}
-
 void WaitsWith(std::uint32_t) {
     Waits();
 }
@@ -299,7 +292,7 @@ constexpr Family Families[] = {
     {MenuFirstBookmark, MostListItems, HandleBookmarks},
     {MenuFirstFavorite, MostListItems, HandleFavorites},
     {MenuFirstUserButton, MostListItems, WaitsWith},
-    {MenuFirstScript, MostListItems, RunScript},
+    {MenuFirstScript, MostListItems, ExecuteListedScript},
     {MenuFirstFTPSite, MostListItems, HandleFTPSites},
     {MenuFirstTab, MostTabItems, WaitsWith}, // paste to a tab
     {MenuStyleList, ViewFilmstrip + 1, ChooseViewStyle},

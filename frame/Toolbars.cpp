@@ -30,8 +30,8 @@ void HandleToolbars(std::uint32_t number) {
 void HandleScriptChooser(std::uint32_t position) {
     if (position < FirstScriptChoice) {
         ExecuteARexxScriptSelect();
-    } else if (position - FirstScriptChoice < MostListItems) {
-        HandleMenuPick(static_cast<std::uint16_t>(MenuFirstScript + position - FirstScriptChoice));
+    } else {
+        ExecuteListedScript(position - FirstScriptChoice);
     }
 }
 

@@ -194,7 +194,7 @@ intuition::Menu* MenuFor(const MenuRequest& request) {
 }
 
 // The two directions, the one in force marked.
-Items SetSortByDirection(bool isDescending) {
+Items DirectionItems(bool isDescending) {
     Items items = Own(MenuAscending, MSG_MENU_ASCENDING) + Own(MenuDescending, MSG_MENU_DESCENDING);
     for (MenuItem& item : items) {
         item.Mark = MenuMark::Choice;
@@ -215,7 +215,7 @@ void FillSorting(intuition::Menu& menu, const SortChoices& sorting) {
     }
     menu.SetAttrs({.Id = MenuSortBy, .Disabled = items.empty()});
     items.push_back({});
-    menu.SetItems(MenuSortBy, std::move(items) + SetSortByDirection(sorting.IsDescending));
+    menu.SetItems(MenuSortBy, std::move(items) + DirectionItems(sorting.IsDescending));
 }
 
 // Each item has the state and the mark of its twin in the strip.

@@ -32,8 +32,7 @@ constexpr std::size_t LongestPath = 4096; // what is too long is told, not cut
 constexpr std::size_t LongestSearch = 127;
 constexpr int SearchWidth = 120; // layout units
 
-bool IsLocked = false;         // the window carries a block for it
-Text<128> StatusBeforeTheLock; // what stood at the left of the status bar
+bool IsLocked = false; // the window carries a block for it
 
 template <class Kind>
 Kind* AddGadget(intuition::Layout& layout, std::unique_ptr<Kind> gadget, int weight = 0) {
@@ -82,11 +81,23 @@ std::unique_ptr<intuition::Layout> CreatePathGroup() {
     return row;
 }
 
+// While a script holds the window that is told, and not what the tab on show has to say.
+std::string_view LeftStatus() {
+    return IsLocked ? SAK_LocaleString(MSG_WINDOW_LOCKED) : StatusBarBuffer1.View();
+}
+
+void ShowStatus() {
+    if (Objects.StatusLeft != nullptr) {
+        Objects.StatusLeft->SetText(LeftStatus());
+        Objects.StatusRight->SetText(StatusBarBuffer2.View());
+    }
+}
+
 std::unique_ptr<intuition::Layout> CreateStatusBarGroup() {
     auto row = std::make_unique<intuition::Layout>(
         intuition::LayoutSpec{.Direction = intuition::Orientation::Horizontal, .Spacing = 8, .Margin = 2});
     Objects.StatusBar = row.get();
-    Objects.StatusLeft = AddGadget(*row, std::make_unique<intuition::Label>(StatusBarBuffer1.View()), 1);
+    Objects.StatusLeft = AddGadget(*row, std::make_unique<intuition::Label>(LeftStatus()), 1);
     Objects.StatusRight =
         AddGadget(*row, std::make_unique<intuition::Label>(StatusBarBuffer2.View(), intuition::Align::Right));
     return row;
@@ -172,10 +183,7 @@ void ShowStatusBar() {
 void SetStatusBar(std::string_view left, std::string_view right) {
     StatusBarBuffer1 = left;
     StatusBarBuffer2 = right;
-    if (Objects.StatusLeft != nullptr) {
-        Objects.StatusLeft->SetText(StatusBarBuffer1.View());
-        Objects.StatusRight->SetText(StatusBarBuffer2.View());
-    }
+    ShowStatus();
 }
 
 void ShowCurrentPath() {
@@ -200,8 +208,7 @@ void LockMainWindow() {
     }
     IsLocked = true;
     BlockMainWindow(1);
-    StatusBeforeTheLock = StatusBarBuffer1;
-    SetStatusBar(SAK_LocaleString(MSG_WINDOW_LOCKED), Text<128>(StatusBarBuffer2));
+    ShowStatus();
 }
 
 bool UnlockMainWindow() {
@@ -210,9 +217,7 @@ bool UnlockMainWindow() {
     }
     IsLocked = false;
     BlockMainWindow(0);
-    if (StatusBarBuffer1 == SAK_LocaleString(MSG_WINDOW_LOCKED)) { // else it tells of something newer
-        SetStatusBar(Text<128>(StatusBeforeTheLock), Text<128>(StatusBarBuffer2));
-    }
+    ShowStatus();
     return true;
 }
 

@@ -120,9 +120,9 @@ void ShowCurrentPath();
 // Blocks (count 1), frees (0) or wholly frees (-1) the main window; nothing while it is closed. Blocks nest.
 void BlockMainWindow(int count);
 
-// Blocks the open window until UnlockMainWindow, until it is closed or rebuilt: that it is wholly freed does
-// not end it. The status bar says so, since the one who asked for it may be gone: the window's close gadget,
-// which works in a blocked window too, is to end it.
+// Blocks the open window until UnlockMainWindow or until it is dropped; neither that it is wholly freed nor
+// an icon in its place ends it. The status bar says so, since the one who asked for it may be gone: the
+// window's close gadget, which works in a blocked window too, is to end it.
 void LockMainWindow();
 // False when the window was not locked.
 bool UnlockMainWindow();

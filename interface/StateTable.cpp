@@ -224,7 +224,7 @@ std::optional<WindowState> PresentState() {
     state.ClipExists = ClipExists != 0;
     state.AtFTPMount = AtFTPMount != 0;
     state.IsLhAArchive = IsLhAArchive != 0;
-    state.OneInstance = !HasFurtherWindows();
+    state.OneInstance = !CanHaveFurtherWindows();
     const DevicesNode* device = SelectedDevice();
     state.DeviceFormats = device != nullptr && device->WriteProtected == 0;
     state.DeviceAllows = state.DeviceFormats && device->Mounted != 0;

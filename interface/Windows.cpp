@@ -17,7 +17,7 @@ constexpr std::size_t LongestLine = 2047; // bytes
 
 } // namespace
 
-bool HasFurtherWindows() {
+bool CanHaveFurtherWindows() {
     return CommodityInForce == 0;
 }
 
@@ -25,19 +25,34 @@ bool OpenNewSolvaneWindow(std::string_view argument) {
     return StartInstance({std::string(argument)});
 }
 
+bool OpenWantedWindow(std::string_view argument) {
+    if (OpenNewSolvaneWindow(argument)) {
+        return true;
+    }
+    if (!CanHaveFurtherWindows()) {
+        Tell(MSG_NO_WINDOW, RequesterImage::Error);
+        dos::SetIoErr(dos::ErrorTaskTableFull);
+    }
+    return false;
+}
+
 bool StartInstance(const std::vector<std::string>& arguments) {
-    if (!HasFurtherWindows()) {
+    if (!CanHaveFurtherWindows()) {
+        dos::SetIoErr(dos::ErrorTaskTableFull);
         return false;
     }
     std::string line = "\"" + dos::EscapeArgument(ProgramComplete.View()) + "\"";
     for (const std::string& argument : arguments) {
         line += " \"" + dos::EscapeArgument(argument) + "\"";
     }
+    dos::SetIoErr(dos::ErrorLineTooLong);
     const bool fits = !ProgramComplete.Empty() && line.size() <= LongestLine;
     if (fits && dos::StartSystem(line) == 0) {
         return true;
     }
+    const long error = dos::IoErr();
     Tell(MSG_NO_WINDOW, RequesterImage::Error);
+    dos::SetIoErr(error);
     return false;
 }
 

@@ -143,7 +143,7 @@ void OpenMultipleNewTabs() {
 
 void OpenMultipleNewSolvaneWindows() {
     Qualifier = 0;
-    if (!HasFurtherWindows()) {
+    if (!CanHaveFurtherWindows()) {
         return; // before anything is asked
     }
     const std::vector<TabTarget> targets = SelectedTargets();

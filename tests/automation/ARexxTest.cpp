@@ -127,6 +127,11 @@ TEST_F(ARexxWindow, SwitchesAndPlacesAsTheMenusDo) {
         EXPECT_THAT(Answer(command), Pair(0, ""));
         EXPECT_EQ(MainWindow->IsBlocked(), *command == 'L');
     }
+    EXPECT_THAT(Answer("LOCKGUI"), Pair(0, ""));
+    Iconified = 1;
+    EXPECT_THAT(Answer("UNLOCKGUI"), Pair(0, ""));
+    Iconified = 0;
+    EXPECT_FALSE(UnlockMainWindow()) << "a window that comes back from its icon is free";
     for (const int exists : {1, 0}) {
         EXPECT_THAT(Answer("PASTESTATUS CE=" + std::to_string(exists)), Pair(0, ""));
         EXPECT_EQ(ClipExists, exists);
@@ -184,22 +189,42 @@ TEST_F(PortTest, SendsToOthersAndTellsOfAMissingOneUnlessItIsToBeQuiet) {
     intuition::SetRequestHandler({});
 }
 
-class ScriptsTest : public DosTest {};
+class ScriptsTest : public DosTest {
+protected:
+    static std::vector<std::string> Names() {
+        std::vector<std::string> names;
+        for (const ARexxNode& script : *ARexxList)
+            names.emplace_back(script.ScriptName.View());
+        return names;
+    }
+};
 
 TEST_F(ScriptsTest, AreListedWithoutTheirIconsAndStartedWithThePathAsDataAndOurPort) {
     static std::vector<std::string> started;
     started.clear();
     ASSERT_TRUE(SAK_MemorySetup(SAK_ThresholdSize, SAK_PuddleSize));
     ARexxList = SAK_CreateGenericList<ARexxNode>();
-    Prefs.IncludeREXX = 0;
+    Prefs.IncludeREXX = 1;
     ProgramDir = "Test:";
     std::vector<std::string> told;
     intuition::SetRequestHandler([&told](const intuition::EasyRequestSpec& spec) {
         told.push_back(spec.Text);
         return 0;
     });
-    EXPECT_FALSE(DiscoverARexxScripts()) << "there is no such drawer";
+    ASSERT_TRUE(dos::SetAssign("REXX", dos::AssignKind::NonBinding, {"Test:Rexx"}));
+    for (const char* name : {"Rexx/b.rexx", "Rexx/a.rexx"})
+        Tree.Write(name, "/* */");
+    EXPECT_FALSE(DiscoverARexxScripts()) << "there is no drawer of the program's own";
     EXPECT_THAT(std::exchange(told, {}), testing::ElementsAre("Error scanning for ARexx scripts."));
+    EXPECT_THAT(Names(), testing::ElementsAre("a.rexx", "b.rexx"));
+    for (const char* name : {"ARexx/2", "ARexx/1"})
+        Tree.Write(name, "/* */");
+    std::filesystem::remove_all(Tree.Path("Rexx"));
+    EXPECT_FALSE(DiscoverARexxScripts()) << "there is no drawer of the system's";
+    EXPECT_THAT(Names(), testing::ElementsAre("1", "2"));
+    std::filesystem::remove_all(Tree.Path("ARexx"));
+    Prefs.IncludeREXX = 0;
+    told.clear();
     for (const char* name :
          {"ARexx/b.rexx", "ARexx/A \"x* > y.rexx", "ARexx/b.rexx.info", "ARexx/drawer/c.rexx"})
         Tree.Write(name, "/* */");

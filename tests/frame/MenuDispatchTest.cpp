@@ -1,6 +1,7 @@
 #include "frame/MenuDispatch.h"
 
 #include "frame/EventDispatch.h"
+#include "frame/Toolbars.h"
 #include "interface/ContextMenus.h"
 #include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
@@ -10,6 +11,8 @@
 #include "model/Program.h"
 #include "platform/intuition/Native.h"
 #include "platform/intuition/NativeWindow.h"
+#include "sak/Locale.h"
+#include "sak/Messages.h"
 #include "tests/automation/PressKey.h"
 #include "tests/locations/OpenWindow.h"
 #include "tests/platform/intuition/Stage.h"
@@ -26,6 +29,7 @@ namespace solvane {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 class MenuDispatchTest : public intuition::OnDisplay {
@@ -122,15 +126,41 @@ TEST_F(MenuKeysTest, ReturnInTheSearchFieldAndTheButtonBesideItSayThatTheyComeLa
     }
 }
 
+TEST_F(MenuKeysTest, AnyUserButtonSaysThatItComesLater) {
+    for (const std::uint16_t number : {std::uint16_t{0}, std::uint16_t{499}}) {
+        StatusBarBuffer1.Clear();
+        intuition::PostFrom(MainWindow->Native(), intuition::EventClass::GadgetUp, GadgetUserButtons, number);
+        EXPECT_EQ(ServeWindowEvents(), Station::WaitLoop);
+        EXPECT_EQ(StatusBarBuffer1.View(), "This command comes with a later version.") << number;
+    }
+}
+
+TEST_F(MenuKeysTest, TheChooserOfScriptsStartsThoseThatHaveNoItemInTheMenu) {
+    ARexxList = SAK_CreateGenericList<ARexxNode>();
+    for (int at = 0; at < 102; ++at) {
+        auto node = SAK_CreateGenericListNode<ARexxNode>();
+        node->ScriptPath = "Gone:" + std::to_string(at);
+        SAK_AddGenericListNode(*ARexxList, std::move(node));
+    }
+    for (const std::uint32_t position : {2, 103, 104}) {
+        HandleScriptChooser(position);
+    }
+    ARexxList.reset();
+    EXPECT_THAT(Requests, ElementsAre(HasSubstr("Gone:0"), HasSubstr("Gone:101"))) << "there is no rx here";
+}
+
 TEST_F(MenuKeysTest, ALockOutlivesTheRoundAndTheCloseGadgetEndsIt) {
-    StatusBarBuffer1 = "left";
+    Prefs.StatusBar = 1;
+    ShowStatusBar();
     for (const bool byScript : {true, false}) {
         LockMainWindow();
         LockMainWindow();
         BlockMainWindow(1);
         BlockMainWindow(-1);
         EXPECT_TRUE(MainWindow->IsBlocked());
-        EXPECT_NE(StatusBarBuffer1.View(), "left");
+        EXPECT_EQ(Objects.StatusLeft->Text(), SAK_LocaleString(MSG_WINDOW_LOCKED));
+        SetStatusBar("newer", ""); // as a tab does that comes on show
+        EXPECT_EQ(Objects.StatusLeft->Text(), SAK_LocaleString(MSG_WINDOW_LOCKED));
         if (byScript) {
             EXPECT_TRUE(UnlockMainWindow());
         } else {
@@ -138,7 +168,8 @@ TEST_F(MenuKeysTest, ALockOutlivesTheRoundAndTheCloseGadgetEndsIt) {
             EXPECT_EQ(ServeWindowEvents(), Station::WaitLoop);
         }
         EXPECT_FALSE(MainWindow->IsBlocked());
-        EXPECT_EQ(StatusBarBuffer1.View(), "left");
+        EXPECT_EQ(Objects.StatusLeft->Text(), "newer");
+        EXPECT_EQ(StatusBarBuffer1.View(), "newer");
         EXPECT_EQ(done, 0);
     }
     EXPECT_FALSE(UnlockMainWindow());

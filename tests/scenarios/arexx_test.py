@@ -13,6 +13,9 @@ from support import PATIENCE, Scenario
 
 RX = os.environ["SOLVANE_RX"]
 AMIGA = os.environ["SOLVANE_AMIGA"]
+# A picture of one pixel.
+PICTURE = bytes.fromhex("89504e470d0a1a0a0000000d4948445200000001000000010806000000"
+                        "1f15c4890000000d49444154789c63f8cfc0f01f00050001ff8e5f3f1d0000000049454e44ae426082")
 
 
 class Scripts(Scenario):
@@ -147,9 +150,16 @@ class Port(Scripts):
         self.running += both
         self.assertEqual([process.wait(PATIENCE) for process in both], [0, 0])
 
-    def test_a_script_that_a_window_starts_drives_that_window(self):
+    def test_each_script_that_comes_with_the_program_drives_the_window_that_starts_it(self):
+        for name in ("photo.JPG", "icon.png", "text.txt"):
+            (self.home / "some drawer" / name).write_bytes(PICTURE if name != "text.txt" else b"text")
+        (self.home / "some drawer" / "drawer").mkdir()
+        self.drive("'CHANGEPATH PATH=\"Home:some drawer\"'; 'SELECTALL'")
+        self.rx("PROGDIR:ARexx/SelectPictures.rexx", SOLVANE_AREXX_HOST="SOLVANE.1")
+        self.assertEqual(self.drive("'GETNUMENTRIESSELECTED'; say result"), ["2"])
         self.rx("PROGDIR:ARexx/TwoDrawers.rexx", SOLVANE_AREXX_HOST="SOLVANE.1")
-        self.assertEqual(self.drive("'SWITCHTAB 2'; 'GETCURRENTPATH'; say result"), ["Home:"])
+        self.assertEqual(self.drive("'SWITCHTAB 2'; 'GETCURRENTPATH'; say result; 'SWITCHTAB 3'; 'GETCURRENTPATH';"
+                                    "say result"), ["Home:", "Downloads:"])
 
     def test_quit_ends_the_program_and_its_port(self):
         self.assertEqual(self.drive("'QUITNOSAVE'; say rc"), ["0"])
