@@ -91,23 +91,31 @@ std::optional<std::uint32_t> InstanceOfPort(std::string_view port) {
     return number;
 }
 
-std::vector<std::string> PortsToEnd(std::vector<std::string> ports, QuitRound round) {
-    std::erase_if(ports, [round](const std::string& port) {
+QuitRound NextQuitRound(const std::vector<std::string>& ports, std::set<std::string>& told) {
+    QuitRound round;
+    for (const std::string& port : ports) {
         const auto number = InstanceOfPort(port);
-        return !number || *number == PortNumber || (*number == FirstInstance && round == QuitRound::Later);
-    });
-    return ports;
+        if (!number || *number == PortNumber) {
+            continue;
+        }
+        if (told.insert(port).second) {
+            round.ToTell.push_back(port);
+        }
+        round.SomeAreAwaited = round.SomeAreAwaited || *number != FirstInstance;
+    }
+    return round;
 }
 
 void CloseAllButThisWindow() {
     BlockMainWindow(1);
-    for (int round = 0; round < MostQuitRounds; ++round) {
-        const auto ports = PortsToEnd(exec::ListPorts(), round == 0 ? QuitRound::First : QuitRound::Later);
-        if (ports.empty()) {
-            break;
-        }
-        for (const std::string& port : ports) {
+    std::set<std::string> told;
+    for (int rounds = 0; rounds < MostQuitRounds; ++rounds) {
+        const QuitRound round = NextQuitRound(exec::ListPorts(), told);
+        for (const std::string& port : round.ToTell) {
             Send(port, "QUITNOSAVE");
+        }
+        if (!round.SomeAreAwaited) {
+            break;
         }
         exec::Delay(RoundTicks);
     }

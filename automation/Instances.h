@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,7 +17,7 @@ namespace solvane {
 
 enum class Arrangement : std::uint16_t { Cascade, Vertical, Horizontal, FourCorners };
 
-// A part of the screen's width and of the work area's height; what it is parted into is rounded first.
+// A part of the work area's width and height; what it is parted into is rounded first.
 struct ScreenPart {
     int Parts, Of;
 };
@@ -24,10 +25,14 @@ struct ScreenPart {
 // The number of the instance whose ARexx port that is; nothing when it is not one.
 [[nodiscard]] std::optional<std::uint32_t> InstanceOfPort(std::string_view port);
 
-// Whom of these ports a round of ending tells: those of the other instances. Instance 1 is told once and not
-// waited for.
-enum class QuitRound : std::uint8_t { First, Later };
-[[nodiscard]] std::vector<std::string> PortsToEnd(std::vector<std::string> ports, QuitRound round);
+// What a round of ending does. Each other instance is told once, for it may ask its user, who is not to be
+// asked again. Instance 1 is not waited for.
+struct QuitRound {
+    std::vector<std::string> ToTell{}; // ports
+    bool SomeAreAwaited = false;
+};
+// The round for the ports that there are; notes in told whom it tells.
+[[nodiscard]] QuitRound NextQuitRound(const std::vector<std::string>& ports, std::set<std::string>& told);
 
 // Ends all other instances; their preferences are not saved. Those that still run after five seconds are left
 // to themselves.

@@ -53,7 +53,7 @@ Closing NewTab() {
 }
 
 Closing NewWindow() {
-    OpenNewSolvaneWindow("");
+    OpenWantedWindow("");
     return Closing::Tab;
 }
 

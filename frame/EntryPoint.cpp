@@ -66,10 +66,7 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
     if (const std::string problem = dos::SetUpProblem(); !problem.empty())
         SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Warning, problem,
                         SAK_LocaleString(MSG_OK_GAD));
-    const auto openDrawer = [](const std::string& drawer) {
-        OpenNewSolvaneWindow(drawer);
-        return true;
-    };
+    const auto openDrawer = [](const std::string& drawer) { return OpenWantedWindow(drawer); };
     workbench::SetHooks({.OpenDrawer = openDrawer, .MayStart = AskToStart});
     workbench::AddWBRunCommand();
     return true;

@@ -242,6 +242,12 @@ Station RunWaitLoop() {
     return next;
 }
 
+// The user stays, whatever a command wished for.
+void Stay() {
+    done = 0;
+    TakeBackQuitNoSave();
+}
+
 // Asks whether the user really wants to go, where the preferences want that asked.
 Station ConfirmQuit() {
     if (!IsWindowOpen() || Prefs.VerifyQuit == 0) {
@@ -252,12 +258,12 @@ Station ConfirmQuit() {
     case 1:
         return Station::End;
     case 2:
-        done = 0;
+        Stay();
         TabClosed = 0;
         static_cast<void>(Iconify());
         return Station::WaitLoop;
     default:
-        done = 0;
+        Stay();
         return Station::WaitLoop;
     }
 }

@@ -221,8 +221,7 @@ bool CanReachSites() {
 
 bool GoWhereWanted(std::string_view argument, const std::function<bool()>& arrive) {
     if (IsHeld(intuition::qualifier::AnyAlt)) {
-        OpenNewSolvaneWindow(argument);
-        return true;
+        return OpenWantedWindow(argument);
     }
     return IsHeld(intuition::qualifier::Control) ? OpenNewTabFor(arrive) : arrive();
 }

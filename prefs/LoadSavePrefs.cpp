@@ -236,6 +236,10 @@ bool SavePrefs(int writeFile) {
     return true;
 }
 
+void TakeBackQuitNoSave() {
+    QuitNoSave = StandingDocument.Empty() ? 0 : 1;
+}
+
 void CollectPrefs() {
     if (!IsWindowOpen() || GoFullScreen != 0 || ReloadPrefs != 0) {
         return;

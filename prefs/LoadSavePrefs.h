@@ -19,6 +19,10 @@ bool LoadPrefs();
 // stands as it was.
 bool SavePrefs(int writeFile);
 
+// Takes back the wish of a command that nothing is saved at the end. Where the document has to stand as it
+// is, it still does.
+void TakeBackQuitNoSave();
+
 // Copies what the user has changed in the open window into the record: its box, where the preferences want
 // that. What he does to columns stands in their lists from the moment that he does it.
 void CollectPrefs();

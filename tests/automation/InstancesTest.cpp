@@ -63,14 +63,25 @@ protected:
     }
 };
 
-TEST_F(InstancePorts, TheOthersAreToldAndTheFirstOnceOnly) {
+TEST_F(InstancePorts, TheOthersAreToldOnceAndTheFirstIsNotAwaited) {
     PortNumber = 7;
-    const std::vector<std::string> ports = {"REXX", "SOLVANE.1", "SOLVANE.7", "SOLVANE.8"};
-    EXPECT_THAT(PortsToEnd(ports, QuitRound::First), testing::ElementsAre("SOLVANE.1", "SOLVANE.8"));
-    EXPECT_THAT(PortsToEnd(ports, QuitRound::Later), testing::ElementsAre("SOLVANE.8"));
+    std::set<std::string> told;
+    const struct {
+        std::vector<std::string> Ports, ToTell;
+        bool SomeAreAwaited;
+    } rounds[] = {{{"REXX", "SOLVANE.1", "SOLVANE.7", "SOLVANE.8"}, {"SOLVANE.1", "SOLVANE.8"}, true},
+                  {{"SOLVANE.1", "SOLVANE.7", "SOLVANE.8", "SOLVANE.9"}, {"SOLVANE.9"}, true},
+                  {{"SOLVANE.1", "SOLVANE.7", "SOLVANE.8"}, {}, true},
+                  {{"SOLVANE.1", "SOLVANE.7"}, {}, false}};
+    for (const auto& each : rounds) {
+        const QuitRound round = NextQuitRound(each.Ports, told);
+        EXPECT_EQ(round.ToTell, each.ToTell);
+        EXPECT_EQ(round.SomeAreAwaited, each.SomeAreAwaited);
+    }
     const auto own = exec::PublicPort::Create("SOLVANE.7");
     const auto first = exec::PublicPort::Create("SOLVANE.1");
     CloseAllButThisWindow();
+    static_cast<void>(exec::Wait(first->Mask()));
     EXPECT_THAT(CommandsOf(*first), testing::ElementsAre("QUITNOSAVE")) << "it is not waited for";
     EXPECT_THAT(CommandsOf(*own), testing::IsEmpty());
 }

@@ -46,7 +46,7 @@ protected:
         FreeMainMenuStrip();
         FreeContextMenus();
         ScrNotPort.reset();
-        CommodityInForce = StartIconified = 0;
+        CommodityInForce = StartIconified = QuitNoSave = 0;
         CommandLineTabsList.reset();
         StartupTabsList.reset();
         intuition::CloseDisplay();
@@ -168,7 +168,7 @@ void PrintTo(const QuitCase& c, std::ostream* out) {
 TEST_P(QuitQuestionTest, IsAskedWhereThePreferencesWantIt) {
     ShowAtStart("");
     Prefs.VerifyQuit = 1;
-    done = 1;
+    done = QuitNoSave = 1; // as a script leaves it
     intuition::SetRequestHandler([this](const intuition::EasyRequestSpec& spec) {
         Requests.push_back(spec.Text);
         EndLoop(); // should the program go on it ends at once, unasked
@@ -177,6 +177,7 @@ TEST_P(QuitQuestionTest, IsAskedWhereThePreferencesWantIt) {
     RunMainLoop();
     EXPECT_THAT(Requests, ElementsAre("Are you sure you want to quit?"));
     EXPECT_EQ(done != 0, GetParam().Leaves);
+    EXPECT_EQ(QuitNoSave != 0, GetParam().Leaves) << "who stays keeps what he sets";
 }
 
 INSTANTIATE_TEST_SUITE_P(Answers, QuitQuestionTest,

@@ -1,7 +1,9 @@
 #include "interface/Windows.h"
 
+#include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/application/Start.h"
+#include "platform/intuition/Requesters.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/utility/ScopedVariable.h"
 
@@ -50,6 +52,24 @@ TEST_F(WindowsTest, AnInstanceIsStartedWithThePathAndWithoutTheWishForAPicture) 
     ProgramComplete.Clear();
     OpenNewSolvaneWindow("Test:");
     EXPECT_THAT(Words, ElementsAre()) << "where the program lies is not known";
+}
+
+TEST_F(WindowsTest, WhereThereCanBeNoneAScriptIsRefusedInSilenceAndAUserIsTold) {
+    std::vector<std::string> told;
+    intuition::SetRequestHandler([&told](const intuition::EasyRequestSpec& spec) {
+        told.push_back(spec.Text);
+        return 0;
+    });
+    CommodityInForce = 1;
+    for (const auto open : {OpenNewSolvaneWindow, OpenWantedWindow}) {
+        EXPECT_TRUE(told.empty());
+        dos::SetIoErr(0);
+        EXPECT_FALSE(open("Test:"));
+        EXPECT_EQ(dos::IoErr(), dos::ErrorTaskTableFull);
+    }
+    CommodityInForce = 0;
+    EXPECT_THAT(told, ElementsAre("Could not open window."));
+    intuition::SetRequestHandler({});
 }
 
 } // namespace

@@ -193,6 +193,7 @@ TEST_F(PrefsDocument, WhatCannotBeReadIsNeverReplaced) {
     Tree.Drawer(Document);
     EXPECT_TRUE(LoadPrefs());
     EXPECT_EQ(Prefs.WindowWidth, 700);
+    TakeBackQuitNoSave();
     EXPECT_EQ(QuitNoSave, 1);
     EXPECT_FALSE(SavePrefs(1));
     EXPECT_THAT(Requests, ElementsAre("Error loading prefs file.", "Error saving prefs file."));
