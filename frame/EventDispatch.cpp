@@ -18,6 +18,7 @@
 #include "interface/MenuIds.h"
 #include "interface/SpeedBars.h"
 #include "interface/Tell.h"
+#include "locations/Devices.h"
 #include "locations/EnterDrawer.h"
 #include "locations/KeptPlaces.h"
 #include "locations/LayoutChange.h"
@@ -198,6 +199,7 @@ Station ReloadPreferences() {
     ReloadPrefs = 1;
     LoadAndApplyPreferences();
     CloseForRebuild();
+    UpdateDevicesList(); // what it holds and how it is called is theirs to say
     ReloadPrefs = 0;
     return Station::EntryA;
 }

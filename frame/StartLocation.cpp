@@ -39,25 +39,25 @@ bool RouteStartPath(const TabsNode& tab) {
     return word.empty() ? PopulateContent2(NameOfPath(path).View(), path) : GoToPlace(word);
 }
 
-void ShowStartPlace() {
+// False when it is gone.
+bool ShowStartPlace() {
     const StartPlace start = ChosenStart();
     const std::string_view word = WordOfPlace(start.Location, start.Path);
     if (!word.empty()) {
-        GoToPlace(word);
-        return;
+        return GoToPlace(word);
     }
     SetPreviewPaneNone();
-    PopulateContent2(start.Name, start.Path);
+    const bool isShown = PopulateContent2(start.Name, start.Path);
     SetMenuState();
     SetToolbarState();
+    return isShown;
 }
 
 } // namespace
 
 void GoToStartLocation() {
-    ShowStartPlace();
-    if (lblist2.empty()) {
-        GoToPlace("Computer"); // the chosen drawer is gone
+    if (!ShowStartPlace()) {
+        GoToPlace("Computer");
     }
 }
 

@@ -14,6 +14,7 @@
 #include "sak/Messages.h"
 #include "sak/SortGenericLists.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,6 +55,11 @@ bool GetAssigns() {
         node->Target = assign.Targets.empty() ? std::string() : assign.Targets.front();
     }
     return true;
+}
+
+bool IsAssignNow(std::string_view name) {
+    return std::ranges::any_of(
+        dos::Assigns(), [&](const dos::AssignInfo& assign) { return Text<128>(assign.Name + ":") == name; });
 }
 
 void SortMasterAssignsList() {

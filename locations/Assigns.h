@@ -13,6 +13,9 @@ namespace solvane {
 [[nodiscard]] bool GetAssigns();
 void SortMasterAssignsList(); // by name
 
+// Is there an assign of that name (with its colon) now, whatever the list says?
+[[nodiscard]] bool IsAssignNow(std::string_view name);
+
 // Fills MultiAssignList with the drawers of an assign (its name with the colon), in their order. A drawer
 // that cannot be found now is there as it was assigned. False when there is no such assign.
 [[nodiscard]] bool GetMultiAssign(std::string_view name);

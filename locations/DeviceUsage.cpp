@@ -142,6 +142,9 @@ void ForDevice(const Text<128>& name, Visit visit) {
     }
 }
 
+// An answer has come into the lists in passing: its signal finds it gone, and has it shown all the same.
+bool HasUnshownAnswer = false;
+
 PaneRows GiveTypeToPane(const DevicesNode& known) {
     PaneRows rows = PaneRows::Same;
     if (NavDevicesList) {
@@ -213,6 +216,7 @@ bool GetDeviceUsage(DevicesNode& device) {
             isKnown = TakeAnswer(device, answer.Info);
         }
     }
+    HasUnshownAnswer = HasUnshownAnswer || !answers.empty();
     if (GiveToLists(answers) == PaneRows::Changed) {
         BuildNavigationList();
     }
@@ -232,7 +236,9 @@ PaneRows GetAllDeviceUsage() {
             SetDeviceUsage(device, std::nullopt); // until it answers
         }
     }
-    return GiveToLists(Ask(mounted, AtOnce));
+    const std::vector<dos::VolumeAnswer> answers = Ask(mounted, AtOnce);
+    HasUnshownAnswer = HasUnshownAnswer || !answers.empty();
+    return GiveToLists(answers);
 }
 
 bool TakeDeviceUsage() {
@@ -241,7 +247,8 @@ bool TakeDeviceUsage() {
     if (GiveToLists(answers) == PaneRows::Changed) {
         BuildNavigationList();
     }
-    return !answers.empty();
+    const bool wasUnshown = std::exchange(HasUnshownAnswer, false);
+    return wasUnshown || !answers.empty();
 }
 
 void ListenToDeviceUsage(int signal) {

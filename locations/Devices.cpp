@@ -2,6 +2,7 @@
 
 #include "content/Drawers.h"
 #include "interface/Tell.h"
+#include "locations/Assigns.h"
 #include "locations/DeviceUsage.h"
 #include "locations/IdentifyDevice.h"
 #include "locations/NavigationList.h"
@@ -146,6 +147,12 @@ bool CopyDevicesToNavDevices() {
         node->MayHang = device.MayHang;
     }
     return true;
+}
+
+Text<128> RootOfDevice(const DevicesNode& device) {
+    const DevicesNode* first = FindMasterDevicesNode(device.VolumeName);
+    const bool isFound = first != nullptr && first->DeviceName == device.DeviceName;
+    return isFound && !IsAssignNow(device.VolumeName) ? device.VolumeName : device.DeviceName;
 }
 
 void UpdateDevicesList() {

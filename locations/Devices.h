@@ -2,6 +2,8 @@
 // full a disk is comes from DeviceUsage.
 #pragma once
 
+#include "model/Devices.h"
+
 namespace solvane {
 
 // Reads the mounted volumes into MasterDevicesList, and with Prefs.ShowEmptyDevices the drives without a
@@ -18,6 +20,10 @@ void SortMasterDevicesList();
 
 // Makes NavDevicesList from the mounted devices of the master list. False as above.
 [[nodiscard]] bool CopyDevicesToNavDevices();
+
+// How paths to what a device of the master list holds begin: by its volume's name, unless another volume or
+// an assign of that name is found first.
+[[nodiscard]] Text<128> RootOfDevice(const DevicesNode& device);
 
 // Reads both lists anew, after disks have come or gone or the preferences have changed. Rows of devices in
 // the Content list are freed first.

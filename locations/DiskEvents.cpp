@@ -1,6 +1,7 @@
 #include "locations/DiskEvents.h"
 
 #include "interface/MainLayout.h"
+#include "locations/Assigns.h"
 #include "locations/DeviceUsage.h"
 #include "locations/Devices.h"
 #include "locations/EnterDrawer.h"
@@ -56,10 +57,11 @@ bool HasLeft(const DevicesNode& before) {
     return now == nullptr || now->VolumeName != before.VolumeName;
 }
 
-// By the name of its volume or of its device.
+// By the name of its volume or of its device; an assign of that name leads elsewhere.
 bool LiesOn(const RemovedVolume& removed, const Text<1024>& path) {
     Text<1024> root;
-    return SAK_GetDeviceRoot(path, root) && (root == removed.Volume || root == removed.Device);
+    return SAK_GetDeviceRoot(path, root) &&
+           (root == removed.Device || (root == removed.Volume && !IsAssignNow(root)));
 }
 
 std::vector<std::uint32_t> RestingTabsOn(const RemovedVolume& removed) {
@@ -73,25 +75,23 @@ std::vector<std::uint32_t> RestingTabsOn(const RemovedVolume& removed) {
     return found;
 }
 
-// Closes the tabs of a volume that has gone; the last tab stays, at the list of devices.
-void CloseAllOn(const RemovedVolume& removed) {
+// Closes the tabs of the volumes that have gone, more than one in a burst. The active tab is the last: none
+// that comes on show instead lies on one of them. The last tab of all stays, at the list of devices.
+void CloseTabsOfLostVolumes() {
+    const std::vector<RemovedVolume> lost = FigureOutDiskRemoved_2();
     if (TabsList) {
-        for (const std::uint32_t tab : RestingTabsOn(removed)) {
-            static_cast<void>(CloseTabOf(tab));
+        for (const RemovedVolume& removed : lost) {
+            for (const std::uint32_t tab : RestingTabsOn(removed)) {
+                static_cast<void>(CloseTabOf(tab));
+            }
         }
     }
-    if (LBLocation != LocationKind::Drawer || !LiesOn(removed, CurrentPath)) {
+    const auto isLost = [](const RemovedVolume& removed) { return LiesOn(removed, CurrentPath); };
+    if (LBLocation != LocationKind::Drawer || std::ranges::none_of(lost, isLost)) {
         return;
     }
     if (currTab == nullptr || CloseTab() == Closing::WithWindow) {
         ShowComputer(Arrival::New);
-    }
-}
-
-// More than one disk may have left in a burst.
-void CloseTabsOfLostVolumes() {
-    for (const RemovedVolume& removed : FigureOutDiskRemoved_2()) {
-        CloseAllOn(removed);
     }
 }
 
@@ -119,16 +119,13 @@ void ShowDevicesAnew() {
     }
 }
 
-// What names a volume here follows the name that another process has given it, which keeps it in the document
-// of the preferences. True when there was one.
+// What names a volume here follows the name that another process has given it; written it is with the other
+// preferences, as that process may be a window that has just done so. True when there was one.
 bool FollowNewNames() {
     const std::vector<dos::VolumeRename> renames = dos::TakeNewNames();
     for (const dos::VolumeRename& rename : renames) {
         const std::string before = rename.Before + ":", now = rename.Now + ":";
-        const RenamedVolume volume{.Before = before, .Now = now};
-        VolumeWasRenamed(volume);
-        RenameVolumeInTabs(volume);
-        static_cast<void>(RenameVolumeInKeptPlaces(volume));
+        static_cast<void>(FollowNewName({.Before = before, .Now = now}));
     }
     return !renames.empty();
 }
@@ -190,7 +187,7 @@ void DisksChanged() {
     BlockMainWindow(0);
 }
 
-void VolumeWasRenamed(const RenamedVolume& volume) {
+bool FollowNewName(const RenamedVolume& volume) {
     for (GenericList<DevicesNode>* list : {RemovedDevicesList.get(), MasterDevicesList.get()}) {
         if (list != nullptr) {
             for (DevicesNode& device : *list) {
@@ -198,6 +195,9 @@ void VolumeWasRenamed(const RenamedVolume& volume) {
             }
         }
     }
+    RenameVolumeInTabs(volume);
+    SetRescanAllTabsByLocation(LocationKind::Assigns, WhichTabs::Others);
+    return RenameVolumeInKeptPlaces(volume);
 }
 
 void FigureOutDiskRemoved_1() {

@@ -26,8 +26,9 @@ void EndDiskEvents(); // harmless before StartDiskEvents
 // process has relabelled, and leaves what was on a disk that has gone.
 void DisksChanged();
 
-// A volume has another name, and has not left.
-void VolumeWasRenamed(const RenamedVolume& volume);
+// A volume has another name, and has not left: the lists, tabs and preferences that name it follow. True when
+// the preferences did, which are not written.
+[[nodiscard]] bool FollowNewName(const RenamedVolume& volume);
 
 // Adds the devices that RemovedDevicesList does not know yet to it, which has had those of the last disk
 // event since then; and then, with the lists read anew, finds the volumes of it that have left: their devices

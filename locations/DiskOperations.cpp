@@ -117,10 +117,7 @@ void RelabelDisk() {
     UpdateDevicesList();
     if (const DevicesNode* renamed = FindMasterDevicesNode(device)) {
         const Text<128> now = renamed->VolumeName;
-        const RenamedVolume volume{.Before = before, .Now = now};
-        VolumeWasRenamed(volume);
-        RenameVolumeInTabs(volume);
-        if (RenameVolumeInKeptPlaces(volume)) {
+        if (FollowNewName({.Before = before, .Now = now})) {
             SavePrefs(1); // the next start must not look for what is gone
         }
     }

@@ -3,6 +3,7 @@
 #include "content/BuildLists.h"
 #include "interface/MenuState.h"
 #include "interface/Tell.h"
+#include "locations/PlaceRouter.h"
 #include "model/Prefs.h"
 #include "sak/Messages.h"
 
@@ -64,11 +65,16 @@ void StartHistory(std::string_view name, std::string_view path, LocationKind loc
     if (!HistoryList) {
         return;
     }
-    if (NodePointer<HistoryNode> entry = MakeEntry(name, path, location)) {
+    if (NodePointer<HistoryNode> entry = MakeEntry(name, PathInHistory(location, path), location)) {
         PutAtHead(std::move(entry));
         HistorySelected = -1;
         SetHistoryGadgetsState();
     }
+}
+
+Text<1024> PathInHistory(LocationKind location, std::string_view path) {
+    const std::string_view word = WordOfPlace(location, path);
+    return word.empty() ? path : word;
 }
 
 void BeforeSwitchHistory() {

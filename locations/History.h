@@ -13,6 +13,9 @@ namespace solvane {
 // Gives a new tab its first entry: the place that the preferences open at, or the one named.
 void StartHistory();
 void StartHistory(std::string_view name, std::string_view path, LocationKind location);
+// By what an entry names the place of a path: a place that is no drawer has its word, whatever the user calls
+// it.
+[[nodiscard]] Text<1024> PathInHistory(LocationKind location, std::string_view path);
 
 // How a place comes on show. Again: as it was left, by the history or by its tab; its entry is the current
 // one and LBTop says where its list begins.

@@ -4,6 +4,7 @@
 #include "interface/MenuState.h"
 #include "interface/Windows.h"
 #include "locations/Assigns.h"
+#include "locations/Devices.h"
 #include "locations/Navigation.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
@@ -64,8 +65,10 @@ bool HasPlaceBehind(const ContentNode& entry) {
 }
 
 TabTarget TargetOf(const ContentNode& entry) {
-    if (DeviceOf(entry) != nullptr || LBLocation == LocationKind::FTPSites) {
-        return {.Word = entry.EntryDisplayName, .MultiAssign = {}, .Name = {}, .Path = entry.EntryPath};
+    const DevicesNode* device = DeviceOf(entry);
+    if (device != nullptr || LBLocation == LocationKind::FTPSites) {
+        const auto path = device != nullptr ? Text<1024>(RootOfDevice(*device)) : entry.EntryPath;
+        return {.Word = entry.EntryDisplayName, .MultiAssign = {}, .Name = {}, .Path = path};
     }
     const AssignsNode* assign = AssignOf(entry);
     return {.Word = {},

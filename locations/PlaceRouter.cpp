@@ -59,19 +59,13 @@ bool GoToDrawer(std::string_view name, std::string_view path) {
     return true;
 }
 
-// A device is reached by its volume's name, unless another volume of that name is found first.
-Text<128> RootOf(const DevicesNode& device) {
-    const DevicesNode* first = FindMasterDevicesNode(device.VolumeName);
-    return first == &device ? device.VolumeName : device.DeviceName;
-}
-
 bool ShowDevice(std::string_view name) {
     const DevicesNode* device = FindMasterDevicesNode(name); // a new tab may have had the list read anew
     if (device == nullptr) {
         return Refuse(MSG_NO_DEVICE_IN_LIST);
     }
     const std::uint32_t type = device->Type;
-    const Text<128> root = RootOf(*device);
+    const Text<128> root = RootOfDevice(*device);
     if (!GoToDrawer(root, root)) {
         return false;
     }
@@ -84,7 +78,7 @@ bool ShowDevice(std::string_view name) {
 
 bool GoToDevice(std::string_view name, Keys keys) {
     const DevicesNode* device = FindMasterDevicesNode(name);
-    return device != nullptr ? Go(keys, RootOf(*device), [name] { return ShowDevice(name); })
+    return device != nullptr ? Go(keys, RootOfDevice(*device), [name] { return ShowDevice(name); })
                              : Refuse(MSG_NO_DEVICE_IN_LIST);
 }
 

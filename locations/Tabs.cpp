@@ -53,7 +53,7 @@ bool AddTabAt(const TabsNode& place) {
     if (HistoryNode* entry = SAK_FirstGenericListNode(*node->HistoryList)) {
         entry->Location = node->Location;
         entry->Name = label;
-        entry->Path = place.Path;
+        entry->Path = PathInHistory(node->Location, place.Path);
     }
     return true;
 }

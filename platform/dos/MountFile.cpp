@@ -407,7 +407,12 @@ void ReadMountFile(const std::string& hostPath, const std::string& homeDrawer) {
 
 void ReadVolumeLabels(const std::string& hostPath) {
     const std::optional<std::string> text = ReadHostText(hostPath, LargestMountFile);
-    SetVolumeLabels(text ? ParseMountFile(*text, {}).Labels : std::vector<VolumeLabel>(), hostPath);
+    MountFile file = ParseMountFile(text.value_or(""), {});
+    SetVolumeLabels(std::move(file.Labels), hostPath);
+    std::vector<std::string> names;
+    for (const MountFileAssign& row : file.Assigns)
+        names.push_back(row.Info.Name);
+    KeepNamesFree(std::move(names));
 }
 
 } // namespace dos

@@ -147,6 +147,16 @@ void AssignNow(std::string_view name, std::vector<std::string> targets) {
         AddSetUpProblem("The assign " + std::string(name) + ": cannot be made");
 }
 
+// Disks are named as soon as one is asked for, which making the assigns does.
+void KeepNamesOfAssignsFree() {
+    std::vector<std::string> names = {"ENVARC", "APPDIR"};
+    for (const AssignDefault& row : StandardAssigns)
+        names.emplace_back(row.Name);
+    for (const UserDrawer& row : UserDrawerRows)
+        names.emplace_back(row.Name);
+    KeepNamesFree(std::move(names));
+}
+
 // The value of a line KEY="$HOME/text" with "\" before special characters; nothing when the key is
 // not there.
 std::optional<std::string> UserDirValue(std::string_view text, std::string_view key,
@@ -216,6 +226,7 @@ bool SetUpSystem(const SystemDrawers& drawers) {
     if (user.Home.empty() || user.Home == "/.")
         return Fail("This user has no home drawer", ErrorObjectNotFound);
     const std::string mountFile = user.Configuration + "/solvane/mounts.toml";
+    KeepNamesOfAssignsFree();
     ReadVolumeLabels(mountFile);
     if (!MakeVolumes(drawers, user) || !MakeAssigns(drawers, user))
         return false;

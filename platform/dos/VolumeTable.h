@@ -43,6 +43,9 @@ void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFi
 // The label of a volume; its own name where it has none.
 [[nodiscard]] std::string LabelOf(const std::string& ownName);
 
+// No disk takes one of these names: assigns are to have them, which may come after it.
+void KeepNamesFree(std::vector<std::string> names);
+
 // Gives the disk that is mounted at the declared root, now or later, the declared name if that is free, and
 // its rules.
 void DeclareDisk(VolumeInfo declared);
@@ -82,7 +85,8 @@ void ResetVolumeTable();
 // Adds the volumes and assigns of a mounts.toml; no such file is no problem. What is wrong in it
 // goes to AddSetUpProblem, entry by entry.
 void ReadMountFile(const std::string& hostPath, const std::string& homeDrawer);
-// Takes the labels of a mounts.toml, before there are volumes; its problems are ReadMountFile's.
+// Takes what a mounts.toml says about names, before there are volumes: the labels, and its assigns' names,
+// which are kept free. Its problems are ReadMountFile's.
 void ReadVolumeLabels(const std::string& hostPath);
 
 } // namespace dos

@@ -47,7 +47,8 @@ struct Table {
     std::vector<VolumeInfo> Declared; // of disks, mounted or not: name, root and rules
     MountRows SeenMounts;
     std::vector<VolumeLabel> Labels;
-    std::string MountFile; // host path; keeps the labels
+    std::vector<std::string> KeptFree; // names of assigns, made or not
+    std::string MountFile;             // host path; keeps the labels
     std::string Problem;
     std::size_t MoreProblems = 0; // that Problem has no room for
 };
@@ -103,7 +104,9 @@ bool HasDevice(const TableState& state, std::string_view device) {
 }
 
 bool IsTaken(const TableState& state, std::string_view name) {
-    return IsReserved(name) || IsAssign(name) || HasDevice(state, name) ||
+    const auto isIt = [&](std::string_view each) { return SameName(each, name); };
+    return IsReserved(name) || IsAssign(name) || std::ranges::any_of(state.KeptFree, isIt) ||
+           HasDevice(state, name) ||
            AnyVolume(state, [&](const Volume& volume) { return SameName(volume.Info.Volume, name); });
 }
 
@@ -491,6 +494,13 @@ bool AddVolume(VolumeInfo info) {
     state.Fixed.push_back(std::make_shared<const Volume>(Volume{std::move(info), real, slow}));
     state.SeenMounts.reset();
     return true;
+}
+
+void KeepNamesFree(std::vector<std::string> names) {
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    state.KeptFree.insert(state.KeptFree.end(), std::make_move_iterator(names.begin()),
+                          std::make_move_iterator(names.end()));
 }
 
 void DeclareDisk(VolumeInfo declared) {

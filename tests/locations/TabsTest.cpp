@@ -474,6 +474,27 @@ TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
     EXPECT_EQ(HistoryLast(), nullptr);
 }
 
+TEST_F(TabsTest, TheFirstEntryOfAPlaceIsKnownAgainWhateverItIsCalled) {
+    FreeAllTabs();
+    File("a/1");
+    File("b/1");
+    auto tab = SAK_CreateGenericListNode<TabsNode>();
+    tab->Location = LocationKind::FTPSites;
+    tab->Path = "FTP Sites"; // as it is shown
+    SAK_AddGenericListNode(*StartupTabsList, std::move(tab));
+    ASSERT_TRUE(SetUpTabs());
+    SetFirstTab();
+    Go("a");
+    Go("b");
+    for (const int step : {2, 1}) {
+        GoBackInHistory();
+        EXPECT_EQ(SAK_GenericListCount(*HistoryList), 3U) << step;
+    }
+    EXPECT_EQ(LBLocation, LocationKind::FTPSites);
+    GoForwardInHistory();
+    EXPECT_EQ(CurrentPath.View(), Path("a"));
+}
+
 TEST_F(TabsTest, TabOpenedForAPlaceThatIsGoneIsClosedAgain) {
     ThreeTabs();
     SwitchToTabNumber(2);

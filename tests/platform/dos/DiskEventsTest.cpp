@@ -245,11 +245,14 @@ TEST_F(DiskEventsTest, DisksOfOneNameAreToldApartAndKeepTheirNames) {
 
 TEST_F(DiskEventsTest, LabelThatMeansSomethingElseIsNotTaken) {
     ASSERT_TRUE(dos::SetAssign("Music", dos::AssignKind::Late, {"Host:tmp"}));
-    Mount(Row(2, "/dev/sr0", "music") + Row(3, "/dev/sr1", "HOST") + Row(4, "/dev/sr2", "nil"));
+    Tree.Write("mounts.toml", "[[assign]]\nname = \"Later\"\npath = \"Host:tmp\"\n");
+    dos::ReadVolumeLabels(Tree.Path("mounts.toml")); // its assigns are made when there are volumes
+    Mount(Row(2, "/dev/sr0", "music") + Row(3, "/dev/sr1", "HOST") + Row(4, "/dev/sr2", "nil") +
+          Row(5, "/dev/sr3", "later"));
     std::vector<std::string> names;
     for (const dos::VolumeInfo& volume : dos::Volumes())
         names.push_back(volume.Volume);
-    EXPECT_EQ(names, (std::vector<std::string>{"Host", "music_CD0", "HOST_CD1", "nil_CD2"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"Host", "music_CD0", "HOST_CD1", "nil_CD2", "later_CD3"}));
 }
 
 TEST_F(DiskEventsTest, AssignsOnADiskLeadToItAgainWhenItIsBack) {
