@@ -18,11 +18,11 @@ void DetailsPane1();
 // entered.
 void DetailsPaneVolume();
 
-// After a scan or reload: the figures of the place, without those of its volume, and the status bar.
+// After a scan: the figures of the place, without those of its volume, and the status bar.
 void DetailsPane2();
 
-// After a change of the selection: one entry with its data, several with their number, none as DetailsPane2.
-// The status bar follows.
+// After a change of the selection, or a reload that has kept it: one entry with its data, several with their
+// number, none as DetailsPane2. The status bar follows.
 void DetailsPane3();
 
 // The same in a list whose entries have no sizes.

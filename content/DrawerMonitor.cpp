@@ -4,6 +4,7 @@
 #include "content/DetailsPane.h"
 #include "content/Drawers.h"
 #include "interface/MainLayout.h"
+#include "interface/MenuState.h"
 #include "interface/Ringhio.h"
 #include "model/Content.h"
 #include "model/Program.h"
@@ -30,7 +31,9 @@ void ReloadChanged() {
     if (!ScanDrawer()) {
         return;
     }
-    DetailsPane2();
+    DetailsPane3();
+    SetMenuState();
+    SetToolbarState();
     RinghioMessage(RequesterTitle, SAK_LocaleString(MSG_DRAWER_CHANGED), "FRONT", RinghioImageBuffer, {});
 }
 

@@ -112,7 +112,7 @@ void ReloadOnShow() {
         return; // the virtual locations come with their lists; what was fetched or found is not read again
     }
     static_cast<void>(ScanDrawer());
-    DetailsPane2();
+    DetailsPane3();
     SetMenuState();
     SetToolbarState();
 }
@@ -133,8 +133,11 @@ bool ScanDrawer() {
     NoteFtpMount();
     BlockMainWindow(1);
     SetPreviewPaneNone();
-    const bool sameDrawer = DoReload != 0 && ActiveSet.PathRead.SameBytes(CurrentPath);
-    const KeptSelection selection = sameDrawer ? NoteSelection() : KeptSelection();
+    const bool sameDrawer = ActiveSet.PathRead.SameBytes(CurrentPath);
+    if (!sameDrawer || Prefs.MonitorDrawer == 0) {
+        Changes = 0; // no notice of the drawer before comes any more
+    }
+    const KeptSelection selection = DoReload != 0 && sameDrawer ? NoteSelection() : KeptSelection();
     ReadDrawers(std::move(drawers));
     if (DoReload == 0) {
         LBTop = 0;

@@ -1,13 +1,13 @@
 #include "fileops/RenameFiles.h"
 
 #include "content/BuildLists.h"
-#include "content/DetailsPane.h"
 #include "content/Selection.h"
 #include "content/SortLists.h"
 #include "content/Status.h"
 #include "interface/MainLayout.h"
 #include "interface/Ringhio.h"
 #include "interface/Tell.h"
+#include "locations/PlaceFigures.h"
 #include "locations/RescanTabs.h"
 #include "media/Preview.h"
 #include "model/Content.h"
@@ -116,8 +116,9 @@ void ShowRenamed() {
     FreeContentRows();
     SortContentList(Prefs.ContentSortDirection);
     BuildContentList();
+    HighlightContentListItems();
     RefreshBytes();
-    DetailsPane2();
+    TellContentSelection();
 }
 
 } // namespace
@@ -141,6 +142,7 @@ bool RenameFiles(std::string_view oldName, std::string_view newName, ShowAnew sh
     if (!RenameEntry(*node, newName)) {
         return false;
     }
+    SelectContentListItems();
     if (Prefs.ProcessInfoFiles != 0 && !SAK_IsInfoFile(oldName)) {
         RenameIcon(oldName, newName);
     }

@@ -8,7 +8,8 @@
 
 namespace solvane {
 
-// Whether the list is sorted and built anew after it. Who has edited the name in its row shows it himself.
+// Whether the list is sorted and built anew after it, with the selection but for the renamed entry. Who has
+// edited the name in its row shows it himself.
 enum class ShowAnew { Yes, No };
 
 // Renames the entry oldName of the drawer on show, its record included; with Prefs.ProcessInfoFiles its icon

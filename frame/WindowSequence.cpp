@@ -61,10 +61,11 @@ bool OpenWindow() {
 
 void ReturnFromIcon() {
     Iconified = 0;
-    if (Changes != 0) {
+    if (Changes != 0 && LBLocation == LocationKind::Drawer) {
         ScanDrawer();
         DetailsPane2();
     }
+    Changes = 0; // the watch that would tell of it has ended
     SetMenuState();
     SetToolbarState();
     SetHistoryGadgetsState();

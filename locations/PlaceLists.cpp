@@ -54,6 +54,7 @@ ContentNode* AppendEntry(std::string_view name, std::string_view path, std::stri
 
 void BuildPlaces() {
     SAK_StopNotify();
+    Changes = 0;
     AtFTPMount = 0;
     AtWHDLoadGamesRootDrawer = 0;
     BuildContentList();

@@ -99,6 +99,7 @@ void TakeRowsAway() {
     }
     TakeRowsOffWindow();
     ActiveSet.Monitor = SAK_KeepNotify();
+    Changes = 0; // what the watch notes while it rests is read when the tab is shown again
 }
 
 void RemoveClickTab(std::uint32_t userData) {
@@ -135,6 +136,7 @@ void DropActiveSet() {
         Objects.ContentList->Detach();
     }
     SAK_StopNotify();
+    Changes = 0;
     ActiveSet = WorkingSet();
     ActiveTab = nullptr;
 }

@@ -17,6 +17,7 @@
 #include "model/Devices.h"
 #include "model/Prefs.h"
 #include "model/PrefsLists.h"
+#include "model/WorkingSet.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Notify.h"
@@ -98,6 +99,7 @@ void ListDesktop() {
         ListContents(drawer);
     }
     CurrentPath = shown;
+    ActiveSet.PathRead = DesktopDrawer;
 }
 
 } // namespace
@@ -130,6 +132,7 @@ void ShowVirtualPlace(const VirtualPlace& place, Arrival arrival) {
     FreeContentList(1);
     AddShownPlace(SAK_LocaleString(place.Name), place.Word, place.Location);
     SAK_StopNotify();
+    Changes = 0;
     if (place.Location == LocationKind::Workbench && Prefs.MonitorDrawer != 0) {
         SAK_ChangeNotify(DesktopDrawer);
     }

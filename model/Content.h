@@ -76,6 +76,8 @@ extern Text<128>& FTPMountSiteName;         // of the user's sites, the one that
 extern std::uint16_t ColInfo_GetDimensions; // a shown Details column needs this datum; written by ColumnInfo
 extern std::uint16_t ColInfo_GetMP3;
 extern std::uint16_t ColInfo_GetVersion;
-extern std::uint16_t Changes; // the program itself has changed the drawer on disk: swallow one notification
+// The program itself has changed the drawer on show: the next notice of its watch is swallowed. Whoever ends
+// that watch, or has another drawer watched, clears it.
+extern std::uint16_t Changes;
 
 } // namespace solvane

@@ -2,6 +2,7 @@
 #include "fileops/RenameFiles.h"
 
 #include "content/SortLists.h"
+#include "interface/DetailsGadgets.h"
 #include "tests/locations/OpenWindow.h"
 #include "tests/platform/dos/HostFaults.h"
 
@@ -79,6 +80,26 @@ TEST_F(RenameFilesTest, WhenTheDiskRefusesHalfWayTheListSaysWhatIsThere) {
         }
     }
     EXPECT_EQ(ends, "rid");
+}
+
+TEST_F(RenameFilesTest, SelectionStaysButForTheRenamedEntry) {
+    for (const char* name : {"a", "b", "c"}) {
+        File(name, "12");
+    }
+    ASSERT_TRUE(Scan());
+    Objects.ContentList->SelectRows({0, 1});
+    const struct {
+        const char *From, *To;
+        std::vector<std::size_t> Selected;
+        std::string_view Told;
+    } rows[] = {{"b", "d", {0}, "a"}, {"c", "0", {1}, "a"}, {"a", "e", {}, ""}};
+    for (const auto& row : rows) {
+        ASSERT_TRUE(RenameFiles(row.From, row.To));
+        EXPECT_EQ(Objects.ContentList->SelectedRows(), row.Selected) << row.From;
+        EXPECT_EQ(NumSelected, static_cast<std::int32_t>(row.Selected.size())) << row.From;
+        EXPECT_EQ(SelectedBytes, 2 * row.Selected.size()) << row.From;
+        EXPECT_EQ(Details1Buffer.View(), row.Told.empty() ? Volume : row.Told) << row.From;
+    }
 }
 
 } // namespace

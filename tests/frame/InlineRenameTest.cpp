@@ -2,10 +2,14 @@
 // automation/ContentEvents and content/DrawerMonitor.
 #include "automation/ContentEvents.h"
 #include "content/DrawerMonitor.h"
+#include "content/Selection.h"
 #include "frame/MenuDispatch.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/MenuIds.h"
+#include "interface/MenuState.h"
+#include "interface/Menus.h"
 #include "locations/EnterDrawer.h"
+#include "locations/PlaceFigures.h"
 #include "model/Program.h"
 #include "platform/intuition/FormRequesters.h"
 #include "tests/locations/OpenWindow.h"
@@ -157,6 +161,31 @@ TEST_F(InlineRenameTest, ChangeOnDiskWaitsForTheName) {
     ServeDelayedChange(); // once is enough
     EXPECT_TRUE(std::filesystem::exists(Host("c.txt")));
     EXPECT_FALSE(std::filesystem::exists(Host("a.txt")));
+}
+
+TEST_F(InlineRenameTest, AChangeOnDiskIsToldToMenusAndDetailsToo) {
+    ASSERT_TRUE(CreateMainMenuStrip());
+    const auto isOn = [](MenuId item) { return !MenuStripObj->LookOf(item)->Disabled; };
+    ASSERT_TRUE(PopulateContent2("d", Path("d")));
+    SetMenuState();
+    ASSERT_FALSE(isOn(MenuSelectAll));
+    File("d/x");
+    DrawerChanged();
+    EXPECT_TRUE(isOn(MenuSelectAll));
+    Objects.ContentList->Select(0, true);
+    SelectContentListItems();
+    TellContentSelection();
+    ASSERT_TRUE(isOn(MenuRename));
+    File("d/y");
+    for (const bool byUser : {false, true}) {
+        byUser ? static_cast<void>(ReloadDrawer()) : DrawerChanged();
+        EXPECT_EQ(Details1Buffer.View(), "x") << byUser;
+        EXPECT_TRUE(StatusBarBuffer1.View().starts_with("1/2")) << byUser;
+    }
+    std::filesystem::remove(Host("d/x"));
+    DrawerChanged();
+    EXPECT_FALSE(isOn(MenuRename)) << "it would have nothing to rename";
+    FreeMainMenuStrip();
 }
 
 TEST_F(InlineRenameTest, TitleOfTheIconColumnGoesRoundTheOrdersOfDrawers) {

@@ -6,9 +6,11 @@
 #include "frame/MainLoop.h"
 #include "frame/Ports.h"
 #include "interface/ContextMenus.h"
+#include "interface/Iconify.h"
 #include "interface/MainLayout.h"
 #include "interface/Menus.h"
 #include "interface/Screens.h"
+#include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "model/Program.h"
 #include "platform/exec/Ports.h"
@@ -151,6 +153,23 @@ TEST_F(WindowSequenceTest, ABackgroundProgramThatStartsAsAnIconOpensItsWindowWhe
     ASSERT_EQ(RunEntryC(), Station::WaitLoop);
     EXPECT_TRUE(IsWindowOpen());
     EXPECT_THAT(Rows(), ElementsAre("one"));
+}
+
+TEST_F(WindowSequenceTest, AWindowThatWasAnIconReadsADrawerAnewAndNoOtherPlace) {
+    File("a/one");
+    ShowAtStart("a");
+    ASSERT_EQ(RunSequence(), Station::WaitLoop);
+    for (const std::size_t rows : {2U, 0U}) {
+        Changes = 1;
+        ASSERT_TRUE(Iconify());
+        File("a/two");
+        ASSERT_EQ(ShowProgram(), Station::EntryC);
+        ASSERT_EQ(RunEntryC(), Station::WaitLoop);
+        EXPECT_TRUE(Requests.empty());
+        EXPECT_TRUE(rows == 0 || Rows().size() == rows);
+        EXPECT_EQ(Changes, 0);
+        GoToPlace("Computer");
+    }
 }
 
 struct QuitCase {

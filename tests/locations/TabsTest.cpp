@@ -27,6 +27,7 @@
 #include "tests/locations/OpenWindow.h"
 
 #include <array>
+#include <functional>
 #include <gmock/gmock.h>
 
 namespace solvane {
@@ -383,6 +384,34 @@ TEST_F(TabsTest, AChangeIsNoticedWhileTheTabIsNotOnShow) {
     File("a/newer");
     static_cast<void>(exec::Wait(SAK_NotifySignal));
     EXPECT_TRUE(SAK_NotifyHasChanged());
+}
+
+TEST_F(TabsTest, OwnChangeIsForgottenWithTheDrawerThatItWasMadeIn) {
+    Prefs.MonitorDrawer = 1;
+    ASSERT_TRUE(SAK_SetUpNotify());
+    ASSERT_TRUE(CreatePrefsLists());
+    ThreeTabs();
+    const struct {
+        const char* Name;
+        std::function<void()> Do;
+        int Left;
+    } rows[] = {
+        {"reloaded", [] { ReloadDrawer(); }, 1},
+        {"not left, as the other is gone", [this] { Go("gone"); }, 1},
+        {"left for another", [this] { Go("start"); }, 0},
+        {"left for places", [] { GoToPlace("Favorites"); }, 0},
+        {"left for devices", [] { GoToPlace("Computer"); }, 0},
+        {"left for a tab", [] { SwitchToTabNumber(1); }, 0},
+        {"closed", [] { EXPECT_EQ(CloseTab(), Closing::Tab); }, 0},
+    };
+    for (const auto& row : rows) {
+        Go("c");
+        Changes = 1;
+        row.Do();
+        EXPECT_EQ(Changes, row.Left) << row.Name;
+        Changes = 0;
+    }
+    FreePrefsLists();
 }
 
 TEST_F(TabsTest, StartUpTabsAreReadWhenTheyAreShown) {
