@@ -63,8 +63,10 @@ void AddEmptyRow() {
 }
 
 int RowLines(std::int32_t style) {
-    if (LBLocation == LocationKind::Computer && (style == ViewTiles || style == ViewContent)) {
-        return 3; // two texts and a bar, or the kind and two figures
+    const bool hasVolumes = LBLocation == LocationKind::Computer || LBLocation == LocationKind::Workbench;
+    if ((hasVolumes && style == ViewContent) ||
+        (LBLocation == LocationKind::Computer && style == ViewTiles)) {
+        return 3; // the kind and two figures, or two texts and a bar
     }
     if (style == ViewTiles) {
         return LinesOf(RowLabel::Tiles);

@@ -1,6 +1,7 @@
 #include "content/DetailsPane.h"
 
 #include "content/DeviceKinds.h"
+#include "content/PlaceRows.h"
 #include "content/RowPictures.h"
 #include "content/Selection.h"
 #include "content/Status.h"
@@ -139,10 +140,12 @@ void ShowPictureOfRoot(std::string_view root) {
     }
 }
 
-void ShowPictureOf(const ContentNode& node) {
-    SetThumbnailImage(DetailsPictureSteps(node), IsDrawerKind(node.ObjectKind)
-                                                     ? "PROGDIR:Images/Img_Drawer.png"
-                                                     : "PROGDIR:Images/Img_Project.png");
+std::string_view UsualPictureOf(const ContentNode& node) {
+    const PlacePictures* place = IsPlace(node) ? PicturesOfPlace() : nullptr;
+    if (place != nullptr) {
+        return place->Place;
+    }
+    return IsDrawerKind(node.ObjectKind) ? "PROGDIR:Images/Img_Drawer.png" : "PROGDIR:Images/Img_Project.png";
 }
 
 void FillEntry(const ContentNode& node) {
@@ -155,7 +158,7 @@ void FillEntry(const ContentNode& node) {
     Details6Buffer = node.ProtectionText;
     Details7Buffer = node.Comment;
     SetFuelGaugeImage(-1);
-    ShowPictureOf(node);
+    SetThumbnailImage(DetailsPictureSteps(node), UsualPictureOf(node));
 }
 
 void ShowPictureOfSelection() {

@@ -1,6 +1,7 @@
 #include "content/PlaceRows.h"
 
 #include "content/DeviceKinds.h"
+#include "content/ViewStyles.h"
 #include "interface/Images.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -141,6 +142,15 @@ std::string_view LargePictureOf(LocationKind location) {
     }
 }
 
+// The icon of the drawer or volume that a kept place leads to; nothing for another place.
+std::vector<intuition::ImageStep> IconStepOf(const ContentNode& node) {
+    if (node.PlaceFacts || node.LeadsTo != LocationKind::Drawer || MayHang(node.EntryPath)) {
+        return {};
+    }
+    return {{.Path = std::string(node.EntryPath.View()) +
+                     (SAK_IsDeviceRoot(node.EntryPath) ? "Disk.info" : ".info")}};
+}
+
 template <class Key>
 int CompareBy(const ContentNode& a, const ContentNode& b, Key key) {
     const DevicesNode* first = DeviceOf(a);
@@ -186,22 +196,33 @@ intuition::ImageId PlacePicture(const ContentNode& node) {
     return ListImageObject(node.PlaceFacts ? ListImage::Assign : ListImageOf(node.LeadsTo, node.EntryPath));
 }
 
-std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node, std::int32_t style) {
+std::vector<intuition::ImageStep> PlacePictureSteps(const ContentNode& node) {
     if (const DevicesNode* device = DeviceOf(node)) {
         return DeviceImageSteps(*device);
     }
     if (node.PlaceFacts) {
-        return {{.Path = style == ViewTiles ? TileImagePath(TileImage::Assign, Prefs.TilesIconSize)
-                                            : "PROGDIR:Images/Img_Assigns.png"}};
+        return {{.Path = "PROGDIR:Images/Img_Assigns.png"}};
     }
-    const bool isDrawer = node.LeadsTo == LocationKind::Drawer;
-    std::vector<intuition::ImageStep> steps;
-    if (isDrawer && Prefs.ShowActualIcons != 0 && !MayHang(node.EntryPath)) {
-        steps.push_back({.Path = std::string(node.EntryPath.View()) +
-                                 (SAK_IsDeviceRoot(node.EntryPath) ? "Disk.info" : ".info")});
-    }
+    std::vector<intuition::ImageStep> steps = IconStepOf(node);
     steps.push_back({.Path = std::string(LargePictureOf(node.LeadsTo))});
     return steps;
+}
+
+std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node, std::int32_t style) {
+    if (!HasLargePictures(style)) {
+        if (Prefs.ShowActualIcons == 0) {
+            return {};
+        }
+        const DevicesNode* device = DeviceOf(node);
+        return device != nullptr ? DeviceImageSteps(*device) : IconStepOf(node);
+    }
+    if (AssignOf(node) != nullptr && style == ViewTiles) {
+        return {{.Path = TileImagePath(TileImage::Assign, Prefs.TilesIconSize)}};
+    }
+    if (!node.PlaceFacts && Prefs.ShowActualIcons == 0) {
+        return {{.Path = std::string(LargePictureOf(node.LeadsTo))}};
+    }
+    return PlacePictureSteps(node);
 }
 
 ListImage ListImageOf(LocationKind location, std::string_view path) {

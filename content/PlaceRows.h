@@ -29,9 +29,11 @@ struct PlaceTexts {
 // What a cell of a place shows in that view style.
 [[nodiscard]] PlaceTexts PlaceCellTexts(const ContentNode& node, DetailsColumn column, std::int32_t style);
 
-// The small picture of a place, which is shared and not to be released; and where the one of that view style
-// may come from.
+// The small picture of a place, which is shared and not to be released; where the one beside the texts of the
+// Details pane may come from; and where the one of its row in that view style may, instead of the small one:
+// nothing in a style with small pictures where Prefs.ShowActualIcons is off.
 [[nodiscard]] intuition::ImageId PlacePicture(const ContentNode& node);
+[[nodiscard]] std::vector<intuition::ImageStep> PlacePictureSteps(const ContentNode& node);
 [[nodiscard]] std::vector<intuition::ImageStep> PlaceImageSteps(const ContentNode& node, std::int32_t style);
 
 // The small picture of what a bookmark or favorite leads to.

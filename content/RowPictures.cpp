@@ -4,6 +4,7 @@
 #include "interface/Images.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
+#include "model/WorkingSet.h"
 #include "platform/intuition/ListBrowser.h"
 #include "sak/FilenameSupport.h"
 
@@ -33,7 +34,8 @@ std::string OwnPath(const ContentNode& node) {
         return std::string(node.EntryPath.View());
     }
     Text<1024> path;
-    return SAK_JoinFilename(path, CurrentPath, node.EntryName) ? std::string(path.View()) : std::string();
+    return SAK_JoinFilename(path, ActiveSet.PathRead, node.EntryName) ? std::string(path.View())
+                                                                      : std::string();
 }
 
 std::string IconPath(const ContentNode& node) {
@@ -60,10 +62,6 @@ const UsualPicture& UsualPictureOf(const ContentNode& node) {
         return IsDrawerKind(node.ObjectKind) ? DrawerLinks : FileLinks;
     }
     return IsDrawerKind(node.ObjectKind) ? Drawers : Files;
-}
-
-bool ShowsThumbnails(std::int32_t style) {
-    return style == ViewThumbnail || style == ViewThumbnailDetails;
 }
 
 // The largest of the shared pictures that the style has room for.
@@ -131,15 +129,14 @@ std::vector<intuition::ImageStep> IconSteps(const ContentNode& node) {
 }
 
 std::vector<intuition::ImageStep> DetailsPictureSteps(const ContentNode& node) {
+    if (IsPlace(node)) {
+        return PlacePictureSteps(node);
+    }
     std::vector<intuition::ImageStep> steps = IconSteps(node);
     if (Prefs.ShowThumbnail != 0 && AtFTPMount == 0 && IsPicture(node)) {
         steps.insert(steps.begin(), ThumbnailStep(node));
     }
     return steps;
-}
-
-bool HasLargePictures(std::int32_t style) {
-    return style == ViewTiles || style == ViewContent || ShowsThumbnails(style);
 }
 
 IconBox BoxOf(std::int32_t style) {

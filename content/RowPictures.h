@@ -11,9 +11,6 @@
 
 namespace solvane {
 
-// True for the styles whose rows show a large picture.
-[[nodiscard]] bool HasLargePictures(std::int32_t style);
-
 // Room of a picture in that style, in layout units.
 [[nodiscard]] IconBox BoxOf(std::int32_t style);
 [[nodiscard]] int PictureHeight(std::int32_t style);
@@ -26,7 +23,7 @@ namespace solvane {
 [[nodiscard]] std::vector<intuition::ImageStep> IconSteps(const ContentNode& node);
 
 // The same for the picture beside the texts of the Details pane: a picture file is shown itself where
-// Prefs.ShowThumbnail says so.
+// Prefs.ShowThumbnail says so, and a place by the picture of what it leads to.
 [[nodiscard]] std::vector<intuition::ImageStep> DetailsPictureSteps(const ContentNode& node);
 
 // The pictures of the rows in one style. Icons and thumbnails are looked up when a row is first drawn, and

@@ -68,6 +68,14 @@ std::int32_t ViewStyleInForce() {
     return bound ? LocationsViewStyle : StylePreferenceOf(LBLocation);
 }
 
+bool ShowsThumbnails(std::int32_t style) {
+    return style == ViewThumbnail || style == ViewThumbnailDetails;
+}
+
+bool HasLargePictures(std::int32_t style) {
+    return style == ViewTiles || style == ViewContent || ShowsThumbnails(style);
+}
+
 IconBox ThumbnailBox() {
     if (Prefs.ThumbnailSize < 0 || Prefs.ThumbnailSize >= static_cast<std::int32_t>(ThumbnailBoxes.size())) {
         Prefs.ThumbnailSize = UsualThumbnail;

@@ -35,6 +35,10 @@ void CheckLocations();
 // The style of what is on show. A bound style leaves the preference alone.
 [[nodiscard]] std::int32_t ViewStyleInForce();
 
+// True for the styles whose rows show pictures as they look, and for those with a large picture in any row.
+[[nodiscard]] bool ShowsThumbnails(std::int32_t style);
+[[nodiscard]] bool HasLargePictures(std::int32_t style);
+
 // The box of a thumbnail by Prefs.ThumbnailSize; a step that there is not becomes 1, in the preferences too.
 [[nodiscard]] IconBox ThumbnailBox();
 

@@ -214,6 +214,55 @@ TEST_F(RowsTest, TilesOfPlacesHaveTheirPictures) {
     EXPECT_EQ(PlaceImageSteps(place, ViewContent).back().Path, "PROGDIR:Images/Img_Assigns.png");
 }
 
+TEST_F(RowsTest, PlacesShowWhatTheyLeadToAndIconsInSmallRowsOnlyOnWish) {
+    constexpr std::int32_t inDetails = 99;
+    constexpr std::string_view diskIcon = "Work:Disk.info";
+    DevicesNode disk;
+    disk.Type = DeviceHardDisk;
+    disk.VolumeName = "Work:";
+    disk.Mounted = 1;
+    enum Kind { Volume, Assign, Kept };
+    const struct {
+        Kind Of;
+        LocationKind On, LeadsTo;
+        std::string_view Path;
+        std::int32_t Style;
+        std::int16_t ActualIcons;
+        std::string_view First;
+    } rows[] = {
+        {Volume, LocationKind::Workbench, LocationKind::Drawer, "Work:", inDetails, 0, diskIcon},
+        {Volume, LocationKind::Computer, LocationKind::Drawer, "Work:", ViewList, 0, ""},
+        {Volume, LocationKind::Computer, LocationKind::Drawer, "Work:", ViewDetails, 1, diskIcon},
+        {Volume, LocationKind::Computer, LocationKind::Drawer, "Work:", ViewContent, 0, diskIcon},
+        {Assign, LocationKind::Assigns, LocationKind::Drawer, "W:", ViewList, 1, ""},
+        {Kept, LocationKind::Bookmarks, LocationKind::Drawer, "Work:", inDetails, 0, diskIcon},
+        {Kept, LocationKind::Favorites, LocationKind::Drawer, "Work:d", inDetails, 0, "Work:d.info"},
+        {Kept, LocationKind::Favorites, LocationKind::Drawer, "Work:d", ViewDetails, 0, ""},
+        {Kept, LocationKind::Favorites, LocationKind::Drawer, "Work:d", ViewDetails, 1, "Work:d.info"},
+        {Kept, LocationKind::Bookmarks, LocationKind::Drawer, "Work:", ViewTiles, 0,
+         "PROGDIR:Images/Img_Drawer.png"},
+        {Kept, LocationKind::Bookmarks, LocationKind::Computer, "Computer", inDetails, 1,
+         "PROGDIR:Images/Img_Computer.png"},
+        {Kept, LocationKind::FTPSites, LocationKind::FTPSites, "FTPMount:@host,21", inDetails, 1,
+         "PROGDIR:Images/Img_FTPSites.png"},
+    };
+    for (const auto& row : rows) {
+        ContentNode node;
+        node.LeadsTo = row.LeadsTo;
+        node.EntryName = node.EntryPath = row.Path;
+        if (row.Of != Kept) {
+            node.PlaceFacts = std::make_unique<PlaceRecord>();
+            row.Of == Volume ? node.PlaceFacts->Of = disk : node.PlaceFacts->Of = AssignsNode();
+        }
+        LBLocation = row.On;
+        Prefs.ShowActualIcons = row.ActualIcons;
+        const auto steps =
+            row.Style == inDetails ? DetailsPictureSteps(node) : PlaceImageSteps(node, row.Style);
+        EXPECT_EQ(steps.empty() ? "" : steps.front().Path, row.First)
+            << row.Path << " in style " << row.Style << " with icons " << row.ActualIcons;
+    }
+}
+
 TEST_F(RowsTest, UnknownSizesOfPicturesAreCorrected) {
     Prefs.ThumbnailSize = 9;
     EXPECT_EQ(ThumbnailBox(), (IconBox{64, 64}));

@@ -1,3 +1,4 @@
+#include "content/RowPictures.h"
 #include "interface/MainLayout.h"
 #include "interface/Menus.h"
 #include "interface/NavigationPane.h"
@@ -142,6 +143,15 @@ TEST_F(PlacesTest, WordsLeadToTheirLists) {
         EXPECT_EQ(SelectedText(), row.Selected) << row.Text;
     }
     EXPECT_TRUE(Requests.empty());
+}
+
+TEST_F(PlacesTest, LinkOnTheDesktopHasItsOwnIcon) {
+    File("desk/file");
+    SoftLink("desk/link", "file");
+    ASSERT_TRUE(dos::SetAssign("Desktop", dos::AssignKind::Directory, {Path("desk")}));
+    GoToPlace("Workbench");
+    EXPECT_EQ(IconSteps(Entry("link")).front().Path, "Desktop:link.info");
+    EXPECT_TRUE(dos::SetAssign("Desktop", dos::AssignKind::Directory, {}));
 }
 
 TEST_F(PlacesTest, WhatIsGoneIsToldAndEverythingStays) {
