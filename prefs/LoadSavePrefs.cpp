@@ -108,27 +108,33 @@ void KeepWhatWasNotTaken(const std::string& document) {
     }
 }
 
-void LoadSettings(const Dictionary& dictionary) {
+// How many settings were passed over.
+std::size_t LoadSettings(const Dictionary& dictionary) {
     const PrefsRecord defaults = Defaults();
+    std::size_t passed = 0;
     for (const PrefsKey& key : PrefsKeys()) {
         key.Load(dictionary, key.Key, defaults, Prefs);
+        passed += IsPassedOver(key, dictionary) ? 1 : 0;
     }
     NewOpenOnOwnScreen = Prefs.OpenOnOwnScreen != 0 ? 1 : 0;
     SoundVolume = Prefs.SoundVolume;
+    return passed;
 }
 
-// How many elements were passed over; nothing when a record could not be made, which is told.
+// How many elements were passed over, and values that are no list; nothing when a record could not be made,
+// which is told.
 std::optional<std::size_t> LoadLists(const Dictionary& dictionary) {
     std::size_t passed = 0;
     for (const PrefsList& list : PrefsLists()) {
-        const auto ofList = list.Load(dictionary.Array(list.Key));
+        const application::PrefsArray* array = dictionary.Array(list.Key);
+        const auto ofList = list.Load(array);
         if (!ofList) {
             Tell(MSG_NO_LIST_NODE, RequesterImage::Error);
             SAK_IOErr = dos::ErrorNoFreeStore;
             TellLoadingFailed();
             return std::nullopt;
         }
-        passed += *ofList;
+        passed += *ofList + (array == nullptr && dictionary.Has(list.Key) ? 1 : 0);
     }
     return passed;
 }
@@ -205,12 +211,12 @@ bool LoadPrefs() {
     const std::string document = ReadDocument();
     const auto understood = Dictionary::FromXml(document);
     const Dictionary dictionary = understood.value_or(Dictionary());
-    LoadSettings(dictionary);
+    const std::size_t settings = LoadSettings(dictionary);
     const auto passed = LoadLists(dictionary);
     if (!passed) {
         return false;
     }
-    if (!understood || *passed > 0) {
+    if (!understood || settings + *passed > 0) {
         KeepWhatWasNotTaken(document);
     }
     RinghioMessage("Solvane", SAK_LocaleString(MSG_PREFS_LOADED), "FRONT", RinghioImageBuffer.View(), "");

@@ -33,7 +33,11 @@ std::int32_t InRange(std::int64_t number, std::int32_t fallback) {
     return std::in_range<std::int32_t>(number) ? static_cast<std::int32_t>(number) : fallback;
 }
 
-// Numbers are 32 bits wide, booleans 16, all else is text.
+// A cut path would lead elsewhere.
+template <auto Field>
+constexpr bool IsPath = std::same_as<FieldType<Field>, Text<1024>>;
+
+// Numbers are 32 bits wide, booleans 16, all else is text. A path that does not fit counts as missing.
 template <auto Field>
 void LoadField(const Dictionary& from, std::string_view key, const PrefsRecord& defaults, PrefsRecord& into) {
     using Type = FieldType<Field>;
@@ -42,7 +46,8 @@ void LoadField(const Dictionary& from, std::string_view key, const PrefsRecord& 
     } else if constexpr (std::same_as<Type, std::int16_t>) {
         into.*Field = from.Boolean(key, defaults.*Field != 0) ? 1 : 0;
     } else {
-        into.*Field = from.String(key, (defaults.*Field).View());
+        const std::string_view text = from.String(key, (defaults.*Field).View());
+        into.*Field = IsPath<Field> && text.size() > Type::Limit ? (defaults.*Field).View() : text;
     }
 }
 
@@ -112,7 +117,7 @@ void SaveNumber(const PrefsRecord& from, std::string_view key, Dictionary& into)
 
 template <auto Field>
 constexpr PrefsKey Setting(std::string_view key) {
-    return {key, LoadField<Field>, SaveField<Field>};
+    return {key, LoadField<Field>, SaveField<Field>, IsPath<Field>};
 }
 
 template <auto Field, std::int32_t First, std::int32_t Last>
@@ -391,6 +396,10 @@ constexpr std::array Table = {
 #undef SHORT
 
 } // namespace
+
+bool IsPassedOver(const PrefsKey& key, const Dictionary& from) {
+    return key.IsPath && from.String(key.Key, {}).size() > Text<1024>::Limit;
+}
 
 std::span<const PrefsKey> PrefsKeys() {
     return Table;

@@ -117,9 +117,7 @@ std::optional<Dictionary> Dictionary::FromXml(std::string_view document) {
         while (valueNode && valueNode.type() != pugi::node_element) {
             valueNode = valueNode.next_sibling();
         }
-        if (auto value = ReadValue(valueNode, 0)) {
-            dictionary.Set(TextOf(key), *std::move(value));
-        }
+        dictionary.Set(TextOf(key), ReadValue(valueNode, 0).value_or(PrefsValue()));
     }
     return dictionary;
 }
@@ -159,6 +157,10 @@ std::string_view Dictionary::String(std::string_view key, std::string_view fallb
 const PrefsArray* Dictionary::Array(std::string_view key) const {
     const PrefsValue* value = Find(key);
     return value != nullptr ? value->Array() : nullptr;
+}
+
+bool Dictionary::Has(std::string_view key) const {
+    return Find(key) != nullptr;
 }
 
 void Dictionary::Set(std::string_view key, PrefsValue value) {

@@ -33,8 +33,8 @@ struct PrefsValue {
 
 class Dictionary {
 public:
-    // Reads a document. Nothing when it is no property list; a key with a value of an unknown kind is left
-    // out.
+    // Reads a document. Nothing when it is no property list; a key without a value, or with one of an unknown
+    // kind, has one that is of no kind.
     [[nodiscard]] static std::optional<Dictionary> FromXml(std::string_view document);
     // Keys stand in the order in which they were set.
     [[nodiscard]] std::string ToXml() const;
@@ -44,6 +44,7 @@ public:
     // The text stays the dictionary's, or is the fallback.
     [[nodiscard]] std::string_view String(std::string_view key, std::string_view fallback) const;
     [[nodiscard]] const PrefsArray* Array(std::string_view key) const; // null when there is none
+    [[nodiscard]] bool Has(std::string_view key) const;                // whatever its value is
 
     void Set(std::string_view key, PrefsValue value);
 

@@ -175,17 +175,21 @@ TEST_F(PrefsDocument, BrokenDocumentsGiveTheDefaultsAndAreKept) {
     }
     EXPECT_EQ(Tree.Read(Document + ".broken"), whole.substr(0, whole.size() / 2));
     EXPECT_EQ(Tree.Read(Document + ".broken3"), "<plist>");
-    const std::string passed =
-        Plist("<key>Bookmarks</key><array><array><integer>13</integer><string>x</string>"
-              "<string>" +
-              std::string(1024, 'p') + "</string></array></array>");
-    ASSERT_TRUE(Load(passed));
-    EXPECT_EQ(Tree.Read(Document + ".broken4"), passed) << "its bookmark would be gone with the next save";
-    const std::string column = Plist("<key>ShowComputerColumns</key><array><array><integer>0</integer>"
-                                     "<integer>50</integer></array><array/></array>");
-    ASSERT_TRUE(Load(column));
-    EXPECT_EQ(Tree.Read(Document + ".broken5"), column)
-        << "a column that comes of itself makes up for nothing";
+    const std::string longPath = "<string>" + std::string(1024, 'p') + "</string>";
+    int copy = 4;
+    for (const std::string& passed :
+         {"<key>Bookmarks</key><array><array><integer>13</integer><string>x</string>" + longPath +
+              "</array></array>",
+          std::string("<key>ShowComputerColumns</key><array><array><integer>0</integer>"
+                      "<integer>50</integer></array><array/></array>"),
+          std::string("<key>Bookmarks</key><string>x</string>"),
+          std::string("<key>FTPSites</key><dict><key>x</key></dict>"),
+          "<key>DownloadPath</key>" + longPath}) {
+        ASSERT_TRUE(Load(Plist(passed)));
+        EXPECT_EQ(Tree.Read(Document + ".broken" + std::to_string(copy)), Plist(passed))
+            << "the next save would have none of it";
+        ++copy;
+    }
     EXPECT_THAT(Requests, IsEmpty());
 }
 

@@ -65,8 +65,12 @@ void CheckText(const PrefsKey& key, std::string_view usual) {
         {"PreferredLanguage", 49}, {"ExtractArchiveOptions", 49},
     };
     const auto limit = limits.find(key.Key);
-    EXPECT_EQ(TextThrough(key, {std::string(5000, 'x')}).size(),
-              limit != limits.end() ? limit->second : 1023);
+    if (limit != limits.end()) {
+        EXPECT_EQ(TextThrough(key, {std::string(5000, 'x')}).size(), limit->second);
+    } else {
+        EXPECT_EQ(TextThrough(key, {std::string(1023, 'x')}).size(), 1023U);
+        EXPECT_EQ(TextThrough(key, {std::string(1024, 'x')}), usual) << "cut it would lead elsewhere";
+    }
     EXPECT_EQ(TextThrough(key, {std::string("x <y>\r")}), "x <y>\r");
     EXPECT_EQ(TextThrough(key, {std::int64_t{3}}), usual) << "of another kind";
 }

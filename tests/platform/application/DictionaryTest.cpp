@@ -42,6 +42,8 @@ TEST(Dictionary, AKeyOfAnotherKindGivesTheFallback) {
     EXPECT_EQ(read->Number("big", 7), 7);
     EXPECT_EQ(read->Number("odd", 7), 7);
     EXPECT_EQ(read->Array("s"), nullptr);
+    EXPECT_TRUE(read->Has("s") && read->Has("odd"));
+    EXPECT_FALSE(read->Has("none"));
 }
 
 TEST(Dictionary, TextIsReadWhateverItIsSplitBy) {
