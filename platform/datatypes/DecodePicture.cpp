@@ -173,12 +173,15 @@ std::string EncodePng(const Picture& picture, const PictureTexts& texts) {
     return writer.write(image) ? bytes.toStdString() : std::string();
 }
 
-std::optional<TextedPicture> DecodePng(Bytes file) {
+std::optional<TextedPicture> DecodePng(Bytes file, std::uint32_t mostSide) {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
                                                static_cast<qsizetype>(file.size()));
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, "png");
+    const QSize size = reader.size();
+    if (size.isEmpty() || std::max(size.width(), size.height()) > static_cast<int>(mostSide))
+        return std::nullopt;
     const QImage image = reader.read();
     if (image.isNull())
         return std::nullopt;

@@ -50,11 +50,12 @@ using PictureTexts = std::vector<std::pair<std::string, std::string>>;
 // A PNG file; empty when there is no memory for it.
 [[nodiscard]] std::string EncodePng(const Picture& picture, const PictureTexts& texts = {});
 
-// A decoded PNG file with its texts, for who reads back what EncodePng made; nothing when it is none.
+// A decoded PNG file with its texts, for who reads back what EncodePng made; nothing when it is none, or when
+// one of its sides has more than mostSide pixels: it is not unpacked then.
 struct TextedPicture {
     Picture Shown;
     PictureTexts Texts;
 };
-[[nodiscard]] std::optional<TextedPicture> DecodePng(Bytes file);
+[[nodiscard]] std::optional<TextedPicture> DecodePng(Bytes file, std::uint32_t mostSide);
 
 } // namespace datatypes

@@ -69,7 +69,7 @@ std::optional<TextedPicture> FindRecord(std::string_view drawer, const std::stri
                                         std::int64_t modified) {
     const std::string root = CacheRoot();
     const auto bytes = root.empty() ? std::nullopt : ReadSmall(root + std::string(drawer) + NameOf(uri));
-    std::optional<TextedPicture> record = bytes ? DecodePng(AsBytes(*bytes)) : std::nullopt;
+    std::optional<TextedPicture> record = bytes ? DecodePng(AsBytes(*bytes), LargestSide) : std::nullopt;
     if (record &&
         (TextOf(*record, "Thumb::URI") != uri || TextOf(*record, "Thumb::MTime") != std::to_string(modified)))
         record.reset();

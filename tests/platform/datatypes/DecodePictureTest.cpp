@@ -247,13 +247,14 @@ TEST(DecodePicture, PngFilesComeBackWithTransparencyAndTexts) {
     const Picture picture{2, 1, {0x80102030, 0xFF405060}};
     const std::string file =
         datatypes::EncodePng(picture, {{"Thumb::URI", "file:///%C3%A4"}, {"Software", "Solvane"}});
-    const auto read = datatypes::DecodePng(AsBytes(file));
+    const auto read = datatypes::DecodePng(AsBytes(file), 2);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->Shown.Pixels, picture.Pixels);
     EXPECT_EQ(read->Texts.size(), 2U);
     EXPECT_NE(
         std::ranges::find(read->Texts, datatypes::PictureTexts::value_type("Thumb::URI", "file:///%C3%A4")),
         read->Texts.end());
+    EXPECT_FALSE(datatypes::DecodePng(AsBytes(file), 1));
 }
 
 } // namespace
