@@ -32,8 +32,8 @@ void SetViewStyle(KeepRows keep);
 // Pops the view styles up that the location on show can have.
 void PopViewStyleChooser();
 
-// Takes a new style for the location on show, into its preference, and builds the rows
-// anew in the order that they have, place and selection kept. A path with a style of its own keeps that.
+// Takes a new style for the location on show, into its preference, and builds the rows anew in the order that
+// they have, place and selection kept. A path with a style of its own keeps that.
 void ChangeViewStyle(std::int32_t style);
 
 // Drops the rows and whatever the list browser draws from.

@@ -1,7 +1,6 @@
 // The drawer monitor: one watched drawer at a time, one signal per burst of changes in it; others that were
-// put aside go on noting theirs. What a change
-// leads to is decided by whoever waits for the signal. All calls belong to the task that made
-// SAK_SetUpNotify.
+// put aside go on noting theirs. What a change leads to is decided by whoever waits for the signal. All calls
+// belong to the task that made SAK_SetUpNotify.
 #pragma once
 
 #include "platform/dos/Notify.h"

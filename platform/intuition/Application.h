@@ -29,8 +29,7 @@ void CloseDisplay();
 [[nodiscard]] const DisplayFailure& WhyNoDisplay();
 
 // The language of what the toolkit says of itself (dialogs for files, the menus of fields), by its English
-// name
-// ("german"); English where there are no texts of it. Of the display's task, before it is open or while.
+// name ("german"); English where there are no texts of it. Of the display's task, before it is open or while.
 void SetLanguage(std::string_view language);
 
 // Tells the user that something is not possible: the bell, and a mark on the window's task bar entry.
