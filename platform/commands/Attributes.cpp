@@ -60,6 +60,16 @@ bool Protect(const Flags& flags, const std::string& path) {
     }
 }
 
+// A drawer that may not be read or entered any more shows nothing of what is in it, so that comes first; one
+// that may again has to be changed first.
+Order OrderOf(const Flags& flags) {
+    constexpr std::uint32_t needed = dos::ProtectRead | dos::ProtectExecute;
+    const bool takes = flags.Action == FlagAction::Set
+                           ? (flags.Shown & needed) != needed
+                           : flags.Action == FlagAction::Remove && (flags.Shown & needed) != 0;
+    return takes ? Order::DrawersLast : Order::DrawersFirst;
+}
+
 bool IsLink(const Found& object) {
     return object.Data && (object.Data->Type & dos::TypeLinkFlag) != 0;
 }
@@ -68,11 +78,11 @@ using Change = std::function<bool(const Found& object)>;
 
 // Changes every object an argument means. A link has nothing of its own to change: one that a walk comes
 // across is passed over, since what it leads to may lie anywhere.
-int ChangeAll(Context& context, const dos::ArgResults& arguments, std::string_view done,
-              const Change& change) {
+int ChangeAll(Context& context, const dos::ArgResults& arguments, std::string_view done, const Change& change,
+              Order order = Order::DrawersFirst) {
     const Depth depth = arguments.Flag("ALL") ? Depth::All : Depth::Objects;
     const bool isQuiet = arguments.Flag("QUIET") || done.empty();
-    return ForEach(context, *arguments.Text("FILE"), depth, [&](const Found& object) {
+    const Visit visit = [&](const Found& object) {
         if (IsLink(object))
             return ReturnOk;
         if (!change(object))
@@ -80,7 +90,8 @@ int ChangeAll(Context& context, const dos::ArgResults& arguments, std::string_vi
         if (!isQuiet && (depth == Depth::All || object.Data))
             PrintLine(context, Shown(context, object.Text).append(done));
         return ReturnOk;
-    });
+    };
+    return ForEach(context, *arguments.Text("FILE"), depth, visit, order);
 }
 
 // The date that the words name; the weekday before a date says nothing more.
@@ -111,8 +122,9 @@ int RunProtect(Context& context, const dos::ArgResults& arguments) {
         ComplainWith(context, *arguments.Text("FLAGS"), "invalid flag");
         return ReturnFail;
     }
-    return ChangeAll(context, arguments, "...done",
-                     [&](const Found& object) { return Protect(*flags, object.Path); });
+    return ChangeAll(
+        context, arguments, "...done", [&](const Found& object) { return Protect(*flags, object.Path); },
+        OrderOf(*flags));
 }
 
 int RunFilenote(Context& context, const dos::ArgResults& arguments) {

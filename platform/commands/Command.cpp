@@ -54,10 +54,23 @@ constexpr Command Table[] = {
 constexpr std::string_view VersionCookie = "$VER: amiga 2.4 (21.11.2026)";
 constexpr std::string_view VersionMark = "$VER: ";
 
-std::string_view WithoutBlanks(std::string_view text) {
-    const std::size_t from = std::min(text.find_first_not_of(" \t\n"), text.size());
-    const std::size_t to = text.find_last_not_of(" \t\n");
-    return to == std::string_view::npos ? std::string_view() : text.substr(from, to + 1 - from);
+// Where a "?" stands that is the last word and so asks for the template.
+std::optional<std::size_t> FindQuestion(std::string_view line) {
+    std::size_t position = 0;
+    std::size_t last = 0;
+    std::string word;
+    bool isQuestion = false;
+    while (true) {
+        const dos::ItemKind kind = dos::ReadItem(line, position, word);
+        if (kind == dos::ItemKind::Error)
+            return {};
+        if (kind == dos::ItemKind::Nothing)
+            break;
+        isQuestion = kind == dos::ItemKind::Unquoted && word == "?";
+        last = line.find_last_of('?', position - 1);
+    }
+    const bool isValue = last > 0 && line[last - 1] == '='; // "PAT=?"
+    return isQuestion && !isValue ? std::optional(last) : std::nullopt;
 }
 
 } // namespace
@@ -81,10 +94,10 @@ int RunCommand(const Command& command, std::string_view arguments, Context& cont
     const std::string outer = std::exchange(context.Name, std::string(command.Name));
     std::string line(arguments);
     int code = ReturnOk;
-    if (WithoutBlanks(arguments) == "?") {
+    if (const auto question = FindQuestion(arguments)) {
         Print(context, std::string(command.Template).append(context.Input ? ": " : "\n"));
         const auto answer = context.Input ? context.Input() : std::nullopt;
-        line = answer.value_or("");
+        line = std::string(arguments.substr(0, *question)).append(answer.value_or(""));
         if (!answer) {
             context.Name = outer;
             return code;

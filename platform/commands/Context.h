@@ -40,7 +40,6 @@ struct Context {
     // Set while the outputs are those of the process, which programs then share: writes out what is waiting.
     std::function<bool()> FlushOwn;
     bool IsTerminal = false; // a terminal shows the output: control characters in names are not sent to it
-    bool IsLasting = false;  // assigns outlive the command, since the process does
 
     std::string Name{};       // of the running command
     long OutputError = 0;     // why the output does not take any more; 0 while it does

@@ -117,6 +117,12 @@ bool Change(const dos::ArgResults& arguments, const std::string& name,
     return dos::SetAssign(name, kind, targets);
 }
 
+// Switches that say how a target is to be taken; without one they would remove the assign.
+bool WantsTarget(const dos::ArgResults& arguments) {
+    return arguments.Flag("ADD") || arguments.Flag("PREPEND") || arguments.Flag("DEFER") ||
+           arguments.Flag("PATH");
+}
+
 // A size with three digits and a letter, "1.5G".
 std::string SizeText(std::uint64_t blocks, std::uint64_t bytesPerBlock) {
     constexpr std::string_view allLetters = "KMGTPE";
@@ -184,11 +190,17 @@ int RunAssign(Context& context, const dos::ArgResults& arguments) {
     }
     if (arguments.Flag("EXISTS"))
         return TellExistence(context, name);
-    if (!Change(arguments, name, arguments.Multi("TARGET")))
+    const std::vector<std::string> targets = arguments.Multi("TARGET");
+    if (targets.empty() && WantsTarget(arguments)) {
+        dos::SetIoErr(dos::ErrorRequiredArgMissing);
+        Complain(context);
+        return ReturnFail;
+    }
+    if (!Change(arguments, name, targets))
         return Complain(context, *given);
     if (arguments.Flag("LIST"))
         PrintLists(context, arguments);
-    if (context.IsLasting || context.ScriptDepth != 0)
+    if (context.ScriptDepth != 0)
         return ReturnOk;
     ComplainWith(context, *given, "holds until this program ends; mounts.toml keeps assigns for good");
     return ReturnWarn;

@@ -4,9 +4,11 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Paths.h"
 #include "platform/dos/Patterns.h"
+#include "platform/dos/Volumes.h"
 #include "platform/utility/Text.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace commands {
@@ -45,6 +47,35 @@ std::vector<Place> PlacesOf(Context& context, std::string_view path, int& code) 
     return places;
 }
 
+bool Folds(const dos::FileLock& drawer) {
+    const std::string device = dos::DevNameFromLock(drawer, dos::DevName::DeviceOnly);
+    const std::vector<dos::VolumeInfo> all = dos::Volumes();
+    return std::any_of(all.begin(), all.end(), [&](const dos::VolumeInfo& volume) {
+        return volume.Names == dos::NameRule::Fold && utility::Stricmp(volume.Device, device) == 0;
+    });
+}
+
+// Does the disk find an object by a name of another case?
+bool IsFoundAs(const Place& place, const dos::ExamineData& data, std::string_view name) {
+    const InDrawer current({place.Lock, {}, {}, {}});
+    if (const dos::FileLock meant = dos::Lock(name))
+        return dos::SameLock(meant, dos::Lock(data.Name));
+    return (data.Type & dos::TypeLinkFlag) != 0 && Folds(place.Lock); // it leads nowhere
+}
+
+// The object whose name a part is as it stands; null when there is none.
+const dos::ExamineData* FindSelf(const Place& place, const std::vector<dos::ExamineData>& all,
+                                 std::string_view part) {
+    const auto exact =
+        std::find_if(all.begin(), all.end(), [&](const auto& data) { return data.Name == part; });
+    if (exact != all.end())
+        return &*exact;
+    const auto folded = std::find_if(all.begin(), all.end(), [&](const auto& data) {
+        return utility::Stricmp(data.Name, part) == 0 && IsFoundAs(place, data, part);
+    });
+    return folded == all.end() ? nullptr : &*folded;
+}
+
 // Walks the parts of one pattern, one after the other.
 class Expander {
 public:
@@ -53,24 +84,37 @@ public:
     // What the first part means in each place. rest: the parts behind it.
     void Go(const std::vector<Place>& places, std::string_view part, std::string_view rest) {
         const auto pattern = dos::Pattern::Parse(part, dos::PatternCase::Ignore);
-        if (!pattern && part.find_first_of("#?") != std::string_view::npos) {
-            if (!std::exchange(IsBad, true))
-                Result.Code = std::max(Result.Code, Complain(Where, part));
-            return;
-        }
+        BadPart* bad = nullptr;
+        if (!pattern && part.find_first_of("#?") != std::string_view::npos)
+            bad = &Bad.try_emplace(std::string(part), BadPart{dos::IoErr(), false}).first->second;
         for (const Place& place : places) {
             if (IsStopped(Where))
                 return;
             auto all = ReadDrawer(Where, place.Lock, place.Text, Result.Code);
             if (!all)
                 continue;
-            const bool isSelf =
-                std::any_of(all->begin(), all->end(), [&](const auto& data) { return data.Name == part; });
+            const dos::ExamineData* self = FindSelf(place, *all, part);
+            if (self && bad)
+                bad->IsName = true;
             for (dos::ExamineData& data : *all) {
-                if (isSelf ? data.Name != part : !pattern || !pattern->Matches(data.Name))
+                if (self ? &data != self : !pattern || !pattern->Matches(data.Name))
                     continue;
+                HasWildcards = HasWildcards || !self;
                 Take(place, std::move(data), rest);
             }
+        }
+    }
+
+    // Were all parts names as they stand?
+    [[nodiscard]] bool IsPath() const { return !HasWildcards; }
+
+    // Tells of the parts that are no patterns, unless they are the name of something.
+    void ComplainOfBad() {
+        for (const auto& [part, bad] : Bad) {
+            if (bad.IsName)
+                continue;
+            dos::SetIoErr(bad.Error);
+            Result.Code = std::max(Result.Code, Complain(Where, part));
         }
     }
 
@@ -94,9 +138,15 @@ private:
         Go({{dos::Lock(data.Name), text}}, part, behind);
     }
 
+    struct BadPart {
+        long Error;
+        bool IsName; // in one place at least
+    };
+
     Context& Where;
     Matches& Result;
-    bool IsBad = false; // a part was complained of as no pattern
+    std::map<std::string, BadPart> Bad; // parts that are no patterns
+    bool HasWildcards = false;          // in some part as it was taken
 };
 
 // Where the first part with wildcards begins and ends.
@@ -177,12 +227,14 @@ Matches Expand(Context& context, std::string_view argument) {
     const std::string_view rest =
         part->To < argument.size() ? argument.substr(part->To + 1) : std::string_view();
     matches.IsPattern = true;
-    Expander(context, matches).Go(PlacesOf(context, before, matches.Code), text, rest);
+    Expander expander(context, matches);
+    expander.Go(PlacesOf(context, before, matches.Code), text, rest);
+    expander.ComplainOfBad();
     // "old~" has no wildcards, "Notes (1)" may be meant as it stands: names of nothing.
-    if (matches.Objects.empty() && matches.Code == ReturnOk &&
-        argument.find_first_of("#?") == std::string_view::npos) {
+    const bool isNothing = matches.Objects.empty() && argument.find_first_of("#?") == std::string_view::npos;
+    if (matches.Code == ReturnOk && (isNothing || (!matches.Objects.empty() && expander.IsPath()))) {
         matches.IsPattern = false;
-        matches.Objects.push_back({{}, std::string(argument), std::string(argument), {}});
+        matches.Objects.assign(1, {{}, std::string(argument), std::string(argument), {}});
     }
     return matches;
 }
@@ -207,6 +259,9 @@ int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit
             code = std::max(code, Complain(context, object.Text));
         else if (auto all = ReadDrawer(context, lock, object.Text, code))
             levels.push_back({object, lock, std::move(*all)});
+        else
+            return false;
+        return static_cast<bool>(lock);
     };
     enter(drawer);
     while (!levels.empty()) {
@@ -226,13 +281,13 @@ int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit
         const bool isDrawer = object.Data->Type == dos::TypeDrawer;
         if (!isDrawer || order == Order::DrawersFirst)
             call(object);
-        if (isDrawer)
-            enter(object);
+        if (isDrawer && !enter(object) && order == Order::DrawersLast)
+            call(object);
     }
     return code;
 }
 
-int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit) {
+int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit, Order order) {
     const Matches matches = Expand(context, argument);
     int code = matches.Code;
     if (matches.Objects.empty() && code == ReturnOk) {
@@ -244,10 +299,13 @@ int ForEach(Context& context, std::string_view argument, Depth depth, const Visi
         if (IsStopped(context))
             return std::max(code, Complain(context));
         const InDrawer current(object);
-        code = std::max(code, visit(object));
+        if (order == Order::DrawersFirst)
+            code = std::max(code, visit(object));
         const bool isDrawer = object.Data ? object.Data->Type == dos::TypeDrawer : IsDrawer(object.Path);
         if (depth == Depth::All && isDrawer)
-            code = std::max(code, ForEachBelow(context, object, Order::DrawersFirst, visit));
+            code = std::max(code, ForEachBelow(context, object, order, visit));
+        if (order == Order::DrawersLast && !IsStopped(context))
+            code = std::max(code, visit(object));
     }
     return code;
 }

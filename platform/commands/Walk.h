@@ -45,8 +45,9 @@ struct Matches {
 };
 
 // What an argument means. A path without wildcards stands for itself, whether it exists or not. A part that
-// is the name of an object as it stands ("Notes (1)", even "#?") means that object alone, so that a line made
-// of names never touches more than it names. Drawers that cannot be read are complained of and passed over.
+// is the name of an object as it stands ("Notes (1)", "C#", even "#?"), in any case where the disk takes it
+// in any, means that object alone, so that a line made of names never touches more than it names. Drawers
+// that cannot be read are complained of and passed over.
 [[nodiscard]] Matches Expand(Context& context, std::string_view argument);
 
 // The objects of a drawer by name. What cannot be read is complained of and raises code; nothing when the
@@ -63,7 +64,8 @@ int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit
 enum class Depth { Objects, All }; // All: what is below a drawer as well
 // Calls visit for every object that the argument means, likewise. A link that is named itself counts as what
 // it leads to. ReturnWarn and a message when there is none.
-int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit);
+int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit,
+            Order order = Order::DrawersFirst);
 
 // Whether a path leads to a drawer; a link to one counts. Sets no error when it does not.
 [[nodiscard]] bool IsDrawer(std::string_view path);

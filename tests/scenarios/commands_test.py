@@ -18,7 +18,7 @@ SAMPLES = pathlib.Path(__file__).resolve().parent.parent / "data" / "uaem"
 WHOLE_SAMPLES = ["gen_" + name for name in ("all", "archived", "no_line_end", "none", "pure", "readonly", "script")]
 
 AWKWARD = [b'quote" *', b"a colon:inside", b" blank ", b"new\nline", b"x" * 255, b"bad\xff\xfeutf", b"Twin", b"twin",
-           b"*", b"#?", b"(a|b)", b"-s", b"ALL", b"semi;colon", b"don't", b"~tilde~", b"\xc3\xbcml\xc3\xa4ut"]
+           b"*", b"#?", b"C#", b"(a|b)", b"-s", b"ALL", b"semi;colon", b"don't", b"~tilde~", b"\xc3\xbcml\xc3\xa4ut"]
 
 
 class Commands(Scenario):

@@ -86,8 +86,8 @@ TEST_F(CommandsTest, DirShowsDrawersAndThenFilesInTwoColumns) {
 }
 
 TEST_F(CommandsTest, PatternsGoThroughDrawersAndNamesAsTheyStandComeFirst) {
-    for (const std::string_view name :
-         {"w/a1/x.c", "w/a2/y.c", "w/a2/z.h", "w/b/x.c", "w/n (1)", "w/n 1", "w/it's", "w/100%", "w/old~"})
+    for (const std::string_view name : {"w/a1/x.c", "w/a2/y.c", "w/a2/z.h", "w/b/x.c", "w/n (1)", "w/n 1",
+                                        "w/it's", "w/100%", "w/old~", "w/C#", "w/a1/D#/in"})
         Tree.Write(name, name);
     Tree.Link("w/a3", "b");
     Check({
@@ -100,8 +100,41 @@ TEST_F(CommandsTest, PatternsGoThroughDrawersAndNamesAsTheyStandComeFirst) {
         {"Type old~", 0, "w/old~"},
         {"Type gone~", 10, "Type: gone~: object not found\n"},
         {"List a#?/#(", 10, "List: #(: bad template\n"},
+        {"Type C#", 0, "w/C#"},
+        {"List a#?/D# LFORMAT %p%n", 0, "a1/D#\n"},
+        {"List a1/D# LFORMAT %p%n", 0, "a1/D#/in\n"},
+        {"Type a1/D#/i?", 0, "w/a1/D#/in"},
         {"List a1/(", 10, "List: a1/(: object not found\n"},
     });
+}
+
+// Where the disk takes a name in any case, it means its object in any case too.
+TEST_F(CommandsTest, AFoldedNameIsThatObjectAlone) {
+    ASSERT_TRUE(dos::AddVolume(
+        {.Device = "TF1", .Volume = "Folds", .HostRoot = Tree.Path("env"), .Names = dos::NameRule::Fold}));
+    for (const std::string_view name :
+         {"env/Notes (1)", "env/Notes 1", "env/Dead 1", "w/Notes (1)", "w/Notes 1"})
+        Tree.Write(name, name);
+    Tree.Link("env/Dead (1)", "nowhere");
+    Check({
+        {"Type \"Folds:notes (1)\"", 0, "env/Notes (1)"},
+        {"Delete \"Folds:notes (1)\"", 0, "Folds:notes (1)  Deleted\n"},
+        {"Delete \"Folds:dead (1)\"", 0, "Folds:dead (1)  Deleted\n"},
+        {"Delete \"notes (1)\"", 0, "Notes 1  Deleted\n"},
+    });
+    EXPECT_EQ(NamesIn("Folds:"), (std::vector<std::string>{"Dead 1", "Notes 1"}));
+    EXPECT_EQ(NamesIn("Test:w"), (std::vector<std::string>{"Notes (1)"}));
+}
+
+TEST_F(CommandsTest, ProtectComesToAllOfATreeBeforeItShutsItsDrawers) {
+    Tree.Write("w/d/sub/f", "");
+    const std::string inside = "d/sub/f...done\nd/sub...done\nd...done\n";
+    const std::string outside = "d...done\nd/sub...done\nd/sub/f...done\n";
+    Check({{"Protect d -e ALL", 0, inside},
+           {"Protect d +e ALL", 0, outside},
+           {"Protect d wed ALL", 0, inside},
+           {"Protect d rwed ALL", 0, outside},
+           {"Protect d -w ALL", 0, outside}});
 }
 
 // Deeper than the longest path: the walk goes on from drawer to drawer.
@@ -335,12 +368,15 @@ TEST_F(CommandsTest, LinesAreRedirectedAndTakeVariables) {
     // The input of a command that asks is that of its line.
     Tree.Write("w/args", "out QUICK\n");
     EXPECT_THAT(Out("List <args ?"), testing::EndsWith("ALL/S: out\n"));
+    Tree.Write("w/more", "QUICK\n");
+    EXPECT_THAT(Out("List <more out ?"), testing::EndsWith("ALL/S: out\n"));
+    EXPECT_EQ(Out("Echo what \"?\""), "what ?\n");
 }
 
 TEST_F(CommandsTest, AssignChangesWhatNamesMean) {
     Tree.Write("w/a/1", "");
     Tree.Write("w/b/2", "");
-    Where.IsLasting = true;
+    Where.ScriptDepth = 1;
     Check({
         {"Assign X: a", 0, ""},
         {"Assign X: b ADD", 0, ""},
@@ -351,6 +387,9 @@ TEST_F(CommandsTest, AssignChangesWhatNamesMean) {
         {"List X: LFORMAT %p%n", 0, "X:2\n"},
         {"Assign L: late DEFER", 0, ""},
         {"Assign L: EXISTS", 0, "L              <late>\n"},
+        {"Assign X: ADD", 20, "Assign: required argument missing\n"},
+        {"Assign X: DEFER", 20, "Assign: required argument missing\n"},
+        {"List X: LFORMAT %p%n", 0, "X:2\n"},
         {"Assign X:", 0, ""},
         {"Assign X: EXISTS", 5, "X: not assigned\n"},
         {"Assign X: none", 10, "Assign: X:: object not found\n"},
@@ -359,7 +398,7 @@ TEST_F(CommandsTest, AssignChangesWhatNamesMean) {
     });
     EXPECT_THAT(Out("Assign DEVICES"), testing::HasSubstr("TD0"));
     EXPECT_THAT(Out("Info TD0:"), testing::ContainsRegex("TD0: .*%  Read/Write  Test\n"));
-    Where.IsLasting = false;
+    Where.ScriptDepth = 0;
     EXPECT_EQ(Run("Assign X: a"), 5) << "ends with the program";
 }
 
