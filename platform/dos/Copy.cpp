@@ -66,6 +66,9 @@ bool IsThere(const DeviceWalk& place) {
 
 CopyResult CopyByStreams(const DeviceWalk& from, const DeviceWalk& to, const CopyOptions& options,
                          const CopyProgress& progress) {
+    // What such a device makes of the bytes cannot be looked at, so nothing is deleted for it.
+    if (options.Moves)
+        return Ends(CopyEnd::TargetRefused, ErrorActionNotKnown);
     if (!from.Owner().Open || !to.Owner().Open)
         return Ends(from.Owner().Open ? CopyEnd::TargetRefused : CopyEnd::SourceRefused, ErrorActionNotKnown);
     const auto source = from.Owner().Open(from.Start(), from.Rest(), OpenMode::Old);
@@ -82,8 +85,6 @@ CopyResult CopyByStreams(const DeviceWalk& from, const DeviceWalk& to, const Cop
     if (!target->Close())
         return FailsBy(CopyEnd::ContentsFailed);
     result.Lost = CopyFacts(from, to, options);
-    if (options.Moves && !(from.Owner().Delete && from.Owner().Delete(from.Start(), from.Rest())))
-        result.End = CopyEnd::SourceKept;
     return result;
 }
 

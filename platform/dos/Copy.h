@@ -56,7 +56,7 @@ using CopyProgress = std::function<bool(std::uint64_t bytes)>;
 // the target path is written through by a file. An object that is shown under an alias keeps its
 // real name when the target ends in that alias. A file that may not be read is refused (224), also
 // when only its sidecar says so. Drawers are not moved across disks (215). Between
-// devices that are no disks only contents, bits, comment and date go over.
+// devices that are no disks only contents, bits, comment and date go over, and nothing moves (209).
 [[nodiscard]] CopyResult Copy(std::string_view from, std::string_view to, const CopyOptions& options = {},
                               const CopyProgress& progress = {});
 

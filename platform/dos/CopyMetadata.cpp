@@ -162,21 +162,21 @@ unsigned KeepTimesOfLink(int drawer, const std::string& name, const struct statx
     return Host().SetTimes(drawer, name.c_str(), TimesOf(source).data()) == 0 ? 0 : LostDate;
 }
 
-unsigned CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& options) {
+SidecarOutcome CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& options) {
     SidecarFacts told;
     SidecarFile ofSource;
     SidecarFacts facts;
     SidecarFile old;
     if (!TellAll(source, told, ofSource) || !TellAll(copy, facts, old))
-        return AllKept(options);
+        return {AllKept(options), 0};
     const bool isWanted =
         copy.On->Info.Metadata == MetadataRule::Uaem && AllKept(options) != 0 && !old.HasNoRoom;
     if (ofSource.State != SidecarState::Ours && old.State != SidecarState::Ours && !isWanted)
-        return 0;
+        return {};
     if (old.State == SidecarState::Foreign) // something else has its name
-        return AllKept(options);
+        return {AllKept(options), 0};
     if (!SetDateOfFile(copy, facts))
-        return LostDate;
+        return {LostDate, 0};
     if (options.Protection)
         facts.Protection = told.Protection;
     if (options.Comment)
@@ -185,7 +185,10 @@ unsigned CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& op
         facts.Date = told.Date;
         facts.Hundredths = told.Hundredths;
     }
-    return WriteSidecar(copy.Drawer.Get(), copy.Name, old, facts, Flush::Later) ? 0 : AllKept(options);
+    if (!WriteSidecar(copy.Drawer.Get(), copy.Name, old, facts, Flush::Later))
+        return {AllKept(options), 0};
+    // A comment that is too long for the line is not in it.
+    return {0, told.Comment.empty() ? AllKept(options) & ~LostComment : AllKept(options)};
 }
 
 } // namespace dos

@@ -40,8 +40,16 @@ void DropAccessHandedDown(int object);
 // The times of a soft link, which are all that it has.
 [[nodiscard]] unsigned KeepTimesOfLink(int drawer, const std::string& name, const struct statx& source);
 
+// What a sidecar of a copy has come to, as bits of CopyResult::Lost.
+struct SidecarOutcome {
+    unsigned Lost = 0; // was to be written there and is not
+    unsigned Kept = 0; // stands there, so that it is no loss if the copy itself cannot keep it
+
+    [[nodiscard]] unsigned After(unsigned lost) const noexcept { return (lost & ~Kept) | Lost; }
+};
+
 // Writes the sidecar of a copy where its source has one, its volume wants one, or one lies there.
 // Both spots have drawer, name and object; source may lack the drawer.
-[[nodiscard]] unsigned CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& options);
+[[nodiscard]] SidecarOutcome CopySidecar(const Spot& source, const Spot& copy, const CopyOptions& options);
 
 } // namespace dos

@@ -37,6 +37,7 @@ struct Node {
     ObjectId ToId;
     VolumeRef FromOn;
     VolumeRef ToOn;
+    SidecarOutcome Sidecar;       // of the copy that is new
     bool IsNew = false;           // made by this copy
     bool HandsDownAccess = false; // of the copy
     bool IsInOrder = false;       // names that the target may not tell apart: one after another
@@ -248,7 +249,7 @@ bool TreeCopier::Begin(const CopyPlan& plan) {
         CopyPlace place{.Drawer = plan.Target.Drawer.Get(), .On = plan.Target.On, .Name = plan.Target.Name};
         place.HandsDownAccess = HandsDownAccess(place.Drawer);
         if (CopierOf(Worker::Caller).MakeDrawer(place, made))
-            Tally.Lost |= CopierOf(Worker::Caller).KeepSidecar(source, place, made.Get());
+            top->Sidecar = CopierOf(Worker::Caller).KeepSidecar(source, place, made.Get());
     }
     ObjectFacts facts;
     if (!made || !(FactsOf(made.Get(), facts) || Refuse(errno, Operation::Write))) {
@@ -297,7 +298,7 @@ void TreeCopier::Release(const NodeRef& node, const Sides& open, Worker who) {
         return;
     const CopySource source{.Object = open.From->Get()};
     if (node->IsNew)
-        Tally.Lost |= CopierOf(who).FinishDrawer(source, open.To->Get());
+        Tally.Lost |= node->Sidecar.After(CopierOf(who).FinishDrawer(source, open.To->Get()));
     CountDrawers(*node);
 }
 
@@ -420,7 +421,7 @@ bool TreeCopier::MakeCopy(const NodeRef& in, const TreeEntry& entry, const std::
         return false;
     if (!FactsOf(made.Get(), facts))
         return Refuse(errno, Operation::Write);
-    Tally.Lost |= copier.KeepSidecar(source, place, made.Get());
+    node.Sidecar = copier.KeepSidecar(source, place, made.Get());
     node.IsNew = true;
     node.ToId = facts.Id;
     node.HandsDownAccess = in->HandsDownAccess && !Options.Copy.Protection;

@@ -191,9 +191,10 @@ bool IsUnchanged(int file, const struct statx& before) {
 CopyResult CopyDrawer(ObjectCopier& copier, const CopySource& source, const CopyPlace& place) {
     HostFd made;
     CopyResult result = copier.MakeDrawer(place, made);
-    if (result)
-        result.Lost |=
-            copier.FinishDrawer(source, made.Get()) | copier.KeepSidecar(source, place, made.Get());
+    if (!result)
+        return result;
+    const unsigned lost = copier.FinishDrawer(source, made.Get());
+    result.Lost = copier.KeepSidecar(source, place, made.Get()).After(lost);
     return result;
 }
 

@@ -131,7 +131,7 @@ CopyResult ObjectCopier::CopyFile(const CopySource& source, const CopyPlace& pla
         flush.emplace();
     if (!file.TakePlace(place.Name, replaces ? Existing::Replaced : Existing::Kept))
         return Fails(CopyEnd::TargetRefused, Operation::Write);
-    result.Lost |= KeepSidecar(source, place, file.File());
+    result.Lost = KeepSidecar(source, place, file.File()).After(result.Lost);
     if (Options.Moves)
         SyncDrawer(place.Drawer);
     return result;
@@ -154,7 +154,7 @@ CopyResult ObjectCopier::CopyLink(const CopySource& source, const CopyPlace& pla
     if (Options.Date && IsAwaited())
         result.Lost = KeepTimesOfLink(place.Drawer, place.Name, about);
     if (const HostFd made = OpenPlain(place.Drawer, place.Name))
-        result.Lost |= KeepSidecar(source, place, made.Get());
+        result.Lost = KeepSidecar(source, place, made.Get()).After(result.Lost);
     return result;
 }
 
@@ -190,14 +190,14 @@ unsigned ObjectCopier::FinishDrawer(const CopySource& source, int made) {
     return lost | KeepStatus(made, now, about, Options);
 }
 
-unsigned ObjectCopier::KeepSidecar(const CopySource& source, const CopyPlace& place, int copy) {
+SidecarOutcome ObjectCopier::KeepSidecar(const CopySource& source, const CopyPlace& place, int copy) {
     const bool wants = place.On->Info.Metadata == MetadataRule::Uaem;
     if (!wants && !source.MayHaveSidecar && !place.MayHaveSidecar)
-        return 0;
+        return {};
     SidecarFile old;
     if (!wants && !source.MayHaveSidecar && FindSidecar(place.Drawer, place.Name, old) &&
         old.State != SidecarState::Ours)
-        return 0;
+        return {};
     const auto spotOf = [](int object, int drawer, const std::string& name, const VolumeRef& on, Spot& spot) {
         spot.Object = HostFd(Host().Duplicate(object));
         if (drawer != NoDescriptor)
@@ -210,7 +210,7 @@ unsigned ObjectCopier::KeepSidecar(const CopySource& source, const CopyPlace& pl
     Spot to;
     if (!spotOf(source.Object, source.Drawer, source.Name, source.On, from) ||
         !spotOf(copy, place.Drawer, place.Name, place.On, to))
-        return LostProtection | LostComment | LostDate;
+        return {LostProtection | LostComment | LostDate, 0};
     return CopySidecar(from, to, Options);
 }
 

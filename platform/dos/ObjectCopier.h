@@ -41,7 +41,7 @@ public:
     [[nodiscard]] CopyResult MakeDrawer(const CopyPlace& place, HostFd& made);
     [[nodiscard]] unsigned FinishDrawer(const CopySource& source, int made);
     // The ".uaem" file; the other calls but these two see to it themselves.
-    [[nodiscard]] unsigned KeepSidecar(const CopySource& source, const CopyPlace& place, int copy);
+    [[nodiscard]] SidecarOutcome KeepSidecar(const CopySource& source, const CopyPlace& place, int copy);
 
 private:
     CopyResult FillFile(const CopySource& source, const CopyPlace& place, const struct statx& about,

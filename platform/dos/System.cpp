@@ -178,6 +178,7 @@ struct Launch {
     static long Do(std::string_view line, const SystemOptions& options, Ownership handles, SystemJob* job);
     long DoCommand(SystemJob* job);
     [[nodiscard]] long RunBuiltIn(const BuiltIn& command) const;
+    [[nodiscard]] bool CloseHandles() const;
 };
 
 SystemStream Launch::Input() const {
@@ -280,6 +281,24 @@ long Launch::RunAside(SystemJob* job) {
     return 0;
 }
 
+// Closes the handles that were given for good and that no process has taken over; false with IoErr.
+bool Launch::CloseHandles() const {
+    long failure = 0;
+    const auto close = [&failure](FileHandle* handle) {
+        if (handle && *handle && !Close(*handle) && failure == 0)
+            failure = IoErr();
+    };
+    if (Handles != Ownership::Taken)
+        return true;
+    close(Options.Input.Handle);
+    close(Options.Output.Handle);
+    if (Options.ErrorOutput)
+        close(Options.ErrorOutput->Handle);
+    if (failure != 0)
+        SetIoErr(failure);
+    return failure == 0;
+}
+
 long Launch::RunBuiltIn(const BuiltIn& command) const {
     const BuiltInResult result = command(Command.Arguments);
     const long error = IoErr();
@@ -291,6 +310,8 @@ long Launch::RunBuiltIn(const BuiltIn& command) const {
     };
     if ((isFile || !result.Output.empty()) && !write())
         return Refuse(Command.Command, std::max(result.Code, CodeError));
+    if (!CloseHandles()) // before anybody is told of the end
+        return std::max(result.Code, CodeError);
     SetIoErr(error);
     return result.Code;
 }
@@ -329,11 +350,19 @@ long Launch::Do(std::string_view line, const SystemOptions& options, Ownership h
     std::optional<ParsedCommand> command =
         ParseCommandLine(line, options.Sources ? *options.Sources : ShellSources());
     Launch launch{.Options = options, .Handles = handles, .Command = {}};
-    if (!command)
-        return launch.Refuse("Command line", CodeError);
-    launch.Command = *std::move(command);
-    SetIoErr(0);
-    return launch.DoCommand(job);
+    long code = CodeError;
+    if (command) {
+        launch.Command = *std::move(command);
+        SetIoErr(0);
+        code = launch.DoCommand(job);
+    } else {
+        code = launch.Refuse("Command line", CodeError);
+    }
+    const long error = IoErr();
+    if (!launch.CloseHandles() && code == 0)
+        return CodeError;
+    SetIoErr(error);
+    return code;
 }
 
 bool SystemJob::HasEnded() const {

@@ -80,8 +80,8 @@ private:
     long Code = 0;
 };
 
-// Starts a line and returns at once: 0, or the code with which System would fail at its start. Programs
-// survive this process.
+// Starts a line and returns at once: 0, or the code with which System would fail at its start; the handles
+// are closed then too. Programs survive this process.
 [[nodiscard]] long StartSystem(std::string_view line, const SystemOptions& options = {},
                                SystemJob* job = nullptr);
 

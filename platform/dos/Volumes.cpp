@@ -401,8 +401,8 @@ bool IsDeviceName(std::string_view name) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
     RefreshDisks(state);
-    return HasDevice(state, name) || SameName(name, "NIL") || SameName(name, "CON") ||
-           SameName(name, "PROGDIR");
+    // A user may have an assign FTPMount, and then sites are looked for there.
+    return HasDevice(state, name) || (IsReserved(name) && !SameName(name, "FTPMount"));
 }
 
 VolumeRef VolumeOfHostPath(std::string_view hostPath) {

@@ -84,7 +84,9 @@ TEST_F(AssignsTest, RefusalsLeaveTheAssignAsItWas) {
     EXPECT_TRUE(refused(dos::RemoveFromAssign("None", "Test:b"), 205));
     EXPECT_TRUE(refused(dos::SetAssign("N", Directory, {"Test:a", "Test:none"}), 205));
     EXPECT_TRUE(refused(dos::SetAssign("td0", Late, {"Test:a"}), 202));
-    EXPECT_TRUE(refused(dos::SetAssign("PROGDIR", Late, {"Test:a"}), 202));
+    for (const char* name : {"PROGDIR", "Console", "RAW", "TCP", "PRT"})
+        EXPECT_TRUE(refused(dos::SetAssign(name, Late, {"Test:a"}), 202)) << name;
+    EXPECT_TRUE(dos::SetAssign("FTPMount", Late, {"Test:a"}));
     EXPECT_TRUE(refused(dos::SetAssign("N:", Late, {"Test:a"}), 210));
     EXPECT_TRUE(refused(dos::AddToAssign("", "Test:a", dos::AssignEnd::Last), 210));
     EXPECT_EQ(Targets("N"), Texts{"Test:a"});

@@ -346,6 +346,9 @@ TEST_F(CopyTest, OtherDevicesAreCopiedByStreams) {
     EXPECT_TRUE(dos::Copy("Test:file", "NIL:"));
     EXPECT_TRUE(dos::Copy("NIL:", "Test:file", {.Replaces = true}));
     EXPECT_EQ(Tree.Read("file"), "");
+    EXPECT_EQ(dos::Copy("Test:file", "NIL:", {.Moves = true}).End, dos::CopyEnd::TargetRefused);
+    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_TRUE(Tree.Exists("file"));
 }
 
 TEST_F(CopyTest, DrawersHandDownNoAccessToACopy) {

@@ -114,6 +114,36 @@ TEST_F(CopyTreeTest, WhatCannotBeCopiedIsToldAndTheRestGoesOn) {
     EXPECT_EQ(Tree.Read("to/a/file") + Tree.Read("to/z"), "from/a/filefrom/z");
 }
 
+// A stick has neither attributes nor modes; what its sidecars tell is not lost there.
+TEST_F(CopyTreeTest, WhatASidecarTellsIsNoLoss) {
+    Tree.Drawer("stick");
+    ASSERT_TRUE(dos::AddVolume({.Device = "TU0",
+                                .Volume = "Stick",
+                                .HostRoot = Tree.Path("stick"),
+                                .Metadata = dos::MetadataRule::Uaem}));
+    Tree.Write("from/f", "text");
+    for (const char* path : {"Test:from", "Test:from/f"})
+        if (!dos::SetProtection(path, dos::ProtectScript | dos::ProtectDelete) ||
+            !dos::SetComment(path, "A note"))
+            GTEST_SKIP() << "no attributes here";
+    Calls().Fsetxattr = [](int, const char*, const void*, std::size_t) {
+        errno = ENOTSUP;
+        return -1;
+    };
+    Calls().Fchmod = [](int, unsigned) {
+        errno = EPERM;
+        return -1;
+    };
+    EXPECT_EQ(dos::CopyTree("Test:from", "Stick:tree").Lost, 0u);
+    EXPECT_EQ(dos::Copy("Test:from", "Stick:drawer").Lost, 0u);
+    EXPECT_EQ(dos::Copy("Test:from/f", "Stick:f").Lost, 0u);
+    for (const char* path : {"Stick:tree", "Stick:tree/f", "Stick:drawer", "Stick:f"})
+        EXPECT_EQ(dos::ExamineObject(path)->Comment, "A note") << path;
+    ASSERT_TRUE(dos::SetComment("Test:from/f", std::string(100, 'n')));
+    EXPECT_EQ(dos::Copy("Test:from/f", "Stick:long").Lost, dos::LostComment);
+    EXPECT_NE(dos::Copy("Test:from/f", "Test:plain").Lost, 0u);
+}
+
 // Twins become one where names are folded, and neither is lost unasked; bits go into files where the
 // volume wants them there.
 TEST_F(CopyTreeTest, VolumesOfOtherKindsTakeATree) {

@@ -258,6 +258,28 @@ TEST_F(SystemTest, AnAsynchronousCommandTakesItsStreamsAlong) {
     EXPECT_EQ(Tree.Read("out"), "content\ntrouble\n");
 }
 
+TEST_F(SystemTest, EveryStartThatNoProcessComesOfClosesItsStreams) {
+    dos::SetBuiltIn("Show", [](std::string_view) { return dos::BuiltInResult{0, "own\n"}; });
+    dos::FileHandle output;
+    std::string atEnd;
+    const auto ended = [&](long) { atEnd = Tree.Read("out"); };
+    for (const auto& [line, code, text] :
+         {std::tuple{"show x", 0, "own\n"},
+          {"", 0, ""},
+          {"nothing x", 10, "nothing: object not found\n"},
+          {"show \"x", 10, "Command line: argument line invalid or too long\n"}}) {
+        dos::FileHandle input = dos::OpenOld("a b");
+        output = dos::Open("Test:out", dos::OpenMode::New);
+        EXPECT_EQ(dos::StartSystem(
+                      line, {.Input = {.Handle = &input}, .Output = {.Handle = &output}, .Ended = ended}),
+                  code);
+        EXPECT_FALSE(input || output) << line;
+        EXPECT_EQ(Tree.Read("out"), text) << line;
+    }
+    EXPECT_EQ(atEnd, "own\n");
+    dos::SetBuiltIn("Show", {});
+}
+
 TEST_F(SystemTest, BuiltInCommandsComeFirst) {
     dos::SetBuiltIn("Show", [](std::string_view arguments) {
         return dos::BuiltInResult{5, "own " + std::string(arguments)};
