@@ -7,7 +7,11 @@
 #include "interface/MenuState.h"
 #include "interface/Ringhio.h"
 #include "model/Content.h"
+#include "model/Devices.h"
 #include "model/Program.h"
+#include "platform/dos/Errors.h"
+#include "platform/dos/Locks.h"
+#include "sak/FilenameSupport.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
 #include "sak/Requesters.h"
@@ -25,7 +29,19 @@ bool IsNameEdited() {
     return Objects.ContentList != nullptr && Objects.ContentList->IsEditing();
 }
 
+// Where the disk has left, its tabs are about to close, and nobody is asked to bring it back for that. What
+// lies behind an assign stays on show, so that is asked for.
+bool HasDiskLeft() {
+    const WithoutRequesters quiet;
+    Text<1024> root;
+    return SAK_GetDeviceRoot(CurrentPath, root) && FindMasterAssignsNode(root) == nullptr &&
+           !dos::Lock(root) && dos::IoErr() == dos::ErrorDeviceNotMounted;
+}
+
 void ReloadChanged() {
+    if (HasDiskLeft()) {
+        return;
+    }
     DoReload = 1;
     NoteTopRow();
     if (!ScanDrawer()) {

@@ -1,6 +1,7 @@
 // Disks that are really mounted and taken away, and given other names: the lists, tabs and kept places
 // follow. Implemented in locations/DiskEvents, Devices, DiskOperations and RenamedVolume. The mounts are in a
 // view of the host's disks that belongs to this process alone and ends with it, however it ends.
+#include "content/DrawerMonitor.h"
 #include "content/PlaceRows.h"
 #include "locations/DeviceUsage.h"
 #include "locations/Devices.h"
@@ -226,6 +227,8 @@ TEST_F(MountsTest, DiskOnShowCanBeUnmountedAndItsTabsClose) {
     OpenInTab("Games:Levels/One");
     EXPECT_THAT(Rows(), ElementsAre("map"));
     ASSERT_TRUE(games.Unmount()) << "a tab, its list and its watch let the disk go";
+    DrawerChanged(); // of the drawer this may be told first
+    EXPECT_THAT(Requests, IsEmpty());
     ServeUntil({"Work:"});
     EXPECT_THAT(Labels(), ElementsAre("Computer", "Work:", "New tab"));
     EXPECT_EQ(CurrentPath.View(), "Work:");
