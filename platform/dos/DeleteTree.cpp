@@ -14,8 +14,10 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <span>
 #include <sys/stat.h>
+#include <utility>
 
 namespace dos {
 
@@ -29,6 +31,7 @@ struct Node {
     SharedFd Open;    // empty while its level is closed
     ObjectId Id;
     Attributes Kept = Attributes::Asked;
+    std::optional<unsigned> Lent; // the modes to go back to where it stays
     std::vector<TreeEntry> Drawers;
     std::size_t NextDrawer = 0;
     bool IsSettled = false;
@@ -81,6 +84,7 @@ private:
     void Release(const NodeRef& node);
     void Settle(NodeRef node);
     void RemoveDrawer(Node& node);
+    static void TakeBack(Node& node);
     void Done(const Node& node, const std::string& name, bool isDrawer);
 
     void Poll();
@@ -119,6 +123,7 @@ TreeResult TreeDeleter::Run(const Spot& spot) {
         return Tally.Result();
     }
     above->Id = facts.Id;
+    above->Lent = LendForRemoval(above->Open->Get());
     entry.HasSidecar = sidecar.State == SidecarState::Ours;
     sidecar = SidecarFile();
     Queue = std::make_unique<TreeQueue>();
@@ -127,6 +132,7 @@ TreeResult TreeDeleter::Run(const Spot& spot) {
         Queue->Drain([this] { Poll(); });
     while (HasNews && (Poll(), true));
     Queue.reset();
+    TakeBack(*above);
     Talk.Poll();
     return Tally.Result();
 }
@@ -164,6 +170,7 @@ long TreeDeleter::OpenNode(const NodeRef& in, const TreeEntry& entry, Node& node
         return ErrorObjectInUse;
     node.Id = facts.Id;
     node.Kept = Rule == Protected::Respected ? AttributesOf(node.Open->Get()) : Attributes::None;
+    node.Lent = LendForRemoval(node.Open->Get());
     return 0;
 }
 
@@ -332,10 +339,25 @@ void TreeDeleter::Settle(NodeRef node) {
             parent.IsKept = true;
         else
             RemoveDrawer(*node);
+        if (parent.IsKept)
+            TakeBack(*node);
         node->Open = nullptr;
         --parent.Children;
         node = node->Parent;
     }
+}
+
+// What was lent of a drawer that may have stayed; one that is gone feels nothing of it.
+void TreeDeleter::TakeBack(Node& node) {
+    SharedFd open = node.Open;
+    ObjectFacts facts;
+    if (!open && node.Lent && node.Parent && node.Parent->Open) {
+        open = OpenTreeDrawer(node.Parent->Open->Get(), node.Entry.Name);
+        if (!open || !FactsOf(open->Get(), facts) || facts.Id != node.Id)
+            return;
+    }
+    if (open && node.Lent)
+        GiveBackModes(open->Get(), *std::exchange(node.Lent, {}));
 }
 
 void TreeDeleter::RemoveDrawer(Node& node) {

@@ -53,6 +53,7 @@ bool DeleteNow(const HostLock& from, const std::string& rest, const ObjectId* on
     if (!mode.Commit())
         return Refuse(ENOMEDIUM, Operation::Delete);
     const int drawer = spot.Drawer.Get();
+    const RemovalLoan loan(drawer);
     const OwnChange change(drawer);
     if (!RemoveEntry(drawer, spot))
         return Refuse(ErrorOfRemoval(errno, IsDrawerMode(spot.Facts.Mode)), Operation::Delete);

@@ -304,6 +304,23 @@ bool RenameEntry(int fromDrawer, const std::string& from, int toDrawer, const st
     return done;
 }
 
+std::optional<unsigned> LendForRemoval(int drawer) {
+    constexpr unsigned needed = S_IWUSR | S_IXUSR;
+    struct statx about {};
+    if (Host().Statx(drawer, "", AT_EMPTY_PATH, STATX_MODE | STATX_UID, &about) != 0)
+        return {};
+    const unsigned modes = about.stx_mode & PermissionBits;
+    const bool isLacking = (modes & needed) != needed && about.stx_uid == ::geteuid();
+    if (!isLacking || !IsAwaited() || Host().ChangeMode(drawer, modes | needed) != 0)
+        return {};
+    return modes;
+}
+
+void GiveBackModes(int drawer, unsigned modes) {
+    if (Host().ChangeMode(drawer, modes) != 0)
+        Host().ChangeMode(drawer, modes); // a passing trouble is over by now
+}
+
 bool IsWellClosed(int file) {
     const int copy = Host().Duplicate(file);
     return copy >= 0 && Host().Close(copy) == 0;

@@ -5,6 +5,7 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/HostLocks.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -62,6 +63,28 @@ void SyncDrawer(int drawer);
 // and all is as before.
 [[nodiscard]] bool RenameEntry(int fromDrawer, const std::string& from, int toDrawer, const std::string& to,
                                unsigned mode);
+
+// The host wants permissions of a drawer's owner before an entry of it goes, AmigaDOS only those of the
+// entry: the modes to give back when they were lent to a drawer of this user's. Nothing when none were
+// lacking or the host does not let us.
+[[nodiscard]] std::optional<unsigned> LendForRemoval(int drawer);
+void GiveBackModes(int drawer, unsigned modes);
+
+// The same while it lives.
+class RemovalLoan {
+public:
+    explicit RemovalLoan(int drawer) : Drawer(drawer), Before(LendForRemoval(drawer)) {}
+    RemovalLoan(const RemovalLoan&) = delete;
+    RemovalLoan& operator=(const RemovalLoan&) = delete;
+    ~RemovalLoan() {
+        if (Before)
+            GiveBackModes(Drawer, *Before);
+    }
+
+private:
+    int Drawer;
+    std::optional<unsigned> Before;
+};
 
 // Some disks tell of trouble only when a file is closed; false with errno.
 [[nodiscard]] bool IsWellClosed(int file);

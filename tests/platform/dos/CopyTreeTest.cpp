@@ -324,6 +324,31 @@ TEST_F(CopyTreeTest, DeletingRespectsProtectionAndFollowsNoLink) {
     EXPECT_TRUE(Tree.Exists("outside/file"));
 }
 
+// Whoever is not root meets this: the host wants permissions of the drawer, AmigaDOS the bit of the object.
+TEST_F(CopyTreeTest, ADrawerThatMayNotBeWrittenLetsItsEntriesGo) {
+    for (const char* name : {"shut/one", "shut/sub/two", "shut/kept"})
+        Tree.Write(name, "x");
+    Tree.Write("shut/kept.uaem", "----rwe- 2001-02-03 04:05:06.08 \n");
+    ::chmod(Tree.Path("shut/sub").c_str(), 0444);
+    ::chmod(Tree.Path("shut").c_str(), 0555);
+    Calls().Unlinkat = [](int drawer, const char* name, int flags) {
+        struct stat about {};
+        constexpr unsigned needed = S_IWUSR | S_IXUSR;
+        if (::fstatat(drawer, "", &about, AT_EMPTY_PATH) == 0 && (about.st_mode & needed) != needed) {
+            errno = EACCES;
+            return -1;
+        }
+        return dos::RealHost().Unlinkat(drawer, name, flags);
+    };
+    EXPECT_TRUE(dos::Delete("Test:shut/one")) << dos::IoErr();
+    EXPECT_FALSE(
+        dos::DeleteTree("Test:shut", dos::Protected::Respected, Answering(dos::TroubleAnswer::Skip)));
+    EXPECT_EQ(Troubles, (Errors{{"kept", 222}}));
+    EXPECT_EQ(NamesIn("Test:shut"), std::vector<std::string>{"kept"});
+    EXPECT_EQ(fs::status(Tree.Path("shut")).permissions(), fs::perms(0555));
+    ::chmod(Tree.Path("shut").c_str(), 0755);
+}
+
 // Whoever is not root meets this: the host tells no attribute of what its owner may not read.
 TEST_F(CopyTreeTest, WhatItsOwnerMayNotReadIsDeletedToo) {
     for (const char* name : {"tree/unread", "tree/protected"}) {
