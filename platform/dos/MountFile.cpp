@@ -5,6 +5,7 @@
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/LinkText.h"
 #include "platform/dos/MountInfo.h"
+#include "platform/dos/UserHome.h"
 #include "platform/dos/VolumeTable.h"
 #include "platform/utility/Text.h"
 
@@ -16,6 +17,7 @@
 #include <set>
 #include <sys/stat.h>
 #include <type_traits>
+#include <utility>
 
 #define TOML_EXCEPTIONS 0
 #define TOML_HEADER_ONLY 1
@@ -66,7 +68,7 @@ class MountFileReader {
 public:
     MountFileReader(MountFile& file, const std::string& home) : File(file), Home(home) {}
 
-    void ReadVolume(const toml::table& table);
+    void ReadVolume(const toml::table& table, std::size_t index);
     void ReadAssign(const toml::table& table);
     void ReadLabel(const toml::table& table);
     void ReadRoot(const toml::table& root);
@@ -178,8 +180,8 @@ bool MountFileReader::TakeName(const toml::table& table, const std::string& name
            Complain(table, "the name " + Quote(name) + " stands here twice");
 }
 
-void MountFileReader::ReadVolume(const toml::table& table) {
-    MountFileVolume row{{}, LineOf(table)};
+void MountFileReader::ReadVolume(const toml::table& table, std::size_t index) {
+    MountFileVolume row{{}, LineOf(table), index};
     VolumeInfo& volume = row.Info;
     if (!HasOnly(table, {"name", "path", "device", "names", "metadata"}) ||
         !ReadName(table, "name", volume.Volume) || !ReadName(table, "device", volume.Device) ||
@@ -241,7 +243,7 @@ void MountFileReader::ReadEach(const toml::table& root, std::string_view key, Re
             return;
         }
         if (const toml::table* table = row.as_table())
-            read(*table);
+            read(*table, i);
         else
             Complain(row, "write [[" + std::string(key) + "]] for each " + std::string(key));
     }
@@ -249,9 +251,9 @@ void MountFileReader::ReadEach(const toml::table& root, std::string_view key, Re
 
 void MountFileReader::ReadRoot(const toml::table& root) {
     static_cast<void>(HasOnly(root, {"volume", "assign", "label"})); // what is known still counts
-    ReadEach(root, "volume", [&](const toml::table& table) { ReadVolume(table); });
-    ReadEach(root, "assign", [&](const toml::table& table) { ReadAssign(table); });
-    ReadEach(root, "label", [&](const toml::table& table) { ReadLabel(table); });
+    ReadEach(root, "volume", [&](const toml::table& table, std::size_t i) { ReadVolume(table, i); });
+    ReadEach(root, "assign", [&](const toml::table& table, std::size_t) { ReadAssign(table); });
+    ReadEach(root, "label", [&](const toml::table& table, std::size_t) { ReadLabel(table); });
 }
 
 std::string FreeDevice() {
@@ -291,7 +293,7 @@ void Mount(MountFileVolume row) {
     }
     for (const std::string* name : {&volume.Volume, &volume.Device})
         if (IsKnownDevice(*name))
-            return complain("there is already a volume or assign " + Quote(*name));
+            return complain(NameIsTaken(*name));
     const std::string shown = Quote(volume.Volume) + " (" + volume.HostRoot + ")";
     if (!AddVolume(std::move(volume)))
         complain("volume " + shown + ": " + Fault(IoErr()));
@@ -318,16 +320,28 @@ std::string_view WithoutColon(std::string_view name) {
     return name.ends_with(':') ? name.substr(0, name.size() - 1) : name;
 }
 
-// The name node of the table of an array in which key is a name.
-const toml::node* FindNameNode(const toml::table& root, std::string_view array, std::string_view key,
-                               std::string_view name) {
+const toml::table* TableAt(const toml::table& root, std::string_view array, std::size_t index) {
     const toml::node* node = root.get(array);
     const toml::array* rows = node ? node->as_array() : nullptr;
+    const toml::node* row = rows ? rows->get(index) : nullptr;
+    return row ? row->as_table() : nullptr;
+}
+
+// The name of the volume that is declared there.
+const toml::node* NameNodeAt(const toml::table& root, std::size_t index) {
+    const toml::table* table = TableAt(root, "volume", index);
+    return table ? table->get("name") : nullptr;
+}
+
+// The name that the label of a volume gives.
+const toml::node* FindLabel(const toml::table& root, std::string_view own) {
+    const toml::node* node = root.get("label");
+    const toml::array* rows = node ? node->as_array() : nullptr;
     for (std::size_t i = 0; rows && i < rows->size(); ++i) {
-        const toml::table* table = rows->get(i)->as_table();
-        const toml::node* value = table ? table->get(key) : nullptr;
+        const toml::table* table = TableAt(root, "label", i);
+        const toml::node* value = table ? table->get("volume") : nullptr;
         const auto text = value ? value->value_exact<std::string>() : std::nullopt;
-        if (text && utility::Stricmp(WithoutColon(*text), name) == 0)
+        if (text && utility::Stricmp(WithoutColon(*text), own) == 0)
             return table->get("name");
     }
     return nullptr;
@@ -351,29 +365,48 @@ bool ReplaceValue(std::string& text, const toml::node& value, std::string_view n
 
 } // namespace
 
-std::optional<RelabelledText> RelabelInMountFile(std::string_view text, std::string_view current,
-                                                 std::string_view own, std::string_view name) {
+const MountFileVolume* FindDeclaration(const MountFile& file, const VolumeInfo& volume) {
+    const MountFileVolume* found = nullptr;
+    bool isOnly = true;
+    const std::string root = CleanHostPath(volume.HostRoot);
+    for (const MountFileVolume& row : file.Volumes) {
+        if (CleanHostPath(row.Info.HostRoot) != root)
+            continue;
+        const bool hasDevice = !row.Info.Device.empty();
+        if (hasDevice ? utility::Stricmp(row.Info.Device, volume.Device) == 0
+                      : utility::Stricmp(row.Info.Volume, volume.Volume) == 0)
+            return &row;
+        if (!hasDevice)
+            isOnly = std::exchange(found, &row) == nullptr;
+    }
+    return isOnly ? found : nullptr;
+}
+
+std::optional<std::string> RelabelInMountFile(std::string_view text, const MountFileVolume* declared,
+                                              std::string_view own, std::string_view name) {
+    const auto find = [&](const toml::table& root) {
+        return declared ? NameNodeAt(root, declared->Index) : FindLabel(root, own);
+    };
     const toml::parse_result before = toml::parse(text);
     if (!before)
         return {};
-    RelabelledText changed{std::string(text)};
-    const toml::node* declared = FindNameNode(before.table(), "volume", "name", current);
-    const toml::node* label = FindNameNode(before.table(), "label", "volume", own);
-    changed.IsDeclared = declared != nullptr;
-    if (declared || label) {
-        if (!ReplaceValue(changed.Text, declared ? *declared : *label, name))
+    std::string changed(text);
+    if (const toml::node* node = find(before.table())) {
+        if (!ReplaceValue(changed, *node, name))
             return {};
     } else {
-        changed.Text += text.empty() ? "" : text.ends_with('\n') ? "\n" : "\n\n";
-        changed.Text += "[[label]]\nvolume = " + AsTomlText(own) + "\nname = " + AsTomlText(name) + "\n";
+        changed += text.empty() ? "" : text.ends_with('\n') ? "\n" : "\n\n";
+        changed += "[[label]]\nvolume = " + AsTomlText(own) + "\nname = " + AsTomlText(name) + "\n";
     }
     // Whatever is odd about the file: what was meant must be what it says now.
-    const toml::parse_result after = toml::parse(changed.Text);
-    const toml::node* told = !after     ? nullptr
-                             : declared ? FindNameNode(after.table(), "volume", "name", name)
-                                        : FindNameNode(after.table(), "label", "volume", own);
+    const toml::parse_result after = toml::parse(changed);
+    const toml::node* told = after ? find(after.table()) : nullptr;
     const auto value = told ? told->value_exact<std::string>() : std::nullopt;
     return value == name ? std::optional(std::move(changed)) : std::nullopt;
+}
+
+std::string NameIsTaken(std::string_view name) {
+    return "there is already a volume or assign " + Quote(name);
 }
 
 MountFile ParseMountFile(std::string_view text, const std::string& homeDrawer) {
@@ -407,7 +440,7 @@ void ReadMountFile(const std::string& hostPath, const std::string& homeDrawer) {
 
 void ReadVolumeLabels(const std::string& hostPath) {
     const std::optional<std::string> text = ReadHostText(hostPath, LargestMountFile);
-    MountFile file = ParseMountFile(text.value_or(""), {});
+    MountFile file = ParseMountFile(text.value_or(""), HomeOfUser());
     SetVolumeLabels(std::move(file.Labels), hostPath);
     std::vector<std::string> names;
     for (const MountFileAssign& row : file.Assigns)

@@ -37,6 +37,7 @@ inline constexpr std::size_t LongestMountPath = 4096;     // bytes
 struct MountFileVolume {
     VolumeInfo Info; // Device empty: the next free one
     long Line = 0;
+    std::size_t Index = 0; // among all [[volume]]s of the file
 };
 struct MountFileAssign {
     AssignInfo Info; // Late or NonBinding; targets are paths of dos or absolute host paths
@@ -52,15 +53,18 @@ struct MountFile {
 // Looks at nothing but the text; "~" stands for the home drawer.
 [[nodiscard]] MountFile ParseMountFile(std::string_view text, const std::string& homeDrawer);
 
-// The text with another name for a volume; all else in it stays byte for byte.
-struct RelabelledText {
-    std::string Text;
-    bool IsDeclared = false; // by a [[volume]], whose name it is now; else a [[label]] tells it
-};
-// current is what the volume is called, own what it or its disk says by itself. Nothing when the text
-// is broken or cannot be changed in one place.
-[[nodiscard]] std::optional<RelabelledText> RelabelInMountFile(std::string_view text,
-                                                               std::string_view current, std::string_view own,
-                                                               std::string_view name);
+// The declaration of a volume or disk, by its place and device; of several without a device, the one of its
+// name. Null when there is none or it is not clear which.
+[[nodiscard]] const MountFileVolume* FindDeclaration(const MountFile& file, const VolumeInfo& volume);
+
+// The text with another name for a volume, in its declaration or, where that is null, in the [[label]] of its
+// own name; all else in it stays byte for byte. Nothing when the text is broken or cannot be changed in one
+// place.
+[[nodiscard]] std::optional<std::string> RelabelInMountFile(std::string_view text,
+                                                            const MountFileVolume* declared,
+                                                            std::string_view own, std::string_view name);
+
+// The complaint about a name that cannot be given.
+[[nodiscard]] std::string NameIsTaken(std::string_view name);
 
 } // namespace dos

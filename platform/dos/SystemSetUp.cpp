@@ -124,8 +124,7 @@ bool MakeSystemDrawer(const std::string& skeleton, const std::string& drawer) {
 
 bool Add(VolumeInfo volume) {
     const std::string root = volume.HostRoot;
-    volume.Volume = LabelOf(volume.Volume);
-    return AddVolume(std::move(volume)) || Fail("The drawer " + root + " cannot be used", IoErr());
+    return AddSystemVolume(std::move(volume)) || Fail("The drawer " + root + " cannot be used", IoErr());
 }
 
 bool MakeVolumes(const SystemDrawers& drawers, const UserDrawers& user) {

@@ -15,8 +15,10 @@ namespace dos {
 
 struct Volume {
     VolumeInfo Info;
-    std::string RealRoot;  // HostRoot without links
-    std::string SlowMount; // the mount point that may not answer; empty for a disk that does
+    std::string RealRoot;    // HostRoot without links
+    std::string SlowMount;   // the mount point that may not answer; empty for a disk that does
+    std::string Own{};       // what the system or the disk calls it, whatever it is called now
+    bool IsOfSystem = false; // by AddSystemVolume: no declaration is about it
 };
 using VolumeRef = std::shared_ptr<const Volume>;
 
@@ -35,19 +37,21 @@ struct VolumeLabel {
     std::string Volume;
     std::string Name;
 };
-// The labels for disks and for MakeVolumes from now on, and the host path of the mounts.toml that
+// The labels for disks and for AddSystemVolume from now on, and the host path of the mounts.toml that
 // keeps them.
 void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFile);
 // That host path; empty when nothing keeps them.
 [[nodiscard]] std::string LabelFile();
-// The label of a volume; its own name where it has none.
-[[nodiscard]] std::string LabelOf(const std::string& ownName);
+
+// AddVolume for a volume of the system itself: it is called by its label where that is free, and
+// SetUpProblem tells where it is not.
+[[nodiscard]] bool AddSystemVolume(VolumeInfo volume);
 
 // No disk takes one of these names: assigns are to have them, which may come after it.
 void KeepNamesFree(std::vector<std::string> names);
 
 // Gives the disk that is mounted at the declared root, now or later, the declared name if that is free, and
-// its rules.
+// its rules. SetUpProblem tells of a name that is not.
 void DeclareDisk(VolumeInfo declared);
 
 // Gives the paths of all assigns that begin with the name of a volume its new name.

@@ -8,6 +8,7 @@
 #include "platform/dos/Limits.h"
 #include "platform/dos/MountFile.h"
 #include "platform/dos/MountInfo.h"
+#include "platform/dos/UserHome.h"
 #include "platform/dos/VolumeTable.h"
 #include "platform/utility/Text.h"
 
@@ -34,23 +35,35 @@ struct PastDisk {
     std::string Volume;
 };
 
-// A disk together with its label, which its volume name may not be.
-struct MountedDisk {
-    VolumeRef Ref;
-    std::string Label;
+// A disk of which the user has declared something, mounted or not.
+struct DeclaredDisk {
+    VolumeInfo Info;        // name, root and rules count
+    bool IsRefused = false; // the name was taken when the disk was mounted
+};
+
+// What went wrong, for a person; texts without measure are only counted out.
+struct ProblemList {
+    std::string Text;
+    std::size_t More = 0; // that Text has no room for
+
+    void Add(const std::string& problem) {
+        if (Text.size() + problem.size() > LargestProblem)
+            ++More;
+        else
+            Text += (Text.empty() ? "" : "\n") + problem;
+    }
 };
 
 struct Table {
-    std::vector<VolumeRef> Fixed;     // made at set-up or by AddVolume, in that order
-    std::vector<MountedDisk> Disks;   // mounted by the host, made from SeenMounts
-    std::vector<PastDisk> Past;       // the last of them at the end
-    std::vector<VolumeInfo> Declared; // of disks, mounted or not: name, root and rules
+    std::vector<VolumeRef> Fixed; // made at set-up or by AddVolume, in that order
+    std::vector<VolumeRef> Disks; // mounted by the host, made from SeenMounts
+    std::vector<PastDisk> Past;   // the last of them at the end
+    std::vector<DeclaredDisk> Declared;
     MountRows SeenMounts;
     std::vector<VolumeLabel> Labels;
     std::vector<std::string> KeptFree; // names of assigns, made or not
     std::string MountFile;             // host path; keeps the labels
-    std::string Problem;
-    std::size_t MoreProblems = 0; // that Problem has no room for
+    ProblemList Problems;
 };
 
 struct TableState : Table {
@@ -87,9 +100,8 @@ VolumeRef HostRootVolume() {
 
 template <typename Test>
 bool AnyVolume(const TableState& state, Test test) {
-    const auto ofDisk = [&](const MountedDisk& disk) { return test(*disk.Ref); };
-    return std::ranges::any_of(state.Fixed, [&](const VolumeRef& volume) { return test(*volume); }) ||
-           std::ranges::any_of(state.Disks, ofDisk);
+    const auto passes = [&](const VolumeRef& volume) { return test(*volume); };
+    return std::ranges::any_of(state.Fixed, passes) || std::ranges::any_of(state.Disks, passes);
 }
 
 // Names that other handlers answer to, now or later.
@@ -111,11 +123,11 @@ bool IsTaken(const TableState& state, std::string_view name) {
 }
 
 // A mounted disk keeps its record, and so its names, as long as it stays.
-const MountedDisk* KeptDisk(const std::vector<MountedDisk>& old, const VolumeInfo& info) {
-    for (const MountedDisk& disk : old)
-        if (disk.Ref->Info.HostRoot == info.HostRoot && disk.Ref->Info.MountSource == info.MountSource &&
-            disk.Label == info.Volume)
-            return &disk;
+VolumeRef KeptDisk(const std::vector<VolumeRef>& old, const VolumeInfo& info) {
+    for (const VolumeRef& disk : old)
+        if (disk->Info.HostRoot == info.HostRoot && disk->Info.MountSource == info.MountSource &&
+            disk->Own == info.Volume)
+            return disk;
     return nullptr;
 }
 
@@ -171,15 +183,15 @@ void GiveNames(const TableState& state, VolumeInfo& info) {
     GiveVolume(state, info);
 }
 
-void RememberGone(TableState& state, const std::vector<MountedDisk>& old) {
-    for (const MountedDisk& disk : old) {
-        const VolumeInfo& info = disk.Ref->Info;
-        if (std::ranges::any_of(state.Disks, [&](const MountedDisk& now) { return now.Ref == disk.Ref; }))
+void RememberGone(TableState& state, const std::vector<VolumeRef>& old) {
+    for (const VolumeRef& disk : old) {
+        const VolumeInfo& info = disk->Info;
+        if (std::ranges::find(state.Disks, disk) != state.Disks.end())
             continue;
         std::erase_if(state.Past, [&](const PastDisk& past) {
-            return past.Source == info.MountSource && past.Label == disk.Label;
+            return past.Source == info.MountSource && past.Label == disk->Own;
         });
-        state.Past.push_back({info.MountSource, disk.Label, info.Device, info.Volume});
+        state.Past.push_back({info.MountSource, disk->Own, info.Device, info.Volume});
     }
     if (std::ssize(state.Past) > MostPastDisks)
         state.Past.erase(state.Past.begin(), state.Past.end() - MostPastDisks);
@@ -188,32 +200,32 @@ void RememberGone(TableState& state, const std::vector<MountedDisk>& old) {
 // A network may have been mounted over a volume's drawer, or taken away from it.
 void RefreshFixed(TableState& state, const std::vector<MountRow>& rows) {
     for (VolumeRef& volume : state.Fixed) {
-        std::string slow = SlowMountOf(rows, volume->RealRoot);
-        if (slow != volume->SlowMount)
-            volume = std::make_shared<const Volume>(Volume{volume->Info, volume->RealRoot, std::move(slow)});
+        Volume changed = *volume;
+        changed.SlowMount = SlowMountOf(rows, volume->RealRoot);
+        if (changed.SlowMount != volume->SlowMount)
+            volume = std::make_shared<const Volume>(std::move(changed));
     }
 }
 
 // What the user has declared of a disk counts.
-void Obey(const TableState& state, VolumeInfo& info) {
-    for (const VolumeInfo& declared : state.Declared) {
-        if (declared.HostRoot != info.HostRoot)
+void Obey(TableState& state, VolumeInfo& info) {
+    for (DeclaredDisk& declared : state.Declared) {
+        if (declared.Info.HostRoot != info.HostRoot)
             continue;
-        info.Names = declared.Names;
-        info.Metadata = declared.Metadata;
-        if (!IsTaken(state, declared.Volume))
-            info.Volume = LabelIn(state.Labels, declared.Volume);
+        info.Names = declared.Info.Names;
+        info.Metadata = declared.Info.Metadata;
+        declared.IsRefused = IsTaken(state, declared.Info.Volume);
+        if (!declared.IsRefused)
+            info.Volume = declared.Info.Volume;
     }
 }
 
 void AddDisk(TableState& state, VolumeInfo info, const std::vector<MountRow>& rows) {
-    std::string label = info.Volume;
+    Volume disk{{}, info.HostRoot, SlowMountOf(rows, info.HostRoot), info.Volume};
     GiveNames(state, info);
     Obey(state, info);
-    const std::string root = info.HostRoot;
-    state.Disks.push_back(
-        {std::make_shared<const Volume>(Volume{std::move(info), root, SlowMountOf(rows, root)}),
-         std::move(label)});
+    disk.Info = std::move(info);
+    state.Disks.push_back(std::make_shared<const Volume>(std::move(disk)));
 }
 
 // Takes what the host has mounted meanwhile into the table. The guard is held.
@@ -223,23 +235,23 @@ void RefreshDisks(TableState& state) {
         return;
     state.SeenMounts = rows;
     RefreshFixed(state, *rows);
-    const std::vector<MountedDisk> old = std::move(state.Disks);
+    const std::vector<VolumeRef> old = std::move(state.Disks);
     state.Disks.clear();
     std::vector<VolumeInfo> newDisks;
     for (VolumeInfo& info : DisksOf(*rows)) {
         if (std::ranges::any_of(state.Fixed,
                                 [&](const VolumeRef& volume) { return volume->RealRoot == info.HostRoot; }))
             continue;
-        const MountedDisk* kept = KeptDisk(old, info);
+        const VolumeRef kept = KeptDisk(old, info);
         if (!kept) {
             newDisks.push_back(std::move(info));
             continue;
         }
-        state.Disks.push_back(*kept);
-        if (kept->Ref->Info.WriteProtected != info.WriteProtected) { // mounted anew in place
-            Volume changed = *kept->Ref;
+        state.Disks.push_back(kept);
+        if (kept->Info.WriteProtected != info.WriteProtected) { // mounted anew in place
+            Volume changed = *kept;
             changed.Info.WriteProtected = info.WriteProtected;
-            state.Disks.back().Ref = std::make_shared<const Volume>(std::move(changed));
+            state.Disks.back() = std::make_shared<const Volume>(std::move(changed));
         }
     }
     RememberGone(state, old);
@@ -249,8 +261,7 @@ void RefreshDisks(TableState& state) {
 
 std::vector<VolumeRef> AllVolumes(const TableState& state) {
     std::vector<VolumeRef> all = state.Fixed;
-    for (const MountedDisk& disk : state.Disks)
-        all.push_back(disk.Ref);
+    all.insert(all.end(), state.Disks.begin(), state.Disks.end());
     return all;
 }
 
@@ -272,22 +283,12 @@ bool Fail(long error) {
 // A volume that is to be called otherwise.
 struct Renaming {
     VolumeRef Before;
-    std::string Own{}; // what the disk or the system calls it
-    std::string MountFile{};
-    std::string Now{}; // where the file wishes it
+    std::string Now;
 };
 
-// The name by which a volume of the system is known to its label.
-std::string OwnNameIn(const TableState& state, const std::string& name) {
-    for (const VolumeLabel& label : state.Labels)
-        if (SameName(label.Name, name))
-            return label.Volume;
-    return name;
-}
-
 // False with IoErr when there is no such volume or it cannot have the name.
-bool FindRenaming(std::string_view name, std::string_view newName, Renaming& found) {
-    found.Before = FindVolume(name);
+bool FindRenaming(std::string_view name, const std::string& newName, Renaming& found) {
+    found = {FindVolume(name), newName};
     if (!found.Before)
         return Fail(ErrorDeviceNotMounted);
     if (!IsDeviceText(newName) || FitVolumeName(newName) != newName)
@@ -298,28 +299,43 @@ bool FindRenaming(std::string_view name, std::string_view newName, Renaming& fou
     const std::lock_guard hold(state.Guard);
     if (!SameName(found.Before->Info.Volume, newName) && IsTaken(state, newName))
         return Fail(ErrorObjectExists);
-    found.MountFile = state.MountFile;
-    found.Own = OwnNameIn(state, found.Before->Info.Volume);
-    for (const MountedDisk& disk : state.Disks)
-        if (disk.Ref == found.Before)
-            found.Own = disk.Label;
     return true;
 }
 
+// The declaration of a volume. Null when it has none, or when it shares its place with another and the
+// declaration tells by neither device nor name which one it means.
+const MountFileVolume* DeclarationOf(const TableState& state, const MountFile& file, const Volume& volume) {
+    const MountFileVolume* row = volume.IsOfSystem ? nullptr : FindDeclaration(file, volume.Info);
+    if (!row || !row->Info.Device.empty() || SameName(row->Info.Volume, volume.Info.Volume))
+        return row;
+    const auto isThere = [&](const VolumeRef& each) { return each->RealRoot == volume.RealRoot; };
+    return std::ranges::count_if(state.Fixed, isThere) <= 1 ? row : nullptr;
+}
+
 // Remembers the name in the mount file; false with IoErr.
-bool KeepName(const Renaming& renaming, std::string_view name, bool& isDeclared) {
-    if (renaming.MountFile.empty())
+bool KeepName(const Renaming& renaming, bool& isDeclared) {
+    const std::string path = LabelFile();
+    if (path.empty())
         return Fail(ErrorActionNotKnown);
-    const auto text = ReadHostText(renaming.MountFile, LargestMountFile);
+    const auto text = ReadHostText(path, LargestMountFile);
     if (!text && errno != ENOENT)
         return Fail(ErrorFromErrno(errno, Operation::Read));
-    const auto changed =
-        RelabelInMountFile(text.value_or(""), renaming.Before->Info.Volume, renaming.Own, name);
+    const std::string home = HomeOfUser();
+    const MountFile file = ParseMountFile(text.value_or(""), home);
+    const MountFileVolume* declared = nullptr;
+    {
+        TableState& state = State();
+        const std::lock_guard hold(state.Guard);
+        declared = DeclarationOf(state, file, *renaming.Before);
+    }
+    const auto changed = RelabelInMountFile(text.value_or(""), declared, renaming.Before->Own, renaming.Now);
     if (!changed)
         return Fail(ErrorObjectWrongType);
-    isDeclared = changed->IsDeclared;
-    return ReplaceHostText(renaming.MountFile, changed->Text) ||
-           Fail(ErrorFromErrno(errno, Operation::Write));
+    // Another declaration, of a disk that is not mounted, may have the name.
+    if (ParseMountFile(*changed, home).Problems.size() > file.Problems.size())
+        return Fail(ErrorObjectExists);
+    isDeclared = declared != nullptr;
+    return ReplaceHostText(path, *changed) || Fail(ErrorFromErrno(errno, Operation::Write));
 }
 
 void PutLabel(TableState& state, const std::string& own, std::string_view name) {
@@ -327,52 +343,78 @@ void PutLabel(TableState& state, const std::string& own, std::string_view name) 
     state.Labels.push_back({own, std::string(name)});
 }
 
-void PutName(TableState& state, const Renaming& renaming, std::string_view name) {
+void PutName(TableState& state, const Renaming& renaming) {
     Volume changed = *renaming.Before;
-    changed.Info.Volume = name;
-    const auto now = std::make_shared<const Volume>(std::move(changed));
+    changed.Info.Volume = renaming.Now;
+    const VolumeRef now = std::make_shared<const Volume>(std::move(changed));
     std::ranges::replace(state.Fixed, renaming.Before, now);
-    for (MountedDisk& disk : state.Disks)
-        if (disk.Ref == renaming.Before)
-            disk.Ref = now;
-    for (VolumeInfo& declared : state.Declared)
-        if (SameName(declared.Volume, renaming.Before->Info.Volume))
-            declared.Volume = name;
+    const auto disk = std::ranges::find(state.Disks, renaming.Before);
+    if (disk == state.Disks.end())
+        return;
+    *disk = now;
+    for (DeclaredDisk& declared : state.Declared)
+        if (declared.Info.HostRoot == now->Info.HostRoot)
+            declared.Info.Volume = renaming.Now;
 }
 
-// What mounts.toml calls a volume that it declares; null when it does not tell which one it means.
-const std::string* DeclaredName(const TableState& state, const MountFile& file, const VolumeInfo& info) {
-    const auto isAt = [&info](const auto& each) { return each->Info.HostRoot == info.HostRoot; };
-    const bool isAlone = std::ranges::count_if(state.Fixed, isAt) <= 1;
-    for (const MountFileVolume& row : file.Volumes)
-        if (row.Info.HostRoot == info.HostRoot &&
-            (row.Info.Device.empty() ? isAlone : SameName(row.Info.Device, info.Device)))
-            return &row.Info.Volume;
-    return nullptr;
+// What disks will be called that are mounted after the file was changed.
+void PutNamesOfDisksToCome(TableState& state, const MountFile& file) {
+    for (DeclaredDisk& declared : state.Declared)
+        if (const MountFileVolume* row = FindDeclaration(file, declared.Info))
+            declared.Info.Volume = row->Info.Volume;
+    for (PastDisk& past : state.Past)
+        if (const std::string& name = LabelIn(file.Labels, past.Label);
+            name != LabelIn(state.Labels, past.Label))
+            past.Volume = name;
 }
 
 // The volumes that mounts.toml calls otherwise than it did.
 std::vector<Renaming> WishedNames(const TableState& state, const MountFile& file) {
     std::vector<Renaming> wishes;
-    const auto wish = [&](const VolumeRef& volume, const std::string& own) {
-        const std::string& now = LabelIn(file.Labels, own);
-        if (now != LabelIn(state.Labels, own))
-            wishes.push_back({.Before = volume, .Own = own, .Now = now});
-    };
-    for (const VolumeRef& volume : state.Fixed) {
-        if (const std::string* declared = DeclaredName(state, file, volume->Info))
-            wishes.push_back({.Before = volume, .Now = *declared});
-        else
-            wish(volume, OwnNameIn(state, volume->Info.Volume));
-    }
-    for (const MountedDisk& disk : state.Disks) {
-        const auto isTwin = [&disk](const MountedDisk& each) { return SameName(each.Label, disk.Label); };
-        if (const std::string* declared = DeclaredName(state, file, disk.Ref->Info))
-            wishes.push_back({.Before = disk.Ref, .Now = LabelIn(file.Labels, *declared)});
-        else if (std::ranges::count_if(state.Disks, isTwin) == 1)
-            wish(disk.Ref, disk.Label);
+    for (const VolumeRef& volume : AllVolumes(state)) {
+        const auto isTwin = [&](const VolumeRef& each) {
+            return each != volume && SameName(each->Own, volume->Own);
+        };
+        const bool isDisk = std::ranges::find(state.Disks, volume) != state.Disks.end();
+        const std::string& label = LabelIn(file.Labels, volume->Own);
+        if (const MountFileVolume* declared = DeclarationOf(state, file, *volume))
+            wishes.push_back({volume, declared->Info.Volume});
+        else if (label != LabelIn(state.Labels, volume->Own) &&
+                 !(isDisk && std::ranges::any_of(state.Disks, isTwin)))
+            wishes.push_back({volume, label});
     }
     return wishes;
+}
+
+bool AddFixed(Volume volume) {
+    VolumeInfo& info = volume.Info;
+    if (!IsDeviceText(info.Device) || !IsDeviceText(info.Volume) || !info.HostRoot.starts_with('/'))
+        return Fail(ErrorInvalidComponentName);
+    const MountRows rows = Mounts();
+    const std::string slow = SlowMountOf(*rows, info.HostRoot);
+    volume.RealRoot = RealDrawer(info.HostRoot, slow);
+    if (volume.RealRoot.empty() && slow.empty())
+        return false;
+    if (volume.RealRoot.empty()) // a disk that does not answer now may do so later
+        volume.RealRoot = info.HostRoot;
+    volume.SlowMount = SlowMountOf(*rows, volume.RealRoot);
+    if (const MountRow* row = MountOf(*rows, volume.RealRoot))
+        DescribeFileSystem(info, *row);
+    volume.Own = info.Volume;
+    TableState& state = State();
+    const std::lock_guard hold(state.Guard);
+    if (HasDevice(state, info.Device) || SameName(info.Device, "NIL") || SameName(info.Device, "CON") ||
+        SameName(info.Device, "PROGDIR"))
+        return Fail(ErrorObjectExists);
+    if (const std::string& name = LabelIn(state.Labels, volume.Own); volume.IsOfSystem) {
+        if (IsTaken(state, name))
+            state.Problems.Add("mounts.toml: " + volume.Own + ": " + NameIsTaken(name));
+        else
+            info.Volume = name;
+    }
+    state.Fixed.push_back(std::make_shared<const Volume>(std::move(volume)));
+    state.SeenMounts.reset();
+    return true;
 }
 
 } // namespace
@@ -387,12 +429,10 @@ VolumeRef FindVolume(std::string_view name) {
     const std::lock_guard hold(state.Guard);
     RefreshDisks(state);
     for (const auto field : {&VolumeInfo::Device, &VolumeInfo::Volume}) {
-        for (const VolumeRef& volume : state.Fixed)
-            if (SameName(volume->Info.*field, name))
-                return field == &VolumeInfo::Volume && IsAssign(name) ? nullptr : volume;
-        for (const MountedDisk& disk : state.Disks)
-            if (SameName(disk.Ref->Info.*field, name))
-                return field == &VolumeInfo::Volume && IsAssign(name) ? nullptr : disk.Ref;
+        for (const auto* volumes : {&state.Fixed, &state.Disks})
+            for (const VolumeRef& volume : *volumes)
+                if (SameName(volume->Info.*field, name))
+                    return field == &VolumeInfo::Volume && IsAssign(name) ? nullptr : volume;
     }
     return nullptr;
 }
@@ -413,8 +453,8 @@ VolumeRef VolumeOfHostPath(std::string_view hostPath) {
     std::size_t bestLength = 0;
     for (const VolumeRef& volume : state.Fixed)
         TakeDeeper(volume, hostPath, best, bestLength);
-    for (const MountedDisk& disk : state.Disks)
-        TakeDeeper(disk.Ref, hostPath, best, bestLength);
+    for (const VolumeRef& disk : state.Disks)
+        TakeDeeper(disk, hostPath, best, bestLength);
     return best ? best : HostRootVolume();
 }
 
@@ -430,18 +470,20 @@ void ResetVolumeTable() {
 void AddSetUpProblem(const std::string& text) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    if (state.Problem.size() + text.size() > LargestProblem)
-        ++state.MoreProblems;
-    else
-        state.Problem += (state.Problem.empty() ? "" : "\n") + text;
+    state.Problems.Add(text);
 }
 
 std::string SetUpProblem() {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    if (state.MoreProblems == 0)
-        return state.Problem;
-    return state.Problem + "\nand " + std::to_string(state.MoreProblems) + " more";
+    RefreshDisks(state);
+    ProblemList problems = state.Problems;
+    for (const DeclaredDisk& declared : state.Declared)
+        if (declared.IsRefused)
+            problems.Add("mounts.toml: " + declared.Info.HostRoot + ": " + NameIsTaken(declared.Info.Volume));
+    if (problems.More == 0)
+        return problems.Text;
+    return problems.Text + "\nand " + std::to_string(problems.More) + " more";
 }
 
 std::vector<VolumeInfo> Volumes() {
@@ -473,27 +515,12 @@ std::vector<VolumeInfo> EmptyDrives() {
     return drives;
 }
 
-bool AddVolume(VolumeInfo info) {
-    if (!IsDeviceText(info.Device) || !IsDeviceText(info.Volume) || !info.HostRoot.starts_with('/'))
-        return Fail(ErrorInvalidComponentName);
-    const MountRows rows = Mounts();
-    std::string slow = SlowMountOf(*rows, info.HostRoot);
-    std::string real = RealDrawer(info.HostRoot, slow);
-    if (real.empty() && slow.empty())
-        return false;
-    if (real.empty()) // a disk that does not answer now may do so later
-        real = info.HostRoot;
-    slow = SlowMountOf(*rows, real);
-    if (const MountRow* row = MountOf(*rows, real))
-        DescribeFileSystem(info, *row);
-    TableState& state = State();
-    const std::lock_guard hold(state.Guard);
-    if (HasDevice(state, info.Device) || SameName(info.Device, "NIL") || SameName(info.Device, "CON") ||
-        SameName(info.Device, "PROGDIR"))
-        return Fail(ErrorObjectExists);
-    state.Fixed.push_back(std::make_shared<const Volume>(Volume{std::move(info), real, slow}));
-    state.SeenMounts.reset();
-    return true;
+bool AddVolume(VolumeInfo volume) {
+    return AddFixed({.Info = std::move(volume), .RealRoot = {}, .SlowMount = {}});
+}
+
+bool AddSystemVolume(VolumeInfo volume) {
+    return AddFixed({.Info = std::move(volume), .RealRoot = {}, .SlowMount = {}, .IsOfSystem = true});
 }
 
 void KeepNamesFree(std::vector<std::string> names) {
@@ -506,7 +533,7 @@ void KeepNamesFree(std::vector<std::string> names) {
 void DeclareDisk(VolumeInfo declared) {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
-    state.Declared.push_back(std::move(declared));
+    state.Declared.push_back({std::move(declared)});
     state.Disks.clear(); // to be made anew
     state.SeenMounts.reset();
 }
@@ -528,12 +555,6 @@ void SetVolumeLabels(std::vector<VolumeLabel> labels, const std::string& mountFi
     state.MountFile = mountFile;
 }
 
-std::string LabelOf(const std::string& ownName) {
-    TableState& state = State();
-    const std::lock_guard hold(state.Guard);
-    return LabelIn(state.Labels, ownName);
-}
-
 std::string LabelFile() {
     TableState& state = State();
     const std::lock_guard hold(state.Guard);
@@ -542,20 +563,22 @@ std::string LabelFile() {
 
 std::vector<VolumeRename> TakeNewNames() {
     const auto text = ReadHostText(LabelFile(), LargestMountFile);
-    MountFile file = ParseMountFile(text.value_or(""), {});
+    MountFile file = ParseMountFile(text.value_or(""), HomeOfUser());
     std::vector<VolumeRename> taken;
     if (!text || !file.Problems.empty())
         return taken;
     {
         TableState& state = State();
         const std::lock_guard hold(state.Guard);
+        RefreshDisks(state);
         for (const Renaming& wish : WishedNames(state, file)) {
             const std::string& before = wish.Before->Info.Volume;
             if (before == wish.Now || (!SameName(before, wish.Now) && IsTaken(state, wish.Now)))
                 continue;
-            PutName(state, wish, wish.Now);
+            PutName(state, wish);
             taken.push_back({before, wish.Now});
         }
+        PutNamesOfDisksToCome(state, file);
         state.Labels = std::move(file.Labels);
     }
     for (const VolumeRename& each : taken)
@@ -568,14 +591,14 @@ bool Relabel(std::string_view volume, std::string_view name) {
         volume.remove_suffix(1);
     Renaming renaming;
     bool isDeclared = false;
-    if (!FindRenaming(volume, name, renaming) || !KeepName(renaming, name, isDeclared))
+    if (!FindRenaming(volume, std::string(name), renaming) || !KeepName(renaming, isDeclared))
         return false;
     {
         TableState& state = State();
         const std::lock_guard hold(state.Guard);
-        PutName(state, renaming, name);
+        PutName(state, renaming);
         if (!isDeclared)
-            PutLabel(state, renaming.Own, name);
+            PutLabel(state, renaming.Before->Own, name);
     }
     RenameInAssigns(renaming.Before->Info.Volume, name);
     TellDiskWatches();

@@ -144,6 +144,37 @@ TEST_F(DiskEventsTest, WhatIsDeclaredOfADiskCountsWheneverItIsMounted) {
     EXPECT_EQ(dos::Volumes().size(), 2u);
 }
 
+TEST_F(DiskEventsTest, DeclarationIsThatOfItsPlaceAndNotOfItsName) {
+    const std::string absent = Row(3, "/dev/loop8", "place"), other = Row(4, "/dev/loop7", "other/Data");
+    const std::string declared = "[[volume]]\nname = \"Data\"\npath = \"" + Tree.Path("place") + "\"\n";
+    Tree.Write("mounts.toml", declared);
+    Tree.Write("place/file", "");
+    const auto start = [&](const std::string& mounted) {
+        Mount(mounted);
+        dos::ReadVolumeLabels(Tree.Path("mounts.toml"));
+        dos::ReadMountFile(Tree.Path("mounts.toml"), "");
+    };
+    start(absent);
+    Mount(other + Disk);
+    EXPECT_FALSE(dos::Relabel("Data", "Host"));
+    ASSERT_TRUE(dos::Relabel("Data", "Mine"));
+    EXPECT_EQ(Tree.Read("mounts.toml"), declared + "\n[[label]]\nvolume = \"Data\"\nname = \"Mine\"\n");
+    Mount(other + absent);
+    EXPECT_EQ(Find("Data:file"), "Data:file");
+    dos::ResetVolumeTable();
+    start(other + absent);
+    EXPECT_EQ(Find("Data:file"), "Data:file");
+    EXPECT_EQ(Find("Mine:"), "Mine:");
+    EXPECT_EQ(dos::SetUpProblem(), "");
+    ASSERT_TRUE(dos::Relabel("Data", "New"));
+    Tree.Write("mounts.toml", declared);
+    dos::ResetVolumeTable();
+    start(other + absent);
+    EXPECT_EQ(Find("Data:file"), "error 205") << "the other disk came first";
+    EXPECT_EQ(dos::SetUpProblem(),
+              "mounts.toml: " + Tree.Path("place") + ": there is already a volume or assign \"Data\"");
+}
+
 TEST_F(DiskEventsTest, RelabelledDiskIsToldAndKeepsItsNameWhenItComesBack) {
     dos::SetVolumeLabels({}, Tree.Path("mounts.toml"));
     Mount(Disk);
@@ -188,9 +219,18 @@ TEST_F(DiskEventsTest, NamesThatAnotherProcessGivesAreTakenWhenTheyAreAskedFor) 
     EXPECT_EQ(Find("Games:file"), "New:file");
     EXPECT_EQ(Find("Yours:"), "Yours:");
     EXPECT_TRUE(dos::TakeNewNames().empty());
+    Tree.Write("mounts.toml", label("Amiga", "New") + label("Other", "Foo"));
+    ASSERT_EQ(dos::TakeNewNames().size(), 1u);
+    EXPECT_EQ(Find("Host:"), "Host:") << "a label that was refused is not that of who has the name";
+    EXPECT_EQ(Find("Foo:"), "Foo:");
     Tree.Write("mounts.toml", "[[label]");
     EXPECT_TRUE(dos::TakeNewNames().empty()) << "a broken file takes no name away";
     EXPECT_EQ(Find("New:file"), "New:file");
+    Mount("");
+    Tree.Write("mounts.toml", label("Amiga", "Newer"));
+    EXPECT_TRUE(dos::TakeNewNames().empty());
+    Mount(Disk);
+    EXPECT_EQ(Find("IDF0:file"), "Newer:file") << "edited while it was away";
 }
 
 TEST_F(DiskEventsTest, BurstIsOneSignalAndMountsOfTheSystemAreNone) {

@@ -198,6 +198,34 @@ TEST_F(VolumesTest, RelabelledVolumesAreCalledSoFromThenOn) {
     EXPECT_EQ(Tree.Read("dotfiles"), "label = 7\n");
 }
 
+TEST_F(VolumesTest, NamesThatAreEditedGoToThePlaceTheyStandBy) {
+    const std::string file = "home/config/solvane/mounts.toml";
+    const auto row = [](const std::string& name, const std::string& rest) {
+        return "[[volume]]\nname = \"" + name + "\"\npath = " + rest + "\n";
+    };
+    const std::string rest = "[[assign]]\nname = \"Mine\"\npath = \"~\"\n"
+                             "[[label]]\nvolume = \"Home\"\nname = \"Host\"\n";
+    for (const char* drawer : {"home/a", "home/b"})
+        Tree.Drawer(drawer);
+    const auto mounts = [&](const std::string& a, const std::string& b, const std::string& c) {
+        return row(a, "\"~/a/\"") + row(b, "\"~/b/\"\ndevice = \"B0\"") + row(c, "\"~/b\"") + rest;
+    };
+    Tree.Write(file, mounts("A", "B", "Third"));
+    ASSERT_TRUE(Begin());
+    EXPECT_EQ(dos::SetUpProblem(), "mounts.toml: Host: there is already a volume or assign \"Host\"");
+    EXPECT_EQ(Find("DH2:"), "DH2:");
+    Tree.Write(file, mounts("A2", "B2", "Fourth") + row("Not yet", "\"~\""));
+    std::vector<std::string> taken;
+    for (const dos::VolumeRename& each : dos::TakeNewNames())
+        taken.push_back(each.Before + " " + each.Now);
+    EXPECT_EQ(taken, (std::vector<std::string>{"A A2", "B B2"})) << "Third: is not alone at its place";
+    for (const auto& [before, now] : {std::pair{"A2", "A3"}, {"B2", "B3"}})
+        EXPECT_TRUE(dos::Relabel(before, now)) << before;
+    EXPECT_FALSE(dos::Relabel("A3", "Not yet"));
+    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Tree.Read(file), mounts("A3", "B3", "Fourth") + row("Not yet", "\"~\""));
+}
+
 TEST_F(VolumesTest, BrokenMountFileLeavesTheRestAtWork) {
     Tree.Write("home/config/solvane/mounts.toml", "[[volume]]\nname = \"Work\npath");
     ASSERT_TRUE(Begin());
