@@ -82,11 +82,11 @@ int ChangeAll(Context& context, const dos::ArgResults& arguments, std::string_vi
               Order order = Order::DrawersFirst) {
     const Depth depth = arguments.Flag("ALL") ? Depth::All : Depth::Objects;
     const bool isQuiet = arguments.Flag("QUIET") || done.empty();
-    const Visit visit = [&](const Found& object) {
+    const Visit visit = [&](const Found& object) -> Outcome {
         if (IsLink(object))
             return ReturnOk;
         if (!change(object))
-            return Complain(context, object.Text);
+            return FailedChange(context, object.Text);
         if (!isQuiet && (depth == Depth::All || object.Data))
             PrintLine(context, Shown(context, object.Text).append(done));
         return ReturnOk;

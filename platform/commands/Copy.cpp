@@ -137,7 +137,7 @@ private:
         control.Trouble = [&](const dos::TreeTrouble& trouble) {
             dos::SetIoErr(trouble.Error);
             Raise(Complain(Where, trouble.Path.empty() ? text : JoinText(text, trouble.Path)));
-            IsOver = ConcernsDisk(trouble.Error);
+            IsOver = IsOver || ConcernsDisk(trouble.Error);
             return IsOver ? dos::TroubleAnswer::Abort : dos::TroubleAnswer::Skip;
         };
         control.Conflict = [&](const dos::TreeConflict& conflict) {
@@ -172,7 +172,7 @@ private:
     bool Trouble(const std::string& text) {
         if (dos::IoErr() == dos::ErrorBreak)
             return false;
-        IsOver = ConcernsDisk(dos::IoErr());
+        IsOver = IsOver || ConcernsDisk(dos::IoErr());
         Raise(Complain(Where, text));
         return !IsOver;
     }

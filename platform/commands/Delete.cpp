@@ -1,4 +1,6 @@
 // Delete: files, drawers and, with ALL, what is in them. A link is removed itself, never what it leads to.
+// What fails is told and the rest goes on, but nothing more is begun once a disk is gone or not to be
+// written.
 #include "platform/commands/Runs.h"
 #include "platform/commands/Walk.h"
 #include "platform/dos/Changes.h"
@@ -35,17 +37,17 @@ int Missing(Context& context, const Found& object) {
     return code == ReturnError ? ReturnWarn : code;
 }
 
-int DeleteOne(Context& context, const DeleteOptions& options, const Found& object) {
+Outcome DeleteOne(Context& context, const DeleteOptions& options, const Found& object) {
     if (!Remove(object, options.IsForced))
-        return IsMissing(object) ? Missing(context, object) : Complain(context, object.Text);
+        return IsMissing(object) ? Missing(context, object) : FailedChange(context, object.Text);
     if (!options.IsQuiet)
         PrintLine(context, Shown(context, object.Text) + "  Deleted");
     return ReturnOk;
 }
 
 // An object with all that is in it. What could not be removed is told of and stays.
-int DeleteAll(Context& context, const DeleteOptions& options, const Found& object) {
-    int code = ReturnOk;
+Outcome DeleteAll(Context& context, const DeleteOptions& options, const Found& object) {
+    Outcome outcome = ReturnOk;
     const auto textOf = [&](const std::string& path) {
         return path.empty() ? object.Text : JoinText(object.Text, path);
     };
@@ -57,17 +59,18 @@ int DeleteAll(Context& context, const DeleteOptions& options, const Found& objec
     };
     control.Trouble = [&](const dos::TreeTrouble& trouble) {
         dos::SetIoErr(trouble.Error);
-        code = std::max(code, Complain(context, textOf(trouble.Path)));
-        return ConcernsDisk(trouble.Error) ? dos::TroubleAnswer::Abort : dos::TroubleAnswer::Skip;
+        const Outcome one = FailedChange(context, textOf(trouble.Path));
+        outcome = {std::max(outcome.Code, one.Code), one.IsLast};
+        return one.IsLast ? dos::TroubleAnswer::Abort : dos::TroubleAnswer::Skip;
     };
     const auto rule = options.IsForced ? dos::Protected::Forced : dos::Protected::Respected;
     const dos::TreeResult result = dos::DeleteTree(object.Path, rule, control);
-    if (result || code != ReturnOk)
-        return code;
+    if (result || outcome.Code != ReturnOk)
+        return outcome;
     if (!IsStopped(context))
         dos::SetIoErr(result.FirstError);
     return IsMissing(object) && !result.IsCancelled ? Missing(context, object)
-                                                    : Complain(context, object.Text);
+                                                    : FailedChange(context, object.Text);
 }
 
 } // namespace
@@ -83,10 +86,12 @@ int RunDelete(Context& context, const dos::ArgResults& arguments) {
             if (IsStopped(context))
                 return std::max(code, Complain(context));
             const InDrawer current(object);
-            const int one =
+            const Outcome one =
                 options.IsAll ? DeleteAll(context, options, object) : DeleteOne(context, options, object);
             isAny = true;
-            code = std::max(code, one);
+            code = std::max(code, one.Code);
+            if (one.IsLast)
+                return code;
         }
     }
     if (isAny || code != ReturnOk)

@@ -166,6 +166,70 @@ std::optional<PatternPart> FirstPattern(std::string_view argument) {
     return {};
 }
 
+// Visits objects, and what is below drawers, until one is the last.
+struct Walker {
+    Context& Where;
+    const Visit& Do;
+    Order How;
+    int Code = ReturnOk;
+    bool IsOver = false;
+
+    void Take(const Found& object) {
+        if (IsOver)
+            return;
+        const InDrawer current(object);
+        const Outcome one = Do(object);
+        Code = std::max(Code, one.Code);
+        IsOver = one.IsLast;
+    }
+    void GoBelow(const Found& drawer);
+};
+
+void Walker::GoBelow(const Found& drawer) {
+    struct Level {
+        Found Self;
+        dos::FileLock Lock;
+        std::vector<dos::ExamineData> Objects;
+        std::size_t Next = 0;
+    };
+    std::vector<Level> levels;
+    const auto enter = [&](const Found& object) {
+        const InDrawer current(object);
+        const dos::FileLock lock = dos::Lock(object.Path);
+        if (!lock)
+            Code = std::max(Code, Complain(Where, object.Text));
+        else if (auto all = ReadDrawer(Where, lock, object.Text, Code))
+            levels.push_back({object, lock, std::move(*all)});
+        else
+            return false;
+        return static_cast<bool>(lock);
+    };
+    enter(drawer);
+    while (!levels.empty() && !IsOver) {
+        Level& level = levels.back();
+        if (level.Next == level.Objects.size()) {
+            const Found self = std::move(level.Self);
+            levels.pop_back();
+            if (How == Order::DrawersLast && !levels.empty())
+                Take(self);
+            continue;
+        }
+        if (IsStopped(Where)) {
+            Code = std::max(Code, Complain(Where));
+            IsOver = true;
+            return;
+        }
+        dos::ExamineData& data = level.Objects[level.Next++];
+        Found object{level.Lock, data.Name, JoinText(level.Self.Text, data.Name), {}};
+        object.Data = std::move(data);
+        const bool isDrawer = object.Data->Type == dos::TypeDrawer;
+        if (!isDrawer || How == Order::DrawersFirst)
+            Take(object);
+        if (isDrawer && !IsOver && !enter(object) && How == Order::DrawersLast)
+            Take(object);
+    }
+}
+
 } // namespace
 
 std::optional<std::string> FullPath(const Found& object) {
@@ -212,6 +276,11 @@ std::optional<std::vector<dos::ExamineData>> ReadDrawer(Context& context, const 
     return all;
 }
 
+Outcome FailedChange(Context& context, std::string_view about) {
+    const bool isLast = ConcernsDisk(dos::IoErr());
+    return {Complain(context, about), isLast};
+}
+
 Matches Expand(Context& context, std::string_view argument) {
     Matches matches;
     const auto part = FirstPattern(argument);
@@ -239,75 +308,29 @@ Matches Expand(Context& context, std::string_view argument) {
     return matches;
 }
 
-int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit& visit) {
-    struct Level {
-        Found Self;
-        dos::FileLock Lock;
-        std::vector<dos::ExamineData> Objects;
-        std::size_t Next = 0;
-    };
-    std::vector<Level> levels;
-    int code = ReturnOk;
-    const auto call = [&](const Found& object) {
-        const InDrawer current(object);
-        code = std::max(code, visit(object));
-    };
-    const auto enter = [&](const Found& object) {
-        const InDrawer current(object);
-        const dos::FileLock lock = dos::Lock(object.Path);
-        if (!lock)
-            code = std::max(code, Complain(context, object.Text));
-        else if (auto all = ReadDrawer(context, lock, object.Text, code))
-            levels.push_back({object, lock, std::move(*all)});
-        else
-            return false;
-        return static_cast<bool>(lock);
-    };
-    enter(drawer);
-    while (!levels.empty()) {
-        Level& level = levels.back();
-        if (level.Next == level.Objects.size()) {
-            const Found self = std::move(level.Self);
-            levels.pop_back();
-            if (order == Order::DrawersLast && !levels.empty())
-                call(self);
-            continue;
-        }
-        if (IsStopped(context))
-            return std::max(code, Complain(context));
-        dos::ExamineData& data = level.Objects[level.Next++];
-        Found object{level.Lock, data.Name, JoinText(level.Self.Text, data.Name), {}};
-        object.Data = std::move(data);
-        const bool isDrawer = object.Data->Type == dos::TypeDrawer;
-        if (!isDrawer || order == Order::DrawersFirst)
-            call(object);
-        if (isDrawer && !enter(object) && order == Order::DrawersLast)
-            call(object);
-    }
-    return code;
-}
-
 int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit, Order order) {
     const Matches matches = Expand(context, argument);
-    int code = matches.Code;
-    if (matches.Objects.empty() && code == ReturnOk) {
+    if (matches.Objects.empty() && matches.Code == ReturnOk) {
         dos::SetIoErr(dos::ErrorObjectNotFound);
         ComplainWith(context, argument, "no object matches");
         return ReturnWarn;
     }
+    Walker walker{context, visit, order, matches.Code};
     for (const Found& object : matches.Objects) {
+        if (walker.IsOver)
+            break;
         if (IsStopped(context))
-            return std::max(code, Complain(context));
+            return std::max(walker.Code, Complain(context));
         const InDrawer current(object);
         if (order == Order::DrawersFirst)
-            code = std::max(code, visit(object));
+            walker.Take(object);
         const bool isDrawer = object.Data ? object.Data->Type == dos::TypeDrawer : IsDrawer(object.Path);
-        if (depth == Depth::All && isDrawer)
-            code = std::max(code, ForEachBelow(context, object, order, visit));
-        if (order == Order::DrawersLast && !IsStopped(context))
-            code = std::max(code, visit(object));
+        if (depth == Depth::All && isDrawer && !walker.IsOver)
+            walker.GoBelow(object);
+        if (order == Order::DrawersLast)
+            walker.Take(object);
     }
-    return code;
+    return walker.Code;
 }
 
 } // namespace commands

@@ -55,15 +55,23 @@ struct Matches {
 [[nodiscard]] std::optional<std::vector<dos::ExamineData>>
 ReadDrawer(Context& context, const dos::FileLock& drawer, std::string_view text, int& code);
 
-// Calls visit for every object below a drawer, with the drawer that holds it as the current one and a drawer
-// before or behind what is in it; the worst return code. Ends early after a break.
-using Visit = std::function<int(const Found& object)>;
-enum class Order { DrawersFirst, DrawersLast };
-int ForEachBelow(Context& context, const Found& drawer, Order order, const Visit& visit);
+// What has become of an object.
+struct Outcome {
+    Outcome(int code, bool isLast = false) : Code(code), IsLast(isLast) {}
+    int Code;
+    bool IsLast; // nothing more is to be begun
+};
+// Complains of a change that failed with IoErr; the last one once the disk is full, gone or not to be
+// written.
+[[nodiscard]] Outcome FailedChange(Context& context, std::string_view about);
 
+using Visit = std::function<Outcome(const Found& object)>;
 enum class Depth { Objects, All }; // All: what is below a drawer as well
-// Calls visit for every object that the argument means, likewise. A link that is named itself counts as what
-// it leads to. ReturnWarn and a message when there is none.
+enum class Order { DrawersFirst, DrawersLast };
+// Calls visit for every object that the argument means, with the drawer that holds it as the current one and
+// a drawer before or behind what is in it; the worst return code. A link that is named itself counts as what
+// it leads to. Ends early after a break and when visit says so. ReturnWarn and a message when there is no
+// object.
 int ForEach(Context& context, std::string_view argument, Depth depth, const Visit& visit,
             Order order = Order::DrawersFirst);
 

@@ -458,7 +458,13 @@ TEST_F(CommandsTest, ADiskThatTakesNoMoreIsToldOfOnce) {
         errno = EROFS;
         return -1;
     };
-    for (const std::string_view line : {"Copy d new ALL", "Copy d/#? new", "Copy d new2", "Delete d ALL"}) {
+    Calls().SetAttribute = [](int, const char*, const void*, std::size_t) {
+        errno = EROFS;
+        return -1;
+    };
+    for (const std::string_view line :
+         {"Copy d new ALL", "Copy d/#? new", "Copy d new2", "Delete d ALL", "Delete d/#?", "Delete d d ALL",
+          "Filenote d/#? note", "Filenote d note ALL"}) {
         EXPECT_EQ(Run(line), 10) << line;
         EXPECT_EQ(std::ranges::count(Text, '\n'), 1) << Text;
         EXPECT_THAT(Text, testing::HasSubstr(": disk is ")) << line;
