@@ -63,9 +63,10 @@ bool OpenPlatform(int argc, char** argv, const application::ProgramPlaces& place
         return false;
     }
     // A mistake in mounts.toml, say: the rest works.
-    if (const std::string problem = dos::SetUpProblem(); !problem.empty())
+    if (const std::string problem = dos::SetUpProblem(); !problem.empty()) {
         SAK_EasyRequest(nullptr, RequesterTitle.View(), RequesterImage::Warning, problem,
                         SAK_LocaleString(MSG_OK_GAD));
+    }
     const auto openDrawer = [](const std::string& drawer) { return OpenWantedWindow(drawer); };
     workbench::SetHooks({.OpenDrawer = openDrawer, .MayStart = AskToStart});
     workbench::AddWBRunCommand();
@@ -128,8 +129,8 @@ int EntryPoint(int argc, char** argv) {
     const application::StartMessage start = application::ReadStartMessage(argc, argv);
     const application::ProgramPlaces places = application::FindProgram(argc > 0 ? argv[0] : nullptr);
     ProgramName = places.ProgramName;
+    AnswerRequestersOfSnapshot();
     if (OpenPlatform(argc, argv, places, start)) {
-        AnswerRequestersOfSnapshot();
         const MissingVolumeRequests missingVolumes;
         if (OpenLibrariesClasses()) {
             RunInstance(start);
