@@ -173,13 +173,13 @@ std::string FromHostPath(std::string_view hostPathOrUrl, std::string_view hostCu
         return text;
     if (const std::optional<std::string> path = PathOfUrl(text))
         return VolumePathOf(*path);
-    const bool isRelative = hostCurrentDirectory.starts_with('/');
+    const bool hasCurrent = hostCurrentDirectory.starts_with('/');
     const std::string full = std::string(hostCurrentDirectory).append("/").append(text);
-    if (IsAtHome(text) && !(isRelative && IsThere(full))) {
+    if (IsAtHome(text) && !(hasCurrent && IsThere(full))) {
         const std::string home = HomeOfUser();
         return home.empty() ? text : VolumePathOf(home + text.substr(1));
     }
-    if (!isRelative)
+    if (!hasCurrent)
         return text;
     return HasDevice(text) && !IsThere(full) ? text : VolumePathOf(full);
 }

@@ -92,8 +92,10 @@ struct Place {
     std::optional<SmallDisk> Disk;
 };
 
-// Those of disks that can be mounted.
-std::vector<Deed> Deeds() {
+enum class Disks { One, Two };
+
+// Those within a disk, or those from disk to disk.
+std::vector<Deed> Deeds(Disks disks) {
     const auto copies = [](std::string_view to) {
         return
             [to] { return static_cast<bool>(dos::CopyTree("Test:from", to, {.Copy = {.Replaces = true}})); };
@@ -103,20 +105,22 @@ std::vector<Deed> Deeds() {
             [from, to] { return static_cast<bool>(dos::Copy(from, to, {.Replaces = true, .Moves = true})); };
     };
     const auto over = moves("Test:from/noted", "Test:to/file");
-    std::vector<Deed> deeds{
+    if (disks == Disks::Two)
+        return {{"copy across", copies("Test:to"), "from", "", "", To::OtherDisk},
+                {"move across", over, "from/d", "from/noted", "to/file", To::OtherDisk}};
+    return {
         {"copy", copies("Test:new"), "from"},
         {"merge", copies("Test:to"), "from"},
         {"delete", [] { return static_cast<bool>(dos::DeleteTree("Test:from")); }, "to"},
         {"move", moves("Test:from/file", "Test:to/moved"), "from/d", "from/file", "to/moved"},
         {"move over", over, "from/d", "from/noted", "to/file"},
         {"move as if across", over, "from/d", "from/noted", "to/file", To::OtherName},
-        {"copy across", copies("Test:to"), "from", "", "", To::OtherDisk},
-        {"move across", over, "from/d", "from/noted", "to/file", To::OtherDisk},
     };
+}
+
+bool CanMountADisk() {
     const TempTree tree;
-    if (!SmallDisk(tree.Root()).IsMounted)
-        std::erase_if(deeds, [](const Deed& deed) { return deed.Where == To::OtherDisk; });
-    return deeds;
+    return SmallDisk(tree.Root()).IsMounted;
 }
 
 Place::Place(const Deed& deed, const Round& round) {
@@ -171,6 +175,8 @@ protected:
     }
     // Runs the deed with that call failing; true when the sweep is over.
     static bool RunOne(const Deed& deed, const Round& round, int number, const Picture& wanted);
+    static void FailEachCall(const std::vector<Deed>& deeds);
+    static void BeKilledAtEachCall(const std::vector<Deed>& deeds);
     static void Judge(const Deed& deed, const Picture& before, const Picture& wanted, const Picture& after);
 };
 
@@ -216,8 +222,7 @@ bool TreeFaultsTest::RunOne(const Deed& deed, const Round& round, int number, co
     return isOver;
 }
 
-TEST_F(TreeFaultsTest, WhicheverCallFailsFilesAreWhole) {
-    const std::vector<Deed> deeds = Deeds();
+void TreeFaultsTest::FailEachCall(const std::vector<Deed>& deeds) {
     for (std::size_t i = 0; i < deeds.size(); ++i)
         for (const Round& round : RoundsOf(i)) {
             const Picture wanted = Wanted(deeds[i], round);
@@ -230,12 +235,22 @@ TEST_F(TreeFaultsTest, WhicheverCallFailsFilesAreWhole) {
         }
 }
 
-TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFiles) {
+TEST_F(TreeFaultsTest, WhicheverCallFailsFilesAreWhole) {
+    FailEachCall(Deeds(Disks::One));
+}
+
+TEST_F(TreeFaultsTest, WhicheverCallFailsFilesAreWholeOnTwoDisks) {
+    if (!CanMountADisk())
+        GTEST_SKIP() << "mounting is not allowed here";
+    FailEachCall(Deeds(Disks::Two));
+}
+
+void TreeFaultsTest::BeKilledAtEachCall(const std::vector<Deed>& deeds) {
 #ifdef __SANITIZE_ADDRESS__
     GTEST_SKIP() << "the sanitizer's allocator may be locked in a child of a process with threads";
 #endif
     Kind = Fault::Kill;
-    for (const Deed& deed : Deeds()) {
+    for (const Deed& deed : deeds) {
         const Picture wanted = Wanted(deed);
         bool isOver = false;
         for (int number = 0; !isOver && !HasFailure(); ++number) {
@@ -257,6 +272,16 @@ TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFiles) {
             isOver = WIFEXITED(status);
         }
     }
+}
+
+TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFiles) {
+    BeKilledAtEachCall(Deeds(Disks::One));
+}
+
+TEST_F(TreeFaultsTest, AKilledProcessLeavesWholeFilesOnTwoDisks) {
+    if (!CanMountADisk())
+        GTEST_SKIP() << "mounting is not allowed here";
+    BeKilledAtEachCall(Deeds(Disks::Two));
 }
 
 TEST_F(DosTest, FullAndReadOnlyDisksAreToldOfAndHoldNothingHalf) {
