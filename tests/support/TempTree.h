@@ -10,6 +10,9 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 class TempTree {
 public:
@@ -20,8 +23,7 @@ public:
             throw std::runtime_error("no temporary drawer: " + pattern);
         // Without links on the way, so that texts made from it compare.
         Top = std::filesystem::canonical(pattern).string();
-        for (const std::string_view name : names)
-            name.ends_with('/') ? Drawer(name) : Write(name, "");
+        Plant(names);
     }
     TempTree(const TempTree&) = delete;
     TempTree& operator=(const TempTree&) = delete;
@@ -38,16 +40,31 @@ public:
     [[nodiscard]] const std::string& Root() const { return Top; }
     [[nodiscard]] std::string Path(std::string_view name) const { return Top + "/" + std::string(name); }
 
+    void Plant(std::initializer_list<std::string_view> names) const {
+        for (const std::string_view name : names)
+            name.ends_with('/') ? Drawer(name) : static_cast<void>(Write(name, ""));
+    }
     void Drawer(std::string_view name) const { std::filesystem::create_directories(Path(name)); }
-    void Write(std::string_view name, std::string_view bytes) const {
+    // Gives the file's path.
+    std::string Write(std::string_view name, std::string_view bytes) const {
         std::filesystem::create_directories(std::filesystem::path(Path(name)).parent_path());
         std::ofstream file(Path(name), std::ios::binary);
         file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         if (!file.flush())
             throw std::runtime_error("cannot write " + Path(name));
+        return Path(name);
     }
     void Link(std::string_view name, std::string_view target) const {
         std::filesystem::create_symlink(std::filesystem::path(target), Path(name));
+    }
+    void Socket(std::string_view name) const {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        Path(name).copy(address.sun_path, sizeof(address.sun_path) - 1);
+        const int made = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        if (::bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+            throw std::runtime_error("no socket " + Path(name));
+        ::close(made);
     }
     [[nodiscard]] std::string Read(std::string_view name) const {
         std::ifstream file(Path(name), std::ios::binary);

@@ -7,9 +7,7 @@
 #include "tests/platform/dos/DosTest.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
 #include <latch>
-#include <vector>
 
 namespace {
 
@@ -35,7 +33,6 @@ protected:
             MountList.clear();
         }
     }
-    // From now on "net" is a mount of another machine.
     void MountNet() {
         MountList = Tree.Path("mountinfo");
         Tree.Write("mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n2 1 0:9 / " + Tree.Path("net") +
@@ -87,9 +84,8 @@ TEST_F(DataTypes, DiskThatDoesNotAnswerHasNoTypesAndHoldsNobodyUp) {
     const auto dead = std::make_shared<std::latch>(1);
     ASSERT_FALSE(dos::RunWithLimit(Tree.Path("net"), [dead](dos::Progress&) { dead->wait(); }));
     // Whatever would be asked directly now would get an answer.
-    for (const char* path : {"Test:net", "Test:away"}) {
+    for (const char* path : {"Test:net", "Test:away"})
         EXPECT_EQ(TypesIn(path, {"picture"}), std::vector<const DataType*>{nullptr}) << path;
-    }
     EXPECT_EQ(TypesIn("Test:", {"real", "far"}), (std::vector<const DataType*>{gif, nullptr}));
     for (const char* path : {"Test:net/picture", "Test:far"}) {
         EXPECT_EQ(datatypes::ObtainDataType(path), nullptr) << path;

@@ -1,82 +1,62 @@
 #include "platform/datatypes/DecodePicture.h"
 
+#include "tests/support/Bytes.h"
+
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <zlib.h>
 
 namespace {
 
-using datatypes::AsBytes;
-using datatypes::DecodedPicture;
-using datatypes::DecodePicture;
-using datatypes::Picture;
-using datatypes::PictureFault;
-
-std::string Sample(const std::string& name) {
-    std::ifstream file(std::string(SOLVANE_TEST_DATA) + "/pictures/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+using datatypes::AsBytes, datatypes::DecodedPicture, datatypes::DecodePicture, datatypes::Picture,
+    datatypes::PictureFault;
 
 std::uint32_t At(const Picture& picture, std::uint32_t x, std::uint32_t y) {
     return picture.Pixels.at(std::size_t{y} * picture.Width + x);
 }
 
-// Digests of pictures that were looked at and found to be what they should; the pixels are what two other
-// decoders give, where HAM ones may differ a little between decoders.
+// Of pictures that were looked at; the pixels are what two other decoders give (HAM may differ a little).
 struct Reference {
     std::string File;
     std::uint32_t Width, Height;
     std::array<std::uint32_t, 3> Pixels; // first, middle, last; 0xAARRGGBB
     std::uint32_t Digest;
 };
-void PrintTo(const Reference& reference, std::ostream* out) {
-    *out << reference.File;
-}
-
-class References : public testing::TestWithParam<Reference> {};
-
-TEST_P(References, DecodeToTheirPixels) {
-    const std::string file = Sample(GetParam().File);
-    const DecodedPicture decoded = DecodePicture(AsBytes(file));
-    ASSERT_TRUE(decoded.Shown);
-    const Picture& picture = *decoded.Shown;
-    ASSERT_EQ(picture.Width, GetParam().Width);
-    ASSERT_EQ(picture.Height, GetParam().Height);
-    EXPECT_EQ(At(picture, 0, 0), GetParam().Pixels[0]);
-    EXPECT_EQ(At(picture, picture.Width / 2, picture.Height / 2), GetParam().Pixels[1]);
-    EXPECT_EQ(At(picture, picture.Width - 1, picture.Height - 1), GetParam().Pixels[2]);
-    const auto digest = crc32(0, reinterpret_cast<const Bytef*>(picture.Pixels.data()),
-                              static_cast<uInt>(picture.Pixels.size() * 4));
-    EXPECT_EQ(digest, GetParam().Digest);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Ilbm, References,
-    testing::Values(
-        Reference{"gen_24bit_96x64.iff", 96, 64, {0xFF7F4000, 0xFFBC7E40, 0xFF00407F}, 0xE1E7F7DD},
-        Reference{"deep24_31x31.ilbm", 31, 31, {0xFFF8ECF8, 0xFFB0A0A0, 0xFF706060}, 0x2D15E1F2},
-        Reference{"small-24bit.iff", 10, 10, {0xFF76FE71, 0xFF010001, 0xFF010001}, 0xF6CB29D6},
-        Reference{"gen_ehb_64x32.iff", 64, 32, {0xFF00FF00, 0xFF443B00, 0xFF7F007F}, 0x012AB69A},
-        Reference{"gen_ham6_96x64.iff", 96, 64, {0xFF444444, 0xFFBB7744, 0xFF004477}, 0x354C351C},
-        Reference{"gen_ham8_96x64.iff", 96, 64, {0xFF4D4D4D, 0xFFBA7D41, 0xFF00417D}, 0x88202A21},
-        Reference{"gen_p1_96x64.iff", 96, 64, {0xFF37343F, 0xFFB79F7F, 0xFF37343F}, 0xBF3AA9AC},
-        Reference{"gen_p2_maskplane_21x13.iff", 21, 13, {0, 0, 0}, 0x963936AF},
-        Reference{"gen_p4_hires_lace_96x64.iff", 96, 64, {0xFF7A4A13, 0xFFAC6E31, 0xFF0C4573}, 0xD75E49CA},
-        Reference{"gen_p8_uncompressed_96x64.iff", 96, 64, {0xFF7F4000, 0xFFBA7C3F, 0xFF00407F}, 0x146B5029},
-        Reference{"gradient.iff", 320, 200, {0xFFCCCCCC, 0xFFEEBB00, 0xFFEEBB00}, 0x9D0B4102},
-        Reference{"p8_131x31.iff", 131, 31, {0xFFFFEFEF, 0xFFFFEFEF, 0xFF736363}, 0x33C4C3C1},
+TEST(DecodePicture, ReferencesDecodeToTheirPixels) {
+    const Reference references[] = {
+        {"gen_24bit_96x64.iff", 96, 64, {0xFF7F4000, 0xFFBC7E40, 0xFF00407F}, 0xE1E7F7DD},
+        {"deep24_31x31.ilbm", 31, 31, {0xFFF8ECF8, 0xFFB0A0A0, 0xFF706060}, 0x2D15E1F2},
+        {"small-24bit.iff", 10, 10, {0xFF76FE71, 0xFF010001, 0xFF010001}, 0xF6CB29D6},
+        {"gen_ehb_64x32.iff", 64, 32, {0xFF00FF00, 0xFF443B00, 0xFF7F007F}, 0x012AB69A},
+        {"gen_ham6_96x64.iff", 96, 64, {0xFF444444, 0xFFBB7744, 0xFF004477}, 0x354C351C},
+        {"gen_ham8_96x64.iff", 96, 64, {0xFF4D4D4D, 0xFFBA7D41, 0xFF00417D}, 0x88202A21},
+        {"gen_p1_96x64.iff", 96, 64, {0xFF37343F, 0xFFB79F7F, 0xFF37343F}, 0xBF3AA9AC},
+        {"gen_p2_maskplane_21x13.iff", 21, 13, {0, 0, 0}, 0x963936AF},
+        {"gen_p4_hires_lace_96x64.iff", 96, 64, {0xFF7A4A13, 0xFFAC6E31, 0xFF0C4573}, 0xD75E49CA},
+        {"gen_p8_uncompressed_96x64.iff", 96, 64, {0xFF7F4000, 0xFFBA7C3F, 0xFF00407F}, 0x146B5029},
+        {"gradient.iff", 320, 200, {0xFFCCCCCC, 0xFFEEBB00, 0xFFEEBB00}, 0x9D0B4102},
+        {"p8_131x31.iff", 131, 31, {0xFFFFEFEF, 0xFFFFEFEF, 0xFF736363}, 0x33C4C3C1},
         // Drawn for pixels twice as high as wide, with a transparent colour.
-        Reference{"p3_71x28_brush.iff", 71, 56, {0xFF110000, 0xFFFFEEEE, 0}, 0xBB09BD84}),
-    [](const auto& row) {
-        std::string name = row.param.File;
-        std::erase_if(name,
-                      [](char letter) { return std::isalnum(static_cast<unsigned char>(letter)) == 0; });
-        return name;
-    });
+        {"p3_71x28_brush.iff", 71, 56, {0xFF110000, 0xFFFFEEEE, 0}, 0xBB09BD84},
+    };
+    for (const Reference& row : references) {
+        SCOPED_TRACE(row.File);
+        const std::string file = BytesOf(SOLVANE_TEST_DATA "/pictures/" + row.File);
+        const DecodedPicture decoded = DecodePicture(AsBytes(file));
+        ASSERT_TRUE(decoded.Shown);
+        const Picture& picture = *decoded.Shown;
+        ASSERT_EQ(picture.Width, row.Width);
+        ASSERT_EQ(picture.Height, row.Height);
+        EXPECT_EQ(At(picture, 0, 0), row.Pixels[0]);
+        EXPECT_EQ(At(picture, picture.Width / 2, picture.Height / 2), row.Pixels[1]);
+        EXPECT_EQ(At(picture, picture.Width - 1, picture.Height - 1), row.Pixels[2]);
+        const auto digest = crc32(0, reinterpret_cast<const Bytef*>(picture.Pixels.data()),
+                                  static_cast<uInt>(picture.Pixels.size() * 4));
+        EXPECT_EQ(digest, row.Digest);
+    }
+}
 
 std::string Chunk(const std::string& id, const std::string& data) {
     const auto size = static_cast<std::uint32_t>(data.size());
@@ -169,8 +149,8 @@ std::string ScanBomb(int scans) {
 TEST(DecodePicture, RefusesWhatIsBrokenOrUnsafe) {
     const std::string body = Chunk("BODY", std::string(8, '\0'));
     const std::array<std::pair<const char*, std::string>, 20> files = {{
-        {"no data", Sample("missing-body-chunk.iff")},
-        {"colours that hide the data", Sample("incorrect-cmap-size.iff")},
+        {"no data", BytesOf(SOLVANE_TEST_DATA "/pictures/missing-body-chunk.iff")},
+        {"colours that hide the data", BytesOf(SOLVANE_TEST_DATA "/pictures/incorrect-cmap-size.iff")},
         {"huge IFF", Ilbm("ILBM", Header(65535, 65535, 8, 0, 1), body)},
         {"no width", Ilbm("ILBM", Header(0, 8, 1, 0, 0), body)},
         {"no planes", Ilbm("ILBM", Header(8, 8, 0, 0, 0), body)},
@@ -229,7 +209,7 @@ TEST(DecodePicture, PackedDrawingsAreCheckedAsPlainOnes) {
 }
 
 TEST(DecodePicture, FitsTheBoxUprightAndNeverGrows) {
-    const std::string turned = Sample("gen_orient_6.jpg");
+    const std::string turned = BytesOf(SOLVANE_TEST_DATA "/pictures/gen_orient_6.jpg");
     const DecodedPicture full = DecodePicture(AsBytes(turned));
     ASSERT_TRUE(full.Shown);
     EXPECT_EQ(full.Shown->Width, full.FullWidth);

@@ -2,15 +2,11 @@
 
 #include "platform/datatypes/Pictures.h"
 #include "platform/dos/Errors.h"
-#include "tests/platform/datatypes/TempDrawer.h"
+#include "tests/support/TempTree.h"
 
-#include <functional>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -20,25 +16,22 @@ using datatypes::DataType;
 
 const std::string Gif = "GIF89a\1\0\1\0\0\0\0;"s;
 
-void MakeSocket(const std::string& path) {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    ASSERT_LT(path.size(), sizeof(address.sun_path));
-    path.copy(address.sun_path, path.size());
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_EQ(bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-    close(socket);
+std::vector<const DataType*> TypesIn(const std::string& drawer, const std::vector<std::string_view>& names) {
+    static const DataType untouched{};
+    std::vector<const DataType*> results(names.size(), &untouched);
+    datatypes::ObtainHostDrawerTypes(drawer, names, results);
+    return results;
 }
 
 TEST(HostFiles, OnlyRegularFilesHaveATypeAndNothingWaits) {
-    const TempDrawer drawer;
+    const TempTree drawer;
     ASSERT_EQ(mkfifo(drawer.Path("fifo").c_str(), 0600), 0);
-    MakeSocket(drawer.Path("socket"));
-    std::filesystem::create_directory(drawer.Path("sub"));
-    std::filesystem::create_symlink("fifo", drawer.Path("to fifo"));
-    std::filesystem::create_symlink("/dev/zero", drawer.Path("to device"));
-    std::filesystem::create_symlink("nowhere", drawer.Path("dangling"));
-    std::filesystem::create_symlink("circle", drawer.Path("circle"));
+    drawer.Socket("socket");
+    drawer.Drawer("sub");
+    drawer.Link("to fifo", "fifo");
+    drawer.Link("to device", "/dev/zero");
+    drawer.Link("dangling", "nowhere");
+    drawer.Link("circle", "circle");
     struct Row {
         const char* Name;
         long Error;
@@ -61,9 +54,9 @@ TEST(HostFiles, OnlyRegularFilesHaveATypeAndNothingWaits) {
 }
 
 TEST(HostFiles, LinksToFilesHaveTheTypeOfTheirTarget) {
-    const TempDrawer drawer;
+    const TempTree drawer;
     drawer.Write("picture", Gif);
-    std::filesystem::create_symlink("picture", drawer.Path("link.txt"));
+    drawer.Link("link.txt", "picture");
     const DataType* type = datatypes::ObtainHostFileType(drawer.Path("link.txt"));
     ASSERT_NE(type, nullptr);
     EXPECT_EQ(type->Name, "GIF");
@@ -84,8 +77,8 @@ private:
 };
 
 TEST(HostFiles, UnreadableFilesHaveNoType) {
-    const TempDrawer drawer;
-    chmod(drawer.Root.c_str(), 0755);
+    const TempTree drawer;
+    chmod(drawer.Root().c_str(), 0755);
     chmod(drawer.Write("secret", Gif).c_str(), 0);
     const Nobody nobody;
     ASSERT_TRUE(nobody.Became);
@@ -100,7 +93,7 @@ TEST(HostFiles, PathsWithNulOrNothingAreRefused) {
 
 // A drawer large enough for several threads, with all kinds of names and contents.
 struct MixedDrawer {
-    TempDrawer Drawer;
+    TempTree Drawer;
     std::vector<std::string> Files;
     std::vector<std::string_view> Names;
 
@@ -119,8 +112,7 @@ struct MixedDrawer {
 
 TEST(HostFiles, WholeDrawerGivesWhatSingleFilesGive) {
     const MixedDrawer mixed;
-    std::vector<const DataType*> results(mixed.Names.size());
-    datatypes::ObtainHostDrawerTypes(mixed.Drawer.Root, mixed.Names, results);
+    const auto results = TypesIn(mixed.Drawer.Root(), mixed.Names);
     for (std::size_t i = 0; i < results.size(); ++i) {
         EXPECT_EQ(results[i], datatypes::ObtainHostFileType(mixed.Drawer.Path(mixed.Names[i])))
             << mixed.Names[i];
@@ -129,56 +121,44 @@ TEST(HostFiles, WholeDrawerGivesWhatSingleFilesGive) {
 }
 
 TEST(HostFiles, FilesThatTheKernelMakesUpAreNotRead) {
-    const std::vector<std::string_view> names = {"status", "maps"};
-    std::vector<const DataType*> results(names.size());
-    datatypes::ObtainHostDrawerTypes("/proc/self", names, results);
-    EXPECT_EQ(results, std::vector<const DataType*>(names.size(), &datatypes::BinaryType()));
+    EXPECT_EQ(TypesIn("/proc/self", {"status", "maps"}),
+              std::vector<const DataType*>(2, &datatypes::BinaryType()));
     EXPECT_EQ(datatypes::ObtainHostFileType("/proc/self/status"), &datatypes::BinaryType());
 }
 
 TEST(HostFiles, SeveralThreadsMayTypeAtOnce) {
     const MixedDrawer mixed;
     std::vector<std::vector<const DataType*>> results(4);
-    {
-        std::vector<std::jthread> threads;
-        for (auto& one : results) {
-            one.resize(mixed.Names.size());
-            threads.emplace_back(
-                [&mixed, &one] { datatypes::ObtainHostDrawerTypes(mixed.Drawer.Root, mixed.Names, one); });
-        }
-    }
-    for (const auto& one : results) {
+    std::vector<std::jthread> threads;
+    for (auto& one : results)
+        threads.emplace_back([&mixed, &one] { one = TypesIn(mixed.Drawer.Root(), mixed.Names); });
+    threads.clear();
+    for (const auto& one : results)
         EXPECT_EQ(one, results[0]);
-    }
 }
 
 TEST(HostFiles, NamesNeverLeadOutOfTheDrawer) {
-    const TempDrawer drawer;
+    const TempTree drawer;
     drawer.Write("picture", Gif);
-    std::filesystem::create_directory(drawer.Path("sub"));
-    const std::vector<std::string_view> names = {"../picture", "", ".", "..", "sub/../picture"};
-    std::vector<const DataType*> results(names.size(), &datatypes::BinaryType());
-    datatypes::ObtainHostDrawerTypes(drawer.Path("sub"), names, results);
-    EXPECT_EQ(results, std::vector<const DataType*>(names.size(), nullptr));
+    drawer.Drawer("sub");
+    EXPECT_EQ(TypesIn(drawer.Path("sub"), {"../picture", "", ".", "..", "sub/../picture"}),
+              std::vector<const DataType*>(5, nullptr));
 }
 
 TEST(HostFiles, MissingDrawerGivesNoTypes) {
-    const TempDrawer drawer;
-    const std::vector<std::string_view> names = {"a"};
-    std::vector<const DataType*> results = {&datatypes::BinaryType()};
-    datatypes::ObtainHostDrawerTypes(drawer.Path("missing"), names, results);
-    EXPECT_EQ(results[0], nullptr);
+    const TempTree drawer;
+    EXPECT_EQ(TypesIn(drawer.Path("missing"), {"a"}), std::vector<const DataType*>{nullptr});
 }
 
 TEST(HostFiles, NamesThatAreNoFilesOfTheDrawerAreLeftToTheCaller) {
-    const TempDrawer drawer;
+    const TempTree drawer;
     drawer.Write("real", "text");
-    std::filesystem::create_symlink("real", drawer.Path("link"));
+    drawer.Link("link", "real");
     const std::vector<std::string_view> names = {"the~1", "missing", "link", "real"};
     std::vector<const DataType*> results(names.size());
     int typed = 0;
     datatypes::ObtainHostDrawerTypes(
-        drawer.Root, names, results,
+        drawer.Root(), names, results,
         {.Otherwise =
              [](std::string_view name) { return name == "missing" ? nullptr : &datatypes::BinaryType(); },
          .Typed = [&typed] { ++typed; }});

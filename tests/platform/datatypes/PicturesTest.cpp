@@ -2,11 +2,9 @@
 
 #include "platform/datatypes/ByteSource.h"
 #include "platform/dos/Errors.h"
-#include "tests/platform/datatypes/TempDrawer.h"
+#include "tests/support/TempTree.h"
 
 #include <gtest/gtest.h>
-#include <string>
-#include <vector>
 
 namespace {
 
@@ -83,16 +81,14 @@ TEST(Pictures, DamagedHeadersHaveNoSize) {
     const std::string longChunks = "FORM\0\0\0\x50ILBMANNO\xFF\xFF\xFF\xFF"s + Bmhd;
     std::string nested = "FORM\0\0\0\x50"s
                          "ANIM"s;
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < 20000; ++i)
         nested += "FORM\0\0\0\x50ILBM"s;
-    }
     for (const std::string& bytes :
          {longChunks, nested, "GIF89a\0\0\0\0\xF7\0\0"s, "\xFF\xD8"s + std::string(9000, '\xFF'),
           "\xFF\xD8\xFF\xE0\0\0\xFF\xE0\0\0"s, "\xFF\xD8\xFF\xDA\0\4ab"s, "II*\0\xFF\xFF\xFF\xFF"s,
           "\x89PNG\r\n\x1A\n\0\0\0\x0DIHDR\0\0\0\x40\0\0\0\x20\x08\x7F"s, "FORM\0\0\0\x50ILBM"s, "P6"s,
-          "no picture"s}) {
+          "no picture"s})
         EXPECT_FALSE(SizeOf(bytes)) << testing::PrintToString(bytes.substr(0, 20));
-    }
 }
 
 // Pictures whose header lies behind data that a file may have much of.
@@ -103,9 +99,8 @@ TEST(Pictures, HeadersFarInsideTheFileAreFound) {
 
 std::string GifFrames(int frames) {
     std::string gif = "GIF89a\1\0\1\0\x80\0\0"s + std::string(6, '\0') + "!\xFF\x0BNETSCAPE2.0\3\1\0\0\0"s;
-    for (int i = 0; i < frames; ++i) {
+    for (int i = 0; i < frames; ++i)
         gif += "!\xF9\4\0\0\0\0\0"s + ",\0\0\0\0\1\0\1\0\0\2\2\x4C\1\0"s;
-    }
     return gif + ";";
 }
 
@@ -134,16 +129,15 @@ TEST(Pictures, FramesOfCutFilesAreThoseThatBegin) {
 
 TEST(Pictures, EndlessTinyBlocksAreNotFollowedToTheirEnd) {
     std::string tiny;
-    for (int i = 0; i < 1'100'000; ++i) {
+    for (int i = 0; i < 1'100'000; ++i)
         tiny += "\1x";
-    }
     const std::string image = ",\0\0\0\0\1\0\1\0\0\2"s;
     const std::string gif = "GIF89a\1\0\1\0\0\0\0"s + image + tiny + "\0"s + image + "\0;"s;
     EXPECT_EQ(FramesOf(gif), 1);
 }
 
 TEST(Pictures, FilesThatAreNoPictureFailWithWrongType) {
-    const TempDrawer drawer;
+    const TempTree drawer;
     drawer.Write("text", "words");
     dos::SetIoErr(0);
     EXPECT_FALSE(datatypes::HostPictureSize(drawer.Path("text")));

@@ -19,9 +19,8 @@ std::string NameOf(std::string_view bytes, std::string_view name, std::uint64_t 
 std::string Noise(std::size_t count, unsigned seed = 1) {
     std::mt19937 random(seed);
     std::string bytes(count, '\0');
-    for (char& c : bytes) {
+    for (char& c : bytes)
         c = static_cast<char>(random() >> 24);
-    }
     return bytes;
 }
 
@@ -30,16 +29,13 @@ std::string Padded(std::string bytes, std::size_t size) {
     return bytes;
 }
 
-// The bytes of a file with a mark somewhere inside.
 std::string MarkAt(std::size_t at, const std::string& mark, std::size_t size) {
     std::string bytes(size, '\0');
     return bytes.replace(at, mark.size(), mark);
 }
 
 struct Case {
-    std::string Bytes;
-    std::string Name;
-    std::string Type;
+    std::string Bytes, Name, Type;
     std::uint64_t Size = 0; // of the whole file, 0: as many as Bytes
 };
 
@@ -73,13 +69,11 @@ std::string CdxlHeader() {
 std::string OldTar() {
     std::string header = Padded("file.txt", 512);
     std::size_t sum = 8 * ' ';
-    for (const char c : header) {
+    for (const char c : header)
         sum += static_cast<unsigned char>(c);
-    }
     std::string octal = "       ";
-    for (std::size_t i = 6; i > 0; --i, sum /= 8) {
+    for (std::size_t i = 6; i > 0; --i, sum /= 8)
         octal[i - 1] = static_cast<char>('0' + sum % 8);
-    }
     return header.replace(148, octal.size(), octal);
 }
 
@@ -126,9 +120,8 @@ TEST(Recognise, AsksForMoreThanAMarkWhereATextMayBeginAlike) {
           "BM is short for", "MZ is a German maker", "DDS stands for", "P1 of the plan is this",
           "caffeine helps", "MP+ means more", "FWS is an agency", "CWS too, says the page",
           "DSD audio notes here", "Version 1 of all things. V.2 follows", "the mdat atom holds the data",
-          "ID3 is a tag"}) {
+          "ID3 is a tag"})
         EXPECT_EQ(NameOf(text, "readme"), "ASCII") << text;
-    }
 }
 
 // A line of text that begins like a format, and the start of a file of that format.
@@ -230,9 +223,8 @@ TEST(Recognise, TellsKindsOfText) {
 
 TEST(Recognise, TextThatEndsInsideACharacterAtTheEndOfTheHeadIsText) {
     std::string text;
-    while (text.size() < datatypes::HeadSize) {
+    while (text.size() < datatypes::HeadSize)
         text += "\xE6\x97\xA5";
-    }
     EXPECT_EQ(NameOf(std::string_view(text).substr(0, datatypes::HeadSize), "x", 10000), "ASCII");
 }
 
@@ -256,30 +248,25 @@ TEST(Recognise, LooksIntoContainersByName) {
 
 TEST(Recognise, DoesNotBelieveANameThatTheContentDenies) {
     for (const char* name : {"a.jpg", "a.PNG", "a.mp3", "a.lha", "a.info", "a.txt", "a.c", "a.pdf", "a.docx",
-                             "a.library", "a.iff", "a.wav", "a.guide", "a.svg", "noname", "a.001", "a.doc"}) {
+                             "a.library", "a.iff", "a.wav", "a.guide", "a.svg", "noname", "a.001", "a.doc"})
         EXPECT_EQ(NameOf(Noise(2000), name), "BINARY") << name;
-    }
     ExpectTypes({{"just words", "a.jpg", "ASCII"}, {"just words", "a.mp3", "ASCII"}});
 }
 
 TEST(Recognise, TakesNamesForFormatsWhoseContentSaysNothing) {
     EXPECT_EQ(NameOf(Noise(2000), "cd.iso"), "ISO");
-    const auto noise = Noise(2000);
-    const auto* type = datatypes::Recognise(std::as_bytes(std::span(noise)), "x.blend", 2000);
-    EXPECT_EQ(type->Name, "BLENDER");
+    EXPECT_EQ(NameOf(Noise(2000), "x.blend"), "BLENDER");
 }
 
 TEST(Recognise, AsksTheMagicDatabaseForTheRest) {
-    const std::string gdbm = Padded("\xCE\x9A\x57\x13"s, 200);
-    EXPECT_EQ(NameOf(gdbm, "names"), "GDBM");
+    EXPECT_EQ(NameOf(Padded("\xCE\x9A\x57\x13"s, 200), "names"), "GDBM");
 }
 
 TEST(Recognise, EmptyFilesGoByNameOnlyWhenTheyMayBeText) {
     EXPECT_EQ(NameOf("", "x.txt"), "ASCII");
     EXPECT_EQ(NameOf("", "x.c"), "C");
-    for (const char* name : {"x", "", "x.jpg", "x.lha", ".txt", "x.", "x.iso"}) {
+    for (const char* name : {"x", "", "x.jpg", "x.lha", ".txt", "x.", "x.iso"})
         EXPECT_EQ(NameOf("", name), "BINARY") << name;
-    }
 }
 
 TEST(Recognise, CutHeadsNeverReadBeyondTheirEnd) {
@@ -298,12 +285,6 @@ TEST(Recognise, CutHeadsNeverReadBeyondTheirEnd) {
             EXPECT_NE(datatypes::Recognise(std::as_bytes(std::span(cut)), "mod.x", length), nullptr);
         }
     }
-}
-
-TEST(Recognise, SameTypeHasSameAddress) {
-    const std::string one = Padded("FORM\0\0\1\0ILBM"s, 300), two = Padded("FORM\0\0\1\0PBM "s, 300);
-    EXPECT_EQ(datatypes::Recognise(std::as_bytes(std::span(one)), "a", 300),
-              datatypes::Recognise(std::as_bytes(std::span(two)), "b", 300));
 }
 
 } // namespace

@@ -1,20 +1,15 @@
 #include "platform/datatypes/Thumbnails.h"
 
-#include "tests/platform/datatypes/TempDrawer.h"
+#include "tests/support/TempTree.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <string>
 #include <vector>
 
 namespace {
 
 namespace fs = std::filesystem;
-using datatypes::LoadThumbnail;
-using datatypes::Picture;
-using datatypes::StoreThumbnail;
-using datatypes::Thumbnail;
+using datatypes::LoadThumbnail, datatypes::Picture, datatypes::StoreThumbnail, datatypes::Thumbnail;
 
 constexpr std::uint32_t Red = 0xFFFF0000, Blue = 0xFF0000FF;
 
@@ -39,7 +34,7 @@ protected:
         return thumbnail.ToStore && StoreThumbnail(*thumbnail.ToStore);
     }
 
-    const TempDrawer Drawer;
+    const TempTree Drawer;
 };
 
 TEST_F(Thumbnails, AreStoredAsTheDesktopWantsThemAndFoundAgain) {

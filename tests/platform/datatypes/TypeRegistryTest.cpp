@@ -14,15 +14,13 @@
 
 namespace {
 
-using datatypes::DataType;
-using datatypes::GroupId;
+using datatypes::DataType, datatypes::GroupId;
 
 std::vector<DataType> AllTypes() {
     std::vector<DataType> types;
     for (const auto& rows :
-         {datatypes::AmigaFormats(), datatypes::MediaFormats(), datatypes::GeneralFormats()}) {
+         {datatypes::AmigaFormats(), datatypes::MediaFormats(), datatypes::GeneralFormats()})
         std::ranges::transform(rows, std::back_inserter(types), &datatypes::ContentRow::Type);
-    }
     std::ranges::copy(datatypes::KnownTypes(), std::back_inserter(types));
     std::ranges::transform(datatypes::MimeRows(), std::back_inserter(types), &datatypes::MimeRow::Type);
     return types;
@@ -45,17 +43,12 @@ bool HidesAnother(const std::string& name) {
     });
 }
 
-TEST(TypeRegistry, NamesFitWhereTheyAreShownAndBecomeIconNames) {
+TEST(TypeRegistry, NamesFitBecomeIconNamesAndHoldNoneThatOthersLookFor) {
     for (const DataType& type : AllTypes()) {
+        EXPECT_FALSE(HidesAnother(Upper(type.Name))) << type.Name;
         EXPECT_LE(type.Name.size(), datatypes::NameSize) << type.Name;
         EXPECT_EQ(type.Name.find_first_of("/:%"), std::string_view::npos) << type.Name;
         EXPECT_EQ(type.Id.size(), 4U) << type.Name;
-    }
-}
-
-TEST(TypeRegistry, NoNameHoldsTheNameOfATypeThatOthersLookFor) {
-    for (const DataType& type : AllTypes()) {
-        EXPECT_FALSE(HidesAnother(Upper(type.Name))) << type.Name;
     }
 }
 
@@ -69,16 +62,14 @@ TEST(TypeRegistry, TablesAgreeOnTheGroupOfAType) {
 
 TEST(TypeRegistry, TypesOfDatabasesGetNamesOfTheSameForm) {
     struct Row {
-        const char* Given;
-        const char* Name;
+        const char *Given, *Name;
     };
     for (const Row& row : {Row{"3dm/a:b", "3DM A B"},
                            {"x-wavelet", "IMAGE"},
                            {"", "IMAGE"},
                            {"a-very-long-name-of-some-vendor", "A-VERY-LONG-NAME-OF-SOME"},
-                           {"netpbm", "Netpbm"}}) {
+                           {"netpbm", "Netpbm"}})
         EXPECT_EQ(datatypes::RegisterType(row.Given, GroupId::Picture)->Name, row.Name);
-    }
     EXPECT_EQ(datatypes::RegisterType("another", GroupId::Text),
               datatypes::RegisterType("ANOTHER", GroupId::Text));
 }
@@ -101,12 +92,10 @@ TEST(TypeRegistry, ExtensionsOfTheHostGiveProperTypes) {
 
 // Names are looked up in the plain list of patterns before the database itself is asked.
 TEST(TypeRegistry, ExtensionsInAnyPatternOfTheHostAreKnown) {
-    for (const char* extension : {"jpg", "JPG", "c", "C", "1", "anim3", "blend"}) {
+    for (const char* extension : {"jpg", "JPG", "c", "C", "1", "anim3", "blend"})
         EXPECT_TRUE(datatypes::MeaningOfExtension(extension).Known) << extension;
-    }
-    for (const char* extension : {"q1", "zzzz", "jpgjpg", "anim0"}) {
+    for (const char* extension : {"q1", "zzzz", "jpgjpg", "anim0"})
         EXPECT_FALSE(datatypes::MeaningOfExtension(extension).Known) << extension;
-    }
 }
 
 TEST(TypeRegistry, GroupsHaveNamesAndTheirCodesAsNumbers) {

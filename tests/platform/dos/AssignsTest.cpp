@@ -1,23 +1,17 @@
 #include "platform/dos/Changes.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <filesystem>
-
 namespace {
-
-using Texts = std::vector<std::string>;
 
 class AssignsTest : public DosTest {
 protected:
     AssignsTest() {
         for (const char* drawer : {"a", "b", "c"})
             Tree.Drawer(drawer);
-        Tree.Write("a/one", "");
-        Tree.Write("b/one", "");
-        Tree.Write("b/two", "");
+        Tree.Plant({"a/one", "b/one", "b/two"});
     }
 
-    [[nodiscard]] static Texts Targets(std::string_view name) {
+    [[nodiscard]] static Names Targets(std::string_view name) {
         for (const dos::AssignInfo& assign : dos::Assigns())
             if (assign.Name == name)
                 return assign.Targets;
@@ -57,7 +51,7 @@ TEST_F(AssignsTest, DrawersAreAddedAtEitherEndAndTakenOut) {
     ASSERT_TRUE(dos::AddToAssign("N", "Test:b", dos::AssignEnd::Last)); // makes it
     ASSERT_TRUE(dos::AddToAssign("N", "Test:c", dos::AssignEnd::Last));
     ASSERT_TRUE(dos::AddToAssign("n", "Test:a", dos::AssignEnd::First));
-    EXPECT_EQ(Targets("N"), (Texts{"Test:a", "Test:b", "Test:c"}));
+    EXPECT_EQ(Targets("N"), (Names{"Test:a", "Test:b", "Test:c"}));
     EXPECT_EQ(Find("N:one"), "Test:a/one");
     EXPECT_EQ(Find("N:two"), "Test:b/two");
     ASSERT_TRUE(dos::AddToAssign("N", "Test:c/", dos::AssignEnd::First)); // it is there already
@@ -89,8 +83,8 @@ TEST_F(AssignsTest, RefusalsLeaveTheAssignAsItWas) {
     EXPECT_TRUE(dos::SetAssign("FTPMount", Late, {"Test:a"}));
     EXPECT_TRUE(refused(dos::SetAssign("N:", Late, {"Test:a"}), 210));
     EXPECT_TRUE(refused(dos::AddToAssign("", "Test:a", dos::AssignEnd::Last), 210));
-    EXPECT_EQ(Targets("N"), Texts{"Test:a"});
-    EXPECT_EQ(Targets("Path"), Texts{"Test:a"});
+    EXPECT_EQ(Targets("N"), Names{"Test:a"});
+    EXPECT_EQ(Targets("Path"), Names{"Test:a"});
 }
 
 TEST_F(AssignsTest, OnlyATargetThatIsNotThereIsPassedOver) {
@@ -121,9 +115,10 @@ TEST_F(AssignsTest, AssignStandsBeforeAVolumeOfItsName) {
 }
 
 TEST_F(AssignsTest, CirclesAreRefusedAndNotFollowedForEver) {
-    ASSERT_TRUE(dos::SetAssign("X", dos::AssignKind::NonBinding, {"Y:"}));
-    ASSERT_TRUE(dos::SetAssign("Y", dos::AssignKind::NonBinding, {"X:"}));
-    EXPECT_EQ(Find("X:a"), "error 217");
+    for (const dos::AssignKind kind : {dos::AssignKind::NonBinding, dos::AssignKind::Late}) {
+        ASSERT_TRUE(dos::SetAssign("X", kind, {"Y:"}) && dos::SetAssign("Y", kind, {"X:"}));
+        EXPECT_EQ(Find("X:a"), "error 217");
+    }
 }
 
 } // namespace

@@ -4,12 +4,9 @@
 #include "platform/dos/Info.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
-#include <filesystem>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 namespace {
 
@@ -27,12 +24,11 @@ TEST_F(ChangesTest, DeleteTakesTheEntryAndItsSidecarOnly) {
     Tree.Write("file.uaem", Line);
     Tree.Write("target", "kept");
     Tree.Link("link", "target");
-    Tree.Drawer("empty");
-    Tree.Drawer("full/inner");
+    Tree.Plant({"empty/", "full/inner/"});
     Tree.Link("drawerlink", "full");
     for (const std::string_view path : {"Test:file", "Test:link", "Test:drawerlink", "Test:empty/"})
         EXPECT_TRUE(dos::Delete(path)) << path << " " << dos::IoErr();
-    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"full", "target"}));
+    EXPECT_EQ(NamesIn("Test:"), (Names{"full", "target"}));
     EXPECT_TRUE(Tree.Exists("full/inner"));
 }
 
@@ -63,27 +59,19 @@ TEST_F(ChangesTest, DeleteRefusesWithTheReason) {
         {"Test:none/x", 205},
         {"Test:" + std::string(1020, 'a'), 120},
     };
-    for (const auto& [path, error] : cases) {
-        EXPECT_FALSE(dos::Delete(path)) << path;
-        EXPECT_EQ(dos::IoErr(), error) << path;
-    }
-    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"full", "noted"}));
-    Calls().Unlinkat = [](int, const char*, int) {
-        errno = EROFS;
-        return -1;
-    };
-    EXPECT_FALSE(dos::Delete("Test:full/x"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskWriteProtected);
+    for (const auto& [path, error] : cases)
+        EXPECT_EQ(Refusal(dos::Delete(path)), error) << path;
+    EXPECT_EQ(NamesIn("Test:"), (Names{"full", "noted"}));
+    Calls().Unlinkat = Failing<EROFS>();
+    EXPECT_EQ(Refusal(dos::Delete("Test:full/x")), dos::ErrorDiskWriteProtected);
 }
 
 TEST_F(ChangesTest, ProtectionByAttributeRefusesDeletion) {
     Tree.Write("file", "x");
     if (::setxattr(Tree.Path("file").c_str(), "user.amiga.protection", "----rwe-", 8, 0) != 0)
         GTEST_SKIP() << "no attributes here";
-    EXPECT_FALSE(dos::Delete("Test:file"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeleteProtected);
-    EXPECT_FALSE(dos::Open("Test:file", dos::OpenMode::New));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeleteProtected);
+    EXPECT_EQ(Refusal(dos::Delete("Test:file")), dos::ErrorDeleteProtected);
+    EXPECT_EQ(Refusal(dos::Open("Test:file", dos::OpenMode::New)), dos::ErrorDeleteProtected);
     EXPECT_TRUE(dos::SetProtection("Test:file", 0));
     EXPECT_TRUE(dos::Delete("Test:file"));
 }
@@ -93,11 +81,10 @@ TEST_F(ChangesTest, ObjectsAreFoundWithoutAName) {
     Tree.Drawer("drawer/inner");
     dos::CurrentDir(dos::Lock("Test:drawer/inner"));
     EXPECT_TRUE(dos::SetProtection("", 0));
-    EXPECT_FALSE(dos::Delete("/"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDirectoryNotEmpty);
+    EXPECT_EQ(Refusal(dos::Delete("/")), dos::ErrorDirectoryNotEmpty);
     EXPECT_TRUE(dos::Rename("/", "Test:moved"));
     EXPECT_TRUE(dos::Delete(""));
-    EXPECT_EQ(NamesIn("Test:moved"), std::vector<std::string>());
+    EXPECT_EQ(NamesIn("Test:moved"), Names());
 }
 
 TEST_F(ChangesTest, SoftLinksLeadWhereTheirPathSays) {
@@ -126,10 +113,8 @@ TEST_F(ChangesTest, SoftLinksLeadWhereTheirPathSays) {
         {"Test:drawer", {"x", 203}}, {"Test:new", {"Nobody:x", 218}},    {"Test:no/new", {"x", 205}},
         {"Test:new", {"", 210}},     {"Test:new", {"Test:no/x/y", 205}}, {"NIL:x", {"x", 209}},
     };
-    for (const auto& [name, why] : refused) {
-        EXPECT_FALSE(dos::MakeLink(name, why.first)) << name;
-        EXPECT_EQ(dos::IoErr(), why.second) << name << " " << why.first;
-    }
+    for (const auto& [name, why] : refused)
+        EXPECT_EQ(Refusal(dos::MakeLink(name, why.first)), why.second) << name << " " << why.first;
 }
 
 TEST_F(ChangesTest, HardLinksAreFurtherNamesOfFiles) {
@@ -137,39 +122,29 @@ TEST_F(ChangesTest, HardLinksAreFurtherNamesOfFiles) {
     Tree.Drawer("drawer");
     EXPECT_TRUE(dos::MakeLink("Test:drawer/second", dos::Lock("Test:file")));
     EXPECT_TRUE(std::filesystem::equivalent(Tree.Path("file"), Tree.Path("drawer/second")));
-    EXPECT_FALSE(dos::MakeLink("Test:file", dos::Lock("Test:drawer/second")));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
-    EXPECT_FALSE(dos::MakeLink("Test:third", dos::Lock("Test:drawer")));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
-    EXPECT_FALSE(dos::MakeLink("Test:third", dos::Lock("Host:proc/version")));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorRenameAcrossDevices);
+    EXPECT_EQ(Refusal(dos::MakeLink("Test:file", dos::Lock("Test:drawer/second"))), dos::ErrorObjectExists);
+    EXPECT_EQ(Refusal(dos::MakeLink("Test:third", dos::Lock("Test:drawer"))), dos::ErrorObjectWrongType);
+    EXPECT_EQ(Refusal(dos::MakeLink("Test:third", dos::Lock("Host:proc/version"))),
+              dos::ErrorRenameAcrossDevices);
 }
 
 TEST_F(ChangesTest, HardLinkThatIsForbiddenIsToldFromOneThatCannotBe) {
     Tree.Write("file", "");
     const dos::FileLock lock = dos::Lock("Test:file");
-    Calls().LinkObject = [](int, int, const char*) {
-        errno = EPERM;
-        return -1;
-    };
-    EXPECT_FALSE(dos::MakeLink("Test:link", lock));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    Calls().LinkObject = Failing<EPERM>();
+    EXPECT_EQ(Refusal(dos::MakeLink("Test:link", lock)), dos::ErrorActionNotKnown);
     Calls().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* result) {
         const int done = dos::RealHost().Statx(drawer, name, flags, mask, result);
         result->stx_uid = ::geteuid() + 1;
         return done;
     };
-    EXPECT_FALSE(dos::MakeLink("Test:link", lock));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorWriteProtected);
+    EXPECT_EQ(Refusal(dos::MakeLink("Test:link", lock)), dos::ErrorWriteProtected);
 }
 
 TEST_F(ChangesTest, HolesStayWhenAnOldFileIsChanged) {
     Tree.Write("file", "begin");
     std::filesystem::resize_file(Tree.Path("file"), 64u << 20);
-    Calls().Clone = [](int, int) {
-        errno = ENOTSUP;
-        return -1;
-    };
+    Calls().Clone = Failing<ENOTSUP>();
     dos::FileHandle file = dos::Open("Test:file", dos::OpenMode::Old);
     EXPECT_EQ(dos::Write(file, Bytes("B")), 1);
     ASSERT_TRUE(dos::Close(file));
@@ -198,8 +173,7 @@ TEST_F(ChangesTest, ObjectsBeyondTheLongestHostPathAreMadeAndDeletedAgain) {
     EXPECT_EQ(dos::ReadWhole("moved/file", 10), "new");
     EXPECT_EQ(dos::NameFromLock(way.back()), "");
     EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
-    EXPECT_FALSE(dos::ExamineObject("moved/file"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
+    EXPECT_EQ(Refusal(dos::ExamineObject("moved/file")), dos::ErrorLineTooLong);
     EXPECT_TRUE(dos::Delete("moved/file"));
     EXPECT_TRUE(dos::Delete("moved"));
     while (way.size() > 1) {
@@ -222,9 +196,8 @@ TEST_F(ChangesTest, WrittenFilesAppearWhenTheyAreClosed) {
     EXPECT_TRUE(dos::Close(file));
     EXPECT_FALSE(file);
     EXPECT_EQ(Tree.Read("new"), "01ab45");
-    EXPECT_FALSE(dos::Close(file));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorInvalidLock);
-    EXPECT_EQ(NamesIn("Test:"), std::vector<std::string>{"new"});
+    EXPECT_EQ(Refusal(dos::Close(file)), dos::ErrorInvalidLock);
+    EXPECT_EQ(NamesIn("Test:"), Names{"new"});
 }
 
 TEST_F(ChangesTest, OldFilesAreChangedInPlaceOfTheirName) {
@@ -244,7 +217,7 @@ TEST_F(ChangesTest, OldFilesAreChangedInPlaceOfTheirName) {
     EXPECT_EQ(dos::SetFileSize(file, 12, dos::SeekFrom::Beginning), 12);
     EXPECT_TRUE(dos::Close(file));
     EXPECT_EQ(Tree.Read("file"), std::string("0123xy6789\0\0", 12));
-    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"file", "link", "made"}));
+    EXPECT_EQ(NamesIn("Test:"), (Names{"file", "link", "made"}));
 }
 
 TEST_F(ChangesTest, AbandonedWritingLeavesTheOldFile) {
@@ -257,16 +230,15 @@ TEST_F(ChangesTest, AbandonedWritingLeavesTheOldFile) {
         dos::FileHandle none = dos::Open("Test:none", dos::OpenMode::ReadWrite);
     }
     EXPECT_EQ(Tree.Read("file"), "old");
-    EXPECT_EQ(NamesIn("Test:"), std::vector<std::string>{"file"});
+    EXPECT_EQ(NamesIn("Test:"), Names{"file"});
 }
 
 TEST_F(ChangesTest, NewFileDoesNotReplaceWhatCameMeanwhile) {
     dos::FileHandle file = dos::Open("Test:file", dos::OpenMode::New);
     Tree.Write("file", "another's");
-    EXPECT_FALSE(dos::Close(file));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Refusal(dos::Close(file)), dos::ErrorObjectExists);
     EXPECT_EQ(Tree.Read("file"), "another's");
-    EXPECT_EQ(NamesIn("Test:"), std::vector<std::string>{"file"});
+    EXPECT_EQ(NamesIn("Test:"), Names{"file"});
 }
 
 TEST_F(ChangesTest, ProtectedFilesRefuseWriting) {
@@ -278,15 +250,12 @@ TEST_F(ChangesTest, ProtectedFilesRefuseWriting) {
         ASSERT_TRUE(file);
         EXPECT_EQ(dos::Write(file, Bytes("new")), -1);
         EXPECT_EQ(dos::IoErr(), dos::ErrorWriteProtected);
-        EXPECT_FALSE(dos::Close(file));
-        EXPECT_EQ(dos::IoErr(), dos::ErrorWriteProtected);
+        EXPECT_EQ(Refusal(dos::Close(file)), dos::ErrorWriteProtected);
     }
     const std::pair<std::string_view, long> cases[] = {
         {"Test:closed", 223}, {"Test:drawer", 212}, {"Test:no/x", 205}, {"Test:", 212}};
-    for (const auto& [path, error] : cases) {
-        EXPECT_FALSE(dos::Open(path, dos::OpenMode::New)) << path;
-        EXPECT_EQ(dos::IoErr(), error) << path;
-    }
+    for (const auto& [path, error] : cases)
+        EXPECT_EQ(Refusal(dos::Open(path, dos::OpenMode::New)), error) << path;
     EXPECT_EQ(Tree.Read("closed"), "old");
 }
 
@@ -316,8 +285,7 @@ TEST_F(ChangesTest, InfoCountsBeyondThirtyTwoBits) {
     EXPECT_EQ(info->BlocksUsed, 7'000'000'000u);
     EXPECT_EQ(info->BytesPerBlock, 4096u);
     EXPECT_EQ(info->State, dos::DiskState::WriteProtected);
-    EXPECT_FALSE(dos::Info("Nobody:"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
+    EXPECT_EQ(Refusal(dos::Info("Nobody:")), dos::ErrorDeviceNotMounted);
 }
 
 } // namespace

@@ -156,7 +156,8 @@ TEST(CommandLineTest, LengthIsLimitedBeforeAndAfterInsertion) {
 TEST(CommandLineTest, EscapedTextsAreDataAndNothingElse) {
     std::mt19937 chance(20);
     constexpr std::string_view letters = "ab \"*;><`$={}\n\t\x1B\xC3\xA9NEne'/:";
-    std::vector<std::string> names{"a\" ;rm -rf *", "", "*", "\"", "`x` >y", "all", "${drawer}"};
+    std::vector<std::string> names{"a\" ;rm -rf *", "",    "*",         "\"",
+                                   "`x` >y",        "all", "${drawer}", "d\xFFr/é\t"};
     for (int i = 0; i < 3000; ++i) {
         std::string& name = names.emplace_back(chance() % 12, ' ');
         for (char& c : name)

@@ -5,14 +5,11 @@
 #include "platform/dos/HostFd.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <set>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
-#include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -117,23 +114,14 @@ TEST_F(CopyTreeTest, WhatCannotBeCopiedIsToldAndTheRestGoesOn) {
 // A stick has neither attributes nor modes; what its sidecars tell is not lost there.
 TEST_F(CopyTreeTest, WhatASidecarTellsIsNoLoss) {
     Tree.Drawer("stick");
-    ASSERT_TRUE(dos::AddVolume({.Device = "TU0",
-                                .Volume = "Stick",
-                                .HostRoot = Tree.Path("stick"),
-                                .Metadata = dos::MetadataRule::Uaem}));
+    AddDisk("TU0", "Stick", Tree.Path("stick"), dos::NameRule::Exact, dos::MetadataRule::Uaem);
     Tree.Write("from/f", "text");
     for (const char* path : {"Test:from", "Test:from/f"})
         if (!dos::SetProtection(path, dos::ProtectScript | dos::ProtectDelete) ||
             !dos::SetComment(path, "A note"))
             GTEST_SKIP() << "no attributes here";
-    Calls().Fsetxattr = [](int, const char*, const void*, std::size_t) {
-        errno = ENOTSUP;
-        return -1;
-    };
-    Calls().Fchmod = [](int, unsigned) {
-        errno = EPERM;
-        return -1;
-    };
+    Calls().Fsetxattr = Failing<ENOTSUP>();
+    Calls().Fchmod = Failing<EPERM>();
     EXPECT_EQ(dos::CopyTree("Test:from", "Stick:tree").Lost, 0u);
     EXPECT_EQ(dos::Copy("Test:from", "Stick:drawer").Lost, 0u);
     EXPECT_EQ(dos::Copy("Test:from/f", "Stick:f").Lost, 0u);
@@ -144,15 +132,10 @@ TEST_F(CopyTreeTest, WhatASidecarTellsIsNoLoss) {
     EXPECT_NE(dos::Copy("Test:from/f", "Test:plain").Lost, 0u);
 }
 
-// Twins become one where names are folded, and neither is lost unasked; bits go into files where the
-// volume wants them there.
+// Where names are folded twins meet, and neither is lost unasked; where bits belong into files they go there.
 TEST_F(CopyTreeTest, VolumesOfOtherKindsTakeATree) {
     Tree.Drawer("kept");
-    ASSERT_TRUE(dos::AddVolume({.Device = "TD1",
-                                .Volume = "Kept",
-                                .HostRoot = Tree.Path("kept"),
-                                .Names = dos::NameRule::Fold,
-                                .Metadata = dos::MetadataRule::Uaem}));
+    AddDisk("TD1", "Kept", Tree.Path("kept"), dos::NameRule::Fold, dos::MetadataRule::Uaem);
     for (const char* name : {"from/a/File", "from/a/FILE", "from/b/one", "from/B/two"})
         Tree.Write(name, name);
     ASSERT_TRUE(dos::SetProtection("Test:from/b/one", 0x42));
@@ -258,10 +241,8 @@ TEST_F(CopyTreeTest, ConflictsAreAskedAndAnswered) {
 
 TEST_F(CopyTreeTest, ADrawerIntoItselfIsRefusedBeforeAnythingHappens) {
     Tree.Write("from/a/file", "x");
-    for (const char* to : {"Test:from", "Test:from/copy", "Test:from/a"}) {
-        EXPECT_FALSE(dos::CopyTree("Test:from", to));
-        EXPECT_EQ(dos::IoErr(), 202) << to;
-    }
+    for (const char* to : {"Test:from", "Test:from/copy", "Test:from/a"})
+        EXPECT_EQ(Refusal(dos::CopyTree("Test:from", to)), 202) << to;
     EXPECT_EQ(Look(Tree.Path("from")).size(), 2u);
 }
 

@@ -113,14 +113,13 @@ TEST(DatesTest, MomentsOutsideTheRangeGiveItsEnds) {
 TEST(DatesTest, ThreadsThatMeetAtNewDatesAgree) {
     const ScopedZone zone(CentralEurope);
     std::vector<std::vector<std::uint32_t>> results(4);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (auto& result : results)
         threads.emplace_back([&result] {
             for (std::int64_t moment = dos::UnixOfAmigaEpoch; moment < 4000000000; moment += 999983)
                 result.push_back(dos::AmigaSecondsFromUnix(moment));
         });
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     for (const auto& result : results)
         EXPECT_EQ(result, results.front());
 }

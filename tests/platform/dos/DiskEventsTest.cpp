@@ -4,23 +4,17 @@
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Info.h"
-#include "platform/dos/MediumInfo.h"
 #include "platform/exec/Timer.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <fcntl.h>
-#include <map>
 #include <mutex>
 #include <poll.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -78,11 +72,8 @@ class DiskEventsTest : public testing::Test {
 protected:
     DiskEventsTest() {
         Table.Path = Tree.Path("mountinfo");
-        dos::Places() = {.Numbers = Tree.Path("none"),
-                         .Blocks = Tree.Path("none"),
-                         .Labels = Tree.Path("none"),
-                         .Records = Tree.Path("none"),
-                         .Release = Tree.Path("none")};
+        const std::string none = Tree.Path("none");
+        dos::Places() = {.Numbers = none, .Blocks = none, .Labels = none, .Records = none, .Release = none};
         Tree.Write("Amiga/file", "");
         Mount("");
         dos::Host().Openat = OpenScripted;
@@ -193,8 +184,7 @@ TEST_F(DiskEventsTest, RelabelledDiskIsToldAndKeepsItsNameWhenItComesBack) {
     EXPECT_EQ(LastVolume(), "Old disk");
     std::string readOnly = Disk;
     Mount(readOnly.replace(readOnly.find(" rw"), 3, " ro"));
-    EXPECT_FALSE(dos::Relabel("Old disk", "x"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskWriteProtected);
+    EXPECT_EQ(Refusal(dos::Relabel("Old disk", "x")), dos::ErrorDiskWriteProtected);
 }
 
 TEST_F(DiskEventsTest, NamesThatAnotherProcessGivesAreTakenWhenTheyAreAskedFor) {
@@ -212,10 +202,9 @@ TEST_F(DiskEventsTest, NamesThatAnotherProcessGivesAreTakenWhenTheyAreAskedFor) 
                                   label("Amiga", "New") + label("Other", "Host") + label("twin", "One"));
     EXPECT_EQ(exec::Wait(Mask()), Mask());
     EXPECT_EQ(Find("Amiga:file"), "Amiga:file") << "work under way goes on";
-    std::vector<std::string> taken;
-    for (const dos::VolumeRename& each : dos::TakeNewNames())
-        taken.push_back(each.Before + " " + each.Now);
-    EXPECT_EQ(taken, (std::vector<std::string>{"Mine Yours", "Amiga New"})) << "no name that is taken";
+    const auto taken = TextsOf(dos::TakeNewNames(),
+                               [](const dos::VolumeRename& each) { return each.Before + " " + each.Now; });
+    EXPECT_EQ(taken, (Names{"Mine Yours", "Amiga New"})) << "no name that is taken";
     EXPECT_EQ(Find("Games:file"), "New:file");
     EXPECT_EQ(Find("Yours:"), "Yours:");
     EXPECT_TRUE(dos::TakeNewNames().empty());
@@ -256,12 +245,8 @@ TEST_F(DiskEventsTest, NothingIsSentAfterTheEnd) {
 }
 
 TEST_F(DiskEventsTest, HostWithoutAListOfMountsIsTold) {
-    dos::Host().Openat = [](int, const char*, int, unsigned) {
-        errno = ENOENT;
-        return -1;
-    };
-    EXPECT_FALSE(Watch.Start(exec::FindTask(), Signal));
-    EXPECT_EQ(dos::IoErr(), 205);
+    dos::Host().Openat = Failing<ENOENT>();
+    EXPECT_EQ(Refusal(Watch.Start(exec::FindTask(), Signal)), 205);
 }
 
 TEST_F(DiskEventsTest, DisksOfOneNameAreToldApartAndKeepTheirNames) {
@@ -289,10 +274,8 @@ TEST_F(DiskEventsTest, LabelThatMeansSomethingElseIsNotTaken) {
     dos::ReadVolumeLabels(Tree.Path("mounts.toml")); // its assigns are made when there are volumes
     Mount(Row(2, "/dev/sr0", "music") + Row(3, "/dev/sr1", "HOST") + Row(4, "/dev/sr2", "nil") +
           Row(5, "/dev/sr3", "later"));
-    std::vector<std::string> names;
-    for (const dos::VolumeInfo& volume : dos::Volumes())
-        names.push_back(volume.Volume);
-    EXPECT_EQ(names, (std::vector<std::string>{"Host", "music_CD0", "HOST_CD1", "nil_CD2", "later_CD3"}));
+    const auto names = TextsOf(dos::Volumes(), [](const dos::VolumeInfo& volume) { return volume.Volume; });
+    EXPECT_EQ(names, (Names{"Host", "music_CD0", "HOST_CD1", "nil_CD2", "later_CD3"}));
 }
 
 TEST_F(DiskEventsTest, AssignsOnADiskLeadToItAgainWhenItIsBack) {
@@ -339,13 +322,18 @@ bool CanMount() {
         ::_exit(1);                                                                                          \
     }
 
-// In a process of its own, since its mounts are.
-void MeetARealDisk() {
+// Below /mnt, by a name that no other disk has, in a view of the disks that is this process's alone.
+std::string MakeOwnMountPoint() {
     REQUIRE(::unshare(CLONE_NEWNS) == 0);
     REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
-    std::string point = "/mnt/solvane-test-XXXXXX"; // a name that no other disk has
+    std::string point = "/mnt/solvane-test-XXXXXX";
     REQUIRE(::mkdtemp(point.data()) != nullptr);
-    const std::string name = point.substr(5);
+    return point.substr(5);
+}
+
+// In a process of its own, since its mounts are.
+void MeetARealDisk() {
+    const std::string name = MakeOwnMountPoint(), point = "/mnt/" + name;
     const int signal = exec::AllocSignal();
     const exec::SignalMask mask = exec::SignalMask{1} << signal;
     dos::DiskNotification watch;
@@ -366,11 +354,7 @@ void MeetARealDisk() {
 
 // The same of a disk that goes while it is in use, which the host hides from who holds it.
 void LoseARealDisk() {
-    REQUIRE(::unshare(CLONE_NEWNS) == 0);
-    REQUIRE(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0);
-    std::string point = "/mnt/solvane-test-XXXXXX"; // a name that no other disk has
-    REQUIRE(::mkdtemp(point.data()) != nullptr);
-    const std::string name = point.substr(5);
+    const std::string name = MakeOwnMountPoint(), point = "/mnt/" + name;
     REQUIRE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
     REQUIRE(::mount("solvane", point.c_str(), "tmpfs", 0, nullptr) == 0);
     REQUIRE(dos::WriteWhole(name + ":file", "text"));

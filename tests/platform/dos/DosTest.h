@@ -10,13 +10,40 @@
 #include "platform/dos/VolumeTable.h"
 #include "platform/dos/Volumes.h"
 #include "tests/support/TempTree.h"
+#include "tests/support/Texts.h"
 
+#include <cerrno>
 #include <gtest/gtest.h>
-#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
+
+// Stands for a host call that fails: Calls().Write = Failing<ENOSPC>();
+template <int Error>
+struct Failing {
+    template <typename Result, typename... Arguments>
+    using Call = Result (*)(Arguments...);
+    template <typename Result, typename... Arguments>
+    operator Call<Result, Arguments...>() const {
+        return [](Arguments...) {
+            errno = Error;
+            return static_cast<Result>(-1);
+        };
+    }
+};
+
+// Why a call was refused; 0 for one that was not.
+template <typename Result>
+long Refusal(const Result& result) {
+    return result ? 0 : dos::IoErr();
+}
+
+inline void AddDisk(const std::string& device, const std::string& volume, const std::string& root,
+                    dos::NameRule names, dos::MetadataRule metadata = dos::MetadataRule::Xattr) {
+    EXPECT_TRUE(dos::AddVolume(
+        {.Device = device, .Volume = volume, .HostRoot = root, .Names = names, .Metadata = metadata}));
+}
 
 class DosTest : public testing::Test {
 protected:
@@ -58,11 +85,10 @@ inline std::map<std::string, dos::ExamineData> List(std::string_view path) {
     return objects;
 }
 
-inline std::vector<std::string> NamesIn(std::string_view path) {
-    std::vector<std::string> names;
-    for (const auto& [name, object] : List(path))
-        names.push_back(name);
-    return names;
+using Names = std::vector<std::string>;
+
+inline Names NamesIn(std::string_view path) {
+    return TextsOf(List(path), [](const auto& object) { return object.first; });
 }
 
 // The full name of what a path leads to, or "error N".

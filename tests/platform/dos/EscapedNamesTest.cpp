@@ -8,24 +8,15 @@
 #include "tests/platform/dos/DosTest.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace {
-
-using Names = std::vector<std::string>;
 
 class EscapedNamesTest : public DosTest {
 protected:
     EscapedNamesTest() {
-        Tree.Drawer("amiga");
-        Tree.Drawer("plain");
-        for (const auto& [device, root, names] : {std::tuple{"UA", "amiga", dos::NameRule::Exact},
-                                                  std::tuple{"UF", "amiga", dos::NameRule::Fold}})
-            EXPECT_TRUE(dos::AddVolume({.Device = std::string(device) + "0",
-                                        .Volume = device,
-                                        .HostRoot = Tree.Path(root),
-                                        .Names = names,
-                                        .Metadata = dos::MetadataRule::Uaem}));
+        Tree.Plant({"amiga/", "plain/"});
+        AddDisk("UA0", "UA", Tree.Path("amiga"), dos::NameRule::Exact, dos::MetadataRule::Uaem);
+        AddDisk("UF0", "UF", Tree.Path("amiga"), dos::NameRule::Fold, dos::MetadataRule::Uaem);
     }
     // What lies in a drawer of the host, sidecars too.
     [[nodiscard]] Names OnHost(std::string_view drawer) {

@@ -2,32 +2,17 @@
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
-#include <filesystem>
 #include <gmock/gmock.h>
 #include <set>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 
 class ExamineTest : public DosTest {};
 
 using testing::ElementsAre;
-
-void MakeSocket(const std::string& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    ASSERT_LT(path.size(), sizeof(address.sun_path));
-    path.copy(address.sun_path, path.size());
-    const int made = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_EQ(::bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-    ::close(made);
-}
 
 TEST_F(ExamineTest, EveryKindOfObjectHasItsTypeInAListing) {
     Tree.Write("file", "12345");
@@ -36,7 +21,7 @@ TEST_F(ExamineTest, EveryKindOfObjectHasItsTypeInAListing) {
     Tree.Link("dangling", "nowhere");
     std::filesystem::create_hard_link(Tree.Path("file"), Tree.Path("hard"));
     ASSERT_EQ(::mkfifo(Tree.Path("pipe").c_str(), 0600), 0);
-    MakeSocket(Tree.Path("socket"));
+    Tree.Socket("socket");
     const std::uint32_t soft = dos::TypeLinkFlag | dos::LinkSoft;
     const std::map<std::string, std::uint32_t> expected = {
         {"file", dos::TypeFile},    {"drawer", dos::TypeDrawer}, {"link", soft},
@@ -63,8 +48,7 @@ TEST_F(ExamineTest, ExamineObjectFollowsLinksAndNamesRootsAfterTheirVolume) {
     EXPECT_EQ(object->Size, 3u);
     EXPECT_EQ(dos::ExamineObject("Test:")->Name, "Test");
     EXPECT_EQ(dos::ExamineObject("Test:")->Type, dos::TypeDrawer);
-    EXPECT_FALSE(dos::ExamineObject("Test:dangling"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    EXPECT_EQ(Refusal(dos::ExamineObject("Test:dangling")), dos::ErrorObjectNotFound);
 }
 
 TEST_F(ExamineTest, LinkTargetsAreAmigaPaths) {
@@ -130,8 +114,7 @@ TEST_F(ExamineTest, NamesThatDoNotFitHaveAliasesUnderWhichEverythingWorks) {
                                             head + "1.jpeg.info",
                                             std::string(255, '\xE4'),
                                             "a:b.txt",
-                                            "a\uA789"
-                                            "b.txt",
+                                            "a\uA789b.txt",
                                             "::",
                                             std::string(60, 'x') + ":" + std::string(60, 'x') + ".info"};
     for (const std::string& name : names)
@@ -210,22 +193,15 @@ TEST_F(ExamineTest, WalkMayBeLeftHalfWay) {
 
 TEST_F(ExamineTest, WhatCannotBeListedSaysWhy) {
     Tree.Write("file", "");
-    EXPECT_FALSE(dos::ObtainDirContext("Test:file"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
-    EXPECT_FALSE(dos::ObtainDirContext("Test:none"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    EXPECT_EQ(Refusal(dos::ObtainDirContext("Test:file")), dos::ErrorObjectWrongType);
+    EXPECT_EQ(Refusal(dos::ObtainDirContext("Test:none")), dos::ErrorObjectNotFound);
     const dos::FileLock root = dos::Lock("Test:");
-    Calls().Openat = [](int, const char*, int, unsigned) {
-        errno = EACCES;
-        return -1;
-    };
-    EXPECT_FALSE(dos::ObtainDirContext(root));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorReadProtected);
+    Calls().Openat = Failing<EACCES>();
+    EXPECT_EQ(Refusal(dos::ObtainDirContext(root)), dos::ErrorReadProtected);
 }
 
 TEST_F(ExamineTest, DrawerThatCannotBeReadOnKeepsWhatWasFound) {
-    Tree.Write("a", "");
-    Tree.Write("b", "");
+    Tree.Plant({"a", "b"});
     static bool hasRead = false;
     hasRead = false;
     Calls().Getdents = [](int drawer, void* buffer, std::size_t size) -> long {
@@ -259,8 +235,7 @@ TEST_F(ExamineTest, ObjectsThatVanishArePassedOverAndClosedOnesKeepTheirName) {
 TEST_F(ExamineTest, NothingWaitsForPipes) {
     ASSERT_EQ(::mkfifo(Tree.Path("pipe").c_str(), 0600), 0);
     EXPECT_EQ(dos::ExamineObject("Test:pipe")->Type, dos::TypePipe);
-    EXPECT_FALSE(dos::OpenOld("Test:pipe"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
+    EXPECT_EQ(Refusal(dos::OpenOld("Test:pipe")), dos::ErrorObjectWrongType);
 }
 
 } // namespace

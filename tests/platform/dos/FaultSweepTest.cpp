@@ -1,17 +1,14 @@
-// Every changing call with each of its host calls failing in turn, and with the process killed at each of
-// them. Whatever fails, each file is the old or the new one as a whole, no temporary file stays and no
-// descriptor is lost.
+// Every changing call with each of its host calls failing, and with the process killed at each of them: each
+// file is the old or the new one as a whole, no temporary file stays and no descriptor is lost.
 #include "platform/dos/Changes.h"
 #include "platform/dos/Copy.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/dos/HostFaults.h"
 
-#include <filesystem>
 #include <functional>
 #include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 namespace {
 
@@ -142,11 +139,7 @@ protected:
             std::filesystem::resize_file(tree.Path("holes"), BigSize);
         }
         EXPECT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
-        EXPECT_TRUE(dos::AddVolume({.Device = "TD0",
-                                    .Volume = "Test",
-                                    .HostRoot = tree.Root(),
-                                    .Names = GetParam().Names,
-                                    .Metadata = GetParam().Metadata}));
+        AddDisk("TD0", "Test", tree.Root(), GetParam().Names, GetParam().Metadata);
         tree.Write("file", "OLD CONTENTS");
         tree.Write("noted", "OLD");
         tree.Write("noted.uaem", OldLine);
@@ -154,6 +147,13 @@ protected:
         tree.Drawer("drawer");
         ::setxattr(tree.Path("file").c_str(), "user.amiga.protection", "h--arwed", 8, 0);
         ::setxattr(tree.Path("noted").c_str(), "user.xdg.comment", "hidden", 6, 0);
+    }
+    // The tree after the deed when nothing fails.
+    Picture Wanted(const Change& change) {
+        TempTree tree;
+        Plant(tree, change);
+        EXPECT_TRUE(change.Deed()) << change.Name << " " << dos::IoErr();
+        return Look(tree.Root());
     }
     // Runs the deed with that call failing; true when the sweep is over.
     bool RunOne(const Change& change, int number, const Picture& wanted);
@@ -201,13 +201,7 @@ bool FaultSweepTest::RunOne(const Change& change, int number, const Picture& wan
 
 TEST_P(FaultSweepTest, WhicheverCallFailsOldOrNewIsWhole) {
     for (const Change& change : Changes("Test:")) {
-        Picture wanted;
-        {
-            TempTree tree;
-            Plant(tree, change);
-            ASSERT_TRUE(change.Deed()) << change.Name << " " << dos::IoErr();
-            wanted = Look(tree.Root());
-        }
+        const Picture wanted = Wanted(change);
         Kind = Fault::ShortWrite;
         EXPECT_TRUE(RunOne(change, 1000, wanted));
         Kind = Fault::Error;
@@ -253,13 +247,7 @@ bool FaultSweepTest::KillOne(const Change& change, int number, const Picture& wa
 
 TEST_P(FaultSweepTest, AKilledProcessLeavesOldOrNew) {
     for (const Change& change : Changes("Test:")) {
-        Picture wanted;
-        {
-            TempTree tree;
-            Plant(tree, change);
-            ASSERT_TRUE(change.Deed()) << change.Name << " " << dos::IoErr();
-            wanted = Look(tree.Root());
-        }
+        const Picture wanted = Wanted(change);
         Kind = Fault::Kill;
         for (const bool nameless : {true, false}) {
             if (IsBig(change) && !nameless)

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <chrono>
 #include <ctime>
-#include <filesystem>
 #include <sys/stat.h>
 #include <thread>
 
@@ -47,8 +46,7 @@ TEST_F(FoldedNamesTest, ExactNameWinsThenAnyOtherCaseIsFound) {
 
 TEST_F(FoldedNamesTest, NameThatDiffersInCaseOnlyExistsAlready) {
     Tree.Write("Drawer/File", "old");
-    EXPECT_FALSE(dos::CreateDir("Test:DRAWER"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Refusal(dos::CreateDir("Test:DRAWER")), dos::ErrorObjectExists);
     EXPECT_TRUE(dos::WriteWhole("Test:drawer/FILE", "new"));
     EXPECT_EQ(Tree.Read("Drawer/File"), "new");
     EXPECT_EQ(List("Test:Drawer").size(), 1u);
@@ -119,8 +117,7 @@ TEST_F(FoldedNamesTest, ChangeOfAnotherDuringAnOwnOneIsSeen) {
 
 // Of two spellings the first is remembered; it goes within the tick of the change before.
 TEST_F(FoldedNamesTest, WhatATreesDeletionTookIsNotRemembered) {
-    Tree.Write("Drawer/NOTE/file", "");
-    Tree.Write("Drawer/Note", "");
+    Tree.Plant({"Drawer/NOTE/file", "Drawer/Note"});
     Age("Drawer");
     Calls().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* about) {
         const int result = dos::RealHost().Statx(drawer, name, flags, mask, about);
@@ -178,10 +175,7 @@ TEST_F(FoldedNamesTest, ChangesOfOthersAreSeenAtOnce) {
 
 TEST_F(FoldedNamesTest, DrawerThatCannotBeReadIsNoEndlessSearch) {
     Tree.Write("Drawer/File", "");
-    Calls().Getdents = [](int, void*, std::size_t) -> long {
-        errno = EIO;
-        return -1;
-    };
+    Calls().Getdents = Failing<EIO>();
     EXPECT_EQ(Find("Test:Drawer/file"), "error 205");
     EXPECT_EQ(Find("Test:Drawer/File"), "Test:Drawer/File");
 }

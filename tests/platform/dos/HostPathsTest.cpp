@@ -40,8 +40,7 @@ TEST_F(HostPathsTest, HostPathsBecomeTheShortestVolumePath) {
 }
 
 TEST_F(HostPathsTest, RelativeHostPathsStartFromTheGivenDrawer) {
-    Tree.Write("a/file", "");
-    Tree.Write("a/x:y", "");
+    Tree.Plant({"a/file", "a/x:y"});
     const std::string here = Tree.Path("a");
     EXPECT_EQ(dos::FromHostPath("file", here), "Test:a/file");
     EXPECT_EQ(dos::FromHostPath(".", here), "Test:a");
@@ -65,8 +64,7 @@ TEST_F(HostPathsTest, EveryListedObjectHasItsWayToTheHostAndBack) {
 }
 
 TEST_F(HostPathsTest, HostPathNamesWhatCouldBeMade) {
-    Tree.Drawer("one");
-    Tree.Write("two/there", "");
+    Tree.Plant({"one/", "two/there"});
     Tree.Link("link", "one");
     ASSERT_TRUE(dos::SetAssign("Multi", dos::AssignKind::Late, {"Test:one", "Test:two"}));
     EXPECT_EQ(dos::HostPath("Test:one/new"), Tree.Path("one/new"));
@@ -74,10 +72,8 @@ TEST_F(HostPathsTest, HostPathNamesWhatCouldBeMade) {
     EXPECT_EQ(dos::HostPath("Multi:there"), Tree.Path("two/there"));
     EXPECT_EQ(dos::HostPath("Test:link"), Tree.Path("link")); // the link, not where it leads
     EXPECT_EQ(dos::HostPath("Test:"), Tree.Root());
-    EXPECT_FALSE(dos::HostPath("Test:none/new"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
-    EXPECT_FALSE(dos::HostPath("Nobody:x"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
+    EXPECT_EQ(Refusal(dos::HostPath("Test:none/new")), dos::ErrorObjectNotFound);
+    EXPECT_EQ(Refusal(dos::HostPath("Nobody:x")), dos::ErrorDeviceNotMounted);
     EXPECT_FALSE(dos::HostPath("NIL:"));
 }
 

@@ -1,15 +1,12 @@
 #include "platform/dos/DeviceProcs.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <filesystem>
-
 namespace {
 
 class LocksTest : public DosTest {};
 
 struct PathCase {
-    std::string_view Path;
-    std::string_view Found;
+    std::string_view Path, Found;
 };
 
 void ExpectFound(std::initializer_list<PathCase> cases) {
@@ -18,9 +15,7 @@ void ExpectFound(std::initializer_list<PathCase> cases) {
 }
 
 TEST_F(LocksTest, PathsLeadWhereTheirSlashesAndColonsSay) {
-    Tree.Write("a/b/c/file", "");
-    Tree.Write("a/sibling", "");
-    Tree.Drawer(".hidden");
+    Tree.Plant({"a/b/c/file", "a/sibling", ".hidden/"});
     dos::CurrentDir(dos::Lock("Test:a/b"));
     ExpectFound({
         {"", "Test:a/b"},
@@ -65,8 +60,7 @@ TEST_F(LocksTest, AwkwardNamesAreFoundAsTheyAre) {
 }
 
 TEST_F(LocksTest, TwinsThatDifferInCaseStayApartOnAnExactVolume) {
-    Tree.Write("Readme", "");
-    Tree.Write("README", "");
+    Tree.Plant({"Readme", "README"});
     ExpectFound(
         {{"Test:Readme", "Test:Readme"}, {"Test:README", "Test:README"}, {"Test:readme", "error 205"}});
     EXPECT_FALSE(dos::SameLock(dos::Lock("Test:Readme"), dos::Lock("Test:README")));
@@ -120,8 +114,7 @@ TEST_F(LocksTest, ParentsEndAtTheRootOfTheVolume) {
     const dos::FileLock root = dos::ParentDir(drawer);
     EXPECT_EQ(dos::NameFromLock(root), "Test:");
     dos::SetIoErr(99);
-    EXPECT_FALSE(dos::ParentDir(root));
-    EXPECT_EQ(dos::IoErr(), 0);
+    EXPECT_EQ(Refusal(dos::ParentDir(root)), 0);
 }
 
 TEST_F(LocksTest, SameLockSeesThroughVolumesLinksAndHardLinks) {
@@ -176,34 +169,14 @@ TEST_F(LocksTest, MultiAssignTriesItsTargetsInOrder) {
         {"Multi:first/x", "error 212"}, // any other error than 205 stops the walk
     });
     bool complete = false;
-    std::vector<std::string> names;
-    for (const dos::FileLock& lock : dos::LockAllTargets("Multi:", &complete))
-        names.push_back(dos::NameFromLock(lock));
-    EXPECT_EQ(names, (std::vector<std::string>{"Test:one", "Test:two"}));
+    const auto names = TextsOf(dos::LockAllTargets("Multi:", &complete),
+                               [](const dos::FileLock& lock) { return dos::NameFromLock(lock); });
+    EXPECT_EQ(names, (Names{"Test:one", "Test:two"}));
     EXPECT_TRUE(complete);
     EXPECT_EQ(dos::IoErr(), dos::ErrorNoMoreEntries);
     EXPECT_EQ(dos::LockAllTargets("Multi:second", nullptr).size(), 1u);
     EXPECT_TRUE(dos::LockAllTargets("Nobody:", &complete).empty());
     EXPECT_FALSE(complete);
-}
-
-TEST_F(LocksTest, AssignKindsBindWhenTheySay) {
-    Tree.Drawer("here");
-    ASSERT_TRUE(dos::SetAssign("Now", dos::AssignKind::Directory, {"Test:here"}));
-    ASSERT_TRUE(dos::SetAssign("Later", dos::AssignKind::Late, {"Test:here"}));
-    ASSERT_TRUE(dos::SetAssign("Never", dos::AssignKind::NonBinding, {"Test:here"}));
-    EXPECT_EQ(Find("Later:"), "Test:here"); // bound by this first use
-    std::filesystem::rename(Tree.Path("here"), Tree.Path("there"));
-    ExpectFound({{"Now:", "Test:there"}, {"Later:", "Test:there"}, {"Never:", "error 205"}});
-    EXPECT_FALSE(dos::SetAssign("Bad", dos::AssignKind::Directory, {"Test:missing"}));
-    EXPECT_FALSE(dos::SetAssign("TD0", dos::AssignKind::Late, {"Test:"}));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectInUse);
-}
-
-TEST_F(LocksTest, AssignsThatLeadToEachOtherAreToldFromAnEndlessWay) {
-    ASSERT_TRUE(dos::SetAssign("A", dos::AssignKind::Late, {"B:"}));
-    ASSERT_TRUE(dos::SetAssign("B", dos::AssignKind::Late, {"A:"}));
-    EXPECT_EQ(Find("A:x"), "error 217");
 }
 
 TEST_F(LocksTest, MissingVolumeIsAskedForOnlyWithRequestersOn) {
@@ -219,7 +192,7 @@ TEST_F(LocksTest, MissingVolumeIsAskedForOnlyWithRequestersOn) {
     dos::SetRequesters(true);
     EXPECT_EQ(Find("Late:file"), "Late:file");
     EXPECT_EQ(Find("Other:"), "error 218"); // "no" ends it
-    EXPECT_EQ(asked, (std::vector<std::string>{"Late", "Other"}));
+    EXPECT_EQ(asked, (Names{"Late", "Other"}));
     dos::SetVolumeRequest({});
 }
 
@@ -227,10 +200,7 @@ TEST_F(LocksTest, MissingVolumeIsAskedForOnlyWithRequestersOn) {
 TEST_F(LocksTest, PathsAreFoundWithoutTheHostsNewerCalls) {
     Tree.Write("a/b/file", "");
     Tree.Link("link", "a/b");
-    Calls().Openat2 = [](int, const char*, int, std::uint64_t) {
-        errno = ENOSYS;
-        return -1;
-    };
+    Calls().Openat2 = Failing<ENOSYS>();
     ExpectFound({{"Test:a/b/file", "Test:a/b/file"},
                  {"Test:link/file", "Test:a/b/file"},
                  {"Test:a/b//", "Test:a"},
@@ -252,8 +222,7 @@ TEST_F(LocksTest, RefusalsOfTheHostBecomeErrorsOfDos) {
     for (const RefusedCase row :
          {RefusedCase{EACCES, 224}, {ENOMEM, 103}, {ENAMETOOLONG, 210}, {ELOOP, 217}}) {
         refusal = row.HostError;
-        EXPECT_FALSE(dos::Lock("Test:file"));
-        EXPECT_EQ(dos::IoErr(), row.Expected) << "errno " << row.HostError;
+        EXPECT_EQ(Refusal(dos::Lock("Test:file")), row.Expected) << "errno " << row.HostError;
     }
 }
 

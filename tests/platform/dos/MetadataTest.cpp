@@ -2,7 +2,6 @@
 #include "platform/dos/Sidecar.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
 #include <sys/xattr.h>
 
 namespace {
@@ -15,26 +14,14 @@ protected:
     }
 };
 
-std::uint32_t Seconds(std::uint16_t year, std::uint16_t month, std::uint16_t day, std::uint16_t hour = 0,
-                      std::uint16_t minute = 0, std::uint16_t second = 0) {
-    return *dos::CheckDate({.Second = second,
-                            .Minute = minute,
-                            .Hour = hour,
-                            .Day = day,
-                            .Month = month,
-                            .Year = year,
-                            .WeekDay = 0});
-}
-
 struct SidecarCase {
     std::string_view Text;
-    std::optional<std::uint32_t> Protection;
-    std::optional<std::uint32_t> Date;
+    std::optional<std::uint32_t> Protection, Date;
     std::string_view Comment;
 };
 
 TEST(SidecarTest, LinesOfEmulatorsAreRead) {
-    const std::uint32_t date = Seconds(2013, 2, 12, 21, 20, 52);
+    const std::uint32_t date = dos::Date2Amiga({52, 20, 21, 12, 2, 2013, 0});
     const SidecarCase cases[] = {
         {"----rwed 2013-02-12 21:20:52.02 hello\n", 0, date, "hello"},
         {"hsparwed 2013-02-12 21:20:52.02 \n", 0xF0, date, ""},
@@ -77,28 +64,23 @@ TEST_F(MetadataTest, SidecarIsReadFirstAndHidden) {
     Tree.Write("broken", "");
     Tree.Write("broken.uaem", "no such line");
     Tree.Write("orphan.uaem", "----rwed");
-    Tree.Drawer("drawers.uaem");
-    Tree.Write("drawers", "");
-    Tree.Write("ruled", "");
+    Tree.Plant({"drawers.uaem/", "drawers", "ruled"});
     Tree.Write("ruled.uaem", "----------------\nmy own text");
-    EXPECT_EQ(NamesIn("Test:"),
-              (std::vector<std::string>{"broken", "broken.uaem", "drawer", "drawers", "drawers.uaem", "file",
-                                        "orphan.uaem", "ruled", "ruled.uaem"}));
+    EXPECT_EQ(NamesIn("Test:"), (Names{"broken", "broken.uaem", "drawer", "drawers", "drawers.uaem", "file",
+                                       "orphan.uaem", "ruled", "ruled.uaem"}));
     auto listed = List("Test:");
     for (const dos::ExamineData& object : {listed["file"], *dos::ExamineObject("Test:file")}) {
         EXPECT_EQ(object.Protection & 0xFF, 0x4Eu);
-        EXPECT_EQ(object.Date, Seconds(1994, 5, 17, 12, 30, 14));
+        EXPECT_EQ(object.Date, dos::Date2Amiga({14, 30, 12, 17, 5, 1994, 0}));
         EXPECT_EQ(object.Comment, "note");
     }
     EXPECT_EQ(listed["drawer"].Comment, "of a drawer");
-    EXPECT_EQ(listed["drawer"].Date, Seconds(2001, 2, 3, 4, 5, 6));
+    EXPECT_EQ(listed["drawer"].Date, dos::Date2Amiga({6, 5, 4, 3, 2, 2001, 0}));
     EXPECT_EQ(listed["broken"].Protection & 0xFF, dos::ProtectExecute);
 }
 
 TEST_F(MetadataTest, AttributesGiveCommentAndTheBitsThatModesLack) {
-    Tree.Write("file", "");
-    Tree.Write("bad", "");
-    Tree.Drawer("drawer");
+    Tree.Plant({"file", "bad", "drawer/"});
     if (!SetAttribute("file", "user.amiga.protection", "h-p-rwe-"))
         GTEST_SKIP() << "no attributes here";
     const std::string longNote(1000, 'n');
@@ -138,28 +120,24 @@ TEST_F(MetadataTest, ManyOtherAttributesHideNoneOfOurs) {
     EXPECT_EQ(List("Test:")["file"].Comment, "note");
 }
 
+int Questions = 0;
+
+template <typename... Arguments>
+long RefuseAttributes(Arguments...) {
+    ++Questions;
+    errno = EOPNOTSUPP;
+    return -1;
+}
+
 TEST_F(MetadataTest, FileSystemWithoutAttributesIsNotAskedForEachFile) {
     for (int i = 0; i < 50; ++i)
         Tree.Write(std::to_string(i), "");
-    static int questions = 0;
-    questions = 0;
-    Calls().Getxattr = [](int, const char*, const char*, void*, std::size_t) -> long {
-        ++questions;
-        errno = EOPNOTSUPP;
-        return -1;
-    };
-    Calls().Fgetxattr = [](int, const char*, void*, std::size_t) -> long {
-        ++questions;
-        errno = EOPNOTSUPP;
-        return -1;
-    };
-    Calls().Listxattr = [](int, const char*, char*, std::size_t) -> long {
-        ++questions;
-        errno = EOPNOTSUPP;
-        return -1;
-    };
+    Questions = 0;
+    Calls().Getxattr = RefuseAttributes;
+    Calls().Fgetxattr = RefuseAttributes;
+    Calls().Listxattr = RefuseAttributes;
     EXPECT_EQ(List("Test:").size(), 50u);
-    EXPECT_EQ(questions, 1);
+    EXPECT_EQ(Questions, 1);
 }
 
 } // namespace

@@ -7,13 +7,9 @@
 #include "platform/dos/NameEscapes.h"
 #include "platform/dos/Sidecar.h"
 #include "tests/platform/dos/DosTest.h"
+#include "tests/support/Bytes.h"
 
 #include <array>
-#include <cerrno>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
 #include <span>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -26,10 +22,7 @@ class MetadataWritingTest : public DosTest {
 protected:
     MetadataWritingTest() {
         Tree.Drawer("amiga");
-        EXPECT_TRUE(dos::AddVolume({.Device = "TD1",
-                                    .Volume = "Amiga",
-                                    .HostRoot = Tree.Path("amiga"),
-                                    .Metadata = dos::MetadataRule::Uaem}));
+        AddDisk("TD1", "Amiga", Tree.Path("amiga"), dos::NameRule::Exact, dos::MetadataRule::Uaem);
     }
     [[nodiscard]] std::string Attribute(std::string_view name, const char* attribute) {
         std::array<char, 256> value{};
@@ -41,7 +34,13 @@ protected:
         EXPECT_EQ(::stat(Tree.Path(name).c_str(), &about), 0);
         return about.st_mode & 07777;
     }
-    [[nodiscard]] bool HasAttributes() { return ::setxattr(Tree.Root().c_str(), "user.test", "", 0, 0) == 0; }
+};
+
+class AttributeWritingTest : public MetadataWritingTest {
+    void SetUp() override {
+        if (::setxattr(Tree.Root().c_str(), "user.test", "", 0, 0) != 0)
+            GTEST_SKIP() << "no attributes here";
+    }
 };
 
 TEST(SidecarTextTest, LinesComeBackByteForByte) {
@@ -58,9 +57,7 @@ TEST(SidecarTextTest, LinesComeBackByteForByte) {
     EXPECT_EQ(dos::SidecarCommentLength("Größe"), 5u);
 }
 
-TEST_F(MetadataWritingTest, BitsGoToModesAndTheRestToTheAttribute) {
-    if (!HasAttributes())
-        GTEST_SKIP() << "no attributes here";
+TEST_F(AttributeWritingTest, BitsGoToModesAndTheRestToTheAttribute) {
     Tree.Write("file", "");
     const struct {
         std::uint32_t Bits;
@@ -82,11 +79,8 @@ TEST_F(MetadataWritingTest, BitsGoToModesAndTheRestToTheAttribute) {
     }
 }
 
-TEST_F(MetadataWritingTest, CommentsAndDatesAreKept) {
-    if (!HasAttributes())
-        GTEST_SKIP() << "no attributes here";
-    Tree.Write("file", "");
-    Tree.Drawer("drawer");
+TEST_F(AttributeWritingTest, CommentsAndDatesAreKept) {
+    Tree.Plant({"file", "drawer/"});
     Tree.Link("link", "file");
     for (const std::string_view path : {"Test:link", "Test:drawer", "Test:"}) {
         const std::string longNote(500, 'n');
@@ -101,10 +95,8 @@ TEST_F(MetadataWritingTest, CommentsAndDatesAreKept) {
         }
     }
     EXPECT_EQ(Attribute("file", "user.xdg.comment"), "none");
-    EXPECT_FALSE(dos::SetComment("Test:file", std::string(100'000, 'n')));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorCommentTooBig);
-    EXPECT_FALSE(dos::SetComment("Test:none", "x"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    EXPECT_EQ(Refusal(dos::SetComment("Test:file", std::string(100'000, 'n'))), dos::ErrorCommentTooBig);
+    EXPECT_EQ(Refusal(dos::SetComment("Test:none", "x")), dos::ErrorObjectNotFound);
 }
 
 TEST_F(MetadataWritingTest, SidecarIsKeptUpToDate) {
@@ -118,8 +110,7 @@ TEST_F(MetadataWritingTest, SidecarIsKeptUpToDate) {
     EXPECT_EQ(Tree.Read("file.uaem"), "h--ar-e- 1985-07-23 00:00:00.00 Gr%f6%dfe\n");
     EXPECT_EQ(Mode("file") & 0700, 0500u); // the host's own follow
     EXPECT_EQ(Attribute("file", "user.xdg.comment"), "none");
-    EXPECT_FALSE(dos::SetComment("Test:file", std::string(80, 'n')));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorCommentTooBig);
+    EXPECT_EQ(Refusal(dos::SetComment("Test:file", std::string(80, 'n'))), dos::ErrorCommentTooBig);
     EXPECT_TRUE(dos::SetComment("Test:file", "\xC3\xBC" + std::string(78, 'n')));
     EXPECT_TRUE(dos::SetProtection("Test:file", 0x90));
     EXPECT_TRUE(dos::WriteWhole("Test:file", "new"));
@@ -137,30 +128,25 @@ TEST_F(MetadataWritingTest, LongerCommentOfAnotherWriterHindersNoOtherChange) {
     EXPECT_EQ(Tree.Read("file.uaem"), "-s--rwed 1985-07-23 00:00:00.00 " + comment + "\n");
 }
 
-// Files as emulators and other tools left them: shown and hidden as there, and each sidecar is the same byte
-// for byte when it was copied and written anew.
+// Files as emulators and other tools left them, shown and hidden as there.
 TEST_F(MetadataWritingTest, SamplesComeBackByteForByte) {
-    const auto read = [](const std::filesystem::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    };
     std::map<std::string, std::string> sidecars; // by owner
     for (const auto& entry : std::filesystem::directory_iterator(SOLVANE_TEST_DATA "/uaem")) {
         const std::string name = entry.path().filename();
-        Tree.Write("amiga/" + name, read(entry.path()));
+        Tree.Write("amiga/" + name, BytesOf(SOLVANE_TEST_DATA "/uaem/" + name));
         if (name.ends_with(".uaem") && name != "gen_orphan.uaem" && name != "gen_bad.uaem") {
             const std::string owner = name.substr(0, name.size() - 5);
-            sidecars[owner] = read(entry.path());
+            sidecars[owner] = BytesOf(SOLVANE_TEST_DATA "/uaem/" + name);
             Tree.Write("amiga/" + owner, "text");
         }
     }
     Tree.Write("amiga/_UAEFSDB.___", "table");
-    EXPECT_EQ(NamesIn("Amiga:"),
-              (std::vector<std::string>{
-                  "README.md",       "dir1*",          "file1*",           "file2<",          "file3",
-                  "file4.",          "file6.t",        "gen_all",          "gen_archived",    "gen_bad",
-                  "gen_bad.uaem",    "gen_comment_90", "gen_long_comment", "gen_no_line_end", "gen_none",
-                  "gen_orphan.uaem", "gen_pure",       "gen_readonly",     "gen_script",      "gen_short"}));
+    EXPECT_EQ(
+        NamesIn("Amiga:"),
+        (Names{"README.md",       "dir1*",          "file1*",           "file2<",          "file3",
+               "file4.",          "file6.t",        "gen_all",          "gen_archived",    "gen_bad",
+               "gen_bad.uaem",    "gen_comment_90", "gen_long_comment", "gen_no_line_end", "gen_none",
+               "gen_orphan.uaem", "gen_pure",       "gen_readonly",     "gen_script",      "gen_short"}));
     EXPECT_EQ(dos::ExamineObject("Amiga:gen_short")->Protection & 0xFF, 0u);
     EXPECT_EQ(dos::CopyTree("Amiga:", "Test:copy").FirstError, dos::ErrorReadProtected);
     EXPECT_FALSE(Tree.Exists("copy/gen_none")); // the one that may not be read
@@ -182,9 +168,7 @@ TEST_F(MetadataWritingTest, SamplesComeBackByteForByte) {
 }
 
 TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
-    Tree.Write("amiga/file", "");
-    Tree.Drawer("amiga/drawer");
-    Tree.Write("amiga/taken", "");
+    Tree.Plant({"amiga/file", "amiga/drawer/", "amiga/taken"});
     Tree.Write("amiga/taken.uaem", "my own text");
     for (const std::string_view name : {"file", "drawer"}) {
         const std::string path = "Amiga:" + std::string(name);
@@ -204,8 +188,7 @@ TEST_F(MetadataWritingTest, UaemVolumesGetSidecarsForAll) {
     EXPECT_EQ(dos::ExamineObject(longest)->Date, 238464000u);
     EXPECT_EQ(dos::ExamineObject(longest)->Comment, "note");
     EXPECT_EQ(dos::Copy(longest, "Amiga:drawer/" + longest.substr(6)).Lost, 0u);
-    EXPECT_FALSE(dos::SetComment("Amiga:taken", "note"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Refusal(dos::SetComment("Amiga:taken", "note")), dos::ErrorObjectExists);
     EXPECT_EQ(Tree.Read("amiga/taken.uaem"), "my own text");
 }
 
@@ -226,7 +209,7 @@ TEST_F(MetadataWritingTest, ObjectsMadeOnUaemVolumesHaveASidecarThatStaysWithThe
     EXPECT_EQ(letters("drawer"), "----rwed ");
     EXPECT_EQ(letters("drawer/second"), "-s--rwed ");
     EXPECT_FALSE(Tree.Exists("amiga/soft.uaem"));
-    EXPECT_EQ(NamesIn("Amiga:"), (std::vector<std::string>{"drawer", "opened", "soft", "whole"}));
+    EXPECT_EQ(NamesIn("Amiga:"), (Names{"drawer", "opened", "soft", "whole"}));
     ASSERT_TRUE(dos::Rename("Amiga:drawer/second", "Amiga:third"));
     ASSERT_TRUE(dos::Rename("Amiga:drawer", "Amiga:place"));
     EXPECT_EQ(letters("third"), "-s--rwed ");
@@ -242,23 +225,20 @@ TEST_F(MetadataWritingTest, ProtectionThatOnlyASidecarTellsIsObeyed) {
         std::string_view Letters;
         long Read, Write, Replace, Delete; // 0: done
     } cases[] = {{"-----wed", 224, 224, 0, 0}, {"----r-ed", 0, 223, 223, 0}, {"----rwe-", 0, 0, 222, 222}};
-    const auto error = [](bool done) { return done ? 0 : dos::IoErr(); };
     for (const auto& row : cases) {
         Tree.Write("file", "text");
         Tree.Write("file.uaem", std::string(row.Letters) + " 2001-02-03 04:05:06.08 \n");
-        EXPECT_EQ(error(dos::ReadWhole("Test:file", 9).has_value()), row.Read) << row.Letters;
+        EXPECT_EQ(Refusal(dos::ReadWhole("Test:file", 9)), row.Read) << row.Letters;
         dos::FileHandle file = dos::Open("Test:file", dos::OpenMode::ReadWrite);
-        EXPECT_EQ(error(file && dos::Write(file, std::as_bytes(std::span("x", 1))) == 1), row.Write)
+        EXPECT_EQ(Refusal(file && dos::Write(file, std::as_bytes(std::span("x", 1))) == 1), row.Write)
             << row.Letters;
         file = {};
-        EXPECT_EQ(error(dos::WriteWhole("Test:file", "new")), row.Replace) << row.Letters;
-        EXPECT_EQ(error(dos::Delete("Test:file")), row.Delete) << row.Letters;
+        EXPECT_EQ(Refusal(dos::WriteWhole("Test:file", "new")), row.Replace) << row.Letters;
+        EXPECT_EQ(Refusal(dos::Delete("Test:file")), row.Delete) << row.Letters;
     }
 }
 
-TEST_F(MetadataWritingTest, ClearedCommentDoesNotComeBackFromTheAttribute) {
-    if (!HasAttributes())
-        GTEST_SKIP() << "no attributes here";
+TEST_F(AttributeWritingTest, ClearedCommentDoesNotComeBackFromTheAttribute) {
     Tree.Write("file", "");
     EXPECT_TRUE(dos::SetComment("Test:file", "old"));
     Tree.Write("file.uaem", Line);
@@ -269,21 +249,13 @@ TEST_F(MetadataWritingTest, ClearedCommentDoesNotComeBackFromTheAttribute) {
 TEST_F(MetadataWritingTest, FileSystemWithNeitherRefusesAndChangesNothing) {
     Tree.Write("file", "");
     ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0644), 0);
-    Calls().SetAttribute = [](int, const char*, const void*, std::size_t) {
-        errno = ENOTSUP;
-        return -1;
-    };
-    Calls().RemoveAttribute = [](int, const char*) {
-        errno = ENOTSUP;
-        return -1;
-    };
-    EXPECT_FALSE(dos::SetProtection("Test:file", 0x44));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    Calls().SetAttribute = Failing<ENOTSUP>();
+    Calls().RemoveAttribute = Failing<ENOTSUP>();
+    EXPECT_EQ(Refusal(dos::SetProtection("Test:file", 0x44)), dos::ErrorActionNotKnown);
     EXPECT_EQ(Mode("file"), 0644u);
     EXPECT_TRUE(dos::SetProtection("Test:file", 0x04));
     EXPECT_EQ(Mode("file"), 0544u);
-    EXPECT_FALSE(dos::SetComment("Test:file", "note"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_EQ(Refusal(dos::SetComment("Test:file", "note")), dos::ErrorActionNotKnown);
     EXPECT_TRUE(dos::SetComment("Test:file", ""));
 }
 
@@ -294,18 +266,14 @@ TEST_F(MetadataWritingTest, WhatADiskForgetsIsAFailure) {
     Calls().SetTime = [](int object, std::int64_t seconds, long nanoseconds) {
         return dos::RealHost().SetTime(object, std::max<std::int64_t>(seconds, 315532800), nanoseconds);
     };
-    EXPECT_FALSE(dos::SetProtection("Test:file", 0));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_EQ(Refusal(dos::SetProtection("Test:file", 0)), dos::ErrorActionNotKnown);
     const std::uint32_t before = dos::ExamineObject("Test:file")->Date;
-    EXPECT_FALSE(dos::SetDate("Test:file", 1000));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorActionNotKnown);
+    EXPECT_EQ(Refusal(dos::SetDate("Test:file", 1000)), dos::ErrorActionNotKnown);
     EXPECT_EQ(dos::ExamineObject("Test:file")->Date, before);
 }
 
 // The host wants r and w for attributes; whoever is not root meets this with every protected file.
-TEST_F(MetadataWritingTest, ProtectedFilesCanBeNotedAndSetFree) {
-    if (!HasAttributes())
-        GTEST_SKIP() << "no attributes here";
+TEST_F(AttributeWritingTest, ProtectedFilesCanBeNotedAndSetFree) {
     Tree.Write("file", "");
     ASSERT_EQ(::chmod(Tree.Path("file").c_str(), 0444), 0);
     Calls().SetAttribute = [](int object, const char* name, const void* value, std::size_t size) {

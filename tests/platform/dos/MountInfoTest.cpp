@@ -1,5 +1,4 @@
 #include "platform/dos/DiskVolumes.h"
-#include "platform/dos/MediumInfo.h"
 #include "tests/platform/dos/DosTest.h"
 
 #include <fcntl.h>
@@ -27,7 +26,6 @@ TEST(MountInfoTest, RowsAreReadWithTheirEscapes) {
     EXPECT_EQ(dos::MountOf(rows, "/mnt/net"), &rows[2]);
 }
 
-// The host's lists of devices in a temporary tree.
 class DisksTest : public testing::Test {
 protected:
     DisksTest() {
@@ -59,16 +57,13 @@ protected:
     }
 
     [[nodiscard]] static std::vector<std::string> Described(const std::string& lines) {
-        std::vector<std::string> found;
-        for (const dos::VolumeInfo& disk : Disks(lines))
-            found.push_back(disk.Device + " " + disk.Volume + " " + disk.ExecDevice + " " + disk.HandlerName);
-        return found;
+        return TextsOf(Disks(lines), [](const dos::VolumeInfo& disk) {
+            return disk.Device + " " + disk.Volume + " " + disk.ExecDevice + " " + disk.HandlerName;
+        });
     }
 
     TempTree Tree;
 };
-
-using Texts = std::vector<std::string>;
 
 TEST_F(DisksTest, KindComesFromTransportAndMedium) {
     Block("sdb", "8:16", "pci0/usb1/1-1/block", {{"removable", "1"}});
@@ -104,7 +99,7 @@ TEST_F(DisksTest, KindComesFromTransportAndMedium) {
         {"0:7 / /mnt/Memory rw - tmpfs tmpfs rw", "VD Memory  tmpfs"},
     };
     for (const auto& [line, found] : cases)
-        EXPECT_EQ(Described("2 1 " + line), Texts{found}) << line;
+        EXPECT_EQ(Described("2 1 " + line), Names{found}) << line;
 }
 
 TEST_F(DisksTest, FactsOfTheMediumAreFilledIn) {
@@ -205,17 +200,17 @@ TEST_F(DisksTest, MountsOfNoInterestAreLeftOut) {
         "8:4 / /var/lib/x rw - ext4 /dev/sda4 rw",
     };
     for (const std::string& line : left)
-        EXPECT_EQ(Described("2 1 " + line), Texts{}) << line;
+        EXPECT_EQ(Described("2 1 " + line), Names{}) << line;
     // What lies under another mount now is not to be reached; of btrfs one mount counts.
     EXPECT_EQ(Described("2 1 8:17 / /mnt rw - ext4 /dev/sdb1 rw\n3 1 8:18 / /mnt rw - vfat /dev/sdb2 rw\n"),
-              Texts{"HD mnt  vfat"});
+              Names{"HD mnt  vfat"});
     EXPECT_EQ(
         Described("2 1 0:40 /@ /data rw - btrfs /dev/sdb1 rw\n3 1 0:40 /@x /srv/x rw - btrfs /dev/sdb1 rw\n"),
-        Texts{"HD data  btrfs"});
+        Names{"HD data  btrfs"});
     EXPECT_EQ(
         Described(
             "2 1 0:40 /@x /srv/x rw - btrfs /dev/sdb1 rw\n3 1 0:40 /@h /home rw - btrfs /dev/sdb1 rw\n"),
-        Texts{});
+        Names{});
 }
 
 TEST_F(DisksTest, HostileListsOfDevicesAreOnlyLeftOut) {
@@ -226,9 +221,9 @@ TEST_F(DisksTest, HostileListsOfDevicesAreOnlyLeftOut) {
     Tree.Drawer("blocks/sdb1/size"); // a drawer where a file should be
     Tree.Drawer("blocks/dm-1/slaves");
     Tree.Drawer("blocks/dm-1/slaves/dm-1"); // a circle
-    EXPECT_EQ(Described("2 1 8:17 / /media/x rw - ext4 /dev/sdb1 rw\n"), Texts{"HD x  ext4"});
-    EXPECT_EQ(Described("2 1 ../../x / /media/x rw - ext4 /dev/mapper/.. rw\n"), Texts{"HD x  ext4"});
-    EXPECT_EQ(Described("2 1 0:9 / /media/x rw - ext4 /dev/dm-1 rw\n"), Texts{"HD x  ext4"});
+    EXPECT_EQ(Described("2 1 8:17 / /media/x rw - ext4 /dev/sdb1 rw\n"), Names{"HD x  ext4"});
+    EXPECT_EQ(Described("2 1 ../../x / /media/x rw - ext4 /dev/mapper/.. rw\n"), Names{"HD x  ext4"});
+    EXPECT_EQ(Described("2 1 0:9 / /media/x rw - ext4 /dev/dm-1 rw\n"), Names{"HD x  ext4"});
 }
 
 TEST(VanishedMountTest, ObjectOfAMountThatIsNotInTheListHasVanished) {

@@ -3,9 +3,6 @@
 #include "platform/exec/Timer.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
-#include <filesystem>
-
 namespace {
 
 class NotifyTest : public DosTest {
@@ -52,8 +49,7 @@ TEST_F(NotifyTest, DrawerTellsOfEveryKindOfChangeOncePerBurst) {
 }
 
 TEST_F(NotifyTest, FileTellsOfItsOwnChangesOnly) {
-    Tree.Write("file", "");
-    Tree.Write("other", "");
+    Tree.Plant({"file", "other"});
     ASSERT_TRUE(Watch("Test:file"));
     Tree.Write("other", "x");
     EXPECT_FALSE(ComesWithin(600));
@@ -104,8 +100,7 @@ TEST_F(NotifyTest, EndedOrDestroyedWatchesAreSilent) {
     }
     Tree.Write("b", "");
     EXPECT_FALSE(ComesWithin(600));
-    EXPECT_FALSE(Watch("Nobody:x"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
+    EXPECT_EQ(Refusal(Watch("Nobody:x")), dos::ErrorDeviceNotMounted);
 }
 
 TEST_F(NotifyTest, TwoWatchesOfOneDrawerAreApart) {
@@ -121,10 +116,7 @@ TEST_F(NotifyTest, TwoWatchesOfOneDrawerAreApart) {
 }
 
 TEST_F(NotifyTest, DrawerIsLookedAtWhereTheHostGivesNoNotices) {
-    Calls().InotifyAddWatch = [](int, const char*, std::uint32_t) {
-        errno = ENOSPC; // the user's limit of watches
-        return -1;
-    };
+    Calls().InotifyAddWatch = Failing<ENOSPC>();
     ASSERT_TRUE(Watch("Test:"));
     Tree.Write("a", "");
     Await();

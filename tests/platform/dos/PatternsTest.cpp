@@ -2,7 +2,6 @@
 
 #include "platform/dos/Errors.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
@@ -11,9 +10,7 @@
 
 namespace {
 
-using dos::Pattern;
-using dos::PatternCase;
-using dos::PatternStar;
+using dos::Pattern, dos::PatternCase, dos::PatternStar;
 
 struct Row {
     std::string_view Source;
@@ -37,8 +34,7 @@ bool Match(const Row& row, const std::string& tokens, std::string_view text) {
 // More letters than the quick ways of matching take, in an alternative that nothing matches.
 const std::string ManyLetters = "|~#?" + std::string(70, 'x');
 
-// The pattern with an alternative that nothing matches and that needs the other way of matching. A "~" that
-// stood last would mean something else then.
+// The same with an alternative that needs the other way of matching; a last "~" would mean something else.
 std::string WithLanes(std::string_view source) {
     return source.ends_with('~') ? std::string(source) : "(%" + std::string(source) + "%" + ManyLetters + ")";
 }
@@ -178,12 +174,9 @@ TEST(PatternsTest, CharactersAreThoseOfUtf8) {
 TEST(PatternsTest, BadPatternsAreRefused) {
     const std::string deep(dos::MaxPatternDepth + 1, '(');
     const std::string closed = deep + std::string(deep.size(), ')');
-    for (const std::string_view source :
-         {std::string_view("a|b"), std::string_view("[ab"), std::string_view("#"), std::string_view("a#"),
-          std::string_view("#)"), std::string_view("(~)"), std::string_view("(a"), std::string_view("a)"),
-          std::string_view("(a|b"), std::string_view("|"), std::string_view("[]"), std::string_view("[~"),
-          std::string_view("[a-"), std::string_view("(#|a)"), std::string_view("(~"), std::string_view(deep),
-          std::string_view(closed)}) {
+    for (const std::string& source :
+         std::initializer_list<std::string>{"a|b", "[ab", "#", "a#", "#)", "(~)", "(a", "a)", "(a|b", "|",
+                                            "[]", "[~", "[a-", "(#|a)", "(~", deep, closed}) {
         std::string tokens = "left over";
         dos::SetIoErr(0);
         EXPECT_EQ(dos::ParsePattern(source, tokens, dos::PatternBufferSize(source.size())), -1) << source;

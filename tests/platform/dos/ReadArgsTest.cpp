@@ -9,9 +9,7 @@ namespace {
 
 struct Row {
     std::string_view Template, Line;
-    // What the items hold, in their order: NAME=text, NAME->number, NAME={words}, NAME for a switch, parted
-    // by "; ".
-    // "#117" for an error.
+    // What the items hold, parted by "; ": NAME=text, NAME->number, NAME={words}, NAME; "#117" for an error.
     std::string_view Outcome;
 };
 
@@ -163,16 +161,6 @@ TEST(ReadArgsTest, ItemsAreFoundByAliasAndWithoutCase) {
     EXPECT_FALSE(results->Toggle("x", true));
     EXPECT_TRUE(results->Toggle("x", false));
     EXPECT_EQ(results->Text("NOSUCH"), std::nullopt);
-}
-
-TEST(ReadArgsTest, QuotedTextReadsBackUnchanged) {
-    for (const std::string_view text : {"", "plain", "a b", "all", "a\" ;rm -rf *", "**\"*", "line\nline",
-                                        "\x1B[0m", "=;x", "d\xFFr/é\t"}) {
-        const auto results = dos::ReadArgs("FILE/A,ALL/S", dos::QuoteArgument(text) + " ALL");
-        ASSERT_TRUE(results) << text;
-        EXPECT_EQ(results->Text("FILE"), text);
-        EXPECT_TRUE(results->Flag("ALL"));
-    }
 }
 
 } // namespace

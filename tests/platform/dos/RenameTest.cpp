@@ -2,9 +2,6 @@
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
-#include <filesystem>
-
 namespace {
 
 constexpr std::string_view Line = "-s--rwed 2001-02-03 04:05:06.08 note\n";
@@ -29,7 +26,7 @@ TEST_F(RenameTest, RenamesMoveObjectsWithTheirSidecarAndNothingElse) {
     EXPECT_EQ(Tree.Read("Drawer/other.uaem"), Line);
     EXPECT_EQ(dos::ExamineObject("Test:Drawer/other")->Comment, "note");
     EXPECT_TRUE(std::filesystem::is_symlink(Tree.Path("link2")));
-    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"Drawer", "file.info", "link2"}));
+    EXPECT_EQ(NamesIn("Test:"), (Names{"Drawer", "file.info", "link2"}));
 }
 
 TEST_F(RenameTest, NothingIsEverReplaced) {
@@ -39,9 +36,7 @@ TEST_F(RenameTest, NothingIsEverReplaced) {
     Tree.Write("three.uaem", Line);
     Tree.Write("four.uaem", "somebody's");
     std::filesystem::create_hard_link(Tree.Path("one"), Tree.Path("ONE"));
-    Tree.Drawer("empty");
-    Tree.Drawer("drawer");
-    Tree.Drawer("drawer/sub");
+    Tree.Plant({"empty/", "drawer/", "drawer/sub/"});
     const struct {
         std::string From, To;
         long Error;
@@ -62,13 +57,10 @@ TEST_F(RenameTest, NothingIsEverReplaced) {
         {"Test:one", "Test:a:b", 210},
         {"Test:one", "Test:" + std::string(1020, 'a'), 120},
     };
-    for (const auto& row : cases) {
-        EXPECT_FALSE(dos::Rename(row.From, row.To)) << row.From << " " << row.To;
-        EXPECT_EQ(dos::IoErr(), row.Error) << row.From << " " << row.To;
-    }
+    for (const auto& row : cases)
+        EXPECT_EQ(Refusal(dos::Rename(row.From, row.To)), row.Error) << row.From << " " << row.To;
     EXPECT_TRUE(dos::Rename("Test:one", "Test:one"));
-    EXPECT_EQ(NamesIn("Test:"),
-              (std::vector<std::string>{"ONE", "drawer", "empty", "four.uaem", "one", "three", "two"}));
+    EXPECT_EQ(NamesIn("Test:"), (Names{"ONE", "drawer", "empty", "four.uaem", "one", "three", "two"}));
     EXPECT_EQ(Tree.Read("three.uaem"), Line);
     EXPECT_EQ(Tree.Read("four.uaem"), "somebody's");
 }
@@ -81,23 +73,18 @@ TEST_F(RenameTest, HostsWithoutTheFlagReplaceNothingEither) {
             return flags ? -1 : dos::RealHost().Renameat2(from, old, to, name, 0);
         };
         if (!hasLinks)
-            Calls().LinkObject = [](int, int, const char*) {
-                errno = EPERM;
-                return -1;
-            };
+            Calls().LinkObject = Failing<EPERM>();
         Tree.Write("file", "1");
         Tree.Write("other", "2");
         Tree.Write("drawer/x", "3");
         EXPECT_TRUE(dos::Rename("Test:file", "Test:moved"));
         EXPECT_TRUE(dos::Rename("Test:drawer", "Test:place"));
-        EXPECT_FALSE(dos::Rename("Test:moved", "Test:other"));
-        EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
-        EXPECT_FALSE(dos::Rename("Test:place", "Test:other"));
-        EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+        EXPECT_EQ(Refusal(dos::Rename("Test:moved", "Test:other")), dos::ErrorObjectExists);
+        EXPECT_EQ(Refusal(dos::Rename("Test:place", "Test:other")), dos::ErrorObjectExists);
         dos::Host() = dos::RealHost();
         EXPECT_EQ(Tree.Read("moved"), "1");
         EXPECT_EQ(Tree.Read("other"), "2");
-        EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"moved", "other", "place"}));
+        EXPECT_EQ(NamesIn("Test:"), (Names{"moved", "other", "place"}));
         EXPECT_EQ(Tree.Read("place/x"), "3");
         EXPECT_TRUE(dos::Delete("Test:place/x") && dos::Delete("Test:place") && dos::Delete("Test:moved"));
     }
@@ -136,7 +123,7 @@ TEST_F(FoldedRenameTest, ChangeOfCaseIsARename) {
     EXPECT_TRUE(dos::Rename("Test:File", "Test:FILE"));
     EXPECT_TRUE(dos::Rename("Test:größe", "Test:GRÖße"));
     EXPECT_TRUE(dos::Rename("Test:FILE", "Test:FILE"));
-    EXPECT_EQ(NamesIn("Test:"), (std::vector<std::string>{"FILE", "GRÖße"}));
+    EXPECT_EQ(NamesIn("Test:"), (Names{"FILE", "GRÖße"}));
     EXPECT_EQ(Tree.Read("FILE.uaem"), Line);
     EXPECT_EQ(Find("Test:file"), "Test:FILE");
 }
@@ -145,10 +132,8 @@ TEST_F(FoldedRenameTest, TwinsAreNeverMixedUp) {
     Tree.Write("Readme", "mixed");
     Tree.Write("README", "upper");
     Tree.Write("other", "other");
-    EXPECT_FALSE(dos::Rename("Test:README", "Test:Readme"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
-    EXPECT_FALSE(dos::Rename("Test:other", "Test:readme"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectExists);
+    EXPECT_EQ(Refusal(dos::Rename("Test:README", "Test:Readme")), dos::ErrorObjectExists);
+    EXPECT_EQ(Refusal(dos::Rename("Test:other", "Test:readme")), dos::ErrorObjectExists);
     EXPECT_TRUE(dos::Delete("Test:README"));
     EXPECT_EQ(Find("Test:readme"), "Test:Readme");
     EXPECT_EQ(Tree.Read("Readme"), "mixed");
@@ -170,11 +155,10 @@ TEST_F(FoldedRenameTest, IndexStaysTrueAfterOwnChanges) {
         EXPECT_TRUE(dos::Delete("Test:drawer/MOVED" + number));
         EXPECT_EQ(Find("Test:drawer/MOVED" + number), "error 205");
     }
-    EXPECT_EQ(NamesIn("Test:drawer"), std::vector<std::string>{"keep"});
+    EXPECT_EQ(NamesIn("Test:drawer"), Names{"keep"});
 }
 
-// A disk that folds by itself: both spellings open the file, and a rename onto the other one finds
-// the name taken.
+// Both spellings open the file there, and a rename onto the other one finds the name taken.
 TEST_F(RenameTest, ChangeOfCaseWorksOnADiskThatFoldsByItself) {
     Tree.Write("File", "content");
     static int spellings = 0;
@@ -203,7 +187,7 @@ TEST_F(RenameTest, ChangeOfCaseWorksOnADiskThatFoldsByItself) {
     EXPECT_GT(spellings, 0);
     EXPECT_EQ(Tree.Read("FILE"), "content");
     EXPECT_FALSE(Tree.Exists("File"));
-    EXPECT_EQ(NamesIn("Test:"), std::vector<std::string>{"FILE"});
+    EXPECT_EQ(NamesIn("Test:"), Names{"FILE"});
 }
 
 } // namespace

@@ -9,12 +9,9 @@
 #include "tests/platform/dos/HostFaults.h"
 #include "tests/platform/utility/ScopedVariable.h"
 
-#include <algorithm>
 #include <condition_variable>
-#include <fcntl.h>
 #include <future>
 #include <mutex>
-#include <stdexcept>
 #include <sys/stat.h>
 
 namespace {
@@ -37,6 +34,18 @@ struct Door {
 };
 
 std::shared_ptr<Door> TheDoor;
+
+void PassDoorIf(bool isDead) {
+    if (isDead)
+        std::shared_ptr(TheDoor)->Pass();
+}
+
+// Until the last hanging question about the disk is answered and it is asked again.
+void AwaitAnswers(const std::string& key) {
+    while (!dos::RunWithLimit(key, [](dos::Progress&) {})) {
+    }
+}
+
 std::string MountList; // host path of a text that stands for the host's list
 std::string DeadRoot;
 
@@ -47,6 +56,7 @@ protected:
         TheDoor = std::make_shared<Door>();
         MountList = Tree.Path("mountinfo");
         DeadRoot = Tree.Path("dead");
+        Tree.Drawer("here");
         Tree.Write("dead/file", "text");
         Tree.Write("mountinfo", "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n2 1 0:9 / " + DeadRoot +
                                     " rw - fuse.sshfs machine: rw\n");
@@ -54,37 +64,37 @@ protected:
             const std::string_view path = name;
             if (path == "/proc/self/mountinfo")
                 return dos::RealHost().Openat(drawer, MountList.c_str(), flags, mode);
-            if (path.starts_with(DeadRoot))
-                std::shared_ptr(TheDoor)->Pass();
+            PassDoorIf(path.starts_with(DeadRoot));
             return dos::RealHost().Openat(drawer, name, flags, mode);
         };
     }
     ~SlowMountsTest() override {
         TheDoor->Open();
-        // Once the last hanging question is answered, the disk is asked again.
-        while (!dos::RunWithLimit(DeadRoot, [](dos::Progress&) {})) {
-        }
+        AwaitAnswers(DeadRoot);
         dos::Host() = dos::RealHost();
         dos::ResetVolumeTable();
+    }
+
+    void AddDisks() const {
+        ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
+        ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
     }
 
     TempTree Tree;
 };
 
 TEST_F(SlowMountsTest, DeadDiskIsGivenUpOnceAndAnswersAgainWhenItComesBack) {
-    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
+    AddDisks();
     EXPECT_EQ(Find("Dead:file"), "error 226");
     for (int i = 0; i < 100; ++i) // at once: nobody waits for it a second time
-        EXPECT_FALSE(dos::ExamineObject("Dead:file"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
+        EXPECT_EQ(Refusal(dos::ExamineObject("Dead:file")), dos::ErrorNoDisk);
     EXPECT_EQ(dos::FromHostPath(DeadRoot + "/../dead/a:b").substr(0, 5), "Dead:");
     TheDoor->Open();
-    while (!dos::RunWithLimit(DeadRoot, [](dos::Progress&) {})) {
-    }
+    AwaitAnswers(DeadRoot);
     EXPECT_EQ(Find("Dead:file"), "Dead:file");
     EXPECT_EQ(dos::ReadWhole("Dead:file", 10), "text");
     EXPECT_TRUE(dos::WriteWhole("Dead:new", "x"));
-    EXPECT_EQ(NamesIn("Dead:"), (std::vector<std::string>{"file", "new"}));
+    EXPECT_EQ(NamesIn("Dead:"), (Names{"file", "new"}));
     EXPECT_EQ(dos::IoErr(), dos::ErrorNoMoreEntries);
 }
 
@@ -93,8 +103,8 @@ int DeadFile = dos::NoDescriptor; // of what was opened last to be read
 // A disk that dies with a file open: how the file ends is its to tell, and it wants to hear of closing.
 TEST_F(SlowMountsTest, FileOpenOnADeadDiskHoldsUpNobody) {
     TheDoor->Open();
-    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
-    Tree.Write("here", "text");
+    AddDisks();
+    Tree.Write("beside", "text");
     ASSERT_TRUE(dos::AddVolume({.Device = "DH2", .Volume = "Host", .HostRoot = "/"}));
     static const auto openLocal = dos::Host().Openat;
     dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
@@ -108,26 +118,22 @@ TEST_F(SlowMountsTest, FileOpenOnADeadDiskHoldsUpNobody) {
     ASSERT_TRUE(*file && root);
     TheDoor = std::make_shared<Door>();
     dos::Host().Lseek = [](int descriptor, std::int64_t offset, int origin) -> std::int64_t {
-        if (descriptor == DeadFile)
-            std::shared_ptr(TheDoor)->Pass();
+        PassDoorIf(descriptor == DeadFile);
         return dos::RealHost().Lseek(descriptor, offset, origin);
     };
     dos::Host().Close = [](int descriptor) {
-        if (descriptor == DeadFile)
-            std::shared_ptr(TheDoor)->Pass();
+        PassDoorIf(descriptor == DeadFile);
         return dos::RealHost().Close(descriptor);
     };
     dos::Host().Openat2 = [](int drawer, const char* name, int flags, std::uint64_t resolve) {
-        if (std::string_view(name) == "moved")
-            std::shared_ptr(TheDoor)->Pass();
+        PassDoorIf(std::string_view(name) == "moved");
         return dos::RealHost().Openat2(drawer, name, flags, resolve);
     };
     EXPECT_EQ(dos::Seek(*file, 0, dos::SeekFrom::End), -1);
     EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
     file.reset();
     dos::CurrentDir(root);
-    EXPECT_FALSE(dos::Rename("Host:" + Tree.Path("here").substr(1), "moved"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
+    EXPECT_EQ(Refusal(dos::Rename("Host:" + Tree.Path("beside").substr(1), "moved")), dos::ErrorNoDisk);
     dos::CurrentDir(dos::FileLock());
 }
 
@@ -137,8 +143,7 @@ TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
     Tree.Link("link", "/proc/version");
     static const auto openLocal = dos::Host().Openat;
     dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
-        if (std::string_view(name) == "proc")
-            std::shared_ptr(TheDoor)->Pass();
+        PassDoorIf(std::string_view(name) == "proc");
         return openLocal(drawer, name, flags, mode);
     };
     DeadRoot = "/proc"; // the key under which it hangs
@@ -147,8 +152,7 @@ TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
     EXPECT_EQ(Find("Host:dev"), "Host:dev"); // other disks are not held up
     EXPECT_EQ(Find("Host:dev//proc//dev"), "error 226");
     TheDoor->Open();
-    while (!dos::RunWithLimit(DeadRoot, [](dos::Progress&) {})) {
-    }
+    AwaitAnswers(DeadRoot);
     EXPECT_EQ(Find("Host:proc/version"), "Host:proc/version");
     EXPECT_EQ(Find("Host:proc//dev"), "Host:dev");
     const std::string link = "Host:" + Tree.Path("up").substr(1);
@@ -159,8 +163,7 @@ TEST_F(SlowMountsTest, WayIntoAnotherDiskIsKnownBeforeItIsTaken) {
 
 std::string DeadEntries; // host path, as it is said, under which nothing answers when it is looked at
 
-// A program is looked for on the host's path behind drawers and links that do not answer, and these are not
-// waited for again.
+// What does not answer on the host's path is passed over, and not waited for again.
 TEST_F(SlowMountsTest, ProgramsAreFoundBehindDeadDrawersOfThePath) {
     for (const char* name : {"dead/tool", "dead/other", "here/tool"}) {
         Tree.Write(name, "");
@@ -172,20 +175,17 @@ TEST_F(SlowMountsTest, ProgramsAreFoundBehindDeadDrawersOfThePath) {
         TheDoor = std::make_shared<Door>();
         DeadEntries = dead + "/";
         dos::Host().Statx = [](int drawer, const char* name, int flags, unsigned mask, struct statx* about) {
-            if (std::string_view(name).starts_with(DeadEntries))
-                std::shared_ptr(TheDoor)->Pass();
+            PassDoorIf(std::string_view(name).starts_with(DeadEntries));
             return dos::RealHost().Statx(drawer, name, flags, mask, about);
         };
         const ScopedVariable path("PATH", dead + ":" + here);
         const auto found = dos::FindHostProgram("tool");
         EXPECT_EQ(found ? found->HostPath : "none", here + "/tool");
         for (const std::string& word : {DeadEntries + "other", std::string("other")}) {
-            EXPECT_FALSE(dos::FindProgram(word)) << word;
-            EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk) << word;
+            EXPECT_EQ(Refusal(dos::FindProgram(word)), dos::ErrorNoDisk) << word;
         }
         TheDoor->Open();
-        while (!dos::RunWithLimit(dead, [](dos::Progress&) {})) {
-        }
+        AwaitAnswers(dead);
         EXPECT_TRUE(dos::FindProgram("other"));
     }
 }
@@ -195,26 +195,22 @@ const char* HangingName = "";
 int OpenBehindTheDoor(int drawer, const char* name, int flags, unsigned mode) {
     if (std::string_view(name) == "/proc/self/mountinfo")
         return dos::RealHost().Openat(drawer, MountList.c_str(), flags, mode);
-    if (std::string_view(name) == HangingName)
-        std::shared_ptr(TheDoor)->Pass();
+    PassDoorIf(std::string_view(name) == HangingName);
     return dos::RealHost().Openat(drawer, name, flags, mode);
 }
 
 int UnlinkBehindTheDoor(int drawer, const char* name, int flags) {
-    if (std::string_view(name) == HangingName)
-        std::shared_ptr(TheDoor)->Pass();
+    PassDoorIf(std::string_view(name) == HangingName);
     return dos::RealHost().Unlinkat(drawer, name, flags);
 }
 
-// Dies while a tree on it is at work, or is cancelled while it is dead. What hangs then does no more
-// when the disk comes back.
+// What hangs when the disk dies, or is cancelled, does no more when the disk comes back.
 TEST_F(SlowMountsTest, TreesOnADyingDiskEndAndAreCancelled) {
     for (const char* name : {"dead/tree/a/file", "dead/tree/b/stuck", "here/old"})
         Tree.Write(name, "text");
     dos::Host().Openat = OpenBehindTheDoor;
     dos::Host().Unlinkat = UnlinkBehindTheDoor;
-    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
-    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
+    AddDisks();
     struct Row {
         const char* Name;
         const char* Hanging; // what the dead disk is asked for
@@ -267,8 +263,7 @@ TEST_F(SlowMountsTest, ATreeGoesOnWhenItsDiskIsWaitedFor) {
         Tree.Write(name, name);
     dos::Host().Openat = OpenBehindTheDoor;
     dos::Host().Unlinkat = UnlinkBehindTheDoor;
-    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
-    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
+    AddDisks();
     HangingName = "stuck";
     int asked = 0;
     dos::TreeControl control;
@@ -296,8 +291,7 @@ std::atomic<Hang> Hanging; // what is done, but not answered
 
 void HangIf(Hang call) {
     const int error = errno;
-    if (Hanging == call)
-        std::shared_ptr(TheDoor)->Pass();
+    PassDoorIf(Hanging == call);
     errno = error;
 }
 
@@ -328,8 +322,7 @@ TEST_F(SlowMountsTest, ADeedOfTwoStepsThatIsLeftBehindBeginsNoSecondOne) {
         HangIf(Hang::Attribute);
         return result;
     };
-    ASSERT_TRUE(dos::AddVolume({.Device = "NET0", .Volume = "Dead", .HostRoot = DeadRoot}));
-    ASSERT_TRUE(dos::AddVolume({.Device = "DH3", .Volume = "Here", .HostRoot = Tree.Path("here")}));
+    AddDisks();
     const auto force = [] {
         dos::TreeControl control;
         control.Trouble = [](const dos::TreeTrouble& trouble) {
@@ -352,8 +345,7 @@ TEST_F(SlowMountsTest, ADeedOfTwoStepsThatIsLeftBehindBeginsNoSecondOne) {
         TheDoor = std::make_shared<Door>();
         Hanging = call;
         const std::size_t descriptors = OpenDescriptors();
-        EXPECT_FALSE(deed());
-        EXPECT_EQ(dos::IoErr(), dos::ErrorNoDisk);
+        EXPECT_EQ(Refusal(deed()), dos::ErrorNoDisk);
         TheDoor->Open();
         while (OpenDescriptors() > descriptors) // until the work that was left behind has ended
             std::this_thread::yield();
@@ -408,8 +400,7 @@ TEST(LimitsTest, WorkThatWasGivenUpChangesNothingAnyMore) {
         *mayChange = progress.Commit();
     }));
     door->Open();
-    while (!dos::RunWithLimit("key", [](dos::Progress&) {})) {
-    }
+    AwaitAnswers("key");
     EXPECT_EQ(*mayChange, false);
 }
 

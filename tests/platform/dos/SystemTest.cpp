@@ -1,20 +1,16 @@
 #include "platform/dos/System.h"
 
 #include "platform/dos/Handler.h"
-#include "platform/dos/Locks.h"
 #include "platform/exec/Tasks.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/utility/ScopedVariable.h"
 
-#include <atomic>
-#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <future>
 #include <semaphore>
 #include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -62,9 +58,8 @@ TEST_F(SystemTest, ProgramsOfOursGetWordsAsTypedAndThoseOfTheHostGetHostPaths) {
         {"run printf x", "=0"},
         {"", "=0"},
     };
-    for (const auto& [line, result] : rows) {
+    for (const auto& [line, result] : rows)
         EXPECT_EQ(Run(line), result) << line;
-    }
 }
 
 TEST_F(SystemTest, WhatCannotRunIsToldAndHasItsCode) {
@@ -144,13 +139,13 @@ private:
 };
 
 TEST_F(SystemTest, AnInputThatGivesNothingMoreHoldsNoCommandBack) {
-    dos::FileHandle slow(std::make_unique<SlowStream>(std::vector<std::string>{"one\n", "two\n"}));
+    dos::FileHandle slow(std::make_unique<SlowStream>(Names{"one\n", "two\n"}));
     Script("C/Three", "read -r a; read -r b; echo \"$a$b\"; exit 3");
     EXPECT_EQ(Run("three", {.Input = {.Handle = &slow}}), "onetwo\n=3");
     EXPECT_EQ(Run("three <NIL:"), "\n=3");
     Script("C/Deaf", "exec <&-; echo x; exit 4"); // goes on behind a closed input
     EXPECT_EQ(Run("deaf", {.Input = {.Handle = &slow}}), "x\n=4");
-    dos::FileHandle ending(std::make_unique<SlowStream>(std::vector<std::string>{"end", ""}));
+    dos::FileHandle ending(std::make_unique<SlowStream>(Names{"end", ""}));
     EXPECT_EQ(Run("cat", {.Input = {.Handle = &ending}}), "end=0");
 }
 
@@ -214,8 +209,7 @@ TEST_F(SystemTest, OutputHasNoEndOrAnEarlyOne) {
     // A reader that has had enough ends the writer.
     options.Output.Sink = [](std::string_view) { return false; };
     EXPECT_EQ(dos::System("yes", options), 20);
-    EXPECT_FALSE(dos::CommandOutput("yes", 100));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);
+    EXPECT_EQ(Refusal(dos::CommandOutput("yes", 100)), dos::ErrorLineTooLong);
     // Neither one that closes its output nor one whose child keeps it open is waited for in vain.
     Script("C/Early", "exec >&- 2>&-; exit 3");
     EXPECT_EQ(Run("early"), "=3");
@@ -299,10 +293,7 @@ TEST_F(SystemTest, BuiltInCommandsComeFirst) {
     EXPECT_TRUE(dos::ExamineObject("none"));
     dos::SetBuiltIn("Still", {});
     EXPECT_EQ(Run("Run QUIET run \"Run\" show x"), "own x\n=0");
-    Calls().Write = [](int, const void*, std::size_t) -> long {
-        errno = ENOSPC;
-        return -1;
-    };
+    Calls().Write = Failing<ENOSPC>();
     EXPECT_EQ(Run("show x >out"), "show: disk is full\n=10");
     EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
     EXPECT_EQ(Tree.Read("out"), "own x \n");
@@ -329,15 +320,9 @@ TEST_F(SystemTest, AHostThatRefusesIsTold) {
         EXPECT_NE(dos::IoErr(), 0) << error;
     }
     Calls().Spawn = dos::RealHost().Spawn;
-    Calls().Pipe = [](int*) {
-        errno = EMFILE;
-        return -1;
-    };
+    Calls().Pipe = Failing<EMFILE>();
     EXPECT_TRUE(Run("show").ends_with("\n=10"));
-    Calls().OpenProcess = [](int) {
-        errno = ENOSYS;
-        return -1;
-    };
+    Calls().OpenProcess = Failing<ENOSYS>();
     EXPECT_EQ(dos::System("code 4"), 4) << "a kernel without process descriptors";
 }
 

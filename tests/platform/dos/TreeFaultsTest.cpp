@@ -1,19 +1,17 @@
-// Trees copied and deleted, and files moved, with each host call failing in turn, with the process killed at
-// each of them, and on disks that are full or cannot be written. Whatever happens, a file is the old or the
-// new one as a whole, and what is moved is somewhere.
+// Trees copied and deleted, and files moved, with each host call failing, with the process killed at each,
+// and on full and read-only disks: a file is the old or the new one as a whole, and what is moved is
+// somewhere.
 #include "platform/dos/CopyTree.h"
 #include "platform/dos/Files.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/dos/HostFaults.h"
 
-#include <fstream>
 #include <functional>
 #include <optional>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 namespace {
 
@@ -125,11 +123,7 @@ bool CanMountADisk() {
 
 Place::Place(const Deed& deed, const Round& round) {
     dos::ResetVolumeTable();
-    EXPECT_TRUE(dos::AddVolume({.Device = "TD0",
-                                .Volume = "Test",
-                                .HostRoot = Tree.Root(),
-                                .Names = round.Names,
-                                .Metadata = round.Metadata}));
+    AddDisk("TD0", "Test", Tree.Root(), round.Names, round.Metadata);
     Tree.Drawer("to");
     if (deed.Where == To::OtherDisk)
         Disk.emplace(Tree.Path("to"), "size=1m");
@@ -295,8 +289,7 @@ TEST_F(DosTest, FullAndReadOnlyDisksAreToldOfAndHoldNothingHalf) {
     ASSERT_TRUE(dos::AddVolume({.Device = "SM0", .Volume = "Small", .HostRoot = disk.Point}));
     const Picture source = Look(Tree, "from");
     const dos::CopyOptions moving{.Replaces = true, .Moves = true};
-    EXPECT_FALSE(dos::Copy("Test:from/big", "Small:old", moving));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
+    EXPECT_EQ(Refusal(dos::Copy("Test:from/big", "Small:old", moving)), dos::ErrorDiskFull);
     const dos::TreeResult result = dos::CopyTree("Test:from", "Small:to");
     EXPECT_EQ(result.FirstError, dos::ErrorDiskFull);
     EXPECT_EQ(result.Skipped, 1u);
@@ -304,10 +297,8 @@ TEST_F(DosTest, FullAndReadOnlyDisksAreToldOfAndHoldNothingHalf) {
         {"disk/old", "OLD"}, {"disk/to", "drawer"}, {"disk/to/a", "drawer"}, {"disk/to/a/small", "x"}};
     EXPECT_EQ(Look(Tree, "disk"), full);
     ASSERT_EQ(::mount("solvane", disk.Point.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
-    for (const char* to : {"Small:old", "Small:new"}) {
-        EXPECT_FALSE(dos::Copy("Test:from/a/small", to, moving)) << to;
-        EXPECT_EQ(dos::IoErr(), dos::ErrorDiskWriteProtected) << to;
-    }
+    for (const char* to : {"Small:old", "Small:new"})
+        EXPECT_EQ(Refusal(dos::Copy("Test:from/a/small", to, moving)), dos::ErrorDiskWriteProtected) << to;
     EXPECT_EQ(dos::CopyTree("Test:from", "Small:2").FirstError, dos::ErrorDiskWriteProtected);
     EXPECT_EQ(dos::CopyTree("Test:from", "Small:to", {.Copy = {.Replaces = true}}).FirstError,
               dos::ErrorDiskWriteProtected);

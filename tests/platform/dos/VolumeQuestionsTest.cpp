@@ -3,7 +3,6 @@
 #include "tests/platform/dos/DosTest.h"
 
 #include <atomic>
-#include <filesystem>
 #include <sys/statvfs.h>
 #include <thread>
 
@@ -75,10 +74,10 @@ TEST_F(VolumeQuestionsTest, DrivesWithoutMediumAreKnownByTheirBus) {
     drive("sdc", "pci0/usb1/", "1000"); // has one
     drive("fd0", "platform/", "8");
     dos::Places().Blocks = Tree.Path("block");
-    std::vector<std::string> found;
-    for (const dos::VolumeInfo& empty : dos::EmptyDrives())
-        found.push_back(empty.Device + " " + empty.ExecDevice);
-    EXPECT_EQ(found, (std::vector<std::string>{"DF0 ", "USB0 usbdisk.device", "CD0 "}));
+    const auto found = TextsOf(dos::EmptyDrives(), [](const dos::VolumeInfo& empty) {
+        return empty.Device + " " + empty.ExecDevice;
+    });
+    EXPECT_EQ(found, (Names{"DF0 ", "USB0 usbdisk.device", "CD0 "}));
 }
 
 } // namespace

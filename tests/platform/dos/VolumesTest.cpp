@@ -1,14 +1,11 @@
 #include "platform/dos/Files.h"
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/Info.h"
-#include "platform/dos/MediumInfo.h"
 #include "platform/dos/MountFile.h"
 #include "platform/dos/Variables.h"
 #include "platform/exec/RuntimeDirectory.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <poll.h>
 
 namespace {
@@ -89,8 +86,7 @@ TEST_F(VolumesTest, LaterStartsKeepWhatTheUserHasMade) {
 }
 
 TEST_F(VolumesTest, CommandsOfTheUserComeBeforeThoseThatAreInstalled) {
-    Tree.Write("program/C/List", "");
-    Tree.Write("program/C/Copy", "");
+    Tree.Plant({"program/C/List", "program/C/Copy"});
     ASSERT_TRUE(Begin());
     Tree.Write("home/data/solvane/Workbench/C/List", "");
     EXPECT_EQ(Find("C:List"), "Workbench:C/List");
@@ -98,12 +94,8 @@ TEST_F(VolumesTest, CommandsOfTheUserComeBeforeThoseThatAreInstalled) {
 }
 
 TEST_F(VolumesTest, StartThatFailsLeavesNothingHalfMade) {
-    dos::Host().Write = [](int, const void*, std::size_t) -> long {
-        errno = ENOSPC;
-        return -1;
-    };
-    EXPECT_FALSE(Begin());
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
+    dos::Host().Write = Failing<ENOSPC>();
+    EXPECT_EQ(Refusal(Begin()), dos::ErrorDiskFull);
     EXPECT_NE(dos::SetUpProblem(), "");
     EXPECT_TRUE(std::filesystem::is_empty(Tree.Path("home/data/solvane")));
 }
@@ -115,8 +107,7 @@ TEST_F(VolumesTest, UserDirectoriesComeFromTheDesktopsList) {
                                                  Tree.Path("program") +
                                                  "/\"\n"
                                                  "XDG_VIDEOS_DIR=\"$HOME/\"\nXDG_PICTURES_DIR=broken\n");
-    Tree.Drawer("home/Videos");
-    Tree.Drawer("home/Pictures");
+    Tree.Plant({"home/Videos/", "home/Pictures/"});
     ASSERT_TRUE(Begin()) << dos::SetUpProblem();
     EXPECT_EQ(Find("Desktop:"), "Home:Schreibtisch \"x");
     EXPECT_EQ(Find("Music:"), "Host:" + Tree.Path("program").substr(1));
@@ -125,8 +116,7 @@ TEST_F(VolumesTest, UserDirectoriesComeFromTheDesktopsList) {
 }
 
 TEST_F(VolumesTest, MountsOfTheUserAreAddedAndSlipsAreTold) {
-    Tree.Write("home/Amiga/Games/Turrican", "");
-    Tree.Write("more/Lemmings", "");
+    Tree.Plant({"home/Amiga/Games/Turrican", "more/Lemmings"});
     Tree.Write("home/config/solvane/mounts.toml",
                "[[volume]]\nname = \"Work\"\npath = \"~/Amiga\"\nnames = \"fold\"\nmetadata = \"uaem\"\n"
                "[[assign]]\nname = \"Games\"\npaths = [\"Work:Games\", \"" +
@@ -187,13 +177,10 @@ TEST_F(VolumesTest, RelabelledVolumesAreCalledSoFromThenOn) {
         {"DH1", "DH0", dos::ErrorObjectExists},
         {"DH1", "Sys", dos::ErrorObjectExists},
         {"DH1", "nil", dos::ErrorObjectExists}};
-    for (const auto& [volume, name, error] : refused) {
-        EXPECT_FALSE(dos::Relabel(volume, name)) << volume << " to " << name;
-        EXPECT_EQ(dos::IoErr(), error) << volume << " to " << name;
-    }
+    for (const auto& [volume, name, error] : refused)
+        EXPECT_EQ(Refusal(dos::Relabel(volume, name)), error) << volume << " to " << name;
     Tree.Write("dotfiles", "label = 7\n"); // no place for another label
-    EXPECT_FALSE(dos::Relabel("DH1", "x"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
+    EXPECT_EQ(Refusal(dos::Relabel("DH1", "x")), dos::ErrorObjectWrongType);
     EXPECT_EQ(Find("Stuff:"), "Stuff:");
     EXPECT_EQ(Tree.Read("dotfiles"), "label = 7\n");
 }
@@ -314,36 +301,6 @@ TEST(MountFileTest, FilesWithoutMeasureAreBounded) {
     EXPECT_EQ(dos::ParseMountFile("a = " + std::string(100000, '['), "/").Problems.size(), 1u);
 }
 
-std::string MountList; // stands for the host's own
-bool ListHasChanged = false;
-
-TEST_F(VolumesTest, DiskIsAVolumeFromItsMountToItsEnd) {
-    MountList = Tree.Path("mountinfo");
-    const std::string system = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
-    const std::string disk = "2 1 7:9 / " + Tree.Path("Amiga") + " rw - ext4 /dev/loop9 rw\n";
-    Tree.Write("mountinfo", system);
-    Tree.Write("Amiga/file", "");
-    dos::Places().Numbers = dos::Places().Blocks = Tree.Path("none");
-    dos::Host().Openat = [](int drawer, const char* name, int flags, unsigned mode) {
-        const bool isList = std::string_view(name) == "/proc/self/mountinfo";
-        return dos::RealHost().Openat(drawer, isList ? MountList.c_str() : name, flags, mode);
-    };
-    dos::Host().Poll = [](struct pollfd* question, unsigned long, int) {
-        question->revents = std::exchange(ListHasChanged, false) ? POLLPRI : 0;
-        return question->revents != 0 ? 1 : 0;
-    };
-    ASSERT_TRUE(Begin());
-    EXPECT_EQ(Find("Amiga:file"), "error 218");
-    Tree.Write("mountinfo", system + disk);
-    ListHasChanged = true;
-    EXPECT_EQ(Find("IDF0:file"), "Amiga:file");
-    EXPECT_EQ(dos::Volumes().back().Volume, "Amiga");
-    EXPECT_EQ(dos::FromHostPath(Tree.Path("Amiga/file")), "Amiga:file");
-    Tree.Write("mountinfo", system);
-    ListHasChanged = true;
-    EXPECT_EQ(Find("Amiga:file"), "error 218");
-}
-
 class VolumeNamesTest : public DosTest {};
 
 TEST_F(VolumeNamesTest, BadOrTakenNamesAreRefused) {
@@ -358,8 +315,9 @@ TEST_F(VolumeNamesTest, BadOrTakenNamesAreRefused) {
                             {"B", "B", "relative", 210},
                             {"B", "B", Tree.Path("none"), 205},
                             {"B", "B", "/dev/null", 212}}) {
-        EXPECT_FALSE(dos::AddVolume({.Device = row.Device, .Volume = row.Volume, .HostRoot = row.Root}));
-        EXPECT_EQ(dos::IoErr(), row.Error) << row.Device << " " << row.Volume << " " << row.Root;
+        EXPECT_EQ(Refusal(dos::AddVolume({.Device = row.Device, .Volume = row.Volume, .HostRoot = row.Root})),
+                  row.Error)
+            << row.Device << " " << row.Volume << " " << row.Root;
     }
 }
 

@@ -3,7 +3,6 @@
 #include "platform/exec/Tasks.h"
 #include "tests/platform/exec/Processes.h"
 
-#include <fstream>
 #include <thread>
 #include <vector>
 
@@ -29,7 +28,7 @@ private:
 };
 
 TEST_F(Forbid, LetsOneProcessInAtATime) {
-    const std::string counter = Temp / "counter";
+    const std::string counter = Temp.Path("counter");
     std::ofstream(counter) << 0;
     {
         std::vector<Process> processes;
@@ -44,9 +43,8 @@ TEST_F(Forbid, LetsOneProcessInAtATime) {
                 return 0;
             });
         }
-        for (Process& process : processes) {
+        for (Process& process : processes)
             EXPECT_EQ(process.Join(), 0);
-        }
     }
     int count = 0;
     std::ifstream(counter) >> count;
@@ -54,8 +52,7 @@ TEST_F(Forbid, LetsOneProcessInAtATime) {
 }
 
 TEST_F(Forbid, NestsAndTakesNoHarmFromOnePermitTooMany) {
-    Neighbour early;
-    Neighbour late;
+    Neighbour early, late;
     exec::Permit();
     exec::Forbid();
     exec::Forbid();
@@ -70,7 +67,7 @@ TEST_F(Forbid, NestsAndTakesNoHarmFromOnePermitTooMany) {
 
 TEST_F(Forbid, KeepsOtherThreadsOut) {
     int count = 0;
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 2000; ++round) {
@@ -79,9 +76,7 @@ TEST_F(Forbid, KeepsOtherThreadsOut) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();
     EXPECT_EQ(count, 4 * 2000);
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
@@ -54,27 +53,24 @@ TEST(Pool, BlocksOfAllSizesAreClearedAlignedAndApartThroughAnyOrderOfFrees) {
 TEST(Pool, ManyRecordsWasteLittle) {
     constexpr std::size_t count = 100000;
     exec::Pool pool(Puddle, Threshold);
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i)
         ASSERT_NE(pool.Allocate(400), nullptr);
-    }
     EXPECT_LT(pool.HeldBytes(), count * 400 * 102 / 100);
 }
 
 TEST(Pool, FreedBlocksServeAgain) {
     exec::Pool pool(Puddle, Threshold);
     std::vector<Block> blocks;
-    for (int i = 0; i < 5000; ++i) {
+    for (int i = 0; i < 5000; ++i)
         blocks.push_back(Take(pool, 400, 1));
-    }
     const std::size_t held = pool.HeldBytes();
     std::set<std::byte*> freed;
     for (std::size_t i = 0; i < blocks.size(); i += 2) {
         pool.Free(blocks[i].Start, blocks[i].Size);
         freed.insert(blocks[i].Start);
     }
-    for (std::size_t i = 0; i < blocks.size(); i += 2) {
+    for (std::size_t i = 0; i < blocks.size(); i += 2)
         EXPECT_EQ(freed.erase(Take(pool, 400, 2).Start), 1U);
-    }
     EXPECT_EQ(pool.HeldBytes(), held);
 }
 
@@ -84,15 +80,13 @@ TEST(Pool, EmptiedPuddlesAreGivenBackButOne) {
     for (const std::size_t size : {Threshold, std::size_t{64}, std::size_t{100000}}) {
         for (int i = 0; i < 3000; ++i) {
             blocks.push_back(Take(pool, size, 1));
-            if (size > Puddle) {
+            if (size > Puddle)
                 break;
-            }
         }
     }
     std::ranges::shuffle(blocks, std::mt19937(2));
-    for (const Block& block : blocks) {
+    for (const Block& block : blocks)
         pool.Free(block.Start, block.Size);
-    }
     EXPECT_LE(pool.HeldBytes(), Puddle);
     const std::size_t held = pool.HeldBytes();
     for (int i = 0; i < 10; ++i) {

@@ -2,39 +2,18 @@
 #pragma once
 
 #include "platform/exec/RuntimeDirectory.h"
+#include "tests/support/TempTree.h"
 
 #include <fcntl.h>
-#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <string>
-#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
 namespace exec_tests {
-
-// A directory that goes with the object.
-class TempDirectory {
-public:
-    TempDirectory() {
-        std::string made = (std::filesystem::temp_directory_path() / "exec-test-XXXXXX").string();
-        Directory = mkdtemp(made.data());
-    }
-    ~TempDirectory() { std::filesystem::remove_all(Directory); }
-    TempDirectory(const TempDirectory&) = delete;
-    TempDirectory& operator=(const TempDirectory&) = delete;
-
-    [[nodiscard]] std::string operator/(std::string_view name) const {
-        return Directory + "/" + std::string(name);
-    }
-    [[nodiscard]] const std::string& Path() const { return Directory; }
-
-private:
-    std::string Directory;
-};
 
 // A pipe over which processes tell one another that something has happened, one byte each.
 class Channel {
@@ -64,15 +43,13 @@ private:
 class Process {
 public:
     explicit Process(const std::function<int()>& body) : Id(fork()) {
-        if (Id == 0) {
+        if (Id == 0)
             _exit(body());
-        }
         EXPECT_GT(Id, 0);
     }
     ~Process() {
-        if (Id > 0) {
+        if (Id > 0)
             Kill();
-        }
     }
     Process(Process&& other) noexcept : Id(std::exchange(other.Id, -1)) {}
     Process& operator=(Process&&) = delete;
@@ -93,13 +70,12 @@ private:
     pid_t Id;
 };
 
-// Tests with a runtime directory of their own.
 class RuntimeTest : public testing::Test {
 protected:
-    RuntimeTest() { EXPECT_TRUE(exec::UseRuntimeDirectory(Temp / "runtime")); }
+    RuntimeTest() { EXPECT_TRUE(exec::UseRuntimeDirectory(Temp.Path("runtime"))); }
     ~RuntimeTest() override { exec::UseRuntimeDirectory({}); }
 
-    TempDirectory Temp;
+    TempTree Temp;
 };
 
 } // namespace exec_tests

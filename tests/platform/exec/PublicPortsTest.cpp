@@ -5,12 +5,10 @@
 #include "platform/exec/PortSockets.h"
 #include "platform/exec/Timer.h"
 #include "tests/platform/exec/Processes.h"
+#include "tests/support/Texts.h"
 
 #include <algorithm>
-#include <fstream>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <thread>
 #include <vector>
 
@@ -18,8 +16,7 @@ namespace {
 
 using namespace exec_tests;
 namespace fs = std::filesystem;
-using exec::PublicPort;
-using testing::Test;
+using exec::PublicPort, testing::Test;
 
 constexpr int LongTime = 60 * 1000; // ms, for what is expected to come
 
@@ -30,16 +27,12 @@ protected:
         return Directory() + "/" + exec::PortFileStem(name) + std::string(suffix);
     }
     [[nodiscard]] static std::vector<std::string> Files() {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(Directory())) {
-            names.push_back(entry.path().filename());
-        }
-        return names;
+        return TextsOf(fs::directory_iterator(Directory()),
+                       [](const auto& entry) { return entry.path().filename(); });
     }
 };
 
-// What the owner of the tests replies: RC is the size of the command, the result its echo; a
-// command of the letter "R" alone brings the largest result, with one byte too many.
+// RC is the size of the command, the result its echo; "R" brings the largest result and one byte too many.
 void ReplyToAll(PublicPort& port) {
     while (const auto message = port.Get()) {
         const std::string& command = message->Command();
@@ -53,9 +46,8 @@ Process StartOwner(const std::string& name) {
     const Channel ready;
     Process owner([&] {
         const auto port = PublicPort::Create(name);
-        if (port == nullptr) {
+        if (port == nullptr)
             return 1;
-        }
         ready.Send();
         while (true) {
             exec::Wait(port->Mask());
@@ -120,9 +112,8 @@ TEST_F(PublicPorts, SeveralSendersAreServedAtOnce) {
             message->Reply(0, message->Command());
         }
     }
-    for (Process& sender : senders) {
+    for (Process& sender : senders)
         EXPECT_EQ(sender.Join(), 0);
-    }
 }
 
 // What a process does that looks for the first free number: 0 when there is none up to 50.
@@ -138,83 +129,72 @@ int ClaimNumber(std::unique_ptr<PublicPort>& port) {
     return 0;
 }
 
-TEST_F(PublicPorts, ProcessesThatStartAtTheSameInstantGetDifferentNumbers) {
+// Has eight processes do something at once and rest in hold() for a look; gives their sorted exit codes.
+using Deed = std::function<int(int number, const std::function<void()>& hold)>;
+std::vector<int> DoAtOnce(
+    const Deed& deed, const std::function<void()>& look = [] {}) {
     constexpr int count = 8;
-    for (int round = 0; round < 20; ++round) {
-        const Channel begin;
-        const Channel claimed;
-        const Channel end;
-        std::vector<Process> processes;
-        for (int i = 0; i < count; ++i) {
-            processes.emplace_back([&] {
-                std::unique_ptr<PublicPort> port;
-                begin.Receive();
-                const int number = ClaimNumber(port);
-                claimed.Send();
+    const Channel begin, held, end;
+    std::vector<Process> processes;
+    for (int number = 0; number < count; ++number) {
+        processes.emplace_back([&] {
+            begin.Receive();
+            return deed(number, [&] {
+                held.Send();
                 end.Receive();
-                return number;
             });
-        }
-        begin.Send(count);
-        for (int i = 0; i < count; ++i) {
-            claimed.Receive();
-        }
-        end.Send(count);
-        std::vector<int> numbers;
-        for (Process& process : processes) {
-            numbers.push_back(process.Join());
-        }
-        std::ranges::sort(numbers);
+        });
+    }
+    begin.Send(count);
+    for (int number = 0; number < count; ++number)
+        held.Receive();
+    look();
+    end.Send(count);
+    std::vector<int> codes;
+    for (Process& process : processes)
+        codes.push_back(process.Join());
+    std::ranges::sort(codes);
+    return codes;
+}
+
+TEST_F(PublicPorts, ProcessesThatStartAtTheSameInstantGetDifferentNumbers) {
+    for (int round = 0; round < 20; ++round) {
+        const auto numbers = DoAtOnce([](int, const auto& hold) {
+            std::unique_ptr<PublicPort> port;
+            const int number = ClaimNumber(port);
+            hold();
+            return number;
+        });
         EXPECT_EQ(numbers, (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8}));
     }
 }
 
 TEST_F(PublicPorts, OneOfManyGetsTheNameAndTheNextOneTheNameOfTheDead) {
-    constexpr int count = 8;
     LeaveDeadPort("SOLVANE.1");
+    const auto claim = [](int number, const auto& hold) -> int {
+        const auto port = PublicPort::Create(number % 2 == 0 ? "SOLVANE.1" : "Solvane.1");
+        hold();
+        _exit(port != nullptr ? 1 : 0); // the port is left as it is
+    };
     for (int round = 0; round < 20; ++round) {
-        const Channel begin;
-        const Channel tried;
-        const Channel end;
-        std::vector<Process> processes;
-        for (int i = 0; i < count; ++i) {
-            processes.emplace_back([&]() -> int {
-                begin.Receive();
-                const auto port = PublicPort::Create(i % 2 == 0 ? "SOLVANE.1" : "Solvane.1");
-                tried.Send();
-                end.Receive();
-                _exit(port != nullptr ? 1 : 0); // the port is left as it is
-            });
-        }
-        begin.Send(count);
-        for (int i = 0; i < count; ++i) {
-            tried.Receive();
-        }
-        EXPECT_TRUE(exec::FindPort("SOLVANE.1"));
-        EXPECT_EQ(exec::ListPorts().size(), 1U);
-        end.Send(count);
-        int owners = 0;
-        for (Process& process : processes) {
-            owners += process.Join();
-        }
-        EXPECT_EQ(owners, 1);
+        const auto owners = DoAtOnce(claim, [] {
+            EXPECT_TRUE(exec::FindPort("SOLVANE.1"));
+            EXPECT_EQ(exec::ListPorts().size(), 1U);
+        });
+        EXPECT_EQ(owners, (std::vector<int>{0, 0, 0, 0, 0, 0, 0, 1}));
     }
 }
 
 TEST_F(PublicPorts, APortOfAKilledProcessIsDeadAndItsLeftoversGo) {
-    LeaveDeadPort("SOLVANE.1");
-    EXPECT_EQ(Files().size(), 2U);
-    EXPECT_FALSE(exec::SendCommand("SOLVANE.1", "x", LongTime).has_value());
-    EXPECT_EQ(Files().size(), 0U);
-
-    LeaveDeadPort("SOLVANE.1");
-    EXPECT_FALSE(exec::FindPort("SOLVANE.1"));
-    EXPECT_EQ(Files().size(), 0U);
-
-    LeaveDeadPort("SOLVANE.1");
-    EXPECT_TRUE(exec::ListPorts().empty());
-    EXPECT_EQ(Files().size(), 0U);
-
+    const auto isDead = {+[] { return !exec::SendCommand("SOLVANE.1", "x", LongTime).has_value(); },
+                         +[] { return !exec::FindPort("SOLVANE.1"); },
+                         +[] { return exec::ListPorts().empty(); }};
+    for (const auto finds : isDead) {
+        LeaveDeadPort("SOLVANE.1");
+        EXPECT_EQ(Files().size(), 2U);
+        EXPECT_TRUE(finds());
+        EXPECT_EQ(Files().size(), 0U);
+    }
     LeaveDeadPort("SOLVANE.1");
     auto port = PublicPort::Create("SOLVANE.1");
     ASSERT_NE(port, nullptr);
@@ -249,9 +229,8 @@ TEST_F(PublicPorts, TimeIsOverForTheSenderAndTheCommandStillCounts) {
     EXPECT_TRUE(exec::PostCommand("SOLVANE.1", "posted"));
     for (const char* const expected : {"late", "posted"}) {
         auto message = port->Get();
-        for (; message == nullptr; message = port->Get()) {
+        for (; message == nullptr; message = port->Get())
             exec::Wait(port->Mask());
-        }
         EXPECT_EQ(message->Command(), expected);
         message->Reply(0, std::string(exec::MaxResultSize, 'x')); // to nobody
     }
@@ -265,16 +244,14 @@ TEST_F(PublicPorts, CommandsThatNobodyRepliesToComeBackWithRc20) {
     for (std::size_t i = 0; i < replies.size(); ++i) {
         senders.emplace_back([&, i] { replies[i] = exec::SendCommand("SOLVANE.1", "x", LongTime); });
         exec::Wait(port->Mask());
-        if (i == 0) {
+        if (i == 0)
             EXPECT_NE(port->Get(), nullptr); // and is gone
-        } else if (i == 1) {
+        else if (i == 1)
             kept = port->Get();
-        }
     }
     port.reset();
-    for (std::thread& sender : senders) {
+    for (std::thread& sender : senders)
         sender.join();
-    }
     kept->Reply(0, "too late");
     for (const auto& reply : replies) {
         ASSERT_TRUE(reply.has_value());
@@ -300,9 +277,8 @@ TEST_F(PublicPorts, PeersThatSayNothingOrHalfOrTooMuchHoldNobodyUp) {
     for (std::size_t i = 0; i < 400; ++i) {
         const std::string& opening = openings[i % std::size(openings)];
         exec::Descriptor peer = Connect("SOLVANE.1", opening);
-        if (i % 7 != 0) {
+        if (i % 7 != 0)
             peers.push_back(std::move(peer));
-        }
         if (i % 50 == 0) {
             const auto reply = exec::SendCommand("SOLVANE.1", "x", LongTime);
             ASSERT_TRUE(reply.has_value());
@@ -361,7 +337,7 @@ TEST_F(PublicPorts, RubbishInThePlaceOfPortsIsNoPortAndDoesNotKeepTheNameFromBei
          [](const auto& path, const auto& userFile) { fs::create_hard_link(userFile, path); }},
         {"link to itself", [](const auto& path, const auto&) { fs::create_symlink(path, path); }},
     };
-    const std::string userFile = Temp / "letter";
+    const std::string userFile = Temp.Path("letter");
     std::ofstream(userFile) << "Dear";
     ASSERT_TRUE(exec::ListPorts().empty());
     for (const Case& one : cases) {
@@ -396,7 +372,7 @@ TEST_F(PublicPorts, ADrawerThatCannotBeTrustedHoldsNoPorts) {
     fs::permissions(Directory(), fs::perms::all);
     EXPECT_EQ(PublicPort::Create("SOLVANE.1"), nullptr);
     fs::remove(Directory());
-    fs::create_directory_symlink(Temp.Path(), Directory());
+    fs::create_directory_symlink(Temp.Root(), Directory());
     EXPECT_EQ(PublicPort::Create("SOLVANE.1"), nullptr);
     EXPECT_TRUE(exec::ListPorts().empty());
     EXPECT_FALSE(exec::UseRuntimeDirectory(Directory()));
@@ -408,8 +384,7 @@ TEST_F(PublicPorts, ADrawerThatCannotBeTrustedHoldsNoPorts) {
 TEST_F(PublicPorts, NamesCompareWithoutCaseAndAreListedAsWrittenInTheOrderOfClaims) {
     const std::string names[] = {"SOLVANE.10",
                                  "Solvane_2.port",
-                                 "\xC3\x84"
-                                 "rger/..",
+                                 "Ärger/..",
                                  ".",
                                  std::string(exec::MaxPortName, 'n'),
                                  std::string(exec::MaxPortName - 1, 'n') + "m"};
@@ -437,21 +412,19 @@ TEST_F(PublicPorts, TextsThatAreNoNamesAreRefused) {
 
 TEST_F(PublicPorts, FiftyProcessesHaveTheirPorts) {
     std::vector<Process> owners;
-    for (int number = 1; number <= 50; ++number) {
+    for (int number = 1; number <= 50; ++number)
         owners.push_back(StartOwner("Solvane_" + std::to_string(number) + ".port"));
-    }
     std::unique_ptr<PublicPort> port;
     EXPECT_EQ(ClaimNumber(port), 0);
     EXPECT_EQ(exec::ListPorts().size(), 50U);
     owners[41].Kill();
     EXPECT_EQ(ClaimNumber(port), 42);
-    for (const std::string& name : exec::ListPorts()) {
+    for (const std::string& name : exec::ListPorts())
         EXPECT_TRUE(exec::PostCommand(name, "x"));
-    }
 }
 
 TEST_F(PublicPorts, ARuntimeDirectoryWithALongPathServesAsWell) {
-    const std::string deep = Temp / std::string(200, 'd');
+    const std::string deep = Temp.Path(std::string(200, 'd'));
     ASSERT_TRUE(exec::UseRuntimeDirectory(deep));
     const Process owner = StartOwner("SOLVANE.1");
     const auto reply = exec::SendCommand("SOLVANE.1", "x", LongTime);
@@ -460,13 +433,11 @@ TEST_F(PublicPorts, ARuntimeDirectoryWithALongPathServesAsWell) {
 }
 
 TEST_F(PublicPorts, OtherUsersAreTurnedAwayEvenWhenTheirWayIsOpen) {
-    if (geteuid() != 0) {
+    if (geteuid() != 0)
         GTEST_SKIP() << "needs the right to become another user";
-    }
     const Process owner = StartOwner("SOLVANE.1");
-    for (const std::string& path : {Temp.Path(), exec::RuntimeDirectory(), Directory()}) {
+    for (const std::string& path : {Temp.Root(), exec::RuntimeDirectory(), Directory()})
         chmod(path.c_str(), 0755);
-    }
     chmod(FileOf("SOLVANE.1", ".port").c_str(), 0777);
     Process stranger([&] {
         sockaddr_un address{};
@@ -474,9 +445,8 @@ TEST_F(PublicPorts, OtherUsersAreTurnedAwayEvenWhenTheirWayIsOpen) {
         std::ranges::copy(FileOf("SOLVANE.1", ".port"), address.sun_path);
         const exec::Descriptor peer(socket(AF_UNIX, SOCK_STREAM, 0));
         if (setuid(64321) != 0 ||
-            connect(peer.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+            connect(peer.Get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
             return 1;
-        }
         const std::string frame = exec::CommandFrame("x");
         static_cast<void>(send(peer.Get(), frame.data(), frame.size(), MSG_NOSIGNAL));
         char byte = 0;

@@ -2,7 +2,6 @@
 
 #include "tests/platform/exec/Processes.h"
 
-#include <fstream>
 #include <sys/stat.h>
 
 namespace {
@@ -18,26 +17,27 @@ mode_t ModeOf(const std::string& path) {
     return found.st_mode;
 }
 
-TEST(RuntimeDirectory, IsMadePrivateInTheBaseOfTheSession) {
-    const TempDirectory base;
+// Whether a process of that user has that runtime directory in a session with that base.
+bool HasDirectory(const TempTree& base, const std::string& directory, uid_t user = geteuid()) {
     Process child([&] {
         umask(0);
-        setenv("XDG_RUNTIME_DIR", base.Path().c_str(), 1);
-        return exec::RuntimeDirectory() == base / "solvane" ? 0 : 1;
+        setenv("XDG_RUNTIME_DIR", base.Root().c_str(), 1);
+        return (user == geteuid() || setuid(user) == 0) && exec::RuntimeDirectory() == directory ? 0 : 1;
     });
-    EXPECT_EQ(child.Join(), 0);
-    EXPECT_EQ(ModeOf(base / "solvane"), static_cast<mode_t>(S_IFDIR | 0700));
+    return child.Join() == 0;
+}
+
+TEST(RuntimeDirectory, IsMadePrivateInTheBaseOfTheSession) {
+    const TempTree base;
+    EXPECT_TRUE(HasDirectory(base, base.Path("solvane")));
+    EXPECT_EQ(ModeOf(base.Path("solvane")), static_cast<mode_t>(S_IFDIR | 0700));
 }
 
 TEST(RuntimeDirectory, ABaseThatOthersMayWriteToIsRefused) {
-    const TempDirectory base;
-    chmod(base.Path().c_str(), 0777);
-    Process child([&] {
-        setenv("XDG_RUNTIME_DIR", base.Path().c_str(), 1);
-        return exec::RuntimeDirectory().empty() ? 0 : 1;
-    });
-    EXPECT_EQ(child.Join(), 0);
-    EXPECT_FALSE(fs::exists(base / "solvane"));
+    const TempTree base;
+    chmod(base.Root().c_str(), 0777);
+    EXPECT_TRUE(HasDirectory(base, ""));
+    EXPECT_FALSE(base.Exists("solvane"));
 }
 
 TEST(RuntimeDirectory, WhatOthersCouldHaveAHandInIsRefusedAndLeftAsItIs) {
@@ -63,15 +63,14 @@ TEST(RuntimeDirectory, WhatOthersCouldHaveAHandInIsRefusedAndLeftAsItIs) {
          [](const std::string& path) {
              mkdir(path.c_str(), 0700);
              // Without the right to give it away it is refused for its mode.
-             if (chown(path.c_str(), OtherUser, OtherUser) != 0) {
+             if (chown(path.c_str(), OtherUser, OtherUser) != 0)
                  chmod(path.c_str(), 0755);
-             }
          }},
     };
     for (const Case& one : cases) {
         SCOPED_TRACE(one.Name);
-        const TempDirectory base;
-        const std::string path = base / "place";
+        const TempTree base;
+        const std::string path = base.Path("place");
         one.Make(path);
         const mode_t before = ModeOf(path);
         EXPECT_FALSE(exec::UseRuntimeDirectory(path));
@@ -84,17 +83,12 @@ TEST(RuntimeDirectory, WhatOthersCouldHaveAHandInIsRefusedAndLeftAsItIs) {
 }
 
 TEST(RuntimeDirectory, ABaseOfAnotherUserIsNotUsed) {
-    if (geteuid() != 0) {
+    if (geteuid() != 0)
         GTEST_SKIP() << "needs the right to become another user";
-    }
-    const TempDirectory base;
+    const TempTree base;
     const std::string fallback = "/tmp/solvane-" + std::to_string(OtherUser);
-    Process child([&] {
-        setenv("XDG_RUNTIME_DIR", base.Path().c_str(), 1);
-        return setuid(OtherUser) == 0 && exec::RuntimeDirectory() == fallback ? 0 : 1;
-    });
-    EXPECT_EQ(child.Join(), 0);
-    EXPECT_TRUE(fs::is_empty(base.Path()));
+    EXPECT_TRUE(HasDirectory(base, fallback, OtherUser));
+    EXPECT_TRUE(fs::is_empty(base.Root()));
     EXPECT_EQ(ModeOf(fallback), static_cast<mode_t>(S_IFDIR | 0700));
     fs::remove(fallback);
 }

@@ -1,10 +1,9 @@
 #include "platform/exec/Tasks.h"
 
 #include "platform/exec/Ports.h"
+#include "tests/platform/exec/Loop.h"
 
-#include <condition_variable>
 #include <gtest/gtest.h>
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -15,40 +14,6 @@ using exec::SignalMask;
 SignalMask Bit(int number) {
     return SignalMask{1} << number;
 }
-
-// A stand-in for a window system's loop: sleeps until woken, and a waking is never lost.
-class Loop {
-public:
-    Loop() {
-        exec::SetEventPump({.Run = [this](bool wait) { Run(wait); }, .Wake = [this] { Wake(); }});
-    }
-    ~Loop() { exec::SetEventPump({}); }
-    Loop(const Loop&) = delete;
-    Loop& operator=(const Loop&) = delete;
-
-    std::function<void()> OnRun = [] {}; // what an event would bring about
-    int Runs = 0;
-
-private:
-    void Run(bool wait) {
-        {
-            std::unique_lock lock(Guard);
-            Woken.wait(lock, [&] { return WakeCalled || !wait; });
-            WakeCalled = false;
-        }
-        ++Runs;
-        OnRun();
-    }
-    void Wake() {
-        const std::lock_guard lock(Guard);
-        WakeCalled = true;
-        Woken.notify_one();
-    }
-
-    std::mutex Guard;
-    std::condition_variable Woken;
-    bool WakeCalled = false;
-};
 
 TEST(Tasks, EverySignalNumberIsGivenOnceAndComesBackCleared) {
     std::vector<int> numbers;
@@ -65,9 +30,8 @@ TEST(Tasks, EverySignalNumberIsGivenOnceAndComesBackCleared) {
     exec::FreeSignal(32);
     EXPECT_EQ(exec::AllocSignal(), numbers[5]);
     EXPECT_EQ(exec::SetSignal(0, 0), 0U);
-    for (const int number : numbers) {
+    for (const int number : numbers)
         exec::FreeSignal(number);
-    }
 }
 
 TEST(Tasks, WaitTakesOnlyWhatWasAskedFor) {
@@ -141,9 +105,8 @@ TEST(Tasks, EventHandlersMayWaitAndTakeTheirLoopAway) {
     exec::Task* const mine = exec::FindTask();
     std::thread helper;
     loop.OnRun = [&] {
-        if (helper.joinable()) {
+        if (helper.joinable())
             return; // this is the inner one
-        }
         helper = std::thread([&] { exec::Signal(mine, Bit(inner)); });
         EXPECT_EQ(exec::Wait(Bit(inner)), Bit(inner));
         exec::SetEventPump({});
@@ -184,9 +147,8 @@ TEST(Ports, MessagesArriveAndComeBackInTheOrderOfTheirSending) {
         }
     });
     ASSERT_NE(child, nullptr);
-    for (int number = 1; number <= last; ++number) {
+    for (int number = 1; number <= last; ++number)
         exec::PutMsg(exec::ProcessPort(*child), OrderFor(&replies, number));
-    }
     for (int number = 1; number <= last; ++number) {
         exec::WaitPort(replies);
         const auto reply = exec::GetMsg(replies);

@@ -1,9 +1,9 @@
 #include "platform/exec/Timer.h"
 
+#include "tests/platform/exec/Loop.h"
+
 #include <chrono>
-#include <condition_variable>
 #include <gtest/gtest.h>
-#include <mutex>
 
 namespace {
 
@@ -21,8 +21,7 @@ TEST(Timer, FiresOnceAndNotBeforeItsTime) {
 }
 
 TEST(Timer, EachOfSeveralFiresInItsTurn) {
-    exec::Timer late;
-    exec::Timer early;
+    exec::Timer late, early;
     late.Start(60);
     early.Start(10);
     EXPECT_EQ(exec::Wait(late.Mask() | early.Mask()), early.Mask());
@@ -30,8 +29,7 @@ TEST(Timer, EachOfSeveralFiresInItsTurn) {
 }
 
 TEST(Timer, AStoppedOneIsSilentEvenWhenItHasFired) {
-    exec::Timer fired;
-    exec::Timer running;
+    exec::Timer fired, running;
     fired.Start(0);
     running.Start(20);
     exec::Delay(2);
@@ -59,42 +57,22 @@ TEST(Timer, DelayWorksWithoutAFreeSignalAndLeavesOthersPending) {
     const auto start = Clock::now();
     exec::Delay(1);
     exec::SignalMask taken = 0;
-    for (int other = exec::AllocSignal(); other >= 0; other = exec::AllocSignal()) {
+    for (int other = exec::AllocSignal(); other >= 0; other = exec::AllocSignal())
         taken |= exec::SignalMask{1} << other;
-    }
     EXPECT_EQ(exec::Timer().Mask(), 0U);
     exec::Delay(1);
     EXPECT_GE(Clock::now() - start, milliseconds(40));
     EXPECT_EQ(exec::CheckSignal(mask), mask);
     exec::FreeSignal(number);
-    for (int other = 0; other < 32; ++other) {
-        if ((taken >> other & 1) != 0) {
+    for (int other = 0; other < 32; ++other)
+        if ((taken >> other & 1) != 0)
             exec::FreeSignal(other);
-        }
-    }
 }
 
 TEST(Timer, DelayRunsTheEventLoop) {
-    std::mutex guard;
-    std::condition_variable woken;
-    bool wakeCalled = false;
-    bool slept = false;
-    exec::SetEventPump({.Run =
-                            [&](bool wait) {
-                                std::unique_lock lock(guard);
-                                slept = slept || wait;
-                                woken.wait(lock, [&] { return wakeCalled || !wait; });
-                                wakeCalled = false;
-                            },
-                        .Wake =
-                            [&] {
-                                const std::lock_guard lock(guard);
-                                wakeCalled = true;
-                                woken.notify_one();
-                            }});
+    const Loop loop;
     exec::Delay(1);
-    exec::SetEventPump({});
-    EXPECT_TRUE(slept);
+    EXPECT_TRUE(loop.HasWaited);
 }
 
 } // namespace

@@ -3,11 +3,8 @@
 #include "platform/dos/Errors.h"
 #include "platform/dos/Examine.h"
 #include "platform/dos/Files.h"
-#include "platform/icon/Icon.h"
-#include "platform/icon/IconPicture.h"
 #include "tests/platform/icon/IconSamples.h"
 
-#include <gtest/gtest.h>
 #include <map>
 
 namespace {

@@ -6,8 +6,7 @@
 
 namespace {
 
-using icon::IconPicture;
-using icon::IconState;
+using icon::IconPicture, icon::IconState;
 
 std::uint32_t Hash(const IconPicture& picture) {
     std::uint32_t hash = 2166136261;

@@ -1,12 +1,9 @@
 #include "tests/platform/icon/IconSamples.h"
 
-#include <fstream>
-#include <iterator>
+#include "tests/support/Bytes.h"
 
 std::string Sample(const std::string& name) {
-    std::ifstream file(SOLVANE_TEST_DATA "/icons/" + name + ".info", std::ios::binary);
-    EXPECT_TRUE(file) << name;
-    return {std::istreambuf_iterator<char>(file), {}};
+    return BytesOf(SOLVANE_TEST_DATA "/icons/" + name + ".info");
 }
 
 std::optional<icon::DiskObject> Parse(std::string_view bytes) {

@@ -11,8 +11,7 @@
 #include <string_view>
 #include <vector>
 
-// Every sample with its pictures: size, and a hash of the pixels of the two states (0: there is no
-// second picture) as decoders that share no code with this one give them.
+// Sizes, and hashes of the pixels of both states (0: no second picture), from decoders of other code.
 struct SampleRow {
     const char* Name;
     std::uint32_t Width, Height, Normal, Selected;
@@ -40,7 +39,6 @@ inline constexpr SampleRow SampleRows[] = {
     {"png_icon_with_icon_chunk", 46, 46, 0xBD75605D, 0x7AF4481B},
 };
 
-// The bytes of the sample of that name.
 std::string Sample(const std::string& name);
 std::optional<icon::DiskObject> Parse(std::string_view bytes);
 

@@ -2,9 +2,7 @@
 
 namespace {
 
-using icon::DiskObject;
-using icon::IconFormat;
-using icon::IconType;
+using icon::DiskObject, icon::IconFormat, icon::IconType;
 
 TEST(IconTest, ReadsEveryKindOfIconFile) {
     struct Row {

@@ -5,8 +5,7 @@
 
 namespace {
 
-using icon::DiskObject;
-using icon::IconState;
+using icon::DiskObject, icon::IconState;
 
 // What the object's file is after a change, and the object read from it.
 struct Written {
@@ -49,8 +48,7 @@ TEST(WriteIconTest, AnUnchangedIconIsTheSameFile) {
         EXPECT_EQ(Change(odd, [](DiskObject&) {}).Bytes, odd);
 }
 
-// Every change to every sample: it is read back, nothing else differs, the pictures stay, and undoing
-// it gives the object that was.
+// Every change to every sample is read back, the pictures stay, and undoing it gives the object that was.
 TEST(WriteIconTest, AChangeDisturbsNothingElse) {
     struct Row {
         const char* What;
@@ -152,7 +150,6 @@ TEST(WriteIconTest, PngChunksOfOthersStay) {
     EXPECT_EQ(added.size(), plain.size() + 12 + 6);
 }
 
-// A PNG icon with these items.
 std::string PngIconOf(const std::string& items) {
     std::string file = Sample("gen_png_single_rgba");
     return file.insert(file.find("IEND") - 4,

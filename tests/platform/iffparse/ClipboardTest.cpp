@@ -5,14 +5,11 @@
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/exec/Processes.h"
 
-#include <filesystem>
 #include <thread>
 
 namespace {
 
-using exec_tests::Channel;
-using exec_tests::Process;
-using iffparse::OpenClipboard;
+using exec_tests::Channel, exec_tests::Process, iffparse::OpenClipboard;
 
 constexpr std::uint32_t Unit = 42;
 
@@ -22,10 +19,7 @@ protected:
     ClipboardTest() {
         Tree.Drawer("ram");
         EXPECT_TRUE(exec::UseRuntimeDirectory(Tree.Path("runtime")));
-        EXPECT_TRUE(dos::AddVolume({.Device = "RAM",
-                                    .Volume = "RAM Disk",
-                                    .HostRoot = Tree.Path("ram"),
-                                    .Names = dos::NameRule::Fold}));
+        AddDisk("RAM", "RAM Disk", Tree.Path("ram"), dos::NameRule::Fold);
     }
     ~ClipboardTest() override { exec::UseRuntimeDirectory({}); }
 };
@@ -34,8 +28,7 @@ TEST_F(ClipboardTest, AUnitKeepsWhatWasWritten) {
     {
         const auto clip = OpenClipboard(Unit);
         ASSERT_TRUE(clip);
-        EXPECT_FALSE(clip->Read());
-        EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+        EXPECT_EQ(Refusal(clip->Read()), dos::ErrorObjectNotFound);
         EXPECT_TRUE(clip->Write("first"));
         EXPECT_TRUE(clip->Write("second"));
     }
@@ -46,14 +39,13 @@ TEST_F(ClipboardTest, AUnitKeepsWhatWasWritten) {
     const auto other = OpenClipboard(0); // units are apart
     ASSERT_TRUE(other);
     EXPECT_FALSE(other->Read());
-    EXPECT_EQ(NamesIn("RAM:Clipboards"), std::vector<std::string>{"42"});
+    EXPECT_EQ(NamesIn("RAM:Clipboards"), Names{"42"});
 }
 
 TEST_F(ClipboardTest, AnOpenUnitIsInUseForAllOthers) {
     auto clip = OpenClipboard(Unit);
     ASSERT_TRUE(clip);
-    EXPECT_FALSE(OpenClipboard(Unit, 20));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectInUse);
+    EXPECT_EQ(Refusal(OpenClipboard(Unit, 20)), dos::ErrorObjectInUse);
     long error = 0;
     std::thread([&error] { error = OpenClipboard(Unit, 0) ? 0 : dos::IoErr(); }).join();
     EXPECT_EQ(error, dos::ErrorObjectInUse);
@@ -102,11 +94,10 @@ TEST_F(ClipboardTest, ManyTasksAppendWithoutLoss) {
             ASSERT_TRUE(clip->Write(clip->Read().value_or("") + '+'));
         }
     };
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 3; ++i)
         threads.emplace_back(append);
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear();
     EXPECT_EQ(Tree.Read("ram/Clipboards/42"), std::string(60, '+'));
 }
 
@@ -134,8 +125,7 @@ TEST_F(ClipboardTest, AReaderComesInBetweenABusyWriterAndSeesWholeUnits) {
 }
 
 TEST_F(ClipboardTest, WhatCannotBeOpenedOrWrittenTellsWhy) {
-    EXPECT_FALSE(OpenClipboard(256));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    EXPECT_EQ(Refusal(OpenClipboard(256)), dos::ErrorObjectNotFound);
     {
         const auto clip = OpenClipboard(Unit);
         ASSERT_TRUE(clip);
@@ -146,21 +136,16 @@ TEST_F(ClipboardTest, WhatCannotBeOpenedOrWrittenTellsWhy) {
     EXPECT_EQ(Tree.Read("ram/Clipboards"), "a file in the drawer's place");
     std::filesystem::permissions(Tree.Path("runtime"), std::filesystem::perms::all);
     EXPECT_FALSE(exec::UseRuntimeDirectory(Tree.Path("runtime")));
-    EXPECT_FALSE(OpenClipboard(Unit, 0));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
+    EXPECT_EQ(Refusal(OpenClipboard(Unit, 0)), dos::ErrorDeviceNotMounted);
 }
 
 TEST_F(ClipboardTest, AFullDiskLeavesTheOldClip) {
     ASSERT_TRUE(OpenClipboard(Unit)->Write("old"));
-    Calls().Write = [](int, const void*, std::size_t) {
-        errno = ENOSPC;
-        return -1L;
-    };
-    EXPECT_FALSE(OpenClipboard(Unit)->Write("new"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull);
+    Calls().Write = Failing<ENOSPC>();
+    EXPECT_EQ(Refusal(OpenClipboard(Unit)->Write("new")), dos::ErrorDiskFull);
     dos::Host() = dos::RealHost();
     EXPECT_EQ(OpenClipboard(Unit)->Read(), "old");
-    EXPECT_EQ(NamesIn("RAM:Clipboards"), std::vector<std::string>{"42"});
+    EXPECT_EQ(NamesIn("RAM:Clipboards"), Names{"42"});
 }
 
 TEST_F(ClipboardTest, StreamsGoToFilesAndComeBack) {
@@ -173,8 +158,7 @@ TEST_F(ClipboardTest, StreamsGoToFilesAndComeBack) {
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectTooLarge);
     EXPECT_EQ(Tree.Read("clip.iff").size(), 12U);
     Tree.Write("text", "no stream at all");
-    EXPECT_FALSE(iffparse::ReadIff("Test:text"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectWrongType);
+    EXPECT_EQ(Refusal(iffparse::ReadIff("Test:text")), dos::ErrorObjectWrongType);
 }
 
 } // namespace

@@ -1,26 +1,16 @@
 #include "platform/iffparse/IffReader.h"
 
 #include "platform/iffparse/ByteReader.h"
+#include "tests/support/Bytes.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
-#include <ostream>
 #include <string>
 
 namespace {
 
 using namespace std::string_literals;
 using namespace std::string_view_literals;
-using iffparse::IffChunk;
-using iffparse::IffError;
-using iffparse::IffReader;
-using iffparse::MakeId;
-
-std::string Sample(std::string_view name) {
-    std::ifstream file(std::string(SOLVANE_TEST_DATA "/iff/") += name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
+using iffparse::IffChunk, iffparse::IffError, iffparse::IffReader, iffparse::MakeId;
 
 // All chunks in order, "FORM:ILBM(" ... ")" as indents, with the bytes there are of each.
 std::string Outline(std::string_view bytes, IffError& error) {
@@ -53,7 +43,8 @@ TEST(IffReaderTest, ChunksOfRealFilesComeInOrder) {
     };
     for (const Row& row : rows) {
         IffError error{};
-        EXPECT_EQ(Outline(Sample(row.Name), error), row.Outline) << row.Name;
+        EXPECT_EQ(Outline(BytesOf(SOLVANE_TEST_DATA "/iff/" + std::string(row.Name)), error), row.Outline)
+            << row.Name;
         EXPECT_EQ(iffparse::ErrorText(error), iffparse::ErrorText(row.Error)) << row.Name;
     }
 }
@@ -116,7 +107,7 @@ TEST(IffReaderTest, DepthIsLimited) {
 }
 
 TEST(IffReaderTest, PropertiesHoldInTheirScope) {
-    const std::string bytes = Sample("gen_list_with_shared_properties.iff");
+    const std::string bytes = BytesOf(SOLVANE_TEST_DATA "/iff/gen_list_with_shared_properties.iff");
     IffReader reader(bytes);
     for (const auto id : {MakeId("CMAP"), MakeId("CAMG")})
         reader.PropChunk(MakeId("ILBM"), id);
@@ -148,7 +139,7 @@ TEST(IffReaderTest, TheLastOfDoublePropertiesCounts) {
 }
 
 TEST(IffReaderTest, GroupsCanBePassedOver) {
-    const std::string bytes = Sample("gen_list_with_shared_properties.iff");
+    const std::string bytes = BytesOf(SOLVANE_TEST_DATA "/iff/gen_list_with_shared_properties.iff");
     IffReader reader(bytes);
     std::string depths;
     while (const IffChunk* chunk = reader.Step()) {

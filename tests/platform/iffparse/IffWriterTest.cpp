@@ -10,11 +10,7 @@
 namespace {
 
 using namespace std::string_literals;
-using iffparse::IdForm;
-using iffparse::IdList;
-using iffparse::IdProp;
-using iffparse::IffWriter;
-using iffparse::MakeId;
+using iffparse::IdForm, iffparse::IdList, iffparse::IdProp, iffparse::IffWriter, iffparse::MakeId;
 
 TEST(IffWriterTest, SizesAndPaddingComeByThemselves) {
     IffWriter writer;

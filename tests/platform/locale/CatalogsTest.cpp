@@ -2,20 +2,12 @@
 
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/locale/ScopedLocale.h"
-
-#include <fstream>
-#include <gtest/gtest.h>
-#include <iterator>
+#include "tests/support/Bytes.h"
 
 namespace {
 
 using namespace std::string_literals;
 using locale::CatalogOutcome;
-
-std::string Sample(std::string_view name) {
-    std::ifstream file(std::string(SOLVANE_TEST_DATA "/catalogs/") += name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 std::string TextOf(const locale::CatalogFile& file, std::int32_t id) {
     return std::string(locale::Catalog(file).Find(id).value_or("none"));
@@ -49,7 +41,8 @@ TEST(CatalogFileTest, RealCatalogsAreRead) {
         {"gen_bad_length.catalog", {2, 4}, "deutsch", 2, 1, "Öffnen", true},
     };
     for (const Row& row : rows) {
-        const auto file = locale::ParseCatalog(Sample(row.Name));
+        const auto file =
+            locale::ParseCatalog(BytesOf(SOLVANE_TEST_DATA "/catalogs/" + std::string(row.Name)));
         ASSERT_TRUE(file) << row.Name;
         EXPECT_TRUE(locale::VersionOf(file->VersionText) == row.Version) << row.Name;
         EXPECT_EQ(file->Language, row.Language) << row.Name;
@@ -167,8 +160,7 @@ TEST(CatalogFileTest, WhatTheCodeSetLacksIsNotWritten) {
 class CatalogsTest : public DosTest {
 protected:
     CatalogsTest() {
-        Tree.Drawer("prog");
-        Tree.Drawer("locale");
+        Tree.Plant({"prog/", "locale/"});
         dos::SetProgramDrawer("Test:prog");
     }
     void AddLocaleDrawer() { EXPECT_TRUE(dos::SetAssign("LOCALE", dos::AssignKind::Late, {"Test:locale"})); }

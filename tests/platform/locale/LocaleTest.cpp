@@ -2,7 +2,6 @@
 
 #include "platform/dos/Dates.h"
 #include "tests/platform/locale/ScopedLocale.h"
-#include "tests/platform/utility/ScopedVariable.h"
 
 #include <ctime>
 #include <gtest/gtest.h>
@@ -12,10 +11,8 @@
 
 namespace {
 
-// Wednesday, 3 September 2025, 00:05:09
-const std::uint32_t EarlyDate = dos::Date2Amiga({9, 5, 0, 3, 9, 2025, 0});
-// Tuesday, 31 March 1998, 12:34:56
-const std::uint32_t LateDate = dos::Date2Amiga({56, 34, 12, 31, 3, 1998, 0});
+const std::uint32_t EarlyDate = dos::Date2Amiga({9, 5, 0, 3, 9, 2025, 0});    // a Wednesday
+const std::uint32_t LateDate = dos::Date2Amiga({56, 34, 12, 31, 3, 1998, 0}); // a Tuesday
 
 struct Row {
     std::string_view Format, Early, Late;
@@ -181,7 +178,7 @@ TEST(LocaleTest, CaseOfWholeTextsKeepsInvalidBytes) {
 
 TEST(LocaleTest, TextsMayBeFormedInManyThreadsWhileTheLocaleIsReadAgain) {
     const ScopedLocale english("C");
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 3; ++i)
         threads.emplace_back([] {
             for (std::uint32_t day = 0; day < 2000; ++day)
@@ -189,8 +186,6 @@ TEST(LocaleTest, TextsMayBeFormedInManyThreadsWhileTheLocaleIsReadAgain) {
         });
     for (int i = 0; i < 5; ++i)
         locale::Reset();
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 } // namespace

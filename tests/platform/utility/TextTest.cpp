@@ -1,6 +1,5 @@
 #include "platform/utility/Text.h"
 
-#include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
 #include <random>
