@@ -3,14 +3,12 @@
 #include "automation/ARexxCommands.h"
 #include "automation/ARexxScripts.h"
 #include "interface/Panes.h"
-#include "model/Content.h"
 #include "model/Program.h"
 #include "platform/intuition/FileRequester.h"
 #include "tests/locations/OpenWindow.h"
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/exec/Processes.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 #include <set>
 #include <sys/stat.h>
@@ -229,9 +227,7 @@ TEST_F(ScriptsTest, AreListedWithoutTheirIconsAndStartedWithThePathAsDataAndOurP
          {"ARexx/b.rexx", "ARexx/A \"x* > y.rexx", "ARexx/b.rexx.info", "ARexx/drawer/c.rexx"})
         Tree.Write(name, "/* */");
     EXPECT_TRUE(DiscoverARexxScripts());
-    std::vector<std::string> paths;
-    for (const ARexxNode& script : *ARexxList)
-        paths.emplace_back(script.ScriptPath.View());
+    const auto paths = TextsOf(*ARexxList, [](const ARexxNode& script) { return script.ScriptPath.View(); });
     EXPECT_THAT(paths, testing::ElementsAre("Test:ARexx/A \"x* > y.rexx", "Test:ARexx/b.rexx"));
     ARexxList.reset();
 

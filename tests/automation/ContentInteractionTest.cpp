@@ -2,7 +2,6 @@
 // in automation/ContentEvents, ListKeys, OpenEntries, RawKey, SelectCommands and TypeAhead.
 #include "automation/ContentEvents.h"
 #include "automation/OpenEntries.h"
-#include "automation/RawKey.h"
 #include "automation/SelectCommands.h"
 #include "automation/TypeAhead.h"
 #include "content/SortLists.h"
@@ -12,15 +11,12 @@
 #include "locations/PlaceRouter.h"
 #include "locations/TabRecords.h"
 #include "locations/Tabs.h"
-#include "model/Devices.h"
-#include "model/Program.h"
 #include "platform/dos/System.h"
 #include "platform/intuition/Events.h"
 #include "platform/intuition/FormRequesters.h"
 #include "tests/automation/PressKey.h"
 #include "tests/locations/OpenWindow.h"
 
-#include <algorithm>
 #include <gmock/gmock.h>
 #include <utility>
 
@@ -49,9 +45,8 @@ protected:
 
     static std::string Selected() {
         std::string names;
-        for (const std::size_t row : Objects.ContentList->SelectedRows()) {
+        for (const std::size_t row : Objects.ContentList->SelectedRows())
             names += (names.empty() ? "" : " ") + std::string(lblist2[row].Record->EntryName.View());
-        }
         return names;
     }
     static void Select(std::initializer_list<std::size_t> rows) {
@@ -72,11 +67,9 @@ protected:
     }
     // Six rows: drawers first.
     void ShowSome() {
-        Drawer("d1");
-        Drawer("d2");
-        for (const char* name : {"ab.txt", "Ac.txt", "b.txt", "z"}) {
+        Plant({"d1/", "d2/"});
+        for (const char* name : {"ab.txt", "Ac.txt", "b.txt", "z"})
             File(name, "12345");
-        }
         ASSERT_TRUE(PopulateContent2(Volume, Volume));
         ASSERT_EQ(TotalNodes, 6U);
     }
@@ -107,9 +100,8 @@ TEST_F(ContentInteraction, KeysMoveTheSelectionAndTellOfIt) {
         {rawkey::Down, qualifier::Control, "z"},
         {32, qualifier::Control, "d1 d2 ab.txt Ac.txt b.txt z"},
     };
-    for (const auto& step : steps) {
+    for (const auto& step : steps)
         EXPECT_EQ(Press(step.Code, step.Held), step.Then) << step.Code << " " << step.Held;
-    }
     EXPECT_EQ(StatusBarBuffer1.View(), "6/6 Selected | 20 B / 20 B");
     Press(rawkey::End);
     EXPECT_EQ(Details1Buffer.View(), "z");
@@ -185,9 +177,8 @@ TEST_F(ContentInteraction, ManyAreOpenedOnlyAfterAQuestion) {
     SelectAll();
     Press(rawkey::Return, qualifier::Control);
     EXPECT_EQ(TabsOpen, tabs);
-    for (std::size_t row = 0; row < 21; ++row) {
+    for (std::size_t row = 0; row < 21; ++row)
         Objects.ContentList->Select(row, false); // drawers come first
-    }
     Press(rawkey::Return);
     EXPECT_THAT(Requests, ElementsAre(testing::HasSubstr("open 21 entries"), testing::HasSubstr("21")));
     EXPECT_TRUE(Opened.empty());
@@ -270,9 +261,8 @@ TEST_F(ContentInteraction, PatternAddsToTheSelectionOrIsTold) {
     ShowSome();
     std::vector<std::pair<std::string, bool>> typed;
     intuition::SetFormHandler([&typed](const intuition::FormSpec&) {
-        if (typed.empty()) {
+        if (typed.empty())
             return intuition::FormAnswer{};
-        }
         const auto [text, cased] = typed.front();
         return intuition::FormAnswer{1, {text}, 0, {cased}};
     });
@@ -306,9 +296,8 @@ TEST_F(ContentInteraction, PatternAddsToTheSelectionOrIsTold) {
 
 TEST_F(ContentInteraction, TypesAreSelectedAloneOrWithShiftBesideWhatWas) {
     ShowSome();
-    for (const char* name : {"ab.txt", "b.txt"}) {
+    for (const char* name : {"ab.txt", "b.txt"})
         FindContentNode(name, AnyKind)->DatatypeGroupValue = GroupText;
-    }
     Select({5});
     Qualifier = qualifier::LeftShift;
     SelectByType(GroupText);
@@ -326,9 +315,8 @@ TEST_F(ContentInteraction, TypesAreSelectedAloneOrWithShiftBesideWhatWas) {
 TEST_F(ContentInteraction, OnTheWorkbenchTypesAndNamesSelectAllButVolumes) {
     ShowSome();
     LBLocation = LocationKind::Workbench;
-    for (const char* name : {"ab.txt", "Ac.txt"}) {
+    for (const char* name : {"ab.txt", "Ac.txt"})
         FindContentNode(name, AnyKind)->DatatypeGroupValue = GroupText;
-    }
     FindContentNode("Ac.txt", AnyKind)->PlaceFacts =
         std::make_unique<PlaceRecord>(PlaceRecord{DevicesNode()});
     Qualifier = 0;
@@ -377,9 +365,8 @@ TEST_F(ContentInteraction, GuideIsOpenedOrItsFailureTold) {
 
 TEST_F(ContentInteraction, EmptyDriveIsSelectedByItselfAlone) {
     ASSERT_TRUE(GetDevices());
-    auto drive = SAK_CreateGenericListNode<DevicesNode>();
+    auto* drive = SAK_AddGenericListNode(*MasterDevicesList, SAK_CreateGenericListNode<DevicesNode>());
     drive->DeviceName = drive->VolumeName = drive->Label = "DF9:";
-    SAK_AddGenericListNode(*MasterDevicesList, std::move(drive));
     ASSERT_TRUE(GoToPlace("Computer"));
     SelectAll();
     EXPECT_EQ(Objects.ContentList->SelectedRows().size() + 1, lblist2.size());

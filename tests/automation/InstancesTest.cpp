@@ -1,6 +1,5 @@
 #include "automation/Instances.h"
 
-#include "model/Prefs.h"
 #include "model/Program.h"
 #include "platform/exec/PublicPorts.h"
 #include "tests/locations/OpenWindow.h"
@@ -39,16 +38,14 @@ TEST(InstancesTest, BoxesOnTheScreen) {
         {"three fourths", BoxOfPart(area, {3, 4}), {111, 98, 600, 429}},
         {"five eighths", BoxOfPart(area, {5, 8}), {161, 135, 500, 355}},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         EXPECT_EQ(SidesOf(row.Found), row.Wanted) << row.What;
-    }
 }
 
 TEST(InstancesTest, NumbersAreReadFromThePortsOfTheProgramAlone) {
     EXPECT_EQ(InstanceOfPort("SOLVANE.12"), 12U);
-    for (const char* other : {"", "SOLVANE", "SOLVANE.", "SOLVANE.x", "SOLVANE.1x", "OTHER.1"}) {
+    for (const char* other : {"", "SOLVANE", "SOLVANE.", "SOLVANE.x", "SOLVANE.1x", "OTHER.1"})
         EXPECT_EQ(InstanceOfPort(other), std::nullopt) << other;
-    }
 }
 
 class InstancePorts : public exec_tests::RuntimeTest {
@@ -56,9 +53,8 @@ protected:
     ~InstancePorts() override { PortNumber = 1; }
     static std::vector<std::string> CommandsOf(exec::PublicPort& port) {
         std::vector<std::string> commands;
-        while (const auto message = port.Get()) {
+        while (const auto message = port.Get())
             commands.push_back(message->Command());
-        }
         return commands;
     }
 };

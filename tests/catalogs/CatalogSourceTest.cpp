@@ -1,14 +1,11 @@
 #include "Catalogs/compile/CatalogSource.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace catalogs {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using testing::ElementsAre, testing::HasSubstr, testing::IsEmpty;
 
 Findings FindingsOf(std::string_view english, std::string_view translated, std::string_view name = "MSG_A") {
     Findings findings;
@@ -44,8 +41,7 @@ TEST(CatalogSource, ReadsNumbersLimitsEscapesAndContinuations) {
 
 TEST(CatalogSource, FaultsOfADescriptionAreFoundWithTheirLines) {
     struct Row {
-        const char* Source;
-        const char* Finding;
+        const char *Source, *Finding;
     };
     const Row rows[] = {{"MSG_A (2//)\na\nMSG_B (2//)\nb\n", "a.cd:3: 2 does not lie above"},
                         {"MSG_A (1//)\na\nMSG_A (2//)\nb\n", "a.cd:3: MSG_A comes twice"},
@@ -62,8 +58,7 @@ TEST(CatalogSource, FaultsOfADescriptionAreFoundWithTheirLines) {
 
 TEST(CatalogSource, ATranslationKeepsWhatTheProgramPutsIn) {
     struct Row {
-        const char* English;
-        const char* Translated;
+        const char *English, *Translated;
         bool IsRight;
         const char* Name = "MSG_A";
     };

@@ -21,8 +21,8 @@ protected:
     }
     ~DrawerMonitorTest() override { SAK_ShutDownNotify(); }
 
-    // Changes a drawer twice and sleeps each time until a watch of the test's own has told of it: by the
-    // second time any other watch on that drawer has told of the first.
+    // Sleeps until any other watch on that drawer has told of a change: a watch of the test's own tells of
+    // two.
     void ChangeAndWait(const std::string& drawer) {
         const int signal = exec::AllocSignal();
         const exec::SignalMask told = exec::SignalMask{1} << signal;
@@ -70,8 +70,7 @@ TEST_F(DrawerMonitorTest, OwnChangeIsSwallowedOnce) {
 }
 
 TEST_F(DrawerMonitorTest, OnlyTheDrawerOnShowIsWatched) {
-    Drawer("old");
-    Drawer("new");
+    Plant({"old/", "new/"});
     ASSERT_TRUE(Scan("old"));
     File("old/change nobody looks at");
     ASSERT_TRUE(Scan("new"));
@@ -84,8 +83,7 @@ TEST_F(DrawerMonitorTest, OnlyTheDrawerOnShowIsWatched) {
 }
 
 TEST_F(DrawerMonitorTest, RefusedDrawerLeavesTheOneOnShowWatched) {
-    Drawer("shown");
-    Drawer("closed");
+    Plant({"shown/", "closed/"});
     ASSERT_TRUE(Scan("shown"));
     std::filesystem::permissions(Host("closed"), std::filesystem::perms::none);
     {

@@ -10,10 +10,10 @@
 #include "platform/dos/Volumes.h"
 #include "platform/intuition/Requesters.h"
 #include "sak/Memory.h"
+#include "tests/support/TempTree.h"
+#include "tests/support/Texts.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
@@ -22,8 +22,7 @@
 
 namespace solvane {
 
-// Looks at files as a user without rights as long as it lives, in its own thread. A user who is not root has
-// no more than his own rights anyway.
+// Makes its thread look at files as a user without rights, as long as it lives; it matters to root.
 class PlainUser {
 public:
     explicit PlainUser(const std::filesystem::path& root) {
@@ -42,12 +41,10 @@ private:
 
 class DrawerTest : public testing::Test {
 protected:
-    DrawerTest() : HostRoot(MakeRoot()), Volume(NextVolume()) {
-        dos::VolumeInfo volume;
-        volume.Device = "TD" + std::to_string(Count);
-        volume.Volume = Volume.substr(0, Volume.size() - 1);
-        volume.HostRoot = HostRoot.string();
-        EXPECT_TRUE(dos::AddVolume(volume));
+    DrawerTest() : HostRoot(Tree.Root()), Volume(NextVolume()) {
+        EXPECT_TRUE(dos::AddVolume({.Device = "TD" + std::to_string(Count),
+                                    .Volume = Volume.substr(0, Volume.size() - 1),
+                                    .HostRoot = HostRoot.string()}));
         EXPECT_TRUE(SAK_MemorySetup(SAK_ThresholdSize, SAK_PuddleSize));
         ContentList = SAK_CreateGenericList<ContentNode>();
         LinksList = SAK_CreateGenericList<LinksNode>();
@@ -76,21 +73,19 @@ protected:
         MasterDevicesList.reset();
         NavDevicesList.reset();
         MasterAssignsList.reset();
-        std::error_code ignored;
-        std::filesystem::permissions(HostRoot, std::filesystem::perms::owner_all, ignored);
-        std::filesystem::remove_all(HostRoot, ignored);
     }
 
     // A file with its drawers, below the volume's root.
-    void File(std::string_view path, std::string_view bytes = {}) const {
-        std::filesystem::create_directories(Host(path).parent_path());
-        std::ofstream(Host(path), std::ios::binary) << bytes;
-        ASSERT_TRUE(std::filesystem::exists(Host(path))) << path;
+    void File(std::string_view path, std::string_view bytes = {}) const { Tree.Write(path, bytes); }
+    void Drawer(std::string_view path) const { Tree.Drawer(path); }
+    // Empty files, and drawers where a name ends in "/".
+    void Plant(std::initializer_list<std::string_view> names) const { Tree.Plant(names); }
+    // So many empty files "100", "101" ... behind the beginning of a path.
+    void NumberedFiles(std::string_view path, int count) const {
+        for (int number = 100; number < 100 + count; ++number)
+            File(std::string(path) + std::to_string(number));
     }
-    void Drawer(std::string_view path) const { std::filesystem::create_directories(Host(path)); }
-    void SoftLink(std::string_view path, std::string_view target) const {
-        std::filesystem::create_symlink(target, Host(path));
-    }
+    void SoftLink(std::string_view path, std::string_view target) const { Tree.Link(path, target); }
     [[nodiscard]] std::filesystem::path Host(std::string_view path) const { return HostRoot / path; }
     [[nodiscard]] std::string Path(std::string_view path) const { return Volume + std::string(path); }
 
@@ -101,18 +96,12 @@ protected:
 
     // Names in the order of the records, and of the rows; the blank record of a socket is "".
     [[nodiscard]] static std::vector<std::string> Records() {
-        std::vector<std::string> names;
-        for (const ContentNode& node : *ContentList) {
-            names.emplace_back(node.EntryName.View());
-        }
-        return names;
+        return TextsOf(*ContentList, [](const ContentNode& node) { return node.EntryName.View(); });
     }
     [[nodiscard]] static std::vector<std::string> Rows() {
-        std::vector<std::string> names;
-        for (const ListRow& row : lblist2) {
-            names.emplace_back(row.Record != nullptr ? row.Record->EntryName.View() : "(empty row)");
-        }
-        return names;
+        return TextsOf(lblist2, [](const ListRow& row) {
+            return row.Record != nullptr ? row.Record->EntryName.View() : "(empty row)";
+        });
     }
     [[nodiscard]] static const ContentNode& Entry(std::string_view name) {
         static const ContentNode None;
@@ -121,15 +110,12 @@ protected:
         return node != nullptr ? *node : None;
     }
 
+    const TempTree Tree;
     const std::filesystem::path HostRoot;
     const std::string Volume; // with its colon
     std::vector<std::string> Requests;
 
 private:
-    static std::filesystem::path MakeRoot() {
-        std::string name = (std::filesystem::temp_directory_path() / "solvane-content-XXXXXX").string();
-        return mkdtemp(name.data());
-    }
     static std::string NextVolume() { return "Test" + std::to_string(++Count) + ":"; }
     static inline int Count = 0;
 };

@@ -8,19 +8,14 @@
 namespace solvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
+using testing::ElementsAre, testing::UnorderedElementsAre;
 
 class DiscoverTest : public DrawerTest {
 protected:
     DiscoverTest() : Found(SAK_CreateGenericList<DOSNode>()) { Walk.Found = Found.get(); }
 
     [[nodiscard]] std::vector<std::string> Paths() const {
-        std::vector<std::string> paths;
-        for (const DOSNode& node : *Found) {
-            paths.emplace_back(node.EntryPath.View());
-        }
-        return paths;
+        return TextsOf(*Found, [](const DOSNode& node) { return node.EntryPath.View(); });
     }
 
     std::unique_ptr<GenericList<DOSNode>> Found;
@@ -40,11 +35,10 @@ TEST_F(DiscoverTest, FindsEverythingBelowAndFollowsNoLink) {
                                               Path("tree/sub/deep/file"), Path("tree/.dot"),
                                               Path("tree/file.info"), Path("tree/out"), Path("tree/round")));
     EXPECT_EQ(Walk.TotalBytes, 7U);
-    for (const DOSNode& node : *Found) {
+    for (const DOSNode& node : *Found)
         if (node.EntryName == "out") {
             EXPECT_EQ(node.ObjectKind, EntryKind::SoftLinkToDrawer);
         }
-    }
 }
 
 TEST_F(DiscoverTest, DrawerStandsBeforeWhatIsInIt) {
@@ -120,9 +114,8 @@ TEST_F(DiscoverTest, WalkThatCannotBeWholeSaysSo) {
     EXPECT_FALSE(DiscoverDrawersFiles(Walk, Path("gone")));
     EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
     std::string deep = "tree/";
-    for (int level = 0; level < 8; ++level) {
+    for (int level = 0; level < 8; ++level)
         deep += std::string(120, 'd') + "/";
-    }
     File(deep + std::string(100, 'f'));
     EXPECT_FALSE(DiscoverDrawersFiles(Walk, Path("tree")));
     EXPECT_EQ(dos::IoErr(), dos::ErrorLineTooLong);

@@ -11,9 +11,8 @@ namespace {
 // A GIF of so many frames of one pixel.
 std::string Gif(int frames) {
     std::string gif("GIF89a\x01\x00\x01\x00\x80\x00\x00\xff\xff\xff\x00\x00\x00", 19);
-    for (int at = 0; at < frames; ++at) {
+    for (int at = 0; at < frames; ++at)
         gif.append("\x2c\x00\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02\x44\x01\x00", 15);
-    }
     return gif + ";";
 }
 
@@ -110,9 +109,8 @@ TEST_F(FileTypesTest, VersionsAreReadForAShownColumnWhateverIsTyped) {
         {"late", std::string(65536, '\1') + "$VER: a 1.0", "", 0.0F},
         {"cut", std::string("\0\xff$VE", 5), "", 0.0F},
         {"thing.o", std::string("\0\xff$VER: a 1.0", 14), "", 0.0F}};
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         File("d/" + row.Name, row.Bytes);
-    }
     for (const int typing : {0, 1, 2}) {
         Prefs.DetermineDatatype = typing;
         Prefs.WhenScanningADrawer = typing == 0 ? 1 : 0;
@@ -149,9 +147,8 @@ TEST_F(FileTypesTest, FileThatCannotBeOpenedKeepsItsPlainType) {
 
 // More files than are typed at a time, so that the batches must fit together.
 TEST_F(FileTypesTest, LargeDrawersAreTypedWhole) {
-    for (int at = 0; at < 4200; ++at) {
+    for (int at = 0; at < 4200; ++at)
         File("d/" + std::to_string(at), at % 7 == 0 ? Gif(1) : std::string("plain text\n"));
-    }
     ASSERT_TRUE(Scan("d"));
     for (const ContentNode& node : *ContentList) {
         const bool picture = std::stoi(std::string(node.EntryName.View())) % 7 == 0;

@@ -1,5 +1,4 @@
 #include "content/BuildLists.h"
-#include "content/ColumnInfo.h"
 #include "content/ContentRows.h"
 #include "content/PlaceRows.h"
 #include "content/RowLabels.h"
@@ -16,8 +15,7 @@
 namespace solvane {
 namespace {
 
-using intuition::Rgb;
-using testing::ElementsAre;
+using intuition::Rgb, testing::ElementsAre;
 
 class RowsTest : public DrawerTest {
 protected:
@@ -25,9 +23,8 @@ protected:
 
     static std::vector<std::string> Cells(const ContentRows& rows, std::size_t row, std::size_t columns) {
         std::vector<std::string> cells;
-        for (std::size_t column = 0; column < columns; ++column) {
+        for (std::size_t column = 0; column < columns; ++column)
             cells.emplace_back(rows.Cell(row, column).Text);
-        }
         return cells;
     }
 };
@@ -119,9 +116,8 @@ TEST_F(RowsTest, LabelsTellWhatAnEntryIs) {
         {RowLabel::Figures, drawer, {"Date: now"}},
         {RowLabel::Figures, song, {"Date: now", "Size: 5 B"}},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         EXPECT_EQ(FormLabel(row.Label, row.Node), row.Lines) << row.Node.EntryName.View();
-    }
     const ContentRows content(ShownColumns(ColumnSet::ContentCI), ViewContent);
     EXPECT_EQ(content.Cell(1, 1).Text, "song");
     EXPECT_EQ(content.Cell(1, 1).More.size(), 1U);
@@ -151,9 +147,7 @@ TEST_F(RowsTest, StyleBoundToAPathLeavesThePreferenceAlone) {
 }
 
 TEST_F(RowsTest, FilmstripMayShowDrawersAndPicturesOnly) {
-    File("file");
-    File("picture");
-    Drawer("drawer");
+    Plant({"file", "picture", "drawer/"});
     Prefs.ContentViewStyle = ViewFilmstrip;
     ASSERT_TRUE(Scan());
     EXPECT_EQ(Rows().size(), 3U);
@@ -281,8 +275,7 @@ TEST_F(RowsTest, EmptyRowShowsNothingAndCannotBeSelected) {
 }
 
 TEST_F(RowsTest, DefaultColoursLeaveTheDesktopsOwn) {
-    File("a");
-    Drawer("b");
+    Plant({"a", "b/"});
     SoftLink("c", "a");
     ASSERT_TRUE(Scan());
     const ContentRows rows({DetailsColumn::Name}, ViewDetails);
@@ -295,8 +288,7 @@ TEST_F(RowsTest, DefaultColoursLeaveTheDesktopsOwn) {
 }
 
 TEST_F(RowsTest, OwnColoursAreUsedAsGivenAndStayReadable) {
-    File("a");
-    Drawer("b");
+    Plant({"a", "b/"});
     Prefs.DrawersColor = "12abEF";
     Prefs.DrawersBold = 1;
     Prefs.Background1Color = "101010";
@@ -317,9 +309,8 @@ TEST_F(RowsTest, OwnColoursAreUsedAsGivenAndStayReadable) {
 }
 
 TEST_F(RowsTest, MalformedColoursCountAsNone) {
-    for (const char* digits : {"", "12345", "1234567", "12345g", "+12345", "0x1234", "-00001"}) {
+    for (const char* digits : {"", "12345", "1234567", "12345g", "+12345", "0x1234", "-00001"})
         EXPECT_FALSE(OwnColour(digits, "000000")) << digits;
-    }
     EXPECT_FALSE(OwnColour("cfcfcf", "CFCFCF"));
     EXPECT_TRUE(OwnColour("000001", "000000"));
 }
@@ -342,8 +333,7 @@ TEST_F(RowsTest, StatusBarTellsSelectionAndTotals) {
 }
 
 TEST_F(RowsTest, IconsStyleHasNoRowsAndLeavesNothingBehind) {
-    File("one/a");
-    File("two/b");
+    Plant({"one/a", "two/b"});
     Prefs.ContentViewStyle = ViewIcons;
     ASSERT_TRUE(Scan("one"));
     EXPECT_TRUE(Rows().empty());

@@ -4,23 +4,17 @@
 #include "platform/dos/Dates.h"
 #include "tests/content/DrawerTest.h"
 
-#include <ctime>
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
 namespace solvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::UnorderedElementsAre;
+using testing::ElementsAre, testing::UnorderedElementsAre;
 
-// Sorts by name and shows everything, whatever the kind.
 class ScanTest : public DrawerTest {
 protected:
     ScanTest() { Prefs.DetermineDatatype = 2; }
@@ -53,9 +47,9 @@ TEST_F(ScanTest, FileKnowsAllItsTexts) {
 }
 
 TEST_F(ScanTest, EveryKindOfObjectIsWhatItLeadsTo) {
-    Drawer("d/sub/in it");
-    File("file");
+    Plant({"d/sub/in it/", "file"});
     SoftLink("d/to drawer", "sub");
+    SoftLink("d/to drawer by its path", Host("d/sub").string());
     SoftLink("d/to file", "../file");
     SoftLink("d/to nothing", "gone");
     SoftLink("d/to itself", "to itself");
@@ -78,28 +72,16 @@ TEST_F(ScanTest, EveryKindOfObjectIsWhatItLeadsTo) {
         EXPECT_EQ(Entry(row.Name).DatatypeName.View(), row.Type) << row.Name;
         EXPECT_EQ(Entry(row.Name).VersionNumber, IsDrawerKind(row.Kind) ? -1.0F : 0.0F) << row.Name;
     }
-    EXPECT_EQ(SAK_GenericListCount(*LinksList), 4U);
+    EXPECT_EQ(Entry("to drawer").EntryPath.View(), Path("d/sub"));
+    EXPECT_EQ(Entry("to drawer by its path").EntryPath.View(), Path("d/sub"));
+    EXPECT_EQ(SAK_GenericListCount(*LinksList), 5U);
     EXPECT_NE(FindLinksNode(EntryKind::SoftLinkToDrawer, Path("d/sub")), nullptr);
     EXPECT_EQ(FindLinksNode(EntryKind::SoftLinkToFile, Path("d/sub")), nullptr);
 }
 
-TEST_F(ScanTest, LinksShowWhereTheyLead) {
-    Drawer("d/sub");
-    SoftLink("d/near", "sub");
-    SoftLink("d/absolute", Host("d/sub").string());
-    ASSERT_TRUE(Scan("d"));
-    EXPECT_EQ(Entry("near").EntryPath.View(), Path("d/sub"));
-    EXPECT_EQ(Entry("absolute").EntryPath.View(), Path("d/sub"));
-}
-
 TEST_F(ScanTest, ObjectsThatAreNeitherFileNorDrawerAreBlankRows) {
     ASSERT_EQ(mkfifo(Host("pipe").c_str(), 0600), 0);
-    const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    Host("socket").string().copy(address.sun_path, sizeof(address.sun_path) - 1);
-    ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-    close(listener);
+    Tree.Socket("socket");
     File("plain");
     ASSERT_TRUE(Scan());
     EXPECT_THAT(Rows(), UnorderedElementsAre("", "", "plain"));
@@ -114,17 +96,15 @@ TEST_F(ScanTest, ObjectsThatAreNeitherFileNorDrawerAreBlankRows) {
 TEST_F(ScanTest, FilenotesOfMoreThanOneCharacterAreKept) {
     const struct {
         const char* Name;
-        std::string Note;
-        std::string Kept;
+        std::string Note, Kept;
     } notes[] = {{"none", "", ""},
                  {"one", "x", ""},
                  {"two", "xy", "xy"},
                  {"long", std::string(79, 'n'), std::string(79, 'n')}};
     for (const auto& row : notes) {
         File(row.Name);
-        if (!row.Note.empty() && !Note(row.Name, row.Note)) {
+        if (!row.Note.empty() && !Note(row.Name, row.Note))
             GTEST_SKIP() << "no attributes on this file system";
-        }
     }
     ASSERT_TRUE(Scan());
     for (const auto& row : notes) {
@@ -137,9 +117,8 @@ TEST_F(ScanTest, NotesOfLinksAreNotKept) {
     Drawer("d");
     SoftLink("d/link", "../noted");
     File("noted");
-    if (!Note("noted", "a note")) {
+    if (!Note("noted", "a note"))
         GTEST_SKIP() << "no attributes on this file system";
-    }
     ASSERT_TRUE(Scan());
     EXPECT_EQ(Entry("noted").Comment.View(), "a note");
     ASSERT_TRUE(Scan("d"));
@@ -147,28 +126,16 @@ TEST_F(ScanTest, NotesOfLinksAreNotKept) {
 }
 
 TEST_F(ScanTest, NamesAreDataWhateverIsInThem) {
-    const std::vector<std::string> names = {"a\" ;rm -rf *",
-                                            "two\nlines",
-                                            "tab\there",
-                                            "100%s %n",
-                                            "&amp; <b>",
-                                            "'single'",
-                                            "-rf",
-                                            "bad\xff\xfeutf8",
-                                            "Gr\xc3\xb6\xc3\x9f"
-                                            "e",
-                                            "trailing ",
-                                            " leading",
-                                            "#?"};
-    for (const std::string& name : names) {
+    const std::vector<std::string> names = {"a\" ;rm -rf *", "two\nlines", "tab\there", "100%s %n",
+                                            "&amp; <b>",     "'single'",   "-rf",       "b\xff\xfeu",
+                                            "Größe",         "trailing ",  " leading",  "#?.c"};
+    for (const std::string& name : names)
         File(name, "12");
-    }
     ASSERT_TRUE(Scan());
     EXPECT_THAT(Records(), testing::UnorderedElementsAreArray(names));
     EXPECT_EQ(TotalBytes, 2 * names.size());
-    for (const std::string& name : names) {
+    for (const std::string& name : names)
         EXPECT_EQ(Entry(name).EntryPath.View(), Path(name));
-    }
 }
 
 TEST_F(ScanTest, NamesThatDoNotFitStandUnderDifferentAliases) {
@@ -188,9 +155,8 @@ TEST_F(ScanTest, NamesThatDoNotFitStandUnderDifferentAliases) {
 // A cut path could name another object: the entry is shown, but its path leads nowhere.
 TEST_F(ScanTest, PathThatDoesNotFitIsNeverCut) {
     std::string deep;
-    while (deep.size() < 900) {
+    while (deep.size() < 900)
         deep += std::string(100, 'd') + "/";
-    }
     const int old = open(".", O_RDONLY | O_DIRECTORY);
     Drawer(deep);
     std::ofstream(Host(deep) / std::string(120, 'f')) << "1";
@@ -219,19 +185,16 @@ TEST_F(ScanTest, InfoAndDotFilesHaveNoRowButCount) {
 }
 
 TEST_F(ScanTest, EntriesWithoutARowLoseTheirSelection) {
-    File("note.info");
-    File(".dot");
+    Plant({"note.info", ".dot"});
     ASSERT_TRUE(Scan());
-    for (ContentNode& node : *ContentList) {
+    for (ContentNode& node : *ContentList)
         node.Selected = 1;
-    }
     BuildContentList();
     EXPECT_EQ(FindFirstSelectedContentNode(), nullptr);
 }
 
 TEST_F(ScanTest, DrawerWithNothingToShowHasOneEmptyRow) {
-    Drawer("empty");
-    File("only hidden/.dot");
+    Plant({"empty/", "only hidden/.dot"});
     for (const char* drawer : {"empty", "only hidden"}) {
         ASSERT_TRUE(Scan(drawer));
         EXPECT_THAT(Rows(), ElementsAre("(empty row)")) << drawer;
@@ -246,10 +209,7 @@ TEST_F(ScanTest, DrawerWithNothingToShowHasOneEmptyRow) {
 }
 
 TEST_F(ScanTest, DrawersStandWhereTheOrderWantsThem) {
-    File("b file");
-    Drawer("c drawer");
-    File("D file");
-    Drawer("a Drawer");
+    Plant({"b file", "c drawer/", "D file", "a Drawer/"});
     SoftLink("e link", "c drawer");
     const struct {
         std::int32_t Order;
@@ -267,9 +227,7 @@ TEST_F(ScanTest, DrawersStandWhereTheOrderWantsThem) {
 }
 
 TEST_F(ScanTest, ReversalKeepsDrawersOnTopUntilTheNextScan) {
-    File("file a");
-    File("file b");
-    Drawer("drawer");
+    Plant({"file a", "file b", "drawer/"});
     ASSERT_TRUE(Scan());
     SortBy(SameColumn);
     EXPECT_THAT(Rows(), ElementsAre("drawer", "file b", "file a"));
@@ -278,8 +236,7 @@ TEST_F(ScanTest, ReversalKeepsDrawersOnTopUntilTheNextScan) {
 }
 
 TEST_F(ScanTest, OtherOrderOfDrawersShowsAtOnceAndKeepsTheSelection) {
-    File("a file");
-    Drawer("b drawer");
+    Plant({"a file", "b drawer/"});
     ASSERT_TRUE(Scan());
     SortDirection = 0;
     FindContentNode("a file", AnyKind)->Selected = 1;
@@ -339,22 +296,17 @@ TEST_F(ScanTest, OtherColumnIsChosenWithoutTurningTheDirection) {
 
 TEST_F(ScanTest, FoundObjectsSortByPathWithoutRegardToCase) {
     DOSList = SAK_CreateGenericList<DOSNode>();
-    for (const char* path : {"T:b", "T:A/c", "T:a", "T:B"}) {
+    for (const char* path : {"T:b", "T:A/c", "T:a", "T:B"})
         SAK_AddGenericListNode(*DOSList, SAK_CreateGenericListNode<DOSNode>())->EntryPath = path;
-    }
     SortDOSList();
-    std::vector<std::string> paths;
-    for (const DOSNode& node : *DOSList) {
-        paths.emplace_back(node.EntryPath.View());
-    }
+    const auto paths = TextsOf(*DOSList, [](const DOSNode& node) { return node.EntryPath.View(); });
     DOSList.reset();
     EXPECT_THAT(paths, ElementsAre("T:a", "T:A/c", "T:b", "T:B"));
 }
 
 TEST_F(ScanTest, SelectionAndPlaceSurviveAReload) {
-    for (const char* name : {"a", "b", "c", "B"}) {
+    for (const char* name : {"a", "b", "c", "B"})
         File(name, "123");
-    }
     ASSERT_TRUE(Scan());
     FindContentNode("B", AnyKind)->Selected = 1;
     NumSelected = 1;
@@ -384,8 +336,7 @@ TEST_F(ScanTest, DrawerThatIsNotThereLeavesEverythingAsItIs) {
 }
 
 TEST_F(ScanTest, DrawerThatMayNotBeReadLeavesEverythingAsItIs) {
-    File("file");
-    Drawer("closed");
+    Plant({"file", "closed/"});
     chmod(Host("closed").c_str(), 0);
     ASSERT_TRUE(Scan());
     const PlainUser user(HostRoot);
@@ -433,8 +384,7 @@ TEST_F(ScanTest, EntriesOfOneNameKeepTheirOwnSelection) {
 }
 
 TEST_F(ScanTest, SelectionIsNotCarriedIntoAnotherDrawer) {
-    File("one/same");
-    File("two/same");
+    Plant({"one/same", "two/same"});
     ASSERT_TRUE(Scan("one"));
     lblist2[0].Record->Selected = 1;
     NumSelected = 1;
@@ -447,16 +397,12 @@ TEST_F(ScanTest, SelectionIsNotCarriedIntoAnotherDrawer) {
 // A process that has ended and was not asked for yet: its links are there and have no target.
 TEST_F(ScanTest, LinkWithoutAReadableTargetLeadsNowhere) {
     const pid_t ended = fork();
-    if (ended == 0) {
+    if (ended == 0)
         _exit(0);
-    }
     siginfo_t info;
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(ended), &info, WEXITED | WNOWAIT), 0);
-    dos::VolumeInfo volume;
-    volume.Device = "ENDED";
-    volume.Volume = "Ended";
-    volume.HostRoot = "/proc/" + std::to_string(ended);
-    ASSERT_TRUE(dos::AddVolume(volume));
+    ASSERT_TRUE(
+        dos::AddVolume({.Device = "ENDED", .Volume = "Ended", .HostRoot = "/proc/" + std::to_string(ended)}));
     CurrentPath = "Ended:";
     EXPECT_TRUE(ScanDrawer());
     for (const char* name : {"cwd", "exe", "root"}) {
@@ -515,11 +461,7 @@ TEST_F(ScanTest, NothingOnAnFtpMountIsOpenedOrHidden) {
     File("page.html", "<html></html>");
     File("page.html.info");
     const bool noted = Note("page.html", "a note");
-    dos::VolumeInfo volume;
-    volume.Device = "FTP0";
-    volume.Volume = "fTpMount";
-    volume.HostRoot = HostRoot.string();
-    ASSERT_TRUE(dos::AddVolume(volume));
+    ASSERT_TRUE(dos::AddVolume({.Device = "FTP0", .Volume = "fTpMount", .HostRoot = HostRoot.string()}));
     Prefs.DetermineDatatype = 0;
     CurrentPath = "fTpMount:";
     ASSERT_TRUE(ScanDrawer());

@@ -14,8 +14,6 @@
 namespace solvane {
 namespace {
 
-// --- The stated insertion, compare by compare ---
-
 // By name, the order prefix is the first character of the text.
 std::string KeyOf(const ContentNode& node, DetailsColumn column) {
     const std::string prefix(column == DetailsColumn::Name ? 1 : 0, node.SortPrefix);
@@ -74,10 +72,39 @@ std::vector<ContentNode*> Inserted(const std::vector<ContentNode*>& arrivals, De
     return {sorted.begin(), sorted.end()};
 }
 
-// --- Drawers full of ties ---
+// Gives each column's field the number or the text for that column.
+template <typename Numbers, typename Texts>
+void FillColumns(ContentNode& node, Numbers number, Texts text) {
+    node.Tags = std::make_unique<AudioTags>();
+    AudioTags& tags = *node.Tags;
+    node.EntryName = text(DetailsColumn::Name);
+    node.EntrySize = number(DetailsColumn::Size);
+    node.DateSeconds = static_cast<std::uint32_t>(number(DetailsColumn::Date));
+    node.DatatypeName = text(DetailsColumn::Type);
+    node.ProtectionText = text(DetailsColumn::Protection);
+    node.Comment = text(DetailsColumn::Filenote);
+    node.Dimensions = text(DetailsColumn::Dimensions);
+    tags.TagTitle = text(DetailsColumn::Title);
+    tags.TagTimeSeconds = static_cast<std::uint32_t>(number(DetailsColumn::Time));
+    tags.TagArtist = text(DetailsColumn::Artist);
+    tags.TagAlbumArtist = text(DetailsColumn::AlbumArtist);
+    tags.TagAlbum = text(DetailsColumn::Album);
+    tags.TagTrack = text(DetailsColumn::Track);
+    tags.TagDisc = text(DetailsColumn::Disc);
+    tags.TagYear = text(DetailsColumn::Year);
+    tags.TagGenre = text(DetailsColumn::Genre);
+    tags.TagComment = text(DetailsColumn::Comment);
+    tags.TagComposer = text(DetailsColumn::Composer);
+    tags.TagBitRate = static_cast<std::uint32_t>(number(DetailsColumn::BitRate));
+    tags.TagSampleRate = static_cast<std::uint32_t>(number(DetailsColumn::SampleRate));
+    tags.TagEncoder = text(DetailsColumn::Encoder);
+    tags.TagMode = text(DetailsColumn::Mode);
+    tags.TagCodec = text(DetailsColumn::Codec);
+    node.VersionNumber = static_cast<float>(number(DetailsColumn::Version));
+}
 
-// Few distinct values in every column, some of them equal only without regard to case, some alike for more
-// bytes than a short key holds.
+// Drawers full of ties: few values in every column, some equal but for case or for more than a short key
+// holds.
 class Entries {
 public:
     Entries(std::uint32_t seed, std::size_t count) : Random(seed) {
@@ -89,9 +116,8 @@ public:
 
     [[nodiscard]] std::vector<ContentNode*> Arrivals() const {
         std::vector<ContentNode*> arrivals;
-        for (const auto& node : Nodes) {
+        for (const auto& node : Nodes)
             arrivals.push_back(node.get());
-        }
         return arrivals;
     }
 
@@ -99,67 +125,23 @@ private:
     std::uint32_t Pick(std::uint32_t below) { return static_cast<std::uint32_t>(Random()) % below; }
 
     std::string Word() {
-        static const std::vector<std::string> Words = {"",
-                                                       "a",
-                                                       "A",
-                                                       "ab",
-                                                       "aB",
-                                                       "readme",
-                                                       "README",
-                                                       "readme.txt",
-                                                       "Readme.TXT",
-                                                       "z",
-                                                       "Größe",
-                                                       "GRÖSSE",
-                                                       "größe",
-                                                       "a longer name 1",
-                                                       "a longer name 2",
-                                                       "A Longer Name 1",
-                                                       "~",
-                                                       "_",
-                                                       "0",
-                                                       "10",
-                                                       "9",
-                                                       "\xff\xfe",
-                                                       "Ωmega",
-                                                       "ωMEGA"};
+        static const std::vector<std::string> Words = {
+            "",      "a",          "A",          "ab",         "aB",         "readme", "README", "z",
+            "Größe", "größe",      "longer na1", "longer na2", "Longer NA1", "~",      "_",      "0",
+            "10",    "readme.txt", "Readme.TXT", "9",          "\xff\xfe",   "Ωmega",  "ωMEGA",  "GRÖSSE"};
         return Words[Pick(static_cast<std::uint32_t>(Words.size()))];
     }
 
     void Fill(ContentNode& node) {
+        const auto number = [this](DetailsColumn column) {
+            const std::uint64_t large = column == DetailsColumn::Size ? 1ULL << 40 : 0x80000000U;
+            return Pick(4) ? Pick(3) * 64ULL : large + Pick(2);
+        };
+        FillColumns(node, number, [this](DetailsColumn) { return Word(); });
         node.SortPrefix = Pick(2) ? '0' : '1';
-        node.EntryName = Word();
-        node.EntrySize = Pick(4) ? Pick(3) * 1000ULL : (1ULL << 40) + Pick(2);
-        node.DateSeconds = Pick(4) ? Pick(3) : 0x80000000U + Pick(3);
-        node.DatatypeName = Word();
-        node.ProtectionText = Pick(2) ? "----rwed" : "-s--rwed";
-        node.Comment = Word();
-        node.Dimensions = Word();
         node.VersionNumber = static_cast<float>(Pick(4)) / 2.0F - 1.0F;
-        if (Pick(2) != 0) {
-            FillTags(node);
-        }
-    }
-
-    void FillTags(ContentNode& node) {
-        node.Tags = std::make_unique<AudioTags>();
-        AudioTags& tags = *node.Tags;
-        tags.TagTitle = Word();
-        tags.TagArtist = Word();
-        tags.TagAlbumArtist = Word();
-        tags.TagAlbum = Word();
-        tags.TagTrack = Word();
-        tags.TagDisc = Word();
-        tags.TagYear = Word();
-        tags.TagGenre = Word();
-        tags.TagComment = Word();
-        tags.TagComposer = Word();
-        tags.TagEncoder = Word();
-        tags.TagMode = Word();
-        tags.TagCodec = Word();
-        tags.TagTimeSeconds = Pick(3);
-        tags.TagBitRate = Pick(3) * 64;
-        tags.TagSampleRate = Pick(2) * 0xFFFFFFFFU;
+        if (Pick(2) != 0)
+            node.Tags.reset();
     }
 
     std::mt19937 Random;
@@ -180,9 +162,8 @@ protected:
 };
 
 TEST_P(EveryColumn, EndsInTheOrderOfTheInsertionTiesIncluded) {
-    for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+    for (std::uint32_t seed = 1; seed <= 40; ++seed)
         ExpectInsertionOrder(Entries(seed, seed * 3 % 97).Arrivals());
-    }
 }
 
 TEST_P(EveryColumn, KeepsTheOrderOfTheInsertionForSortedAndReversedArrivals) {
@@ -196,40 +177,13 @@ TEST_P(EveryColumn, KeepsTheOrderOfTheInsertionForSortedAndReversedArrivals) {
 
 // Gives a node the larger value in the field of one column and the smaller in all others.
 void FillApart(ContentNode& node, DetailsColumn column, bool larger) {
-    node.Tags = std::make_unique<AudioTags>();
-    AudioTags& tags = *node.Tags;
     const auto number = [&](DetailsColumn own) { return (own == column) == larger ? 2U : 1U; };
-    const auto text = [&](DetailsColumn own) { return std::string(1, number(own) == 2U ? 'b' : 'a'); };
-    node.EntryName = text(DetailsColumn::Name);
-    node.EntrySize = number(DetailsColumn::Size);
-    node.DateSeconds = number(DetailsColumn::Date);
-    node.DatatypeName = text(DetailsColumn::Type);
-    node.ProtectionText = text(DetailsColumn::Protection);
-    node.Comment = text(DetailsColumn::Filenote);
-    node.Dimensions = text(DetailsColumn::Dimensions);
-    tags.TagTitle = text(DetailsColumn::Title);
-    tags.TagTimeSeconds = number(DetailsColumn::Time);
-    tags.TagArtist = text(DetailsColumn::Artist);
-    tags.TagAlbumArtist = text(DetailsColumn::AlbumArtist);
-    tags.TagAlbum = text(DetailsColumn::Album);
-    tags.TagTrack = text(DetailsColumn::Track);
-    tags.TagDisc = text(DetailsColumn::Disc);
-    tags.TagYear = text(DetailsColumn::Year);
-    tags.TagGenre = text(DetailsColumn::Genre);
-    tags.TagComment = text(DetailsColumn::Comment);
-    tags.TagComposer = text(DetailsColumn::Composer);
-    tags.TagBitRate = number(DetailsColumn::BitRate);
-    tags.TagSampleRate = number(DetailsColumn::SampleRate);
-    tags.TagEncoder = text(DetailsColumn::Encoder);
-    tags.TagMode = text(DetailsColumn::Mode);
-    tags.TagCodec = text(DetailsColumn::Codec);
-    node.VersionNumber = static_cast<float>(number(DetailsColumn::Version));
+    FillColumns(node, number, [&](DetailsColumn own) { return number(own) == 2U ? "b" : "a"; });
 }
 
 TEST_P(EveryColumn, SortsByItsOwnField) {
     const auto column = static_cast<DetailsColumn>(GetParam());
-    ContentNode large;
-    ContentNode small;
+    ContentNode large, small;
     FillApart(large, column, true);
     FillApart(small, column, false);
     std::vector<ContentNode*> nodes = {&large, &small};
@@ -240,14 +194,11 @@ TEST_P(EveryColumn, SortsByItsOwnField) {
 }
 
 TEST(SortKeys, OrderPrefixCountsInTheNameColumnOnly) {
-    ContentNode first;
-    ContentNode second;
+    ContentNode first, second;
     first.SortPrefix = '0';
-    first.EntryName = "z";
-    first.DatatypeName = "z";
+    first.EntryName = first.DatatypeName = "z";
     second.SortPrefix = '1';
-    second.EntryName = "a";
-    second.DatatypeName = "a";
+    second.EntryName = second.DatatypeName = "a";
     std::vector<ContentNode*> nodes = {&second, &first};
     OrderByKey(nodes, DetailsColumn::Name, SortOrder::Ascending);
     EXPECT_EQ(nodes.front(), &first);

@@ -1,4 +1,3 @@
-// One entry of the drawer on show gets another name.
 #include "fileops/RenameFiles.h"
 
 #include "content/SortLists.h"
@@ -17,11 +16,8 @@ using testing::ElementsAre;
 using RenameFilesTest = OpenWindow;
 
 TEST_F(RenameFilesTest, RenamedEntryTakesItsIconAlongAndNeverReplaces) {
-    for (const char* name : {"ab.txt", "Ac.txt", "b.txt", "z", "b.txt.info"}) {
-        File(name);
-    }
-    Drawer("d1");
-    Drawer("d2");
+    Plant({"ab.txt", "Ac.txt", "b.txt", "z", "b.txt.info"});
+    Plant({"d1/", "d2/"});
     Prefs.ProcessInfoFiles = 1;
     ASSERT_TRUE(Scan());
     EXPECT_FALSE(RenameFiles("b.txt", ""));
@@ -29,9 +25,8 @@ TEST_F(RenameFilesTest, RenamedEntryTakesItsIconAlongAndNeverReplaces) {
     EXPECT_TRUE(Requests.empty());
     EXPECT_FALSE(RenameFiles("b.txt", "z"));
     EXPECT_EQ(std::exchange(Requests, {}).size(), 1U);
-    for (const char* path : {"d1/b", "d1/", "RAM:b"}) {
+    for (const char* path : {"d1/b", "d1/", "RAM:b"})
         EXPECT_FALSE(RenameFiles("b.txt", path)) << path;
-    }
     EXPECT_EQ(std::exchange(Requests, {}).size(), 3U);
     EXPECT_TRUE(RenameFiles("b.txt", "new"));
     EXPECT_TRUE(std::filesystem::exists(Host("new.info")));
@@ -75,9 +70,8 @@ TEST_F(RenameFilesTest, WhenTheDiskRefusesHalfWayTheListSaysWhatIsThere) {
         EXPECT_EQ(Requests.size(), CallsSeen > call ? 1U : 0U) << call;
         EXPECT_TRUE(std::filesystem::exists(Host(renamed ? newName : name))) << call;
         EXPECT_TRUE(iconCame || std::filesystem::exists(Host(name + ".info"))) << call;
-        for (const std::string& record : Records()) {
+        for (const std::string& record : Records())
             EXPECT_TRUE(std::filesystem::exists(Host(record))) << record;
-        }
     }
     EXPECT_EQ(ends, "rid");
 }

@@ -1,5 +1,4 @@
-// Names edited in their rows and titles clicked, with the real gadgets. Implemented in
-// automation/ContentEvents and content/DrawerMonitor.
+// Names edited in their rows and titles clicked: automation/ContentEvents, content/DrawerMonitor.
 #include "automation/ContentEvents.h"
 #include "content/DrawerMonitor.h"
 #include "content/Selection.h"
@@ -32,11 +31,8 @@ class InlineRenameTest : public OpenWindow {
 protected:
     InlineRenameTest() {
         Prefs.EnableInlineRename = 1;
-        for (const char* name : {"a.txt", "b.txt"}) {
-            File(name);
-        }
-        Drawer("d");
-        Drawer("e");
+        Plant({"a.txt", "b.txt"});
+        Plant({"d/", "e/"});
         EXPECT_TRUE(PopulateContent2(Volume, Volume));
         EXPECT_THAT(Rows(), ElementsAre("d", "e", "a.txt", "b.txt"));
     }
@@ -46,9 +42,8 @@ protected:
         for (QWidget* widget : QApplication::allWidgets()) {
             auto* line = qobject_cast<QLineEdit*>(widget);
             if (line != nullptr && line->isVisible() && line->parentWidget() != nullptr &&
-                qobject_cast<QTreeView*>(line->parentWidget()->parentWidget()) != nullptr) {
+                qobject_cast<QTreeView*>(line->parentWidget()->parentWidget()) != nullptr)
                 return line;
-            }
         }
         return nullptr;
     }
@@ -68,9 +63,7 @@ protected:
 TEST_F(InlineRenameTest, NewNameIsTakenOrRefusedWithItsReason) {
     const struct {
         std::size_t Row;
-        const char* Typed;
-        const char* Then;
-        const char* Told;
+        const char *Typed, *Then, *Told;
     } rows[] = {
         {0, "e", "d", "Drawer already exists."},
         {2, "b.txt", "a.txt", "File already exists."},
@@ -111,9 +104,8 @@ TEST_F(InlineRenameTest, WhereItCannotStartTheMenuAsksUntilTheNameIsGood) {
     intuition::SetFormHandler([&](const intuition::FormSpec& form) {
         shown.push_back(form.Fields.at(0).Text);
         EXPECT_EQ(form.Fields[0].Forbidden, ":/");
-        if (typed.empty()) {
+        if (typed.empty())
             return intuition::FormAnswer{.Gadget = 2};
-        }
         const std::string text = typed.front();
         typed.erase(typed.begin());
         return intuition::FormAnswer{.Gadget = 1, .Texts = {text}};

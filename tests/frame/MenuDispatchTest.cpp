@@ -3,13 +3,9 @@
 #include "frame/EventDispatch.h"
 #include "frame/Toolbars.h"
 #include "interface/ContextMenus.h"
-#include "interface/MainLayout.h"
 #include "interface/MenuIds.h"
 #include "interface/MenuTable.h"
 #include "interface/Menus.h"
-#include "model/Prefs.h"
-#include "model/Program.h"
-#include "platform/intuition/Native.h"
 #include "platform/intuition/NativeWindow.h"
 #include "sak/Locale.h"
 #include "sak/Messages.h"
@@ -19,7 +15,6 @@
 
 #include <QAbstractButton>
 #include <QLineEdit>
-#include <QTest>
 
 #include <gmock/gmock.h>
 #include <set>
@@ -28,9 +23,7 @@
 namespace solvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
+using testing::ElementsAre, testing::HasSubstr, testing::IsEmpty;
 
 class MenuDispatchTest : public intuition::OnDisplay {
 protected:
@@ -43,9 +36,8 @@ protected:
 
 void CheckItems(const std::vector<intuition::MenuItem>& items, std::set<std::uint16_t>& seen) {
     for (const intuition::MenuItem& item : items) {
-        if (item.Id == MenuNone) {
+        if (item.Id == MenuNone)
             continue;
-        }
         EXPECT_TRUE(seen.insert(item.Id).second) << item.Id << " " << item.Label;
         EXPECT_FALSE(item.Label.empty()) << item.Id;
         EXPECT_NE(HasCommand(item.Id), item.IsHead) << item.Id << " " << item.Label;
@@ -60,16 +52,14 @@ TEST_F(MenuDispatchTest, EveryItemOfTheStripHasANumberOfItsOwnAndLeadsToACommand
         const bool isLine = std::set{42, 74, 80, 132, 136}.contains(id) || (id >= 32 && id <= 41);
         EXPECT_NE(seen.contains(static_cast<std::uint16_t>(id)), isLine) << id;
     }
-    for (const MenuId button : ItemOfButton) {
+    for (const MenuId button : ItemOfButton)
         EXPECT_TRUE(HasCommand(button) || button == MenuSelectByType || button == MenuArchive) << button;
-    }
 }
 
 void CollectHeads(const std::vector<intuition::MenuItem>& items, std::set<std::uint16_t>& heads) {
     for (const intuition::MenuItem& item : items) {
-        if (item.IsHead) {
+        if (item.IsHead)
             heads.insert(item.Id);
-        }
         CollectHeads(item.Items, heads);
     }
 }
@@ -82,11 +72,9 @@ TEST_F(MenuDispatchTest, EveryItemOfTheContextMenusLeadsToACommandUnlessItIsAHea
     for (const auto* menu :
          {&ContextMenuObjects.NavContextMenuObj, &ContextMenuObjects.ConContextMenuObj,
           &ContextMenuObjects.ComputerContextMenuObj, &ContextMenuObjects.SeaContextMenuObj,
-          &ContextMenuObjects.AminetContextMenuObj, &ContextMenuObjects.ArcContextMenuObj}) {
-        for (const std::uint16_t id : (*menu)->Ids()) {
+          &ContextMenuObjects.AminetContextMenuObj, &ContextMenuObjects.ArcContextMenuObj})
+        for (const std::uint16_t id : (*menu)->Ids())
             EXPECT_NE(HasCommand(id), heads.contains(id)) << id;
-        }
-    }
 }
 
 TEST_F(MenuDispatchTest, MarksFollowTheSettings) {
@@ -114,9 +102,8 @@ using MenuKeysTest = OpenWindow;
 TEST_F(MenuKeysTest, ReturnInTheSearchFieldAndTheButtonBesideItSayThatTheyComeLater) {
     auto& field = intuition::WidgetOf<QLineEdit>(*Objects.Search);
     QAbstractButton* button = nullptr;
-    for (auto* found : MainWindow->Native().findChildren<QAbstractButton*>()) {
+    for (auto* found : MainWindow->Native().findChildren<QAbstractButton*>())
         button = found->toolTip() == QLatin1String("Advanced search") ? found : button;
-    }
     ASSERT_NE(button, nullptr);
     for (const bool typed : {true, false}) {
         StatusBarBuffer1.Clear();
@@ -215,8 +202,7 @@ protected:
 TEST_F(HiddenEntriesTest, KeyAndMenuAreOneRoad) {
     constexpr std::uint16_t keyH = 37;
     ASSERT_TRUE(CreateMainMenuStrip());
-    File("d/.hidden");
-    File("d/seen");
+    Plant({"d/.hidden", "d/seen"});
     ASSERT_TRUE(Scan("d"));
     LBLocation = LocationKind::Drawer;
     static_cast<void>(PressKey(keyH, intuition::qualifier::Control));

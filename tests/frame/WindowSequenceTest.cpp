@@ -20,7 +20,6 @@
 
 #include <gmock/gmock.h>
 #include <memory>
-#include <string>
 #include <utility>
 
 namespace solvane {
@@ -31,9 +30,7 @@ using testing::ElementsAre;
 class WindowSequenceTest : public DrawerTest {
 protected:
     WindowSequenceTest() {
-        static std::string name = "solvane";
-        static std::array<char*, 2> arguments = {name.data(), nullptr};
-        EXPECT_TRUE(intuition::OpenDisplay(1, arguments.data()));
+        EXPECT_TRUE(intuition::OpenDisplay(0, nullptr));
         Prefs.DetermineDatatype = 2;
         CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
         StartupTabsList = SAK_CreateGenericList<TabsNode>();
@@ -56,9 +53,8 @@ protected:
     }
 
     void ShowAtStart(std::string_view path) {
-        auto tab = SAK_CreateGenericListNode<TabsNode>();
-        tab->Path = Path(path);
-        SAK_AddGenericListNode(*CommandLineTabsList, std::move(tab));
+        SAK_AddGenericListNode(*CommandLineTabsList, SAK_CreateGenericListNode<TabsNode>())->Path =
+            Path(path);
         PathSpecified = 1;
     }
     static Station RunSequence() {
@@ -71,13 +67,10 @@ protected:
 };
 
 TEST_F(WindowSequenceTest, TheWindowOpensOnTheGivenPath) {
-    File("a/one");
-    File("a/two");
+    Plant({"a/one", "a/two"});
     ShowAtStart("a");
     for (const char* path : {"gone", "b"}) { // the start-up tabs are for a window without a path
-        auto tab = SAK_CreateGenericListNode<TabsNode>();
-        tab->Path = Path(path);
-        SAK_AddGenericListNode(*StartupTabsList, std::move(tab));
+        SAK_AddGenericListNode(*StartupTabsList, SAK_CreateGenericListNode<TabsNode>())->Path = Path(path);
     }
     ASSERT_EQ(RunSequence(), Station::WaitLoop);
     EXPECT_TRUE(MainWindow->IsOpen());
@@ -88,9 +81,7 @@ TEST_F(WindowSequenceTest, TheWindowOpensOnTheGivenPath) {
 }
 
 TEST_F(WindowSequenceTest, ARebuildKeepsThePlaceTheScrollPositionAndTheColumns) {
-    for (int at = 100; at < 400; ++at) {
-        File("many/" + std::to_string(at));
-    }
+    NumberedFiles("many/", 300);
     ShowAtStart("many");
     ASSERT_EQ(RunSequence(), Station::WaitLoop);
     Objects.ContentList->SetTop(150);
@@ -217,11 +208,7 @@ protected:
         return ArgumentParser(start);
     }
     static std::vector<std::string> Locations() {
-        std::vector<std::string> paths;
-        for (const TabsNode& tab : *CommandLineTabsList) {
-            paths.emplace_back(tab.Path.View());
-        }
-        return paths;
+        return TextsOf(*CommandLineTabsList, [](const TabsNode& tab) { return tab.Path.View(); });
     }
 };
 

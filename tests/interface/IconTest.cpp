@@ -12,15 +12,12 @@
 
 #include <gmock/gmock.h>
 #include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace solvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
+using testing::ElementsAre, testing::HasSubstr;
 
 class IconTest : public OpenWindow {
 protected:
@@ -41,11 +38,9 @@ protected:
     // The icon's window, null where none is seen.
     static QWidget* IconWindow() {
         const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget* window : windows) {
-            if (window->isVisible() && window->windowFlags().testFlag(Qt::FramelessWindowHint)) {
+        for (QWidget* window : windows)
+            if (window->isVisible() && window->windowFlags().testFlag(Qt::FramelessWindowHint))
                 return window;
-            }
-        }
         return nullptr;
     }
     static bool Send(std::vector<std::string> objects, bool quits = false) {

@@ -30,17 +30,13 @@ protected:
 
 TEST_F(ImagesTest, EverySharedPictureIsThereInItsSizes) {
     ASSERT_TRUE(LoadBitMapImages());
-    for (const ImageId image : ImgObjects.Lists) {
+    for (const ImageId image : ImgObjects.Lists)
         EXPECT_EQ(SideOf(image), 16) << static_cast<int>(image);
-    }
-    for (const auto& sizes : ImgObjects.Tiles) {
-        for (std::size_t at = 0; at < sizes.size(); ++at) {
+    for (const auto& sizes : ImgObjects.Tiles)
+        for (std::size_t at = 0; at < sizes.size(); ++at)
             EXPECT_EQ(SideOf(sizes[at]), TileImageSizes[at]);
-        }
-    }
-    for (std::uint32_t type = 0; type < 25; ++type) {
+    for (std::uint32_t type = 0; type < 25; ++type)
         EXPECT_EQ(SideOf(DeviceImageObject(type)), 16) << type;
-    }
     EXPECT_EQ(DeviceImageObject(20), DeviceImageObject(99));
     EXPECT_EQ(TileImageObject(TileImage::File, 100), TileImageObject(TileImage::File, 64));
     EXPECT_EQ(TileImagePath(TileImage::File, 32), "PROGDIR:Images/Tiles/file.png");

@@ -8,8 +8,7 @@
 namespace solvane {
 namespace {
 
-// Where items are on when nothing else stands in their way: a location's number, with "s" behind it where
-// something must be selected.
+// Where items are on: a location's number, with "s" behind it where something must be selected.
 const std::map<int, std::string> OnAt = {
     {26, "4 8 9 12 13 4s 8s 9s 12s 13s"},
     {27, "4s 10s 11s 13s"},
@@ -61,9 +60,8 @@ std::string Sorted(const std::string& states) {
 }
 
 TEST(StateTableTest, ItemsAreOnWhereTheyHaveSomethingToActOn) {
-    for (const auto& [item, states] : OnAt) {
+    for (const auto& [item, states] : OnAt)
         EXPECT_EQ(States(item, Everything), Sorted(states)) << item;
-    }
 }
 
 TEST(StateTableTest, WhatAnItemNeedsBesidesItsLocation) {

@@ -7,17 +7,13 @@
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/utility/ScopedVariable.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
 namespace solvane {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
-using testing::StartsWith;
+using testing::Contains, testing::ElementsAre, testing::Not, testing::StartsWith;
 
 std::vector<std::string> Words;
 std::vector<std::string> Environment;

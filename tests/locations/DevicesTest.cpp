@@ -21,16 +21,12 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <gmock/gmock.h>
-#include <string>
 #include <sys/stat.h>
-#include <vector>
 
 namespace solvane {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::Not;
+using testing::Contains, testing::ElementsAre, testing::Not;
 
 struct Identified {
     std::string_view Case, Device, Driver, Handler, FileSystem;
@@ -130,6 +126,7 @@ protected:
             const bool isTable = std::string_view(name) == "/proc/self/mountinfo";
             return dos::RealHost().Openat(drawer, isTable ? MountTable.c_str() : name, flags, mode);
         };
+        Prefs.ShowVolumeLabelAs = 1;
         Mount({});
     }
     ~DevicesTest() override {
@@ -158,6 +155,10 @@ protected:
         }
         File("mountinfo", rows);
         dos::ForgetMounts();
+    }
+    void MountAndList(const std::vector<std::string>& drawers) const {
+        Mount(drawers);
+        ASSERT_TRUE(GetDevices());
     }
     [[nodiscard]] static const DevicesNode& Device(std::string_view volume) {
         static const DevicesNode None;
@@ -189,8 +190,6 @@ TEST_F(DevicesTest, LabelsHaveFourForms) {
 
 TEST_F(DevicesTest, ComputerShowsEveryDeviceWithItsUsage) {
     Mount({"Amiga", "Work", std::string(200, 'x')});
-    ASSERT_TRUE(GetDevices());
-    Prefs.ShowVolumeLabelAs = 1;
     Prefs.ComputerViewStyle = ViewDetails;
     ASSERT_TRUE(GetDevices());
     HandleNavigationListBrowser("Computer");
@@ -216,21 +215,18 @@ TEST_F(DevicesTest, ComputerShowsEveryDeviceWithItsUsage) {
 TEST_F(DevicesTest, DevicesSortByTheirFigures) {
     Mount({"a", "b", "c"});
     Prefs.ComputerViewStyle = ViewDetails;
-    Prefs.ShowVolumeLabelAs = 1;
     ASSERT_TRUE(GetDevices());
     SAK_ClearGenericList(*ContentList);
     CopyFromMasterDevicesList();
     const auto order = [](std::int32_t column, std::int32_t direction) {
         std::uint64_t bytes = 12 * 1024;
-        for (const char* name : {"b:", "c:", "a:"}) {
+        for (const char* name : {"b:", "c:", "a:"})
             DeviceOf(*FindContentNode(name, AnyKind))->TotalBytes = bytes *= 1000;
-        }
         Prefs.ComputerDetailsCISortColumn = column;
         SortDevicesList(direction);
         std::string names;
-        for (const std::string& name : Records()) {
+        for (const std::string& name : Records())
             names += name.size() == 2 ? name.substr(0, 1) : "";
-        }
         return names;
     };
     EXPECT_EQ(order(static_cast<std::int32_t>(DeviceColumn::Name), 0), "abc");
@@ -241,12 +237,9 @@ TEST_F(DevicesTest, DevicesSortByTheirFigures) {
 
 TEST_F(DevicesTest, DisksThatComeAndGoAreSeenAndLeft) {
     std::vector<std::string> ten;
-    for (int at = 0; at < 10; ++at) {
+    for (int at = 0; at < 10; ++at)
         ten.push_back("disk" + std::to_string(at));
-    }
-    Mount(ten);
-    Prefs.ShowVolumeLabelAs = 1;
-    ASSERT_TRUE(GetDevices());
+    MountAndList(ten);
     File("disk3/file");
     DisksChanged();
     PopulateContent2("disk3", Device("disk3:").DeviceName);
@@ -262,9 +255,7 @@ TEST_F(DevicesTest, DisksThatComeAndGoAreSeenAndLeft) {
 }
 
 TEST_F(DevicesTest, DeviceThatWentBetweenClickAndScanIsTold) {
-    Mount({"Amiga"});
-    Prefs.ShowVolumeLabelAs = 1;
-    ASSERT_TRUE(GetDevices());
+    MountAndList({"Amiga"});
     HandleNavigationListBrowser("Computer");
     Mount({});
     OpenEntry(Entry("Amiga:"));
@@ -304,8 +295,7 @@ TEST_F(DevicesTest, AllRemovedVolumesAreFound) {
 }
 
 TEST_F(DevicesTest, MultiAssignLetsTheUserChoose) {
-    File("one/a");
-    File("two/b");
+    Plant({"one/a", "two/b"});
     const std::string name = "Pick" + Volume;
     ASSERT_TRUE(dos::SetAssign(name.substr(0, name.size() - 1), dos::AssignKind::Directory,
                                {Path("one"), Path("two")}));
@@ -331,9 +321,7 @@ TEST_F(DevicesTest, MultiAssignLetsTheUserChoose) {
 }
 
 TEST_F(DevicesTest, FormatRefusesTheSystemAndTellsWhatItCannotDo) {
-    Mount({"Amiga"});
-    Prefs.ShowVolumeLabelAs = 1;
-    ASSERT_TRUE(GetDevices());
+    MountAndList({"Amiga"});
     FormatDisk(); // not at the Computer list
     HandleNavigationListBrowser("Computer");
     FormatDisk(); // nothing selected
@@ -348,9 +336,7 @@ TEST_F(DevicesTest, FormatRefusesTheSystemAndTellsWhatItCannotDo) {
 }
 
 TEST_F(DevicesTest, RelabelAsksAndTellsOfFailure) {
-    Mount({"Amiga"});
-    Prefs.ShowVolumeLabelAs = 1;
-    ASSERT_TRUE(GetDevices());
+    MountAndList({"Amiga"});
     HandleNavigationListBrowser("Computer");
     Select("Amiga:");
     std::string offered;

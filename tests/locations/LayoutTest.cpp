@@ -1,4 +1,3 @@
-// Bars and panes of an open window that come and go.
 #include "content/Selection.h"
 #include "interface/Choosers.h"
 #include "interface/MenuState.h"
@@ -49,9 +48,8 @@ protected:
     static std::string Marks() {
         std::string marks;
         PopUpLayout();
-        for (const intuition::PopUpChoice& choice : Objects.LayoutChooser->Choices()) {
+        for (const intuition::PopUpChoice& choice : Objects.LayoutChooser->Choices())
             marks += choice.Mark == ChoiceMark::Check ? 'x' : '-';
-        }
         return marks;
     }
     static std::array<std::int32_t, 5> Weights() {
@@ -62,9 +60,7 @@ protected:
 };
 
 TEST_F(LayoutTest, EachChoiceSwitchesItsOwnAndKeepsRowsSelectionAndWeights) {
-    for (int at = 100; at < 300; ++at) {
-        File(std::to_string(at));
-    }
+    NumberedFiles("", 200);
     ASSERT_TRUE(Scan());
     Objects.ContentList->Select(1, true);
     Objects.ContentList->SetTop(50);
@@ -109,15 +105,12 @@ TEST_F(LayoutTest, EachChoiceSwitchesItsOwnAndKeepsRowsSelectionAndWeights) {
 
 TEST_F(LayoutTest, OnASmallScreenWithEverythingOnEachGadgetIsInReachAndTheListHasRoom) {
     constexpr int width = 632, height = 420; // of 640 x 480, without what desktops and menus take
-    for (int at = 100; at < 200; ++at) {
-        File(std::to_string(at));
-    }
+    NumberedFiles("", 100);
     ASSERT_TRUE(Scan());
     LBLocation = LocationKind::Drawer;
     AddCurrentLocationToBookmarks(AskFirst::No);
-    for (const std::int32_t choice : {LayoutBookmarks, LayoutUserButtons}) {
+    for (const std::int32_t choice : {LayoutBookmarks, LayoutUserButtons})
         Choose(choice);
-    }
     for (const std::int32_t preview : {LayoutPreviewHorizontal, LayoutPreviewVertical}) {
         Choose(preview);
         ASSERT_EQ(Shown(), "btuNPDTS");
@@ -152,7 +145,11 @@ TEST_F(LayoutTest, TheNavigationPaneComesBackWithoutARowOfAnEarlierPlace) {
     BuildNavigationList();
     LBLocation = LocationKind::Computer;
     SetNavigationSelected(LBLocation);
-    ASSERT_NE(Objects.Navigation->Selected(), intuition::NoRow);
+    const std::size_t computer = Objects.Navigation->Selected();
+    ASSERT_NE(computer, intuition::NoRow);
+    Choose(LayoutNavigation);
+    Choose(LayoutNavigation);
+    EXPECT_EQ(Objects.Navigation->Selected(), computer);
     Choose(LayoutNavigation);
     LBLocation = LocationKind::SearchResults; // has no row
     Choose(LayoutNavigation);
@@ -167,15 +164,13 @@ TEST_F(LayoutTest, WeightsThatTheUserDragsOutliveEveryPane) {
     Objects.Details->SetWeights({22, 78});
     Objects.Panes->SetWeights({66, 34});
     for (const std::int32_t choice :
-         {LayoutNavigation, LayoutDetails, LayoutThumbnail, LayoutPreviewVertical, LayoutToolbar}) {
+         {LayoutNavigation, LayoutDetails, LayoutThumbnail, LayoutPreviewVertical, LayoutToolbar})
         Choose(choice);
-    }
     EXPECT_EQ(GetContentSize(), 25) << "a pane on its side has a weight of its own";
     Objects.ConPre->SetWeights({71, 29});
     Choose(LayoutPreviewHorizontal);
-    for (const std::int32_t choice : {LayoutNavigation, LayoutDetails, LayoutThumbnail}) {
+    for (const std::int32_t choice : {LayoutNavigation, LayoutDetails, LayoutThumbnail})
         Choose(choice);
-    }
     EXPECT_THAT(Objects.NavCon->Weights(), testing::ElementsAre(41, 59));
     EXPECT_THAT(Objects.ConPre->Weights(), testing::ElementsAre(33, 67));
     EXPECT_THAT(Objects.Details->Weights(), testing::ElementsAre(22, 78));
@@ -203,12 +198,10 @@ TEST_F(LayoutTest, ButtonsOfTheToolbarCanBePressedWhenTheirCommandsCan) {
         LBLocation = row.Location;
         NumSelected = row.Selected ? 1 : 0;
         SetToolbarState();
-        for (const std::uint16_t button : row.On) {
+        for (const std::uint16_t button : row.On)
             EXPECT_FALSE(Objects.Toolbar->IsButtonDisabled(button)) << button;
-        }
-        for (const std::uint16_t button : row.Off) {
+        for (const std::uint16_t button : row.Off)
             EXPECT_TRUE(Objects.Toolbar->IsButtonDisabled(button)) << button;
-        }
     }
     LBLocation = LocationKind::Drawer;
     NumSelected = 0;
@@ -231,9 +224,8 @@ TEST_F(LayoutTest, BarsShowTheirLists) {
         return node;
     };
     SAK_ClearGenericList(*ToolbarList);
-    for (const std::uint16_t button : std::array<std::uint16_t, 4>{0, 0, 25, 60000}) {
+    for (const std::uint16_t button : std::array<std::uint16_t, 4>{0, 0, 25, 60000})
         SAK_AddGenericListNode(*ToolbarList, made(button));
-    }
     UpdateSpeedBar_Toolbar();
     EXPECT_EQ(Objects.Toolbar->Total(), 0U) << "there is nothing to separate";
 }

@@ -1,6 +1,5 @@
-// Disks that are really mounted and taken away, and given other names: the lists, tabs and kept places
-// follow. Implemented in locations/DiskEvents, Devices, DiskOperations and RenamedVolume. The mounts are in a
-// view of the host's disks that belongs to this process alone and ends with it, however it ends.
+// Disks that are really mounted, taken away and renamed, in a view of the host's disks that ends with this
+// process. Implemented in locations/DiskEvents, Devices, DiskOperations and RenamedVolume.
 #include "content/DrawerMonitor.h"
 #include "content/PlaceRows.h"
 #include "locations/DeviceUsage.h"
@@ -31,7 +30,6 @@
 #include <cerrno>
 #include <chrono>
 #include <gmock/gmock.h>
-#include <iterator>
 #include <sched.h>
 #include <sys/mount.h>
 #include <thread>
@@ -39,12 +37,8 @@
 namespace solvane {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::IsSupersetOf;
-using testing::Not;
+using testing::Contains, testing::ElementsAre, testing::HasSubstr, testing::IsEmpty, testing::IsSupersetOf,
+    testing::Not;
 
 // A disk in memory, mounted as long as it lives.
 class RealDisk {
@@ -61,8 +55,7 @@ public:
         std::filesystem::create_directories(std::filesystem::path(Point + "/" + name).parent_path());
         std::ofstream(Point + "/" + name) << std::string(bytes, 'x');
     }
-    // As the host's user does it, who is refused while anything holds the disk.
-    // A question about the disk that is under way on another thread may hold it for a moment.
+    // As the host's user does it; a question that is under way may hold the disk for a moment.
     [[nodiscard]] bool Unmount() const {
         constexpr int mostTries = 300;
         for (int tries = 0; ::umount2(Point.c_str(), 0) != 0; ++tries) {
@@ -90,9 +83,8 @@ protected:
                    ::mount("solvane-test", "/mnt", "ramfs", 0, nullptr) == 0;
     }
     void SetUp() override {
-        if (!CanMount) {
+        if (!CanMount)
             GTEST_SKIP() << "mounting is not allowed here";
-        }
         ASSERT_TRUE(StartDiskEvents());
     }
 
@@ -126,11 +118,9 @@ protected:
     // The volumes that are disks of these tests.
     static std::vector<std::string> Disks() {
         std::vector<std::string> names;
-        for (const DevicesNode& device : *MasterDevicesList) {
-            if (device.DeviceName.View().starts_with("VD")) {
+        for (const DevicesNode& device : *MasterDevicesList)
+            if (device.DeviceName.View().starts_with("VD"))
                 names.emplace_back(device.VolumeName.View());
-            }
-        }
         std::ranges::sort(names);
         return names;
     }
@@ -150,30 +140,20 @@ protected:
         return PlaceCellTexts(Entry(volume), static_cast<DetailsColumn>(column), ViewDetails);
     }
     static std::vector<std::string> Labels() {
-        std::vector<std::string> labels;
-        for (const ClickTabNode& tab : *tabslist) {
-            labels.emplace_back(tab.Label.View());
-        }
-        return labels;
+        return TextsOf(*tabslist, [](const ClickTabNode& tab) { return tab.Label.View(); });
     }
     static void OpenInTab(std::string_view path) {
         OpenNewTab(1);
         EXPECT_TRUE(PopulateContent2(NameOfPath(path), path));
     }
-    static void Select(std::string_view volume) {
-        for (std::size_t row = 0; row < lblist2.size(); ++row) {
-            Objects.ContentList->Select(row, lblist2[row].Record->EntryName == volume);
-        }
-    }
     // Types a name into the dialog, which must be that of relabelling, and presses a button of it.
     static void Relabel(std::string_view volume, std::string_view name, std::string_view button = "OK") {
-        Select(volume);
+        SelectAlone(volume);
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
             auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            if (dialog == nullptr || !dialog->isVisible()) {
+            if (dialog == nullptr || !dialog->isVisible())
                 return;
-            }
             poll.stop();
             EXPECT_EQ(dialog->windowTitle().toStdString(), "Relabel device");
             auto* field = dialog->findChild<QLineEdit*>();
@@ -198,12 +178,10 @@ protected:
 TEST_F(MountsTest, TenDisksThatComeAndGoQuicklyEndInTheRightList) {
     std::vector<std::unique_ptr<RealDisk>> disks(10);
     for (const int round : {0, 1, 2}) {
-        for (std::size_t at = 0; at < disks.size(); ++at) {
+        for (std::size_t at = 0; at < disks.size(); ++at)
             disks[at] = std::make_unique<RealDisk>("/media/Disk" + std::to_string(at));
-        }
-        for (std::size_t at = round == 1 ? 0 : 1; at < disks.size(); at += 2) {
+        for (std::size_t at = round == 1 ? 0 : 1; at < disks.size(); at += 2)
             disks[at].reset();
-        }
     }
     disks[0]->Write("half", 512 * 1024);
     ServeUntil({"Disk0:", "Disk2:", "Disk4:", "Disk6:", "Disk8:"});
@@ -264,10 +242,9 @@ TEST_F(MountsTest, WhatNamesAVolumeFollowsItsNewName) {
     Prefs.DefaultOpenAt = static_cast<std::int32_t>(LocationKind::Drawer);
     Prefs.DefaultOpenAtPath = "old:d";
     Prefs.DownloadPath = "Older:";
-    auto startup = SAK_CreateGenericListNode<TabsNode>();
+    TabsNode* startup = SAK_AddGenericListNode(*StartupTabsList, SAK_CreateGenericListNode<TabsNode>());
     startup->Location = LocationKind::Drawer;
     startup->Path = "Old:d";
-    SAK_AddGenericListNode(*StartupTabsList, std::move(startup));
     OpenInTab("Old:");
     AddCurrentLocationToBookmarks(AskFirst::No);
     OpenInTab("Old:d");

@@ -95,8 +95,7 @@ TEST_F(NavigationTest, PlacesAreKnownByBothTheirNames) {
 }
 
 TEST_F(NavigationTest, AssignIsShownUnderItsOwnName) {
-    File("one/a");
-    File("two/b");
+    Plant({"one/a", "two/b"});
     const std::string name = "Both" + Volume;
     ASSERT_TRUE(dos::SetAssign(name.substr(0, name.size() - 1), dos::AssignKind::Directory,
                                {Path("one"), Path("two")}));
@@ -116,19 +115,16 @@ TEST_F(NavigationTest, AssignsStandInTheOrderOfTheirNames) {
     ASSERT_TRUE(GetAssigns());
     SortMasterAssignsList();
     std::vector<Text<128>> names;
-    for (const AssignsNode& node : *MasterAssignsList) {
+    for (const AssignsNode& node : *MasterAssignsList)
         names.push_back(node.Name);
-    }
     EXPECT_GE(names.size(), 2U);
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
 }
 
 TEST_F(NavigationTest, DevicesStandInTheOrderThatTheUserWants) {
-    dos::VolumeInfo other;
-    other.Device = "AA" + Volume.substr(4, Volume.size() - 5);
-    other.Volume = "Zz" + Volume.substr(4, Volume.size() - 5);
-    other.HostRoot = HostRoot.string();
-    ASSERT_TRUE(dos::AddVolume(other));
+    const std::string number = Volume.substr(4, Volume.size() - 5);
+    ASSERT_TRUE(
+        dos::AddVolume({.Device = "AA" + number, .Volume = "Zz" + number, .HostRoot = HostRoot.string()}));
     const auto isOrdered = [](const Text<128> DevicesNode::*name) {
         return std::is_sorted(
             MasterDevicesList->begin(), MasterDevicesList->end(),
@@ -145,13 +141,11 @@ TEST_F(NavigationTest, DevicesStandInTheOrderThatTheUserWants) {
 
 TEST_F(NavigationTest, DiskThatCameLaterIsFound) {
     File("inside/file");
-    dos::VolumeInfo late;
-    late.Device = "LATE" + Volume.substr(4, Volume.size() - 5);
-    late.Volume = "Late" + Volume.substr(4, Volume.size() - 5);
-    late.HostRoot = Host("inside").string();
-    ASSERT_TRUE(dos::AddVolume(late));
-    Type(late.Device + ":");
-    EXPECT_EQ(CurrentPath.View(), late.Volume + ":");
+    const std::string number = Volume.substr(4, Volume.size() - 5);
+    ASSERT_TRUE(dos::AddVolume(
+        {.Device = "LATE" + number, .Volume = "Late" + number, .HostRoot = Host("inside").string()}));
+    Type("LATE" + number + ":");
+    EXPECT_EQ(CurrentPath.View(), "Late" + number + ":");
     EXPECT_THAT(Rows(), ElementsAre("file"));
 }
 

@@ -7,18 +7,15 @@
 #include "platform/intuition/Application.h"
 #include "tests/content/DrawerTest.h"
 
-#include <array>
-#include <string>
+#include <algorithm>
 
 namespace solvane {
 
 class OpenWindow : public DrawerTest {
 protected:
     OpenWindow() {
-        static std::string name = "solvane";
-        static std::array<char*, 2> arguments = {name.data(), nullptr};
         Prefs.DetermineDatatype = 2;
-        EXPECT_TRUE(intuition::OpenDisplay(1, arguments.data()));
+        EXPECT_TRUE(intuition::OpenDisplay(0, nullptr));
         EXPECT_TRUE(CreateMainLayout());
         SetColumnInfo();
         EXPECT_TRUE(MainWindow->Open());
@@ -27,6 +24,17 @@ protected:
         FreeContentRows();
         CloseWindowObject();
         intuition::CloseDisplay();
+    }
+
+    static std::size_t RowOf(std::string_view name) {
+        const auto row = std::ranges::find_if(lblist2, [name](const ListRow& each) {
+            return each.Record != nullptr && each.Record->EntryName == name;
+        });
+        return row != lblist2.end() ? static_cast<std::size_t>(row - lblist2.begin()) : intuition::NoRow;
+    }
+    static void SelectAlone(std::string_view name) {
+        Objects.ContentList->ClearSelection();
+        Objects.ContentList->Select(RowOf(name), true);
     }
 };
 

@@ -1,5 +1,4 @@
 #include "content/RowPictures.h"
-#include "interface/MainLayout.h"
 #include "interface/Menus.h"
 #include "interface/NavigationPane.h"
 #include "interface/Panes.h"
@@ -14,49 +13,34 @@
 #include "locations/PlaceRouter.h"
 #include "model/PrefsLists.h"
 #include "model/Program.h"
-#include "platform/intuition/Application.h"
 #include "platform/intuition/Events.h"
 #include "platform/intuition/FormRequesters.h"
 #include "prefs/PrefsLists.h"
-#include "tests/content/DrawerTest.h"
+#include "tests/locations/OpenWindow.h"
 
-#include <array>
 #include <gmock/gmock.h>
 
 namespace solvane {
 namespace {
 
-using intuition::FormAnswer;
-using intuition::FormSpec;
-using testing::ElementsAre;
-using testing::IsSupersetOf;
+using intuition::FormAnswer, intuition::FormSpec, testing::ElementsAre, testing::IsSupersetOf;
 
 // The window with its Navigation pane, without a screen; lists as a first start has them.
-class PlacesTest : public DrawerTest {
+class PlacesTest : public OpenWindow {
 protected:
     PlacesTest() {
-        static std::string name = "solvane";
-        static std::array<char*, 2> arguments = {name.data(), nullptr};
-        Prefs.DetermineDatatype = 2;
         Prefs.ShowVolumeLabelAs = 1;
         Qualifier = 0;
         OldSelected = NothingSelected;
         ProgramComplete.Clear(); // no further window is started
         EXPECT_TRUE(CreatePrefsLists());
-        EXPECT_TRUE(CreateColumnInfoAll());
         EXPECT_TRUE(RestoreDefaultFavorites());
         EXPECT_TRUE(GetDevices() && CopyDevicesToNavDevices() && GetAssigns());
-        EXPECT_TRUE(intuition::OpenDisplay(1, arguments.data()));
-        EXPECT_TRUE(CreateMainLayout());
-        EXPECT_TRUE(MainWindow->Open());
         BuildNavigationList();
     }
     ~PlacesTest() override {
         intuition::SetFormHandler({});
         FreeNavigationList();
-        FreeContentList(1);
-        CloseWindowObject();
-        intuition::CloseDisplay();
         FreePrefsLists();
         Qualifier = 0;
     }
@@ -74,9 +58,8 @@ protected:
     }
     static std::vector<std::string> PaneTexts() {
         std::vector<std::string> texts;
-        for (const intuition::TreeRow& row : Objects.Navigation->Rows()) {
+        for (const intuition::TreeRow& row : Objects.Navigation->Rows())
             texts.push_back(row.UserData.starts_with("[Dev]") ? "[Dev]" : row.UserData);
-        }
         texts.erase(std::unique(texts.begin(), texts.end()), texts.end()); // one stands for all devices
         return texts;
     }
@@ -107,9 +90,7 @@ TEST_F(PlacesTest, PaneHasItsSectionsInOrderAsFarAsTheyAreWanted) {
     EXPECT_THAT(PaneTexts(), ElementsAre("Computer", "[Dev]", "Assigns"));
     Prefs.ShowFTPSites = FoundFTPMount = 1;
     Prefs.ShowOS4DepotRecent = Prefs.ShowOS4DepotFull = Prefs.ShowAminetFull = 0;
-    auto site = SAK_CreateGenericListNode<FTPSitesNode>();
-    site->Key = "[FTP]mine";
-    SAK_AddGenericListNode(*FTPSitesList, std::move(site));
+    SAK_AddGenericListNode(*FTPSitesList, SAK_CreateGenericListNode<FTPSitesNode>())->Key = "[FTP]mine";
     BuildNavigationList();
     FoundFTPMount = 0;
     EXPECT_THAT(PaneTexts(), ElementsAre("Computer", "[Dev]", "Assigns", "[blank]", "FTPSites",
@@ -206,21 +187,6 @@ TEST_F(PlacesTest, OnlineListsSayThatTheyComeLater) {
     EXPECT_THAT(Rows(), ElementsAre("Workbench", "Utilities", "System"));
 }
 
-TEST_F(PlacesTest, PaneComesAndGoesWithRowsAndSelectionInPlace) {
-    File("a");
-    File("b");
-    ASSERT_TRUE(Scan());
-    Objects.ContentList->Select(1, true);
-    const std::int32_t width = GetNavigationWidth();
-    for (const bool isThere : {false, true}) {
-        ChangeLayout(LayoutNavigation);
-        EXPECT_EQ(Objects.Navigation != nullptr, isThere);
-        EXPECT_TRUE(Objects.ContentList->IsSelected(1));
-        EXPECT_EQ(GetNavigationWidth(), width);
-    }
-    EXPECT_EQ(SelectedText(), std::string(FindMasterDevicesNode(Volume)->Key.View()));
-}
-
 TEST_F(PlacesTest, SelectedRowIsFoundAgainAmongNewRows) {
     ASSERT_TRUE(GoToPlace("Assigns"));
     LBLocation = LocationKind::SearchResults; // has no row of its own
@@ -255,10 +221,9 @@ TEST_F(PlacesTest, ListsOfPlacesAreKeptByTheirNames) {
     }
     ASSERT_TRUE(Scan());
     AddCurrentLocationToBookmarks(AskFirst::No);
-    std::vector<std::string> kept;
-    for (const BookmarksNode& node : *MasterBookmarksList) {
-        kept.push_back(std::string(node.Key.View()) + "|" + std::string(node.Path.View()));
-    }
+    const auto kept = TextsOf(*MasterBookmarksList, [](const BookmarksNode& node) {
+        return std::string(node.Key.View()) + "|" + std::string(node.Path.View());
+    });
     EXPECT_THAT(kept, ElementsAre("[Bkm]Computer|Computer", "[Bkm]Aminet Full|Aminet Full",
                                   "[Bkm]" + Volume + "|" + Volume));
     HandleBookmarks(1);

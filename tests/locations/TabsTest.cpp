@@ -1,11 +1,9 @@
-// Tabs and their histories in a window that no screen shows.
 #include "locations/Tabs.h"
 
 #include "content/DetailsPane.h"
 #include "content/Selection.h"
 #include "content/Status.h"
 #include "interface/DetailsGadgets.h"
-#include "interface/MainLayout.h"
 #include "locations/History.h"
 #include "locations/KeptPlaces.h"
 #include "locations/Navigation.h"
@@ -17,24 +15,20 @@
 #include "locations/ViewChange.h"
 #include "locations/VisitHistory.h"
 #include "model/Program.h"
-#include "platform/dos/Volumes.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Events.h"
 #include "platform/intuition/FormRequesters.h"
 #include "prefs/PrefsLists.h"
 #include "sak/Notify.h"
-#include "tests/content/DrawerTest.h"
 #include "tests/locations/OpenWindow.h"
 
-#include <array>
 #include <functional>
 #include <gmock/gmock.h>
 
 namespace solvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using testing::ElementsAre, testing::IsEmpty;
 
 class TabsTest : public OpenWindow {
 protected:
@@ -63,28 +57,21 @@ protected:
     }
     // Tabs "a", "b", "c" with a file each, the last one on show.
     void ThreeTabs() const {
-        for (const char* name : {"a", "b", "c"}) {
+        for (const char* name : {"a", "b", "c"})
             File(std::string(name) + "/in " + name);
-        }
         Go("a");
         OpenOn("b");
         OpenOn("c");
     }
     [[nodiscard]] static std::vector<std::string> Labels() {
-        std::vector<std::string> labels;
-        for (const ClickTabNode& tab : *tabslist) {
-            labels.emplace_back(&tab == currTab ? "*" + std::string(tab.Label.View())
-                                                : std::string(tab.Label.View()));
-        }
-        return labels;
+        return TextsOf(*tabslist, [](const ClickTabNode& tab) {
+            return (&tab == currTab ? "*" : "") + std::string(tab.Label.View());
+        });
     }
     [[nodiscard]] static std::vector<std::string> Places() {
-        std::vector<std::string> names;
-        for (const HistoryNode& entry : *HistoryList) {
-            names.emplace_back(&entry == CurrentHistory ? "*" + std::string(entry.Name.View())
-                                                        : std::string(entry.Name.View()));
-        }
-        return names;
+        return TextsOf(*HistoryList, [](const HistoryNode& entry) {
+            return (&entry == CurrentHistory ? "*" : "") + std::string(entry.Name.View());
+        });
     }
 };
 
@@ -109,23 +96,19 @@ constexpr auto NumbersOfTabs = std::array{&PrefsRecord::ComputerDetailsCISortCol
 
 std::vector<std::int32_t> SettingsOfPrefs() {
     std::vector<std::int32_t> all;
-    for (const auto direction : DirectionsOfTabs) {
+    for (const auto direction : DirectionsOfTabs)
         all.push_back(Prefs.*direction);
-    }
-    for (const auto number : NumbersOfTabs) {
+    for (const auto number : NumbersOfTabs)
         all.push_back(Prefs.*number);
-    }
     return all;
 }
 
 // Each setting as no other one is, from that number on.
 void SetSettings(std::int32_t number) {
-    for (const auto direction : DirectionsOfTabs) {
+    for (const auto direction : DirectionsOfTabs)
         Prefs.*direction = static_cast<std::int16_t>(number++);
-    }
-    for (const auto setting : NumbersOfTabs) {
+    for (const auto setting : NumbersOfTabs)
         Prefs.*setting = number++;
-    }
 }
 
 // All that the user can tell of a tab, and the records that it is made of.
@@ -177,9 +160,8 @@ void ExpectSame(const Observed& now, const Observed& before) {
 }
 
 TEST_F(TabsTest, ATabComesBackWithEverythingThatItShowed) {
-    for (int at = 100; at < 400; ++at) {
+    for (int at = 100; at < 400; ++at)
         File("many/" + std::to_string(at), std::string(static_cast<std::size_t>(at), 'x'));
-    }
     File("few/one", "1234");
     Go("many");
     Objects.ContentList->SetTop(120);
@@ -251,9 +233,7 @@ TEST_F(TabsTest, OpeningStepsAndClosingFollowTheRow) {
 }
 
 TEST_F(TabsTest, ClonesAndSelectedDrawersOpenInTabsOfTheirOwn) {
-    File("d/x/1");
-    File("d/y/2");
-    File("d/file");
+    Plant({"d/x/1", "d/y/2", "d/file"});
     Go("d");
     CloneTab();
     EXPECT_THAT(Labels(), ElementsAre("d", "*d", "New tab"));
@@ -265,8 +245,7 @@ TEST_F(TabsTest, ClonesAndSelectedDrawersOpenInTabsOfTheirOwn) {
 
 TEST_F(TabsTest, AMarkedTabIsReadAnewWhenItIsShown) {
     ThreeTabs();
-    File("a/new");
-    File("c/new");
+    Plant({"a/new", "c/new"});
     SetRescanAllTabsByPath(Path("A/"), currTab->TabNumber);
     SetRescanAllTabsByPath(Path("c"), currTab->TabNumber);
     EXPECT_EQ(ActiveTab->RescanTab, 0) << "who made the change knows of it";
@@ -330,16 +309,13 @@ TEST_F(TabsTest, RestingListsOfKeptPlacesAreMarkedWhenOneChanges) {
 }
 
 TEST_F(TabsTest, SelectedAssignsAskWhichOfTheirDrawersIsMeant) {
-    File("one/a");
-    File("two/b");
+    Plant({"one/a", "two/b"});
     const std::string name = "Tab" + Volume;
     ASSERT_TRUE(dos::SetAssign(name.substr(0, name.size() - 1), dos::AssignKind::Directory,
                                {Path("one"), Path("two")}));
     for (const int gadget : {0, 1}) {
         GoToPlace("Assigns");
-        for (std::size_t row = 0; row < lblist2.size(); ++row) {
-            Objects.ContentList->Select(row, lblist2[row].Record->EntryName == name);
-        }
+        SelectAlone(name);
         intuition::SetFormHandler([gadget](const intuition::FormSpec&) {
             return intuition::FormAnswer{gadget, {}, 1};
         });
@@ -416,13 +392,11 @@ TEST_F(TabsTest, OwnChangeIsForgottenWithTheDrawerThatItWasMadeIn) {
 
 TEST_F(TabsTest, StartUpTabsAreReadWhenTheyAreShown) {
     FreeAllTabs();
-    File("p/1");
-    File("q/2");
+    Plant({"p/1", "q/2"});
     for (const char* place : {"p", "gone", "q"}) {
-        auto tab = SAK_CreateGenericListNode<TabsNode>();
+        TabsNode* tab = SAK_AddGenericListNode(*StartupTabsList, SAK_CreateGenericListNode<TabsNode>());
         tab->Location = LocationKind::Drawer;
         tab->Path = Path(place);
-        SAK_AddGenericListNode(*StartupTabsList, std::move(tab));
     }
     ASSERT_TRUE(SetUpTabs());
     SetFirstTab();
@@ -460,11 +434,8 @@ TEST_F(TabsTest, TabsOutliveTheirWindowWithHistoryAndSettings) {
 }
 
 TEST_F(TabsTest, HistoryForgetsWhatLayAheadAndKeepsScrollPositions) {
-    for (int at = 100; at < 300; ++at) {
-        File("a/" + std::to_string(at));
-    }
-    File("b/1");
-    File("c/1");
+    NumberedFiles("a/", 200);
+    Plant({"b/1", "c/1"});
     Go("a");
     Objects.ContentList->SetTop(77);
     Go("b");
@@ -541,9 +512,7 @@ TEST_F(TabsTest, TabOpenedForAPlaceThatIsGoneIsClosedAgain) {
 }
 
 TEST_F(TabsTest, StepToAPlaceThatIsGoneIsTakenBack) {
-    for (const char* name : {"a/1", "b/1", "c/1"}) {
-        File(name);
-    }
+    Plant({"a/1", "b/1", "c/1"});
     Go("a");
     Go("b");
     std::filesystem::remove_all(Host("a"));
@@ -560,9 +529,7 @@ TEST_F(TabsTest, StepToAPlaceThatIsGoneIsTakenBack) {
 }
 
 TEST_F(TabsTest, TheWayBackToAListLeavesItsPositionAlone) {
-    for (int at = 100; at < 300; ++at) {
-        File("a/" + std::to_string(at));
-    }
+    NumberedFiles("a/", 200);
     GoToPlace("FTPSites");
     ASSERT_EQ(LBLocation, LocationKind::FTPSites);
     Go("a");
@@ -576,15 +543,13 @@ TEST_F(TabsTest, TheWayBackToAListLeavesItsPositionAlone) {
 
 TEST_F(TabsTest, HundredsOfTabsAndThousandsOfPlaces) {
     File("a/1");
-    for (int at = 0; at < 10000; ++at) {
+    for (int at = 0; at < 10000; ++at)
         AddHistoryNode("place", Path("a" + std::to_string(at)), LocationKind::Drawer);
-    }
     EXPECT_EQ(SAK_GenericListCount(*HistoryList), 10001U);
     PopHistoryChooser();
     EXPECT_TRUE(Objects.HistoryChooser->IsUp());
-    for (int at = 0; at < 300; ++at) {
+    for (int at = 0; at < 300; ++at)
         OpenOn("a");
-    }
     EXPECT_EQ(TabsOpen, 302U);
     EXPECT_THAT(Places(), ElementsAre("*a", "start")) << "a history of its own";
     SwitchToTabNumber(1);

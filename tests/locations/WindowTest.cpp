@@ -1,22 +1,16 @@
-#include "content/BuildLists.h"
-#include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
-#include "content/Drawers.h"
 #include "content/Selection.h"
 #include "content/ShownList.h"
 #include "interface/DetailsGadgets.h"
-#include "interface/MainLayout.h"
 #include "interface/Panes.h"
 #include "locations/DeviceUsage.h"
 #include "locations/Navigation.h"
-#include "model/Devices.h"
 #include "model/WorkingSet.h"
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/WishedImages.h"
 #include "tests/locations/OpenWindow.h"
 
 #include <gmock/gmock.h>
-#include <string>
 
 namespace solvane {
 namespace {
@@ -26,29 +20,13 @@ using testing::ElementsAre;
 class WindowTest : public OpenWindow {
 protected:
     [[nodiscard]] std::vector<std::string> SelectedNames() const {
-        std::vector<std::string> names;
-        for (const std::size_t row : Objects.ContentList->SelectedRows()) {
-            names.emplace_back(lblist2[row].Record->EntryName.View());
-        }
-        return names;
-    }
-    static std::size_t RowOf(std::string_view name) {
-        for (std::size_t row = 0; row < lblist2.size(); ++row) {
-            if (lblist2[row].Record != nullptr && lblist2[row].Record->EntryName == name) {
-                return row;
-            }
-        }
-        return intuition::NoRow;
-    }
-    void ManyFiles() const {
-        for (int at = 100; at < 400; ++at) {
-            File("many/" + std::to_string(at));
-        }
+        return TextsOf(Objects.ContentList->SelectedRows(),
+                       [](const std::size_t row) { return lblist2[row].Record->EntryName.View(); });
     }
 };
 
 TEST_F(WindowTest, ReloadKeepsPlaceAndSelectionOfTheRows) {
-    ManyFiles();
+    NumberedFiles("many/", 300);
     ASSERT_TRUE(Scan("many"));
     EXPECT_EQ(Objects.ContentList->Top(), 0U);
     Objects.ContentList->SetTop(120);
@@ -65,8 +43,7 @@ TEST_F(WindowTest, ReloadKeepsPlaceAndSelectionOfTheRows) {
 }
 
 TEST_F(WindowTest, EntryThatIsGoneIsNoLongerSelected) {
-    File("d/A");
-    File("d/a");
+    Plant({"d/A", "d/a"});
     ASSERT_TRUE(Scan("d"));
     Objects.ContentList->Select(0, true);
     const std::string gone = SelectedNames().front();
@@ -76,9 +53,7 @@ TEST_F(WindowTest, EntryThatIsGoneIsNoLongerSelected) {
 }
 
 TEST_F(WindowTest, RowsAndRecordsShareOneSelection) {
-    File("a");
-    File("b");
-    File("b.info");
+    Plant({"a", "b", "b.info"});
     ASSERT_TRUE(Scan());
     Objects.ContentList->SelectAll();
     SelectContentListItems();
@@ -120,9 +95,7 @@ TEST_F(WindowTest, SizingOneColumnLeavesTheWidthsOfTheOthersAlone) {
 
 TEST_F(WindowTest, ColumnsFitTheirTextsOnWishAndKeepNoWidthOfThat) {
     constexpr std::size_t Name = 1, Size = 2;
-    for (int at = 0; at < 200; ++at) {
-        File("many/" + std::to_string(at));
-    }
+    NumberedFiles("many/", 200);
     ASSERT_TRUE(Scan("many"));
     const int usual = Objects.ContentList->ColumnWidths()[Name];
     Prefs.AutoFitColumns = 1;
@@ -140,7 +113,7 @@ TEST_F(WindowTest, ColumnsFitTheirTextsOnWishAndKeepNoWidthOfThat) {
 }
 
 TEST_F(WindowTest, OtherStyleKeepsOrderPlaceAndSelection) {
-    ManyFiles();
+    NumberedFiles("many/", 300);
     ASSERT_TRUE(Scan("many"));
     Objects.ContentList->SetTop(120);
     Objects.ContentList->Select(RowOf("300"), true);
@@ -279,9 +252,7 @@ TEST_F(WindowTest, ThePictureOfATabThatIsLeftComesWhenTheTabDoes) {
 }
 
 TEST_F(WindowTest, RowsAreFoundByNameKindAndSelection) {
-    File("b");
-    File("B");
-    Drawer("a");
+    Plant({"b", "B", "a/"});
     FreeContentList(1);
     EXPECT_FALSE(ListHasItems());
     ASSERT_TRUE(Scan());

@@ -52,13 +52,10 @@ TEST_F(FindsTest, ExactNameIsPreferredToOneThatDiffersInCase) {
 TEST_F(FindsTest, KindsOfDrawersAndFilesAreNotMixedUp) {
     ContentNode* file = Add("x", EntryKind::SoftLinkToFile);
     ContentNode* drawer = Add("X", EntryKind::HardLinkToDrawer);
-    for (const EntryKind kind :
-         {EntryKind::Drawer, EntryKind::SoftLinkToDrawer, EntryKind::HardLinkToDrawer}) {
+    for (const EntryKind kind : {EntryKind::Drawer, EntryKind::SoftLinkToDrawer, EntryKind::HardLinkToDrawer})
         EXPECT_EQ(FindContentNode("x", Kind(kind)), drawer) << Kind(kind);
-    }
-    for (const EntryKind kind : {EntryKind::File, EntryKind::SoftLinkToFile, EntryKind::HardLinkToFile}) {
+    for (const EntryKind kind : {EntryKind::File, EntryKind::SoftLinkToFile, EntryKind::HardLinkToFile})
         EXPECT_EQ(FindContentNode("X", Kind(kind)), file) << Kind(kind);
-    }
 }
 
 TEST_F(FindsTest, FirstSelectedFilePassesOverDrawers) {
@@ -101,8 +98,7 @@ TEST_F(FindsTest, DeviceNamesBecomeVolumeNames) {
     AddDevice("DH0:", "Workbench:", 1);
     AddDevice("DF0:", "DF0:", 0);
     const struct {
-        const char* Path;
-        const char* Renamed;
+        const char *Path, *Renamed;
     } rows[] = {
         {"DH0:a/b", "Workbench:a/b"},
         {"dh0:", "Workbench:"},
@@ -113,9 +109,8 @@ TEST_F(FindsTest, DeviceNamesBecomeVolumeNames) {
         {"Workbench:DH0:", "Workbench:DH0:"},
         {"", ""},
     };
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         EXPECT_EQ(DeviceNameToVolumeName(Text<1024>(std::string_view(row.Path))).View(), row.Renamed);
-    }
     const std::string longest = "DH0:" + std::string(1019, 'x');
     EXPECT_EQ(DeviceNameToVolumeName(Text<1024>(longest)).View(), longest) << "never cut";
 }

@@ -1,5 +1,4 @@
-// Loading and saving the document: lists, broken and unreadable documents, crashes, full disks, two
-// instances.
+// Loading and saving the document: lists, broken documents, crashes, full disks, two instances.
 #include "model/Prefs.h"
 #include "model/PrefsLists.h"
 #include "model/Program.h"
@@ -11,20 +10,16 @@
 #include "sak/Requesters.h"
 #include "tests/platform/dos/DosTest.h"
 
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace solvane {
 namespace {
 
-using application::Dictionary;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using application::Dictionary, testing::ElementsAre, testing::IsEmpty;
 
 const std::string Document = "Solvane/Solvane.xml"; // in the tree
 
@@ -70,9 +65,8 @@ protected:
 std::string ValueIn(const std::string& document, const std::string& key) {
     const std::size_t start = document.find("<key>" + key + "</key>") + key.size() + 11;
     std::string value;
-    for (const char c : document.substr(start, document.find("<key>", start) - start)) {
+    for (const char c : document.substr(start, document.find("<key>", start) - start))
         value += c == '\n' || c == '\t' ? "" : std::string(1, c);
-    }
     return value.substr(0, value.find("</dict>"));
 }
 
@@ -83,9 +77,8 @@ std::string Column(int number, int shown, int width) {
 
 std::string Columns(int from, int to) {
     std::string columns;
-    for (int number = from; number <= to; ++number) {
+    for (int number = from; number <= to; ++number)
         columns += Column(number, 1, number == 0 ? 26 : 90);
-    }
     return columns;
 }
 
@@ -134,9 +127,8 @@ TEST_F(PrefsDocument, ListsLoadWithTheirRepairsAndSaveAgain) {
         ASSERT_TRUE(Load(Plist("<key>" + std::string(row.Key) + "</key><array>" + row.Stored + "</array>")));
         const std::string kept = row.Kept.empty() ? "<array/>" : "<array>" + row.Kept + "</array>";
         const auto unspaced = [](std::string text) {
-            for (std::size_t at = 0; (at = text.find(" />", at)) != std::string::npos;) {
+            for (std::size_t at = 0; (at = text.find(" />", at)) != std::string::npos;)
                 text.erase(at, 1);
-            }
             return text;
         };
         EXPECT_EQ(unspaced(ValueIn(Saved(), row.Key)), kept);
@@ -147,10 +139,8 @@ TEST_F(PrefsDocument, ListsLoadWithTheirRepairsAndSaveAgain) {
 
 TEST_F(PrefsDocument, RecordsOfListsGetTheirKeys) {
     ASSERT_TRUE(RestoreDefaultFavorites());
-    std::vector<std::string> keys;
-    for (const FavoritesNode& node : *MasterFavoritesList) {
-        keys.emplace_back(node.Key.View());
-    }
+    const auto keys =
+        TextsOf(*MasterFavoritesList, [](const FavoritesNode& node) { return node.Key.View(); });
     EXPECT_THAT(keys, ElementsAre("Workbench", "[Fav]SYS:Utilities", "[Fav]SYS:System"));
     const std::string name(127, 'n');
     ASSERT_TRUE(Load(Plist("<key>Bookmarks</key><array><array><integer>13</integer><string>" + name +
@@ -164,9 +154,8 @@ TEST_F(PrefsDocument, BrokenDocumentsGiveTheDefaultsAndAreKept) {
     Prefs.VerifyQuit = 1;
     const std::string whole = Saved();
     const std::size_t end = whole.rfind('>') + 1;
-    for (std::size_t size = 1; size < end; size += size < 40 ? 1 : 397) {
+    for (std::size_t size = 1; size < end; size += size < 40 ? 1 : 397)
         ASSERT_FALSE(Dictionary::FromXml(whole.substr(0, size))) << size;
-    }
     for (const std::string& broken :
          {whole.substr(0, whole.size() / 2), std::string(200, '\0'), std::string("<plist>")}) {
         ASSERT_TRUE(Load(broken));
@@ -214,10 +203,7 @@ TEST_F(PrefsDocument, AFullDiskLeavesTheOldDocument) {
     const std::string old = Saved();
     std::filesystem::remove(Tree.Path("Solvane/prefs"));
     Prefs.VerifyQuit = 1;
-    Calls().Write = [](int, const void*, std::size_t) {
-        errno = ENOSPC;
-        return -1L;
-    };
+    Calls().Write = Failing<ENOSPC>();
     EXPECT_FALSE(SavePrefs(1));
     EXPECT_EQ(SAK_IOErr, dos::ErrorDiskFull);
     EXPECT_THAT(Requests, ElementsAre("Error saving prefs file."));

@@ -11,8 +11,7 @@
 namespace solvane {
 namespace {
 
-using application::Dictionary;
-using application::PrefsValue;
+using application::Dictionary, application::PrefsValue;
 
 // What a document with that one value says after it went through the record.
 Dictionary Through(const PrefsKey& key, const PrefsValue& stored) {
@@ -49,12 +48,10 @@ void CheckNumber(const PrefsKey& key, std::int64_t usual) {
 }
 
 void CheckColour(const PrefsKey& key, std::string_view usual) {
-    for (const char* taken : {"GGGGGG", "ff8800"}) {
+    for (const char* taken : {"GGGGGG", "ff8800"})
         EXPECT_EQ(TextThrough(key, {std::string(taken)}), taken);
-    }
-    for (const std::size_t length : {0U, 1U, 5U, 7U, 9U, 10U, 11U, 5000U}) {
+    for (const std::size_t length : {0U, 1U, 5U, 7U, 9U, 10U, 11U, 5000U})
         EXPECT_EQ(TextThrough(key, {std::string(length, 'A')}), usual) << length;
-    }
 }
 
 void CheckText(const PrefsKey& key, std::string_view usual) {
@@ -83,13 +80,12 @@ TEST(PrefsTable, EveryKeyLoadsWhatItHasSavedWithinItsLimitAndElseItsDefault) {
         Dictionary usual;
         key.Save(PrefsRecord(), key.Key, usual);
         const std::string_view text = usual.String(key.Key, "(number)");
-        if (text == "(number)") {
+        if (text == "(number)")
             CheckNumber(key, usual.Number(key.Key, -77));
-        } else if (key.Key.ends_with("Color")) {
+        else if (key.Key.ends_with("Color"))
             CheckColour(key, text);
-        } else {
+        else
             CheckText(key, text);
-        }
     }
     EXPECT_EQ(seen.size(), 211U);
 }

@@ -1,14 +1,6 @@
 #include "sak/FilenameSupport.h"
 
-#include "platform/dos/Errors.h"
-#include "platform/dos/Volumes.h"
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <random>
-#include <string>
+#include "tests/platform/dos/DosTest.h"
 
 namespace solvane {
 namespace {
@@ -126,26 +118,19 @@ TEST(Filenames, Extensions) {
 }
 
 // Two volumes of one name over a tree of their own: "One" and "Two" are drawers of it.
-class OnDisk : public testing::Test {
+class OnDisk : public DosTest {
 protected:
-    static void SetUpTestSuite() {
-        Root = std::filesystem::temp_directory_path() / ("sak-" + std::to_string(std::random_device()()));
-        for (const char* volume : {"One", "Two"}) {
-            std::filesystem::create_directories(Root / volume / "drawer");
-            std::ofstream(Root / volume / "file") << "12345";
-            dos::VolumeInfo info;
-            info.Device = std::string("SAK") + volume;
-            info.Volume = "Twin";
-            info.HostRoot = Root / volume;
-            ASSERT_TRUE(dos::AddVolume(info));
+    OnDisk() {
+        for (const std::string volume : {"One", "Two"}) {
+            Tree.Drawer(volume + "/drawer");
+            Tree.Write(volume + "/file", "12345");
+            EXPECT_TRUE(
+                dos::AddVolume({.Device = "SAK" + volume, .Volume = "Twin", .HostRoot = Tree.Path(volume)}));
         }
-        std::filesystem::create_symlink("file", Root / "One" / "linkfile");
-        std::filesystem::create_symlink("drawer", Root / "One" / "linkdrawer");
-        std::filesystem::create_symlink("nothing", Root / "One" / "dangling");
+        Tree.Link("One/linkfile", "file");
+        Tree.Link("One/linkdrawer", "drawer");
+        Tree.Link("One/dangling", "nothing");
     }
-    static void TearDownTestSuite() { std::filesystem::remove_all(Root); }
-
-    static inline std::filesystem::path Root;
 };
 
 TEST_F(OnDisk, FileTestsTellWhatAPathLeadsTo) {
@@ -197,8 +182,7 @@ TEST_F(OnDisk, SaferNamesLeadBackToTheirObject) {
 }
 
 TEST_F(OnDisk, AnAmbiguousVolumeIsNamedByItsDevice) {
-    Text<1024> first;
-    Text<1024> second;
+    Text<1024> first, second;
     ASSERT_TRUE(SAK_SaferNameFromLockDeviceFromVolume(dos::Lock("SAKOne:drawer"), first));
     ASSERT_TRUE(SAK_SaferNameFromLockDeviceFromVolume(dos::Lock("SAKTwo:drawer"), second));
     EXPECT_TRUE(first == "Twin:drawer" || second == "Twin:drawer") << first.View() << second.View();

@@ -64,31 +64,27 @@ struct Model {
     void Add(std::uint32_t number, std::uint32_t position) {
         const std::optional<std::size_t> place = Place();
         std::size_t at = Chain.size();
-        if (position == 0 || (position == 1 && !place)) {
+        if (position == 0 || (position == 1 && !place))
             at = 0;
-        } else if (place && (position == 1 || position == 2)) {
+        else if (place && (position == 1 || position == 2))
             at = *place + (position == 2 ? 1 : 0);
-        }
-        if (position > 3) {
+        if (position > 3)
             Strays.push_back(number);
-        } else {
+        else
             Chain.insert(Chain.begin() + static_cast<std::ptrdiff_t>(at), number);
-        }
         Cursor = number;
     }
 
     std::optional<std::uint32_t> MoveTo(std::ptrdiff_t place) {
-        if (place < 0 || place >= static_cast<std::ptrdiff_t>(Chain.size())) {
+        if (place < 0 || place >= static_cast<std::ptrdiff_t>(Chain.size()))
             return std::nullopt;
-        }
         return Cursor = Chain[static_cast<std::size_t>(place)];
     }
     // A step from a node that hangs nowhere leads nowhere.
     std::optional<std::uint32_t> Step(int direction) {
         const auto last = static_cast<std::ptrdiff_t>(Chain.size()) - 1;
-        if (!Cursor) {
+        if (!Cursor)
             return MoveTo(direction > 0 ? 0 : last);
-        }
         const std::optional<std::size_t> place = Place();
         return place ? MoveTo(static_cast<std::ptrdiff_t>(*place) + direction) : std::nullopt;
     }
@@ -141,9 +137,8 @@ TEST_F(GenericLists, BehavesAsThePlainModelOverRandomOperations) {
                           model.MoveTo(static_cast<std::ptrdiff_t>(model.Chain.size()) - 1));
             } else if (operation < 14) {
                 const auto wanted = model.MoveTo(pick);
-                if (!wanted) {
+                if (!wanted)
                     model.MoveTo(static_cast<std::ptrdiff_t>(model.Chain.size()) - 1);
-                }
                 ASSERT_EQ(NumberOf(SAK_GetGenericListNode(*List, pick)), wanted);
             } else if (operation < 15 && picked) {
                 model.Cursor = model.Chain.empty() ? model.Cursor : model.Chain.back();
@@ -185,9 +180,8 @@ TEST_F(GenericLists, AFreshRecordReadsAsZeros) {
 TEST_F(GenericLists, RecordsEndWithTheirListHoweverItGoes) {
     auto owned = std::make_shared<int>(0);
     const auto fill = [&] {
-        for (const ListPosition position : {ListPosition::Tail, NoWhere, ListPosition::Head}) {
+        for (const ListPosition position : {ListPosition::Tail, NoWhere, ListPosition::Head})
             Add(1, position)->Owned = owned;
-        }
         EXPECT_EQ(owned.use_count(), 4);
     };
     fill();
@@ -266,9 +260,8 @@ TEST_F(GenericLists, SortingLinksEveryRecordAndLeavesStraysAlone) {
         for (const bool ascending : {true, false}) {
             SAK_ClearGenericList(*List);
             Add(99, NoWhere);
-            for (const std::uint32_t number : row.Arrivals) {
+            for (const std::uint32_t number : row.Arrivals)
                 Add(number);
-            }
             SAK_SortGenericList(*List, ascending ? SortOrder::Ascending : SortOrder::Descending, byTens);
             EXPECT_EQ(Numbers(), ascending ? row.Ascending : row.Descending);
             EXPECT_TRUE(List->Core.IsConsistent());
@@ -289,9 +282,8 @@ TEST_F(GenericLists, SwappedListsKeepTheirCursors) {
 }
 
 TEST_F(GenericLists, FindingMovesTheCursorToWhatItFinds) {
-    for (const char* name : {"Readme", "README", "other"}) {
+    for (const char* name : {"Readme", "README", "other"})
         Add(SAK_GenericListCount(*List))->Name = name;
-    }
     const auto find = [&](std::string_view name) {
         return NumberOf(FindNodeByText(*List, &Record::Name, name));
     };
@@ -311,21 +303,18 @@ TEST_F(GenericLists, FindingMovesTheCursorToWhatItFinds) {
 }
 
 TEST_F(GenericLists, SingleOperationsAreSafeFromAnyThread) {
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([this] {
             for (std::uint32_t i = 0; i < 2000; ++i) {
                 Add(i, static_cast<ListPosition>(i % 4));
                 SAK_NextGenericListNode(*List);
-                if (i % 3 == 0) {
+                if (i % 3 == 0)
                     SAK_DeleteGenericListNode(*List);
-                }
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();
     EXPECT_TRUE(List->Core.IsConsistent());
     EXPECT_EQ(SAK_GenericListCount(*List), 4 * (2000U - 667U));
 }

@@ -6,7 +6,6 @@
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/locale/ScopedLocale.h"
 
-#include <algorithm>
 #include <array>
 
 namespace solvane {
@@ -48,9 +47,8 @@ TEST_F(SakLocale, ACatalogThatIsOpenedAgainIsKeptOnce) {
 
 TEST_F(SakLocale, TheTableHoldsEveryNumberOnceInOrder) {
     ASSERT_EQ(CatCompArray.size(), SAK_NumAppStrings);
-    for (std::size_t at = 0; at < CatCompArray.size(); ++at) {
+    for (std::size_t at = 0; at < CatCompArray.size(); ++at)
         ASSERT_EQ(CatCompArray[at].Id, static_cast<std::int32_t>(at) + 1);
-    }
     EXPECT_EQ(SAK_LocaleString(MSG_CONTINUE_GAD), "_Continue");
     EXPECT_EQ(SAK_LocaleString(1502), "");
 }
@@ -62,9 +60,8 @@ TEST_F(SakLocale, TheCatalogStandsOverTheTableAndLeavesItWhereItIsEmpty) {
     EXPECT_EQ(kept, "Datei");
     EXPECT_EQ(SAK_LocaleString(MSG_DRAWER), "Drawer");
     EXPECT_EQ(SAK_LocaleString(MSG_NAME), "Name");
-    for (const std::int32_t id : {0, -1, 1503, 100000}) {
+    for (const std::int32_t id : {0, -1, 1503, 100000})
         EXPECT_EQ(SAK_LocaleString(id), "") << id;
-    }
     SAK_LocaleClose();
     SAK_LocaleClose();
     EXPECT_EQ(SAK_LocaleString(MSG_FILE), "File");

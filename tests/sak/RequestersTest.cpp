@@ -10,7 +10,6 @@
 namespace solvane {
 namespace {
 
-// Answers requesters with a fixed number and keeps what they showed.
 class Requesters : public testing::Test {
 protected:
     void SetUp() override {
@@ -81,10 +80,7 @@ TEST_F(Requesters, MissingVolumeIsAskedForUntilItIsThereOrTheUserGivesUp) {
 
 TEST_F(Requesters, SystemRequestersComeBackAsTheyWere) {
     EnableRequesters();
-    {
-        const WithoutRequesters outer;
-        const WithoutRequesters inner;
-    }
+    { const WithoutRequesters outer, inner; }
     EXPECT_TRUE(dos::SetRequesters(true));
     DisableRequesters();
     { const WithoutRequesters inner; }

@@ -13,18 +13,7 @@ TEST(StringFunctions, TitleAndCamelCase) {
     for (const Row& row : {Row{"", "", ""}, Row{"the quick FOX", "The Quick Fox", "TheQuickFox"},
                            Row{"read.me", "Read.Me", "Read.Me"}, Row{"a..b", "A..b", "A..b"},
                            Row{"a. b", "A. b", "A.b"}, Row{".info", ".Info", ".Info"},
-                           Row{"\xC3\xA4rger \xC3\x9C"
-                               "BER",
-                               "\xC3\x84rger \xC3\x9C"
-                               "ber",
-                               "\xC3\x84rger\xC3\x9C"
-                               "ber"},
-                           Row{"a\xFF"
-                               "B",
-                               "A\xFF"
-                               "b",
-                               "A\xFF"
-                               "b"}}) {
+                           Row{"ärger ÜBER", "Ärger Über", "ÄrgerÜber"}, Row{"a\xFFK", "A\xFFk", "A\xFFk"}}) {
         EXPECT_EQ(SAK_ConvertToTitleCase(row.Given), row.Title);
         EXPECT_EQ(SAK_ConvertToCamelCase(row.Given), row.Camel);
     }
@@ -36,18 +25,10 @@ TEST(StringFunctions, WholeTextsChangeCase) {
 }
 
 TEST(StringFunctions, CharactersMoveWhole) {
-    EXPECT_EQ(SAK_ReverseString("a\xC3\xA4\xE2\x82\xAC"), "\xE2\x82\xAC\xC3\xA4"
-                                                          "a");
-    EXPECT_EQ(SAK_swap("a\xC3\xA4"
-                       "c",
-                       0, 1),
-              "\xC3\xA4"
-              "ac");
+    EXPECT_EQ(SAK_ReverseString("a\xC3\xA4\xE2\x82\xAC"), "€äa");
+    EXPECT_EQ(SAK_swap("aäc", 0, 1), "äac");
     EXPECT_EQ(SAK_swap("abc", 0, 3), "abc");
-    EXPECT_EQ(SAK_CountChars("a\xC3\xA4"
-                             "b\xC3\xA4",
-                             "\xC3\xA4x"),
-              2U);
+    EXPECT_EQ(SAK_CountChars("aäbä", "\xC3\xA4x"), 2U);
     EXPECT_EQ(SAK_CountChars("aaa", ""), 0U);
 }
 
@@ -56,10 +37,7 @@ TEST(StringFunctions, FindsPlaces) {
     EXPECT_EQ(SAK_strrchr("abc", '\0'), 3U);
     EXPECT_EQ(SAK_strrchr("abc", 'x'), NotFound);
     EXPECT_EQ(SAK_strcasestr("The FTPMount:", "ftpmount:"), 4U);
-    EXPECT_EQ(SAK_strcasestr("stra\xC3\x9F"
-                             "e \xC3\x84",
-                             "\xC3\xA4"),
-              8U);
+    EXPECT_EQ(SAK_strcasestr("straße Ä", "\xC3\xA4"), 8U);
     EXPECT_EQ(SAK_strcasestr("abc", ""), 0U);
     EXPECT_EQ(SAK_strcasestr("", "a"), NotFound);
     EXPECT_EQ(SAK_strcasestr("abc", "abcd"), NotFound);

@@ -9,35 +9,30 @@ namespace solvane {
 namespace {
 
 struct CutCase {
-    std::string_view Name;
-    std::string_view Given;
+    std::string_view Name, Given;
     std::string_view Kept; // by a Text<6>, so at most five bytes
 };
 
-class TextCut : public testing::TestWithParam<CutCase> {};
-
-TEST_P(TextCut, EndsAtAWholeCharacterHoweverTheTextArrives) {
-    const CutCase& row = GetParam();
-    EXPECT_EQ(Text<6>(row.Given).View(), row.Kept);
-    Text<6> assigned = "x";
-    assigned = row.Given;
-    EXPECT_EQ(assigned.View(), row.Kept);
-    EXPECT_EQ(Text<6>(Text<100>(row.Given)).View(), row.Kept);
-    Text<6> appended;
-    EXPECT_EQ(appended.Append(row.Given).View(), row.Kept);
-    EXPECT_EQ(std::string(appended.CStr()), row.Kept);
+TEST(Text, IsCutAtAWholeCharacterHoweverItArrives) {
+    for (const CutCase& row :
+         {CutCase{"Fits", "abcde", "abcde"}, CutCase{"Ascii", "abcdef", "abcde"},
+          CutCase{"TwoByteFits", "abc\xC3\xA4", "abc\xC3\xA4"}, CutCase{"TwoByteCut", "abcd\xC3\xA4", "abcd"},
+          CutCase{"ThreeByteCut", "abc\xE2\x82\xAC", "abc"},
+          CutCase{"FourByteCut", "ab\xF0\x9F\x98\x80", "ab"},
+          CutCase{"OnlyFourByte", "\xF0\x9F\x98\x80\xF0\x9F\x98\x80", "\xF0\x9F\x98\x80"},
+          CutCase{"InvalidBytesCountSingly", "\xFF\xFE\xFF\xFE\xFF\xFE", "\xFF\xFE\xFF\xFE\xFF"},
+          CutCase{"StopsAtTerminator", std::string_view("ab\0cd", 5), "ab"}, CutCase{"Empty", "", ""}}) {
+        SCOPED_TRACE(row.Name);
+        EXPECT_EQ(Text<6>(row.Given).View(), row.Kept);
+        Text<6> assigned = "x";
+        assigned = row.Given;
+        EXPECT_EQ(assigned.View(), row.Kept);
+        EXPECT_EQ(Text<6>(Text<100>(row.Given)).View(), row.Kept);
+        Text<6> appended;
+        EXPECT_EQ(appended.Append(row.Given).View(), row.Kept);
+        EXPECT_EQ(std::string(appended.CStr()), row.Kept);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Borders, TextCut,
-    testing::Values(
-        CutCase{"Fits", "abcde", "abcde"}, CutCase{"Ascii", "abcdef", "abcde"},
-        CutCase{"TwoByteFits", "abc\xC3\xA4", "abc\xC3\xA4"}, CutCase{"TwoByteCut", "abcd\xC3\xA4", "abcd"},
-        CutCase{"ThreeByteCut", "abc\xE2\x82\xAC", "abc"}, CutCase{"FourByteCut", "ab\xF0\x9F\x98\x80", "ab"},
-        CutCase{"OnlyFourByte", "\xF0\x9F\x98\x80\xF0\x9F\x98\x80", "\xF0\x9F\x98\x80"},
-        CutCase{"InvalidBytesCountSingly", "\xFF\xFE\xFF\xFE\xFF\xFE", "\xFF\xFE\xFF\xFE\xFF"},
-        CutCase{"StopsAtTerminator", std::string_view("ab\0cd", 5), "ab"}, CutCase{"Empty", "", ""}),
-    [](const auto& info) { return std::string(info.param.Name); });
 
 TEST(Text, AppendCutsACharacterThatStraddlesTheLimit) {
     Text<6> text = "abcd";
@@ -93,7 +88,7 @@ TEST(Text, TakesPartsOfItself) {
 TEST(Text, CopiesMayBeDroppedOnDifferentThreads) {
     for (int round = 0; round < 50; ++round) {
         Text<64> shared = "shared among threads";
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int i = 0; i < 4; ++i) {
             threads.emplace_back([copy = shared] {
                 for (int turn = 0; turn < 500; ++turn) {
@@ -103,9 +98,6 @@ TEST(Text, CopiesMayBeDroppedOnDifferentThreads) {
             });
         }
         shared.Clear();
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
     }
 }
 

@@ -77,7 +77,6 @@ class FirstStart(Scenario):
         self.show(str(self.home))
         documents = [p for p in self.home.rglob("Solvane.xml")]
         self.assertEqual(len(documents), 1)
-        written = documents[0].stat().st_mtime_ns
         text = documents[0].read_text()
         self.assertIn("<key>ShowDetailsColumns</key>", text)
         documents[0].write_text(text.replace("<key>SavePrefsOnExit</key>\n\t\t<true", "<key>SavePrefsOnExit</key>\n\t\t<false"))

@@ -5,8 +5,11 @@
 namespace application {
 namespace {
 
-std::string Document(const std::string& body) {
-    return "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>" + body + "</dict></plist>";
+Dictionary Read(const std::string& body) {
+    const auto read = Dictionary::FromXml("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>" + body +
+                                          "</dict></plist>");
+    EXPECT_TRUE(read.has_value());
+    return read.value_or(Dictionary());
 }
 
 TEST(Dictionary, ValuesOfEveryKindSurviveBeingWrittenAndReadBack) {
@@ -33,61 +36,52 @@ TEST(Dictionary, ValuesOfEveryKindSurviveBeingWrittenAndReadBack) {
 }
 
 TEST(Dictionary, AKeyOfAnotherKindGivesTheFallback) {
-    const auto read = Dictionary::FromXml(
-        Document("<key>n</key><string>12</string><key>s</key><integer>3</integer>"
-                 "<key>big</key><integer>99999999999999999999</integer><key>odd</key><date>2020</date>"));
-    ASSERT_TRUE(read.has_value());
-    EXPECT_EQ(read->Number("n", 7), 7);
-    EXPECT_EQ(read->String("s", "none"), "none");
-    EXPECT_EQ(read->Number("big", 7), 7);
-    EXPECT_EQ(read->Number("odd", 7), 7);
-    EXPECT_EQ(read->Array("s"), nullptr);
-    EXPECT_TRUE(read->Has("s") && read->Has("odd"));
-    EXPECT_FALSE(read->Has("none"));
+    const Dictionary read =
+        Read("<key>n</key><string>12</string><key>s</key><integer>3</integer>"
+             "<key>big</key><integer>99999999999999999999</integer><key>odd</key><date>2020</date>");
+    EXPECT_EQ(read.Number("n", 7), 7);
+    EXPECT_EQ(read.String("s", "none"), "none");
+    EXPECT_EQ(read.Number("big", 7), 7);
+    EXPECT_EQ(read.Number("odd", 7), 7);
+    EXPECT_EQ(read.Array("s"), nullptr);
+    EXPECT_TRUE(read.Has("s") && read.Has("odd"));
+    EXPECT_FALSE(read.Has("none"));
 }
 
 TEST(Dictionary, TextIsReadWhateverItIsSplitBy) {
-    const auto read = Dictionary::FromXml(
-        Document("<key>n</key><integer>\n\t-1<!-- x -->2 </integer><key>s</key>"
-                 "<string>a<!-- x --> b<![CDATA[<c>]]>d&amp;</string><key>no</key><integer> </integer>"
-                 "<key>two</key><integer>1 2</integer>"));
-    ASSERT_TRUE(read.has_value());
-    EXPECT_EQ(read->Number("n", 7), -12);
-    EXPECT_EQ(read->String("s", ""), "a b<c>d&");
-    EXPECT_EQ(read->Number("no", 7), 7);
-    EXPECT_EQ(read->Number("two", 7), 7);
+    const Dictionary read =
+        Read("<key>n</key><integer>\n\t-1<!-- x -->2 </integer><key>s</key>"
+             "<string>a<!-- x --> b<![CDATA[<c>]]>d&amp;</string><key>no</key><integer> </integer>"
+             "<key>two</key><integer>1 2</integer>");
+    EXPECT_EQ(read.Number("n", 7), -12);
+    EXPECT_EQ(read.String("s", ""), "a b<c>d&");
+    EXPECT_EQ(read.Number("no", 7), 7);
+    EXPECT_EQ(read.Number("two", 7), 7);
 }
 
 TEST(Dictionary, WhatIsNoPropertyListIsRefused) {
-    for (const char* bad : {"", "hello", "<plist>", "<plist></plist>", "<dict></dict>", "\xFF\xFE\x01"}) {
+    for (const char* bad : {"", "hello", "<plist>", "<plist></plist>", "<dict></dict>", "\xFF\xFE\x01"})
         EXPECT_FALSE(Dictionary::FromXml(bad).has_value()) << bad;
-    }
 }
 
 TEST(Dictionary, ArraysDeeperThanTheLimitAreLeftOut) {
     std::string body = "<key>deep</key>";
     constexpr int Levels = 20000;
-    for (int i = 0; i < Levels; ++i) {
+    for (int i = 0; i < Levels; ++i)
         body += "<array>";
-    }
-    for (int i = 0; i < Levels; ++i) {
+    for (int i = 0; i < Levels; ++i)
         body += "</array>";
-    }
-    const auto read = Dictionary::FromXml(Document(body));
-    ASSERT_TRUE(read.has_value());
+    const Dictionary read = Read(body);
     int depth = 0;
-    for (const PrefsArray* array = read->Array("deep"); array != nullptr;
-         array = array->empty() ? nullptr : array->front().Array()) {
+    for (const PrefsArray* array = read.Array("deep"); array != nullptr;
+         array = array->empty() ? nullptr : array->front().Array())
         ++depth;
-    }
     EXPECT_EQ(depth, DeepestArray + 1);
 }
 
 TEST(Dictionary, TheLaterOfTwoEqualKeysCounts) {
-    const auto read =
-        Dictionary::FromXml(Document("<key>k</key><integer>1</integer><key>k</key><integer>2</integer>"));
-    ASSERT_TRUE(read.has_value());
-    EXPECT_EQ(read->Number("k", 0), 2);
+    const Dictionary read = Read("<key>k</key><integer>1</integer><key>k</key><integer>2</integer>");
+    EXPECT_EQ(read.Number("k", 0), 2);
 }
 
 } // namespace

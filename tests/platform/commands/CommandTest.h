@@ -1,5 +1,4 @@
-// A user at a Shell: lines are run one by one over the volume "Test:", which is the current drawer; what they
-// print is kept.
+// A user at a Shell: lines are run one by one in the drawer "Test:w"; what they print is kept.
 #pragma once
 
 #include "platform/commands/Command.h"

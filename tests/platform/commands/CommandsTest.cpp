@@ -1,13 +1,9 @@
 #include "tests/platform/commands/CommandTest.h"
 
-#include <fstream>
-#include <map>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-// A line, its return code, and what it prints.
 struct Row {
     std::string_view Line;
     int Code;
@@ -26,8 +22,7 @@ protected:
 
 TEST_F(CommandsTest, ListShowsByTheCodesOfItsFormat) {
     Tree.Write("w/d/one.txt", std::string(513, 'x'));
-    Tree.Write("w/d/two", "");
-    Tree.Drawer("w/d/sub");
+    Tree.Plant({"w/d/two", "w/d/sub/"});
     Tree.Write("w/d/sub/deep", "y");
     Out("Protect d/one.txt srwd");
     Out("Filenote d/one.txt \"a note\"");
@@ -62,7 +57,7 @@ TEST_F(CommandsTest, NamesBetweenQuotesOfTheFormatAreEscaped) {
     Tree.Write("w/kept", "");
     Out("List PAT a#? TO RAM:t/script LFORMAT \"Rename *\"%n*\" b\"");
     Out("Execute RAM:t/script");
-    EXPECT_EQ(NamesIn("Test:w"), (std::vector<std::string>{"b", "kept"}));
+    EXPECT_EQ(NamesIn("Test:w"), (Names{"b", "kept"}));
 }
 
 TEST_F(CommandsTest, ATerminalSeesNoControlCharactersOfNames) {
@@ -75,8 +70,7 @@ TEST_F(CommandsTest, ATerminalSeesNoControlCharactersOfNames) {
 }
 
 TEST_F(CommandsTest, DirShowsDrawersAndThenFilesInTwoColumns) {
-    for (const std::string_view name : {"w/a", "w/b", "w/c", "w/sub/x", "w/sub/in/y"})
-        Tree.Write(name, "");
+    Tree.Plant({"w/a", "w/b", "w/c", "w/sub/x", "w/sub/in/y"});
     const std::string columns = "  a                                b\n  c\n";
     Check({{"Dir", 0, "     sub (dir)\n" + columns},
            {"Dir FILES", 0, columns},
@@ -215,8 +209,8 @@ TEST_F(CommandsTest, RenameMovesAndNeverReplaces) {
         {"Rename D/#?.c e", 20, "Rename: e: more than one object needs a drawer to go to\n"},
         {"Rename D/a.? e", 0, "D/a.c as e\n"},
     });
-    EXPECT_EQ(NamesIn("Test:w/D"), (std::vector<std::string>{"b.c", "x", "z"}));
-    EXPECT_EQ(NamesIn("Test:w"), (std::vector<std::string>{"D", "e", "x"}));
+    EXPECT_EQ(NamesIn("Test:w/D"), (Names{"b.c", "x", "z"}));
+    EXPECT_EQ(NamesIn("Test:w"), (Names{"D", "e", "x"}));
 }
 
 TEST_F(CommandsTest, CopyGoesByWhatItsSourceAndTargetAre) {
@@ -246,7 +240,7 @@ TEST_F(CommandsTest, CopyGoesByWhatItsSourceAndTargetAre) {
         {"Copy a.c", 10, "Copy: a.c: object already exists\n"},
     });
     EXPECT_FALSE(std::filesystem::is_symlink(Tree.Path("w/l")));
-    EXPECT_EQ(NamesIn("Test:w/f"), (std::vector<std::string>{"a.c", "b.c", "in", "x"}));
+    EXPECT_EQ(NamesIn("Test:w/f"), (Names{"a.c", "b.c", "in", "x"}));
 }
 
 TEST_F(CommandsTest, CopyOfATwinReplacesNoOther) {
@@ -264,8 +258,7 @@ TEST_F(CommandsTest, CopyOfATwinReplacesNoOther) {
 }
 
 TEST_F(CommandsTest, DeleteTakesWhatIsNamedAndNothingElse) {
-    for (const std::string_view name : {"w/a.c", "w/b.c", "w/#?", "w/d/x", "w/d/in/y", "w/p/z", "env/kept"})
-        Tree.Write(name, "");
+    Tree.Plant({"w/a.c", "w/b.c", "w/#?", "w/d/x", "w/d/in/y", "w/p/z", "env/kept"});
     Tree.Link("w/d/out", Tree.Path("env"));
     Tree.Link("w/link", "d");
     Out("Protect p/z -d");
@@ -284,7 +277,7 @@ TEST_F(CommandsTest, DeleteTakesWhatIsNamedAndNothingElse) {
         {"Delete p ALL QUIET", 10, "Delete: p/z: object is protected from deletion\n"},
         {"Delete p ALL FORCE QUIET", 0, ""},
     });
-    EXPECT_EQ(NamesIn("Test:w"), std::vector<std::string>());
+    EXPECT_EQ(NamesIn("Test:w"), Names());
     EXPECT_TRUE(Tree.Exists("env/kept"));
 }
 
@@ -374,8 +367,7 @@ TEST_F(CommandsTest, LinesAreRedirectedAndTakeVariables) {
 }
 
 TEST_F(CommandsTest, AssignChangesWhatNamesMean) {
-    Tree.Write("w/a/1", "");
-    Tree.Write("w/b/2", "");
+    Tree.Plant({"w/a/1", "w/b/2"});
     Where.ScriptDepth = 1;
     Check({
         {"Assign X: a", 0, ""},
@@ -433,8 +425,7 @@ TEST_F(CommandsTest, BreaksEndACommandWithCode20) {
 }
 
 TEST_F(CommandsTest, OutputThatTakesNoMoreEndsTheCommand) {
-    Tree.Write("w/a", "");
-    Tree.Write("w/b", "");
+    Tree.Plant({"w/a", "w/b"});
     int calls = 0;
     Where.Output = [&calls](std::string_view) {
         ++calls;
@@ -484,7 +475,7 @@ TEST_F(CommandsTest, AFullDiskBehindAnOutputIsTold) {
         EXPECT_EQ(dos::IoErr(), dos::ErrorDiskFull) << line;
         EXPECT_THAT(Text, testing::EndsWith(": disk is full\n")) << line;
     }
-    EXPECT_EQ(NamesIn("RAM:"), (std::vector<std::string>{"t", "y"})) << "only where complaints go";
+    EXPECT_EQ(NamesIn("RAM:"), (Names{"t", "y"})) << "only where complaints go";
 }
 
 // The links of C: are made from a list; it names what there is.

@@ -28,12 +28,11 @@ TEST_F(ConsoleTest, TheNameOfAConsoleSaysHowItsWindowIs) {
         std::string told = std::to_string(dos::IoErr());
         if (spec)
             told = spec->Left + " " + spec->Top + " " + spec->Width + " " + spec->Height + " " + spec->Title;
-        for (const std::string& option : spec ? spec->Options : std::vector<std::string>())
+        for (const std::string& option : spec ? spec->Options : Names())
             told += " " + option;
         EXPECT_EQ(told, result) << text;
     }
-    EXPECT_FALSE(dos::Open("CON:a", dos::OpenMode::New));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorBadStreamName);
+    EXPECT_EQ(Refusal(dos::Open("CON:a", dos::OpenMode::New)), dos::ErrorBadStreamName);
 }
 
 TEST_F(ConsoleTest, ACommandRunsInItsConsole) {
@@ -53,8 +52,7 @@ TEST_F(ConsoleTest, WithoutADisplayThereIsNoConsole) {
     const ScopedVariable platform("QT_QPA_PLATFORM", "xcb");
     const ScopedVariable display("DISPLAY", ":4711");
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(dos::Open("CON:", dos::OpenMode::New));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorDeviceNotMounted);
+    EXPECT_EQ(Refusal(dos::Open("CON:", dos::OpenMode::New)), dos::ErrorDeviceNotMounted);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("conwindow: "), std::string::npos);
 }
 

@@ -21,10 +21,7 @@ TEST(DisplayText, NamesAreShownAsOneHarmlessLine) {
         {"line separator", "a\u2028b", QStringLiteral("a↵b")},
         {"tab", "a\tb", QStringLiteral("a⇥b")},
         {"escape", "a\x1B[0m", QStringLiteral("a\uFFFD[0m")},
-        {"invalid byte",
-         "a\xFF"
-         "b",
-         QStringLiteral("a\uFFFDb")},
+        {"invalid byte", "x\xFFy", QStringLiteral("x\uFFFDy")},
         {"override of direction", "gpj\u202Eexe", QStringLiteral("gpj\uFFFDexe")},
         {"outside the first plane", "\U0001F4BE", QString::fromUcs4(U"\U0001F4BE")},
     };

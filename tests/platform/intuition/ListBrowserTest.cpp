@@ -34,17 +34,10 @@ protected:
                             View().Titles().height() / 2);
         QTest::mouseClick(View().Titles().viewport(), Qt::LeftButton, Qt::NoModifier, middle);
     }
-    // Drags with the pointer from one place of the titles to another.
     void DragTitle(int from, int to) {
         QWidget* titles = View().Titles().viewport();
         const int y = titles->height() / 2;
-        QTest::mousePress(titles, Qt::LeftButton, Qt::NoModifier, {from, y});
-        for (const int x : {(from + to) / 2, to}) {
-            QMouseEvent move(QEvent::MouseMove, QPointF(x, y), titles->mapToGlobal(QPointF(x, y)),
-                             Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(titles, &move);
-        }
-        QTest::mouseRelease(titles, Qt::LeftButton, Qt::NoModifier, {to, y});
+        Drag(*titles, {from, y}, {{(from + to) / 2, y}, {to, y}});
     }
 
     MadeUpRows Few{20}, Many{100000};
@@ -217,12 +210,7 @@ TEST_F(ListBrowserTest, BlockedListKeepsItsSelection) {
 
 TEST_F(ListBrowserTest, DragSelectsTheRowsItPasses) {
     List().Attach(&Few);
-    QTest::mousePress(View().viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(2));
-    QMouseEvent move(QEvent::MouseMove, QPointF(PointOf(4)),
-                     View().viewport()->mapToGlobal(QPointF(PointOf(4))), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(View().viewport(), &move);
-    QTest::mouseRelease(View().viewport(), Qt::LeftButton, Qt::NoModifier, PointOf(4));
+    Drag(*View().viewport(), PointOf(2), {PointOf(4)});
     EXPECT_EQ(List().SelectedRows(), (RowNumbers{2, 3, 4}));
 }
 

@@ -36,10 +36,9 @@ protected:
     }
     std::vector<std::uint16_t> Picks() {
         std::vector<std::uint16_t> picks;
-        for (const WindowEvent& event : EventsOf(Stage.Frame)) {
+        for (const WindowEvent& event : EventsOf(Stage.Frame))
             if (event.Class == EventClass::MenuPick)
                 picks.push_back(event.Code);
-        }
         return picks;
     }
 };
@@ -61,10 +60,9 @@ TEST_F(MenusTest, AltThatIsStillHeldFromReachingAMenuSaysNothingAboutTheItem) {
     auto* menu = Titles()[1]->menu();
     menu->popup(QPoint(0, 0));
     QTest::keyClick(menu, Qt::Key_U, Qt::AltModifier);
-    const auto events = EventsOf(Stage.Frame);
-    ASSERT_EQ(events.size(), 1U);
-    EXPECT_EQ(events[0].Code, 7);
-    EXPECT_EQ(events[0].Qualifier, 0);
+    const WindowEvent event = EventOf(Stage.Frame);
+    EXPECT_EQ(event.Code, 7);
+    EXPECT_EQ(event.Qualifier, 0);
 }
 
 TEST_F(MenusTest, OwnTextsGetKeysOfTheirOwnAndNamesNone) {
@@ -97,9 +95,8 @@ TEST_F(MenusTest, KeysOpenTheStripAndAskForAContextMenu) {
     for (const auto modifier : {Qt::NoModifier, Qt::ShiftModifier}) {
         QTest::keyClick(Stage.Widget().window(), modifier == Qt::NoModifier ? Qt::Key_Menu : Qt::Key_F10,
                         modifier);
-        const auto events = EventsOf(Stage.Frame);
-        ASSERT_EQ(events.size(), 1U);
-        EXPECT_EQ(events[0].Class, EventClass::MenuVerify);
+        const WindowEvent event = EventOf(Stage.Frame);
+        EXPECT_EQ(event.Class, EventClass::MenuVerify);
     }
 }
 
@@ -112,9 +109,7 @@ TEST_F(MenusTest, ContextMenusReportToTheirWindowAndOutliveIt) {
         auto* menu = other.Widget().window()->findChild<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
         QTest::keyClick(menu, Qt::Key_Down);
         QTest::keyClick(menu, Qt::Key_Return);
-        const auto events = EventsOf(other.Frame);
-        ASSERT_EQ(events.size(), 1U);
-        EXPECT_EQ(events[0].Code, 9);
+        EXPECT_EQ(EventOf(other.Frame).Code, 9);
         Strip.AttachTo(other.Frame);
     }
     EXPECT_TRUE(context.LookOf(9));

@@ -4,7 +4,6 @@
 #include "platform/dos/HostPaths.h"
 #include "platform/dos/MountInfo.h"
 #include "platform/dos/VolumeTable.h"
-#include "platform/intuition/Application.h"
 #include "platform/intuition/FileRequester.h"
 #include "platform/intuition/HostFile.h"
 #include "platform/intuition/Label.h"

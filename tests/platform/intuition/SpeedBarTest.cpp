@@ -34,7 +34,6 @@ protected:
     [[nodiscard]] QList<QToolButton*> Buttons() const {
         return Bar->Native().Widget->findChildren<QToolButton*>();
     }
-    // Which ends can be pressed.
     [[nodiscard]] std::string Ends() const {
         std::string ends = Left->Native().Widget->isEnabled() ? "<" : "";
         return ends + (Right->Native().Widget->isEnabled() ? ">" : "");
@@ -75,10 +74,7 @@ TEST_F(SpeedBarTest, EndsScrollExactlyTowardsWhatIsHidden) {
 TEST_F(SpeedBarTest, TheWheelScrolls) {
     Widen(5);
     const auto turn = [this](int delta) {
-        QWidget& widget = *Bar->Native().Widget;
-        QWheelEvent event(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, delta),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&widget, &event);
+        TurnWheel(*Bar->Native().Widget, delta);
         return Bar->Top();
     };
     EXPECT_EQ(turn(-60), 0U);

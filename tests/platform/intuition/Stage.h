@@ -1,5 +1,4 @@
-// What the tests of the window system share: a display without a screen, and a window whose events can be
-// read in one line.
+// What the tests of the window system share: a display without a screen, and windows around a gadget.
 #pragma once
 
 #include "platform/exec/Tasks.h"
@@ -8,6 +7,7 @@
 #include "platform/intuition/Native.h"
 #include "platform/intuition/Window.h"
 
+#include <QMouseEvent>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtWidgets/qtestsupport_widgets.h>
@@ -41,6 +41,29 @@ protected:
         while (auto event = window.NextEvent())
             events.push_back(*event);
         return events;
+    }
+    // The one event that has come.
+    static WindowEvent EventOf(Window& window) {
+        const std::vector<WindowEvent> events = EventsOf(window);
+        EXPECT_EQ(events.size(), 1U);
+        return events.empty() ? WindowEvent() : events.front();
+    }
+    // Has the pointer press at one place of a widget, move over others and let go at the last.
+    static void Drag(QWidget& widget, QPoint from, const std::vector<QPoint>& places) {
+        const auto send = [&widget](QEvent::Type type, QPointF place, Qt::MouseButton button,
+                                    Qt::MouseButtons held) {
+            QMouseEvent event(type, place, widget.mapToGlobal(place), button, held, Qt::NoModifier);
+            QCoreApplication::sendEvent(&widget, &event);
+        };
+        send(QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+        for (const QPoint place : places)
+            send(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton);
+        send(QEvent::MouseButtonRelease, places.back(), Qt::LeftButton, Qt::NoButton);
+    }
+    static void TurnWheel(QWidget& widget, int eighths) {
+        QWheelEvent event(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, eighths),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&widget, &event);
     }
 };
 

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <map>
 #include <set>
 
 namespace intuition {
@@ -18,8 +17,8 @@ protected:
     WishedImagesTest() { qputenv("XDG_CACHE_HOME", Drawer.path().toUtf8() + "/cache"); }
     ~WishedImagesTest() override { qunsetenv("XDG_CACHE_HOME"); }
 
-    std::string MakePicture(const char* name, const QColor& colour) const {
-        QImage image(400, 200, QImage::Format_RGB32);
+    std::string MakePicture(const char* name, const QColor& colour, int width = 400) const {
+        QImage image(width, width / 2, QImage::Format_RGB32);
         image.fill(colour);
         const QString path = Drawer.path() + QLatin1Char('/') + QString::fromLatin1(name);
         EXPECT_TRUE(image.save(path));
@@ -129,10 +128,7 @@ TEST_F(WishedImagesTest, AListThatGoesTakesItsWishesAlong) {
 
 // A picture of 2048 by 1024 pixels takes 8 MB.
 TEST_F(WishedImagesTest, WhatWasDrawnLongestAgoIsForgottenFirst) {
-    QImage large(2048, 1024, QImage::Format_RGB32);
-    large.fill(Qt::green);
-    const std::string path = Drawer.path().toStdString() + "/large.png";
-    ASSERT_TRUE(large.save(QString::fromStdString(path)));
+    const std::string path = MakePicture("large.png", Qt::green, 2048);
     WishedImages images(Hooks());
     std::vector<ImageId> ids;
     for (int slot = 0; slot < 10; ++slot) {

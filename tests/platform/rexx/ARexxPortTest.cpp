@@ -84,9 +84,8 @@ TEST_F(ARexxPort, AnswersItselfWithoutWaitingAndTellsOfAReceiverThatEnds) {
 TEST_F(ARexxPort, ABusyReceiverHoldsNeitherTheLimitNorTheEndUp) {
     const auto busy = exec::PublicPort::Create("BUSY");
     auto port = Open("HOST.1");
-    for (std::size_t sent = 0; sent < MaxWaitingCalls; ++sent) {
+    for (std::size_t sent = 0; sent < MaxWaitingCalls; ++sent)
         ASSERT_TRUE(port->Execute("BUSY", "ECHO"));
-    }
     EXPECT_FALSE(port->Execute("BUSY", "ECHO")) << "one too many";
     port.reset(); // ends although nobody answers
     EXPECT_THAT(Replies, ElementsAre());

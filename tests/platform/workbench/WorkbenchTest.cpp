@@ -6,7 +6,6 @@
 #include "tests/platform/dos/DosTest.h"
 #include "tests/platform/utility/ScopedVariable.h"
 
-#include <algorithm>
 #include <sys/stat.h>
 #include <thread>
 
@@ -109,14 +108,12 @@ TEST_F(WorkbenchTest, EachKindOfObjectIsOpenedInItsWay) {
     EXPECT_TRUE(workbench::WBRun("d/note.txt"));
     EXPECT_EQ(Told(), "run " + note + "|" + drawer);
 
-    EXPECT_FALSE(workbench::WBRun("d/none"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorObjectNotFound);
+    EXPECT_EQ(Refusal(workbench::WBRun("d/none")), dos::ErrorObjectNotFound);
 }
 
 TEST_F(WorkbenchTest, AProgramIsAskedAboutUntilTheAnswerIsYes) {
     Answer = workbench::LaunchAnswer::Refuse;
-    EXPECT_FALSE(workbench::WBRun("Test:d/Prog"));
-    EXPECT_EQ(dos::IoErr(), dos::ErrorBreak);
+    EXPECT_EQ(Refusal(workbench::WBRun("Test:d/Prog")), dos::ErrorBreak);
     Answer = workbench::LaunchAnswer::Start;
     EXPECT_TRUE(workbench::WBRun("Test:d/Prog"));
     EXPECT_EQ(Told(), "program|" + Tree.Path("d"));
