@@ -3,6 +3,7 @@
 #include "automation/ARexxHandlers.h"
 #include "content/Selection.h"
 #include "content/Status.h"
+#include "interface/Screens.h"
 #include "model/Content.h"
 #include "model/Program.h"
 #include "sak/Format.h"
@@ -52,7 +53,7 @@ std::uint64_t CountRows(bool drawers, Which which) {
 } // namespace
 
 void rexx_GetPubScreenName(rexx::CommandCall& call) {
-    AnswerText(call, DefaultPubScreenID);
+    AnswerText(call, NameOfScreen());
 }
 
 void rexx_GetCurrentPath(rexx::CommandCall& call) {

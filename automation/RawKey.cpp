@@ -97,7 +97,7 @@ Closing GoSideways() {
 template <MenuId Item>
 Closing Pick() {
     if (const auto state = PresentState(); MainWindow && state && IsEnabled(Item, *state)) {
-        MainWindow->PostMenuPick(Item);
+        MainWindow->PostMenuPick(Item, Qualifier);
     }
     return Closing::Tab;
 }

@@ -15,13 +15,13 @@ void AppMsgFunc(const std::vector<std::string>& objects) {
     Tell(AcceptDD() ? MSG_COMMAND_COMES_LATER : MSG_CAN_NOT_COPY_HERE);
 }
 
-bool AppIconMsg(exec::MsgPort& port) {
+bool AppIconMsg(exec::MsgPort& port, IconDrop drop) {
     bool isOpened = false;
     while (auto message = exec::GetMsg(port)) {
         if (const auto* deed = dynamic_cast<const intuition::AppMessage*>(message.get())) {
             if (deed->Quits) {
                 done = 1;
-            } else if (deed->Arguments.empty()) {
+            } else if (deed->Arguments.empty() || drop == IconDrop::Opens) {
                 isOpened = true;
             } else {
                 AppMsgFunc(deed->Arguments);

@@ -190,7 +190,7 @@ void Dispatch(const WindowEvent& event) {
         ServeMenuVerify(event);
         break;
     case EventClass::ScreenJump:
-        break; // no second screen to lead to yet
+        break; // desktops move windows between screens by themselves
     }
 }
 

@@ -50,11 +50,11 @@ exec::SignalMask PortMask() {
 }
 
 Station ServeAppIcon() {
-    return AppIconMsg(*AppIconPort) ? ShowProgram() : Station::WaitLoop;
+    return AppIconMsg(*AppIconPort, IconDrop::IntoDrawer) ? ShowProgram() : Station::WaitLoop;
 }
 
 Station ServeAppMenu() {
-    if (!AppIconMsg(*AppMenuPort)) {
+    if (!AppIconMsg(*AppMenuPort, IconDrop::Opens)) {
         return Station::WaitLoop;
     }
     if (IsWindowOpen()) {
@@ -134,7 +134,7 @@ Station ServeTimer() {
 // The user has picked one of the program's notices or its entry in the dock.
 Station ServeDesktop() {
     const bool isPicked = (Signals & AppLibSignal & ~AppLibPort->Mask()) != 0;
-    return AppIconMsg(*AppLibPort) || isPicked ? ShowProgram() : Station::WaitLoop;
+    return AppIconMsg(*AppLibPort, IconDrop::IntoDrawer) || isPicked ? ShowProgram() : Station::WaitLoop;
 }
 
 Station ServeDisks() {
@@ -150,7 +150,6 @@ Station ServeDeviceUsage() {
 // The hot key brings the window up, or opens a tab in the one that there is.
 Station ServeCommodity() {
     if (Iconified == 0 && IsWindowOpen()) {
-        ScreenToFront();
         OpenNewTab(0);
     }
     return ShowProgram();

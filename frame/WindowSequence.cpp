@@ -5,6 +5,7 @@
 #include "content/ColumnInfo.h"
 #include "content/DetailsPane.h"
 #include "content/Drawers.h"
+#include "frame/Ports.h"
 #include "frame/StartLocation.h"
 #include "frame/UpdateSchedule.h"
 #include "interface/ContextMenus.h"
@@ -51,7 +52,6 @@ bool OpenWindow() {
         return false;
     }
     WindowClosed = 0;
-    ScreenToFront();
     BlockMainWindow(1);
     AttachMenuStrip();
     SetViewStyle(KeepRows::Yes);
@@ -101,9 +101,7 @@ void ShowLocations() {
 } // namespace
 
 Station RunEntryA() {
-    if (!OpenMainScreen()) {
-        return Station::End;
-    }
+    OpenMainScreen();
     SetActiveScreen();
     if (!TryOr(CreateMainMenuStrip(), SAK_LocaleString(MSG_NO_MENUS)) ||
         !TryOr(CreateContextMenus(), SAK_LocaleString(MSG_NO_CONTEXT_MENUS))) {
@@ -120,8 +118,8 @@ Station RunEntryB() {
     }
     EndScreenNotification();
     const bool onDesktop = DefaultPubScreenID.Empty() || Prefs.OpenOnOwnScreen == 0;
-    if (onDesktop && !TryOr(StartScreenNotification(), SAK_LocaleString(MSG_NO_SCREEN_NOTIFY))) {
-        return Station::End;
+    if (onDesktop) {
+        StartScreenNotification(*ScrNotPort);
     }
     if (CommodityInForce != 0 && FirstRun != 0 && done2 == 0) {
         FirstRun = 0; // who comes here again was called
@@ -144,9 +142,7 @@ Station RunEntryB() {
 }
 
 Station RunEntryC() {
-    if (!OpenMainScreen()) {
-        return Station::End;
-    }
+    OpenMainScreen();
     SetActiveScreen();
     if (!OpenWindow()) {
         return Station::End;

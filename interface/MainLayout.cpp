@@ -3,6 +3,7 @@
 #include "interface/Choosers.h"
 #include "interface/DetailsGadgets.h"
 #include "interface/Panes.h"
+#include "interface/Screens.h"
 #include "interface/SpeedBars.h"
 #include "model/Content.h"
 #include "model/Prefs.h"
@@ -125,12 +126,14 @@ bool CreateMainLayout() {
     root->Add(CreateNavConPreDetGroup(), 1);
     ShowSpeedBars();
     ShowStatusBar();
-    MainWindow = std::make_unique<intuition::Window>(intuition::WindowSpec{.Title = WindowTitle(),
-                                                                           .Left = Prefs.WindowX,
-                                                                           .Top = Prefs.WindowY,
-                                                                           .Width = Prefs.WindowWidth,
-                                                                           .Height = Prefs.WindowHeight},
-                                                     std::move(root));
+    MainWindow =
+        std::make_unique<intuition::Window>(intuition::WindowSpec{.Title = WindowTitle(),
+                                                                  .Left = Prefs.WindowX,
+                                                                  .Top = Prefs.WindowY,
+                                                                  .Width = Prefs.WindowWidth,
+                                                                  .Height = Prefs.WindowHeight,
+                                                                  .Screen = std::string(ActiveScreen.View())},
+                                            std::move(root));
     return true;
 }
 

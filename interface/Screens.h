@@ -1,11 +1,11 @@
-// The screen that the window opens on. The window opens where the desktop puts it until outputs can be
-// chosen by name.
+// The screen that the window opens on: an output of the desktop by its name, or where the desktop puts it.
 #pragma once
 
 #include "platform/exec/Ports.h"
 #include "sak/Text.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace solvane {
 
@@ -23,11 +23,17 @@ extern Text<140> ActiveScreen; // the screen the window stands on, empty for the
 
 // --- Functions ---
 
-[[nodiscard]] bool OpenMainScreen();
+// Finds the screen that DefaultPubScreenID names. The name becomes the screen's own, and empty, for the
+// desktop's choice, where there is no such screen.
+void OpenMainScreen();
 void SetActiveScreen();
 void ReleaseActiveScreen();
-void ScreenToFront();
-[[nodiscard]] bool StartScreenNotification();
+
+// What scripts call the screen that the window opens on.
+[[nodiscard]] std::string_view NameOfScreen();
+
+// Has the port told of each screen that goes, until the end, which must come before that of the port.
+void StartScreenNotification(exec::MsgPort& port);
 void EndScreenNotification();
 
 } // namespace solvane

@@ -3,6 +3,7 @@
 #include "platform/intuition/Native.h"
 
 #include <QIcon>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QToolButton>
 
@@ -10,10 +11,22 @@ namespace intuition {
 
 namespace {
 
+// Return presses it; the window, which has other uses for Return, hears nothing of that.
+template <typename Base>
+class Pressed : public Base {
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!IsReturn(*event))
+            Base::keyPressEvent(event);
+        else if (!event->isAutoRepeat())
+            this->click();
+    }
+};
+
 std::unique_ptr<QAbstractButton> MakeWidget(ButtonFrame frame) {
     if (frame == ButtonFrame::Raised)
-        return std::make_unique<QPushButton>();
-    auto button = std::make_unique<QToolButton>();
+        return std::make_unique<Pressed<QPushButton>>();
+    auto button = std::make_unique<Pressed<QToolButton>>();
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

@@ -28,7 +28,7 @@ struct TabFacts {
     bool Extra = false;
 };
 
-class TabRow : public QTabBar {
+class TabRow : public QTabBar, public KeepsEvents {
 public:
     explicit TabRow(std::uint16_t id) : Id(id) {
         setDocumentMode(true);
@@ -53,6 +53,8 @@ public:
     [[nodiscard]] int WholeWidth() const {
         return count() == 0 ? 0 : tabRect(count() - 1).right() - tabRect(0).left() + 1;
     }
+
+    void ForgetEvents() override { Events.clear(); }
 
     bool Attached = false;
     std::deque<ClickTabEvent> Events;
@@ -80,7 +82,7 @@ protected:
             Step(-forth);
         else if (event->key() == Qt::Key_Right && event->modifiers() == Qt::NoModifier)
             Step(forth);
-        else
+        else if (!IsReturn(*event)) // the tab is on show already
             event->ignore();
     }
 

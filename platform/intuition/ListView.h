@@ -5,6 +5,7 @@
 #include "platform/intuition/ListBrowser.h"
 #include "platform/intuition/ListModel.h"
 #include "platform/intuition/ListPainter.h"
+#include "platform/intuition/Native.h"
 #include "platform/intuition/RowSelection.h"
 
 #include <QAbstractItemDelegate>
@@ -62,7 +63,7 @@ private:
 
 enum class EditEnd { Keep, Cancel, Drop }; // Drop tells nobody
 
-class ListView : public QTreeView {
+class ListView : public QTreeView, public KeepsEvents {
 public:
     ListView(std::uint16_t id, ListKeys keys);
     ~ListView() override;
@@ -102,6 +103,7 @@ public:
 
     void Report(const ListEvent& event);
     [[nodiscard]] ListEvent Fetch();
+    void ForgetEvents() override { Events.clear(); }
 
 protected:
     int sizeHintForColumn(int column) const override;

@@ -17,6 +17,7 @@
 #include <string_view>
 
 class QKeyEvent;
+class QScreen;
 
 namespace intuition {
 
@@ -38,6 +39,9 @@ const WidgetType& WidgetOf(const Gadget& gadget) {
 
 // A remembered place that no screen shows any more is as good as none.
 [[nodiscard]] bool IsOnAScreen(const QRect& rect);
+
+// The screen of FindScreen; null where there is none.
+[[nodiscard]] QScreen* ScreenOf(std::string_view name);
 
 enum class Lines { One, Many };
 
@@ -70,6 +74,16 @@ void ForgetWishedImages();
 // Frees all pictures, before the display closes; ends the loading first.
 void ForgetImages();
 
+// A widget that keeps what its GadgetUps are about until it is asked. They go together when the window
+// closes.
+class KeepsEvents {
+public:
+    virtual void ForgetEvents() = 0;
+
+protected:
+    ~KeepsEvents() = default;
+};
+
 // Queues an event in the window of a widget; false when it is dropped (blocked, closed, a dialog).
 bool PostFrom(const QWidget& origin, EventClass eventClass, std::uint16_t id, std::uint16_t code = 0);
 
@@ -77,6 +91,9 @@ bool PostFrom(const QWidget& origin, EventClass eventClass, std::uint16_t id, st
 void PostMenuVerify(const QWidget& origin, std::uint16_t id, const QPoint& place);
 // The key that asks for the menu of what has the keyboard.
 [[nodiscard]] bool IsMenuKey(const QKeyEvent& event);
+
+// Plain Return or Enter, with which a button that has the keyboard is pressed.
+[[nodiscard]] bool IsReturn(const QKeyEvent& event);
 
 // The qualifier bits at the moment of the event that is being served.
 [[nodiscard]] std::uint16_t CurrentQualifier();

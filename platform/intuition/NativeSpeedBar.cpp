@@ -35,6 +35,11 @@ protected:
     }
 
     void keyPressEvent(QKeyEvent* event) override {
+        if (IsReturn(*event)) {
+            if (!event->isAutoRepeat())
+                click();
+            return;
+        }
         switch (event->key()) {
         case Qt::Key_Left:
             Row.MoveFocus(*this, -1);
@@ -45,13 +50,6 @@ protected:
         case Qt::Key_Up:
         case Qt::Key_Down:
             break; // the bar has one line
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (event->modifiers() == Qt::NoModifier || event->modifiers() == Qt::KeypadModifier)
-                click();
-            else
-                event->ignore();
-            break;
         default:
             QToolButton::keyPressEvent(event);
             break;

@@ -27,6 +27,7 @@ namespace intuition {
 
 namespace {
 
+constexpr QSize UsualFrame(8, 32); // about what desktops put around
 constexpr int TickMilliseconds = 100;
 constexpr std::size_t MaximumQueued = 4096; // a program that fetches nothing must not fill the memory
 
@@ -69,11 +70,18 @@ std::uint16_t ButtonCode(Qt::MouseButton button, bool down) {
     }
 }
 
-// Whether a key is held that would run its command again and again. Moving on is wanted so.
-bool RepeatsCommand(const QKeyEvent& event) {
+// What the key types, nothing for commands and for keys that edit, whose texts are control characters.
+std::string TypedText(const QKeyEvent& event) {
     constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const QString text = event.text();
+    const bool types = (event.modifiers() & commands) == 0 && !text.isEmpty() && text.front().isPrint();
+    return types ? text.toStdString() : std::string();
+}
+
+// Whether a key is held that would run its command again and again. Moving on and typing are wanted so.
+bool RepeatsCommand(const QKeyEvent& event) {
     const bool moves = event.key() >= Qt::Key_Home && event.key() <= Qt::Key_PageDown;
-    return event.isAutoRepeat() && (event.modifiers() & commands) != 0 && !moves;
+    return event.isAutoRepeat() && !moves && TypedText(event).empty();
 }
 
 } // namespace
@@ -91,6 +99,8 @@ NativeWindow::NativeWindow(const WindowSpec& spec) {
     setLayout(layout.release());
     setAcceptDrops(true);
     Place({spec.Left, spec.Top, spec.Width, spec.Height});
+    if (QScreen* screen = spec.Screen.empty() ? nullptr : ScreenOf(spec.Screen))
+        PlaceOn(*screen);
 }
 
 NativeWindow::~NativeWindow() {
@@ -127,10 +137,9 @@ void NativeWindow::OpenStrip() {
 // What is too large for the screens shrinks until its frame and all of it can be seen; else the place is the
 // user's, who may like it half outside.
 void NativeWindow::Place(const Box& box) {
-    constexpr QSize frame(8, 32); // about what desktops put around
     const QScreen* screen = QGuiApplication::primaryScreen();
     const QRect room = screen != nullptr ? screen->availableVirtualGeometry() : QRect();
-    const QSize most = screen != nullptr ? room.size() - frame : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const QSize most = screen != nullptr ? room.size() - UsualFrame : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     if (box.Width > 0 && box.Height > 0)
         resize(QSize(box.Width, box.Height).boundedTo(most));
     if (box.Left == -1 && box.Top == -1)
@@ -139,6 +148,23 @@ void NativeWindow::Place(const Box& box) {
                         box.Height > most.height() ? room.top() : box.Top);
     if (IsOnAScreen({corner, size()}))
         move(corner);
+}
+
+// A place on another screen keeps its distance from the corner as far as there is room; without one the
+// window comes into the middle.
+void NativeWindow::PlaceOn(QScreen& screen) {
+    const QScreen* former =
+        testAttribute(Qt::WA_Moved) ? QGuiApplication::screenAt(geometry().center()) : nullptr;
+    setScreen(&screen);
+    if (former == &screen)
+        return;
+    const QRect room = screen.availableGeometry();
+    resize(size().boundedTo(room.size() - UsualFrame));
+    const QSize rest = room.size() - UsualFrame - size();
+    const QPoint middle(rest.width() / 2, rest.height() / 2);
+    const QPoint wish = former != nullptr ? pos() - former->availableGeometry().topLeft() : middle;
+    move(room.left() + std::clamp(wish.x(), 0, rest.width()),
+         room.top() + std::clamp(wish.y(), 0, rest.height()));
 }
 
 bool NativeWindow::OpenQueue() {
@@ -159,6 +185,11 @@ void NativeWindow::CloseQueue() {
     UnblockAll();
     Ticks.stop();
     Queue.clear();
+    const QList<QWidget*> widgets = findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        if (auto* keeper = dynamic_cast<KeepsEvents*>(widget))
+            keeper->ForgetEvents();
+    }
     exec::SetSignal(0, Mask());
     exec::FreeSignal(Signal);
     Signal = -1;
@@ -293,11 +324,7 @@ void NativeWindow::keyPressEvent(QKeyEvent* event) {
         FocusNextBar(*this);
         return;
     }
-    constexpr auto commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    const QString text = event->text(); // keys that edit have control characters here
-    const bool types = (event->modifiers() & commands) == 0 && !text.isEmpty() && text.front().isPrint();
-    Post({EventClass::RawKey, 0, RawKeyOf(*event), CurrentQualifier(),
-          types ? text.toStdString() : std::string()});
+    Post({EventClass::RawKey, 0, RawKeyOf(*event), CurrentQualifier(), TypedText(*event)});
 }
 
 void NativeWindow::mousePressEvent(QMouseEvent* event) {

@@ -62,6 +62,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void PlaceOn(QScreen& screen);
     void SetPointer();
     void ReleaseHeldButtons();
     void ReleaseMenus();

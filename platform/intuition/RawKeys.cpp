@@ -50,7 +50,7 @@ constexpr std::array NamedKeys = {
     KeyRow{Qt::Key_End, rawkey::End},
 };
 
-// The number pad, with and without Num Lock.
+// The number pad with Num Lock.
 constexpr std::array PadKeys = {
     KeyRow{Qt::Key_0, 15},     KeyRow{Qt::Key_1, 29},      KeyRow{Qt::Key_2, 30},
     KeyRow{Qt::Key_3, 31},     KeyRow{Qt::Key_4, 45},      KeyRow{Qt::Key_5, 46},
@@ -58,6 +58,14 @@ constexpr std::array PadKeys = {
     KeyRow{Qt::Key_9, 63},     KeyRow{Qt::Key_Period, 60}, KeyRow{Qt::Key_Comma, 60},
     KeyRow{Qt::Key_Minus, 74}, KeyRow{Qt::Key_Slash, 92},  KeyRow{Qt::Key_Asterisk, 93},
     KeyRow{Qt::Key_Plus, 94},
+};
+
+// The digits of the pad as they are without Num Lock. With Control they are digits all the same.
+constexpr std::array PadDigits = {
+    KeyRow{Qt::Key_Insert, 15},   KeyRow{Qt::Key_End, 29},  KeyRow{Qt::Key_Down, 30},
+    KeyRow{Qt::Key_PageDown, 31}, KeyRow{Qt::Key_Left, 45}, KeyRow{Qt::Key_Clear, 46},
+    KeyRow{Qt::Key_Right, 47},    KeyRow{Qt::Key_Home, 61}, KeyRow{Qt::Key_Up, 62},
+    KeyRow{Qt::Key_PageUp, 63},
 };
 
 // Codes of A to Z.
@@ -90,11 +98,12 @@ std::optional<std::uint16_t> Find(const std::array<KeyRow, Count>& table, int ke
     return std::nullopt;
 }
 
-std::optional<std::uint16_t> CodeByName(int key, bool onPad) {
-    if (onPad) {
-        if (const auto code = Find(PadKeys, key))
-            return code;
-    }
+std::optional<std::uint16_t> CodeOnPad(int key, bool withControl) {
+    const auto digit = withControl ? Find(PadDigits, key) : std::nullopt;
+    return digit ? digit : Find(PadKeys, key);
+}
+
+std::optional<std::uint16_t> CodeByName(int key) {
     if (key >= Qt::Key_A && key <= Qt::Key_Z)
         return LetterCodes[static_cast<std::size_t>(key - Qt::Key_A)];
     if (key >= Qt::Key_1 && key <= Qt::Key_9)
@@ -138,7 +147,11 @@ std::uint16_t Side(bool held, std::uint16_t left, std::uint16_t right) {
 } // namespace
 
 std::uint16_t RawKeyOf(const QKeyEvent& event) {
-    if (const auto code = CodeByName(event.key(), event.modifiers().testFlag(Qt::KeypadModifier)))
+    if (event.modifiers().testFlag(Qt::KeypadModifier)) {
+        if (const auto code = CodeOnPad(event.key(), event.modifiers().testFlag(Qt::ControlModifier)))
+            return *code;
+    }
+    if (const auto code = CodeByName(event.key()))
         return *code;
     return CodeByPlace(event.nativeScanCode());
 }
@@ -158,6 +171,11 @@ bool IsQualifierKey(const QKeyEvent& event) {
     default:
         return false;
     }
+}
+
+bool IsReturn(const QKeyEvent& event) {
+    const bool isPlain = (event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) == Qt::NoModifier;
+    return isPlain && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter);
 }
 
 bool IsMenuKey(const QKeyEvent& event) {

@@ -1,6 +1,7 @@
 // The widget behind a tree list: the toolkit's tree, whose rows name ours by number. Private to this service.
 #pragma once
 
+#include "platform/intuition/Native.h"
 #include "platform/intuition/TreeBrowser.h"
 
 #include <QStyledItemDelegate>
@@ -27,7 +28,7 @@ private:
     const TreeView& Tree;
 };
 
-class TreeView : public QTreeWidget {
+class TreeView : public QTreeWidget, public KeepsEvents {
 public:
     explicit TreeView(std::uint16_t id);
 
@@ -36,6 +37,7 @@ public:
     [[nodiscard]] std::size_t Selected() const { return Chosen; }
     void SetSelected(std::size_t row);
     [[nodiscard]] TreeEvent Fetch();
+    void ForgetEvents() override { Events.clear(); }
     [[nodiscard]] QTreeWidgetItem* ItemOf(std::size_t row) const;
 
     // The number of the row of an index; NoRow for none.

@@ -99,8 +99,8 @@ std::optional<WindowEvent> Window::NextEvent() {
     return Host->Fetch();
 }
 
-void Window::PostMenuPick(std::uint16_t item) {
-    static_cast<void>(Host->Post({.Class = EventClass::MenuPick, .Code = item}));
+void Window::PostMenuPick(std::uint16_t item, std::uint16_t qualifier) {
+    static_cast<void>(Host->Post({.Class = EventClass::MenuPick, .Code = item, .Qualifier = qualifier}));
 }
 
 void Window::SetTicks(bool on) {

@@ -20,6 +20,7 @@ struct WindowSpec {
     std::string Title;
     int Left = -1, Top = -1;     // -1: where the desktop puts it
     int Width = -1, Height = -1; // inside of the frame; -1: what the gadgets need
+    std::string Screen{};        // of FindScreen; empty, and one that there is not: where the place lies
 };
 
 class Window {
@@ -44,8 +45,8 @@ public:
     [[nodiscard]] exec::SignalMask Mask() const;
     // The oldest event, nothing when none waits.
     [[nodiscard]] std::optional<WindowEvent> NextEvent();
-    // Queues the pick of a menu item, as if the user had made it.
-    void PostMenuPick(std::uint16_t item);
+    // Queues the pick of a menu item, as if the user had made it with these qualifiers held.
+    void PostMenuPick(std::uint16_t item, std::uint16_t qualifier);
     // IntuiTicks on or off; off at first, since ticks keep the machine awake.
     void SetTicks(bool on);
 

@@ -185,7 +185,8 @@ TEST_F(MenuKeysTest, AKeyPicksItsItemWhereTheItemCouldBePicked) {
             const auto event = MainWindow->NextEvent();
             const bool expected = selected ? whenSelected : item == MenuToggleMetadata;
             ASSERT_EQ(event.has_value(), expected) << key << selected;
-            EXPECT_TRUE(!event || (event->Class == intuition::EventClass::MenuPick && event->Code == item));
+            EXPECT_TRUE(!event || (event->Class == intuition::EventClass::MenuPick && event->Code == item &&
+                                   event->Qualifier == held));
         }
     }
 }

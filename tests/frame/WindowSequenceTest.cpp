@@ -17,9 +17,15 @@
 #include "platform/exec/Tasks.h"
 #include "platform/intuition/Application.h"
 #include "tests/content/DrawerTest.h"
+#include "tests/platform/utility/ScopedVariable.h"
+
+#include <QGuiApplication>
+#include <QScreen>
 
 #include <gmock/gmock.h>
 #include <memory>
+#include <string>
+#include <tuple>
 #include <utility>
 
 namespace solvane {
@@ -44,6 +50,7 @@ protected:
         CloseWindowObject();
         FreeMainMenuStrip();
         FreeContextMenus();
+        EndScreenNotification();
         ScrNotPort.reset();
         CommodityInForce = StartIconified = QuitNoSave = 0;
         CommandLineTabsList.reset();
@@ -101,6 +108,26 @@ TEST_F(WindowSequenceTest, ARebuildKeepsThePlaceTheScrollPositionAndTheColumns) 
     EXPECT_EQ(Objects.ContentList->ColumnWidths(), columns);
     EXPECT_EQ(ReopenTabs, 0);
     EXPECT_EQ(ScrNotChange, 0);
+}
+
+TEST_F(WindowSequenceTest, TheWindowOpensOnTheScreenThatIsNamedOrOnTheFirst) {
+    File("screens", R"({"screens": [{"name": "one", "x": 0, "y": 0, "width": 800, "height": 600},
+                                          {"name": "Two", "x": 1000, "y": 0, "width": 800, "height": 600}]})");
+    intuition::CloseDisplay();
+    const ScopedVariable platform("QT_QPA_PLATFORM",
+                                  "offscreen:configfile=" + (HostRoot / "screens").string());
+    ASSERT_TRUE(intuition::OpenDisplay(0, nullptr));
+    ShowAtStart("");
+    const int first = QGuiApplication::primaryScreen()->geometry().x();
+    for (const auto& [wished, found, left] :
+         {std::tuple{"", "Workbench", 0}, std::tuple{"two", "Two", 1000}, std::tuple{"ONE", "one", 0},
+          std::tuple{"workbench", "Workbench", first}, std::tuple{"gone", "Workbench", 0}}) {
+        DefaultPubScreenID = wished;
+        ASSERT_EQ(RunSequence(), Station::WaitLoop);
+        EXPECT_EQ(NameOfScreen(), found) << wished;
+        EXPECT_EQ(MainWindow->Geometry().Left / 1000 * 1000, left) << wished;
+        CloseForRebuild();
+    }
 }
 
 TEST_F(WindowSequenceTest, ALostScreenMovesTheWindowToTheDefaultOneWithItsDrawer) {

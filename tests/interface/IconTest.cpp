@@ -17,7 +17,7 @@
 namespace solvane {
 namespace {
 
-using testing::ElementsAre, testing::HasSubstr;
+using testing::ElementsAre, testing::HasSubstr, testing::SizeIs;
 
 class IconTest : public OpenWindow {
 protected:
@@ -43,12 +43,13 @@ protected:
                 return window;
         return nullptr;
     }
-    static bool Send(std::vector<std::string> objects, bool quits = false) {
+    static bool Send(std::vector<std::string> objects, bool quits = false,
+                     IconDrop drop = IconDrop::IntoDrawer) {
         auto message = std::make_unique<intuition::AppMessage>();
         message->Arguments = std::move(objects);
         message->Quits = quits;
         exec::PutMsg(*AppIconPort, std::move(message));
-        return AppIconMsg(*AppIconPort);
+        return AppIconMsg(*AppIconPort, drop);
     }
 };
 
@@ -94,7 +95,7 @@ TEST_F(IconTest, WhoStandsOnTheDesktopHearsOfIt) {
         ASSERT_NE(IconWindow(), nullptr);
         QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
         QApplication::sendEvent(IconWindow(), &key);
-        EXPECT_TRUE(AppIconMsg(*form.Hears));
+        EXPECT_TRUE(AppIconMsg(*form.Hears, IconDrop::IntoDrawer));
         EXPECT_EQ(IconWindow(), nullptr) << "is gone with the window back";
     }
 }
@@ -105,6 +106,8 @@ TEST_F(IconTest, DropsAreForADrawerOnly) {
     EXPECT_FALSE(AcceptDD());
     EXPECT_FALSE(Send({Path("a file")}));
     EXPECT_THAT(Requests, ElementsAre(HasSubstr("Can not copy to current location.")));
+    EXPECT_TRUE(Send({Path("a file")}, false, IconDrop::Opens)) << "the entry of the menu takes none";
+    EXPECT_THAT(Requests, SizeIs(1));
 }
 
 TEST_F(IconTest, TheMenuEndsTheProgram) {

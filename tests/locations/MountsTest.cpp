@@ -57,9 +57,8 @@ public:
     }
     // As the host's user does it; a question that is under way may hold the disk for a moment.
     [[nodiscard]] bool Unmount() const {
-        constexpr int mostTries = 300;
-        for (int tries = 0; ::umount2(Point.c_str(), 0) != 0; ++tries) {
-            if (errno != EBUSY || tries == mostTries)
+        while (::umount2(Point.c_str(), 0) != 0) {
+            if (errno != EBUSY)
                 return false;
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         }

@@ -114,6 +114,11 @@ class Port(Scripts):
         self.assertEqual([line.rstrip("/") for line in shown], [
             "Home:", "0 2.4", drawer, "1", "5", "Home:", drawer, "SYS:", drawer, drawer, "SYS:"])
 
+    def test_a_script_jumps_from_screen_to_screen(self):
+        self.assertEqual(self.drive("'GETPUBSCREENNAME'; say result; 'JUMPTOSCREEN SCREEN=workbench'; 'GETPUBSCREENNAME';"
+                                    "say result; 'JUMPTOSCREEN SCREEN=gone'; 'GETPUBSCREENNAME'; say result;"
+                                    "'GETCURRENTPATH'; say result"), ["Workbench", "Workbench", "Workbench", "Home:"])
+
     def test_bookmarks_are_kept_and_gone_to_by_number(self):
         shown = self.drive("'CHANGEPATH PATH=\"Home:some drawer\"'; 'ADDBOOKMARK'; 'OPENNEWTAB PATH=Computer';"
                            "'SELECTBOOKMARK NUM=1'; 'GETNUMENTRIES'; say result > 2; 'SELECTBOOKMARK'; say rc;"

@@ -200,6 +200,16 @@ TEST_F(ListBrowserTest, EventsOfRowsThatAreGoneSayNothing) {
     EXPECT_EQ(List().NextEvent().Kind, ListEventKind::None);
 }
 
+TEST_F(ListBrowserTest, EventsOfAWindowThatWasClosedSayNothing) {
+    List().Attach(&Few);
+    Click(2);
+    Stage.Frame.Close();
+    ASSERT_TRUE(Stage.Frame.Open());
+    Click(1);
+    EXPECT_EQ(EventsOf(Stage.Frame).size(), 1U);
+    EXPECT_EQ(List().NextEvent().Row, 1U);
+}
+
 TEST_F(ListBrowserTest, BlockedListKeepsItsSelection) {
     List().Attach(&Few);
     List().Select(1, true);

@@ -60,6 +60,23 @@ TEST_F(TabsAndPopUpsTest, KeysAndWheelStopBeforeTheExtraTab) {
     QTest::keyClick(&bar, Qt::Key_Right);
     QTest::keyClick(&bar, Qt::Key_Right);
     EXPECT_EQ(bar.currentIndex(), 1);
+    while (stage.Frame.NextEvent()) {
+    }
+    QTest::keyClick(&bar, Qt::Key_Return);
+    EXPECT_TRUE(EventsOf(stage.Frame).empty()) << "Return on a tab opens nothing in the window";
+}
+
+TEST_F(TabsAndPopUpsTest, AWindowThatClosesForgetsPicksThatNobodyFetched) {
+    Shown<ClickTab> stage(std::make_unique<ClickTab>(2, "Tabs"));
+    stage.Content.Attach(Looks(), 9);
+    QTabBar& bar = BarOf(stage.Content);
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(0).center());
+    stage.Frame.Close();
+    ASSERT_TRUE(stage.Frame.Open());
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(1).center());
+    EXPECT_EQ(EventsOf(stage.Frame).size(), 1U);
+    EXPECT_EQ(stage.Content.NextEvent().UserData, 9U);
+    EXPECT_EQ(stage.Content.NextEvent().Kind, ClickTabKind::None);
 }
 
 TEST_F(TabsAndPopUpsTest, ExtraTabIsInReachHoweverManyThereAre) {

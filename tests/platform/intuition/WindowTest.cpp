@@ -48,17 +48,29 @@ TEST_F(WindowTest, HeldKeyRepeatsUnlessItIsACommand) {
         int Key;
         Qt::KeyboardModifiers Held;
         std::size_t Events;
-    } rows[] = {{Qt::Key_T, Qt::ControlModifier, 1},
-                {Qt::Key_T, Qt::AltModifier, 1},
-                {Qt::Key_T, Qt::NoModifier, 2},
-                {Qt::Key_Down, Qt::AltModifier, 2}};
+        const char* Text;
+    } rows[] = {{Qt::Key_T, Qt::ControlModifier, 1, "\x14"}, {Qt::Key_T, Qt::AltModifier, 1, "t"},
+                {Qt::Key_T, Qt::NoModifier, 2, "t"},         {Qt::Key_Down, Qt::AltModifier, 2, ""},
+                {Qt::Key_Return, Qt::NoModifier, 1, "\r"},   {Qt::Key_Backspace, Qt::NoModifier, 1, "\b"},
+                {Qt::Key_F11, Qt::NoModifier, 1, ""}};
     for (const auto& row : rows) {
         for (const bool repeats : {false, true}) {
-            QKeyEvent press(QEvent::KeyPress, row.Key, row.Held, QString(), repeats);
+            QKeyEvent press(QEvent::KeyPress, row.Key, row.Held, QString::fromLatin1(row.Text), repeats);
             QCoreApplication::sendEvent(&Host(), &press);
         }
         EXPECT_EQ(EventsOf(Stage.Frame).size(), row.Events) << row.Key << " " << int(row.Held);
     }
+}
+
+TEST_F(WindowTest, ReturnOnAButtonPressesItOnceAndIsNoKeyOfTheWindow) {
+    Stage.Widget().setFocus();
+    for (const bool repeats : {false, true}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), repeats);
+        QCoreApplication::sendEvent(&Stage.Widget(), &press);
+    }
+    const auto events = EventsOf(Stage.Frame);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events[0].Class, EventClass::GadgetUp);
 }
 
 TEST_F(WindowTest, ButtonSendsItsIdWithTheQualifierHeld) {
@@ -83,6 +95,9 @@ TEST_F(WindowTest, KeysArriveAsAmigaCodes) {
         {"digit", Qt::Key_5, Qt::ControlModifier, 5, qualifier::Control},
         {"zero", Qt::Key_0, Qt::NoModifier, 10, 0},
         {"digit of the pad", Qt::Key_9, Qt::KeypadModifier, 63, 0},
+        {"arrow of the pad", Qt::Key_Up, Qt::KeypadModifier, rawkey::Up, 0},
+        {"pad without Num Lock", Qt::Key_Up, Qt::KeypadModifier | Qt::ControlModifier, 62,
+         qualifier::Control},
         {"Tab with Control", Qt::Key_Tab, Qt::ControlModifier, rawkey::Tab, qualifier::Control},
         {"Tab back", Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier, rawkey::Tab,
          qualifier::Control | qualifier::LeftShift},
