@@ -57,20 +57,20 @@ constexpr std::string_view VersionMark = "$VER: ";
 // Where a "?" stands that is the last word and so asks for the template.
 std::optional<std::size_t> FindQuestion(std::string_view line) {
     std::size_t position = 0;
-    std::size_t last = 0;
     std::string word;
-    bool isQuestion = false;
+    std::optional<std::size_t> question;
     while (true) {
         const dos::ItemKind kind = dos::ReadItem(line, position, word);
         if (kind == dos::ItemKind::Error)
             return {};
         if (kind == dos::ItemKind::Nothing)
             break;
-        isQuestion = kind == dos::ItemKind::Unquoted && word == "?";
-        last = line.find_last_of('?', position - 1);
+        question.reset();
+        if (kind == dos::ItemKind::Unquoted && word == "?")
+            question = line.rfind('?', position - 1);
     }
-    const bool isValue = last > 0 && line[last - 1] == '='; // "PAT=?"
-    return isQuestion && !isValue ? std::optional(last) : std::nullopt;
+    const bool isValue = question.value_or(0) > 0 && line[*question - 1] == '='; // "PAT=?"
+    return isValue ? std::nullopt : question;
 }
 
 } // namespace
