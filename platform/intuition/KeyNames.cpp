@@ -126,8 +126,9 @@ std::uint32_t SymbolOfKeyName(std::string_view name) {
 
 std::optional<std::size_t> FindKey(std::span<const std::uint32_t> table, std::size_t symbolsOfKey,
                                    const KeyCombination& keys) {
+    constexpr std::size_t columns[] = {0, 2, 1, 3};
     const bool isShifted = (keys.Qualifiers & ShiftBits) != 0;
-    for (const std::size_t column : {0, 2, 1, 3}) {
+    for (const std::size_t column : columns) {
         if (column >= symbolsOfKey || (column % 2 == 1 && !isShifted)) {
             continue;
         }

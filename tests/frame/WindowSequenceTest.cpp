@@ -41,6 +41,7 @@ protected:
         CommandLineTabsList = SAK_CreateGenericList<TabsNode>();
         StartupTabsList = SAK_CreateGenericList<TabsNode>();
         ScrNotPort = std::make_unique<exec::MsgPort>();
+        AppIconPort = std::make_unique<exec::MsgPort>();
         FirstRun = 1;
         SecondRun = done = done2 = PathSpecified = ReopenTabs = ScrNotChange = WindowClosed = 0;
         DefaultPubScreenID.Clear();
@@ -52,6 +53,7 @@ protected:
         FreeContextMenus();
         EndScreenNotification();
         ScrNotPort.reset();
+        AppIconPort.reset();
         CommodityInForce = StartIconified = QuitNoSave = 0;
         CommandLineTabsList.reset();
         StartupTabsList.reset();
