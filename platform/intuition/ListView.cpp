@@ -18,7 +18,7 @@ namespace {
 constexpr int RowPadding = 5;   // a row is so much higher than its text
 constexpr int ImagePadding = 2; // or than its images
 constexpr std::size_t MaximumEvents = 256;
-constexpr std::size_t MostEstimated = 50'000; // rows; of more, evenly spread ones are looked at
+constexpr std::size_t MostEstimated = 30'000; // rows; of more, evenly spread ones are looked at
 constexpr std::size_t SpokenRanges = 256;     // selections of more pieces are not told to screen readers
 
 } // namespace
